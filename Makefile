@@ -1,0 +1,51 @@
+# Each target does all the set-up it needs and may be run again at any time.
+
+.PHONY: help setup build demo test sanitize bench check format fuzz clean
+
+help:
+	@echo "make demo      run the library against a local service and show what the service received"
+	@echo "make test      build and run the whole test suite"
+	@echo "make sanitize  the same under the address, undefined-behaviour and thread sanitizers"
+	@echo "make bench     measure"
+	@echo "make check     format, static analysis, rules of the house"
+	@echo "make fuzz      run each fuzz target for a minute (FUZZ_SECONDS=60)"
+	@echo "make format    format all sources in place"
+	@echo "make setup     install the Debian packages that are missing"
+
+setup:
+	@scripts/setup.sh
+
+build/%/build.ninja: setup
+	@cmake --preset $*
+
+.PHONY: build-release build-dev build-asan build-tsan build-fuzz
+build-release build-dev build-asan build-tsan build-fuzz: build-%: build/%/build.ninja
+	@cmake --build --preset $*
+
+demo: build-release
+	@scripts/demo.sh
+
+test: build-dev
+	@cmake --build --preset dev --target all_verify_interface_header_sets
+	@ctest --preset dev
+	@scripts/test-install.sh
+
+sanitize: build-asan build-tsan
+	@ctest --preset asan
+	@ctest --preset tsan
+
+bench: build-release
+	@scripts/bench.sh
+
+check: build-dev
+	@scripts/check.sh
+
+format: setup
+	@scripts/sources.sh | xargs clang-format -i
+
+FUZZ_SECONDS ?= 60
+fuzz: build-fuzz
+	@scripts/fuzz.sh $(FUZZ_SECONDS)
+
+clean:
+	rm -rf build out

@@ -1,0 +1,30 @@
+# The installed package. A static and a shared build may be installed into one prefix: each brings its own
+# targets file, and the package picks the kind that the user asks for.
+
+if(BUILD_SHARED_LIBS)
+    set(kind shared)
+else()
+    set(kind static)
+endif()
+set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/Vorna")
+
+install(TARGETS vorna_core EXPORT VornaCore_${kind}
+    LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+    ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+    FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+install(EXPORT VornaCore_${kind} FILE VornaCore-${kind}-targets.cmake NAMESPACE Vorna::
+    DESTINATION "${package_dir}")
+
+configure_package_config_file(cmake/VornaConfig.cmake.in "${PROJECT_BINARY_DIR}/VornaConfig.cmake"
+    INSTALL_DESTINATION "${package_dir}")
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/VornaConfigVersion.cmake"
+    COMPATIBILITY SameMinorVersion)
+install(FILES "${PROJECT_BINARY_DIR}/VornaConfig.cmake" "${PROJECT_BINARY_DIR}/VornaConfigVersion.cmake"
+    DESTINATION "${package_dir}")
+
+configure_file(cmake/vorna-core.pc.in "${PROJECT_BINARY_DIR}/vorna-core.pc" @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/vorna-core.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+
+if(VORNA_BUILD_TOOLS)
+    install(TARGETS vorna-devserver RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+endif()
