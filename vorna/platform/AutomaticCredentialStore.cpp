@@ -1,0 +1,291 @@
+#include <vorna/platform/AutomaticCredentialStore.h>
+
+#include <vorna/platform/BackgroundThread.h>
+#include <vorna/platform/ProcessExit.h>
+
+#include <algorithm>
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+#include <utility>
+
+namespace vorna {
+
+/// What the store and its thread share. All that concerns the keyring happens on the thread, in order.
+class AutomaticCredentialStore::Keeper : public std::enable_shared_from_this<Keeper> {
+  public:
+    Keeper(std::shared_ptr<CredentialStore> file, std::shared_ptr<CredentialStore> keyring,
+           std::chrono::milliseconds patience)
+        : file_(std::move(file)),
+          keyring_(std::move(keyring)),
+          patience_(patience),
+          patienceLeft_(patience) {}
+
+    ReadResult read(std::string service, std::string account) {
+        patienceLeft_ = patience_;
+        ReadResult fromFile = readFile(service, account);
+        if (fromFile.value) {
+            repairLater(std::move(service), std::move(account));
+            return fromFile;
+        }
+        // What comes too late is of no use to anybody, so it is not kept for the repair either.
+        std::optional<ReadResult> fromKeyring = askKeyring<ReadResult>(
+            [service, account](CredentialStore& keyring) { return keyring.read(service, account); });
+        if (fromKeyring && fromKeyring->value) {
+            repairLater(std::move(service), std::move(account));
+            return std::move(*fromKeyring);
+        }
+        return {
+            statusOfNothing(fromFile.status, fromKeyring ? std::optional(fromKeyring->status) : std::nullopt),
+            std::nullopt};
+    }
+
+    CredentialStatus remove(const std::string& service, const std::string& account) {
+        const CredentialStatus fromFile =
+            changeFile([&](CredentialStore& file) { return file.remove(service, account); });
+        const std::optional<CredentialStatus> fromKeyring = askKeyring<CredentialStatus>(
+            [service, account](CredentialStore& keyring) { return keyring.remove(service, account); });
+        if (fromFile == credential_status::success || fromKeyring == credential_status::success) {
+            return credential_status::success;
+        }
+        return statusOfNothing(fromFile, fromKeyring);
+    }
+
+    CredentialStatus add(std::string service, std::string account, std::string value) {
+        const CredentialStatus toFile =
+            changeFile([&](CredentialStore& file) { return file.add(service, account, value); });
+        if (toFile == credential_status::duplicateItem) {
+            repairLater(std::move(service), std::move(account));
+            return toFile;
+        }
+        const std::optional<CredentialStatus> toKeyring = askKeyring<CredentialStatus>(
+            [service, account, value = std::move(value)](CredentialStore& keyring) {
+                return keyring.add(service, account, value);
+            });
+        const bool isInFile = toFile == credential_status::success;
+        const bool isInKeyring = toKeyring == credential_status::success;
+        if (isInFile != isInKeyring) {
+            repairLater(std::move(service), std::move(account));
+        }
+        if (isInFile || isInKeyring) {
+            return credential_status::success;
+        }
+        return toKeyring == credential_status::duplicateItem ? *toKeyring : toFile;
+    }
+
+    /// Nothing that has not begun will. Waits for the thread until the deadline.
+    void stop(std::chrono::steady_clock::time_point deadline) {
+        std::unique_lock lock(mutex_);
+        isStopping_ = true;
+        jobs_.clear();
+        changed_.wait_until(lock, deadline, [this] { return !isRunning_; });
+    }
+
+  private:
+    using Job = std::function<void()>;
+
+    template <class Result>
+    struct Question {
+        std::mutex mutex;
+        std::condition_variable answered;
+        std::optional<Result> answer;
+        bool isAbandoned = false;
+    };
+
+    /// How it is said that neither store has given anything. A keyring that is not there cannot have the
+    /// item, one that has not answered can.
+    static CredentialStatus statusOfNothing(CredentialStatus fromFile,
+                                            std::optional<CredentialStatus> fromKeyring) {
+        if (fromFile != credential_status::itemNotFound) {
+            return fromFile;
+        }
+        if (!fromKeyring) {
+            return credential_status::notAvailable;
+        }
+        return *fromKeyring == credential_status::notAvailable ? credential_status::itemNotFound
+                                                               : *fromKeyring;
+    }
+
+    /// Absent when there is no answer within what is left of the patience. A question that is abandoned
+    /// before its turn has come is never put.
+    template <class Result>
+    std::optional<Result> askKeyring(std::function<Result(CredentialStore&)> operation) {
+        if (patienceLeft_ <= std::chrono::steady_clock::duration::zero()) {
+            return std::nullopt;
+        }
+        const auto began = std::chrono::steady_clock::now();
+        const auto question = std::make_shared<Question<Result>>();
+        const bool isAccepted = enqueue([this, question, operation = std::move(operation)] {
+            {
+                const std::scoped_lock lock(question->mutex);
+                if (question->isAbandoned) {
+                    return;
+                }
+            }
+            Result answer = operation(*keyring_);
+            const std::scoped_lock lock(question->mutex);
+            question->answer = std::move(answer);
+            question->answered.notify_all();
+        });
+        if (!isAccepted) {
+            return std::nullopt;
+        }
+        std::unique_lock lock(question->mutex);
+        const bool isInTime = question->answered.wait_until(
+            lock, began + patienceLeft_, [&question] { return question->answer.has_value(); });
+        question->isAbandoned = true;
+        patienceLeft_ -= std::min(patienceLeft_, std::chrono::steady_clock::now() - began);
+        return isInTime ? std::move(question->answer) : std::nullopt;
+    }
+
+    ReadResult readFile(const std::string& service, const std::string& account) {
+        const std::scoped_lock lock(fileMutex_);
+        return file_->read(service, account);
+    }
+
+    template <class Change>
+    CredentialStatus changeFile(Change change) {
+        const std::scoped_lock lock(fileMutex_);
+        ++fileChanges_;
+        return change(*file_);
+    }
+
+    void repairLater(std::string service, std::string account) {
+        enqueue(
+            [this, service = std::move(service), account = std::move(account)] { repair(service, account); });
+    }
+
+    /// Makes both stores hold the same, as far as they can be reached now. It works on what they hold at this
+    /// moment, not on what a caller has seen, since another process may have been there in between.
+    void repair(const std::string& service, const std::string& account) {
+        std::uint64_t changesSeen = 0;
+        ReadResult fromFile;
+        {
+            const std::scoped_lock lock(fileMutex_);
+            changesSeen = fileChanges_;
+            fromFile = file_->read(service, account);
+        }
+        const ReadResult fromKeyring = keyring_->read(service, account);
+        if (!fromFile.value) {
+            if (!fromKeyring.value) {
+                return;
+            }
+            const std::scoped_lock lock(fileMutex_);
+            // A caller that has changed the file meanwhile knows better.
+            if (changesSeen != fileChanges_) {
+                return;
+            }
+            if (fromFile.status == credential_status::notTrusted) {
+                file_->remove(service, account);
+            }
+            if (file_->add(service, account, *fromKeyring.value) != credential_status::duplicateItem) {
+                return;
+            }
+            // Another process was quicker, so its item is the one in force.
+            fromFile = file_->read(service, account);
+            if (!fromFile.value) {
+                return;
+            }
+        }
+        if (fromKeyring.value == fromFile.value) {
+            return;
+        }
+        if (fromKeyring.value) {
+            keyring_->remove(service, account);
+        } else if (fromKeyring.status != credential_status::itemNotFound) {
+            return;
+        }
+        keyring_->add(service, account, *fromFile.value);
+    }
+
+    /// Hands the job to the thread, which is started if there is none. False when it will not be done.
+    bool enqueue(Job job) {
+        const std::scoped_lock lock(mutex_);
+        if (isStopping_ || processIsExiting()) {
+            return false;
+        }
+        if (!isStoppedAtExit_) {
+            isStoppedAtExit_ = true;
+            stopAtProcessExit([weak = weak_from_this()](std::chrono::steady_clock::time_point deadline) {
+                if (const std::shared_ptr<Keeper> keeper = weak.lock()) {
+                    keeper->stop(deadline);
+                }
+            });
+        }
+        jobs_.push_back(std::move(job));
+        if (isRunning_) {
+            return true;
+        }
+        std::optional<std::thread> thread = startBackgroundThread(
+            "vorna-identity", ThreadPriority::normal, [keeper = shared_from_this()] { keeper->run(); });
+        if (!thread) {
+            jobs_.pop_back();
+            return false;
+        }
+        isRunning_ = true;
+        thread->detach();
+        return true;
+    }
+
+    void run() {
+        std::unique_lock lock(mutex_);
+        while (!jobs_.empty()) {
+            const Job job = std::move(jobs_.front());
+            jobs_.pop_front();
+            lock.unlock();
+            job();
+            lock.lock();
+        }
+        isRunning_ = false;
+        changed_.notify_all();
+    }
+
+    const std::shared_ptr<CredentialStore> file_;
+    const std::shared_ptr<CredentialStore> keyring_;
+
+    /// The caller's alone.
+    const std::chrono::steady_clock::duration patience_;
+    std::chrono::steady_clock::duration patienceLeft_;
+
+    /// The file is used by the caller and by the thread. How often the caller has changed it stands beside
+    /// it.
+    std::mutex fileMutex_;
+    std::uint64_t fileChanges_ = 0;
+
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::deque<Job> jobs_;
+    bool isRunning_ = false;
+    bool isStopping_ = false;
+    bool isStoppedAtExit_ = false;
+};
+
+AutomaticCredentialStore::AutomaticCredentialStore(std::shared_ptr<CredentialStore> file,
+                                                   std::shared_ptr<CredentialStore> keyring,
+                                                   std::chrono::milliseconds patience)
+    : keeper_(std::make_shared<Keeper>(std::move(file), std::move(keyring), patience)) {}
+
+AutomaticCredentialStore::~AutomaticCredentialStore() {
+    keeper_->stop(std::chrono::steady_clock::now());
+}
+
+CredentialStore::ReadResult AutomaticCredentialStore::read(std::string_view service,
+                                                           std::string_view account) {
+    return keeper_->read(std::string(service), std::string(account));
+}
+
+CredentialStatus AutomaticCredentialStore::remove(std::string_view service, std::string_view account) {
+    return keeper_->remove(std::string(service), std::string(account));
+}
+
+CredentialStatus AutomaticCredentialStore::add(std::string_view service, std::string_view account,
+                                               std::string_view value) {
+    return keeper_->add(std::string(service), std::string(account), std::string(value));
+}
+
+}  // namespace vorna

@@ -1,0 +1,131 @@
+#include <vorna/platform/NotificationCenter.h>
+
+#include <vorna/platform/NeverDestroyed.h>
+
+#include <algorithm>
+#include <condition_variable>
+#include <exception>
+#include <mutex>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace vorna {
+
+struct NotificationCenter::Registry {
+    std::mutex mutex;
+    std::map<std::string, std::vector<std::shared_ptr<Observation::Entry>>, std::less<>> entries;
+};
+
+/// One observer. The calls under way are remembered by thread, so that ending waits for those of other
+/// threads and never for its own.
+struct NotificationCenter::Observation::Entry {
+    Entry(std::weak_ptr<Registry> theRegistry, std::string theName, Observer theObserver)
+        : registry(std::move(theRegistry)), name(std::move(theName)), observer(std::move(theObserver)) {}
+
+    const std::weak_ptr<Registry> registry;
+    const std::string name;
+    const Observer observer;
+
+    std::mutex mutex;
+    std::condition_variable callEnded;
+    bool active = true;
+    std::vector<std::thread::id> calls;
+
+    void call(const Notification& notification) {
+        {
+            const std::scoped_lock lock(mutex);
+            if (!active) {
+                return;
+            }
+            calls.push_back(std::this_thread::get_id());
+        }
+        try {
+            observer(notification);
+        } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): see addObserver
+        } catch (...) {                    // NOLINT(bugprone-empty-catch)
+        }
+        {
+            const std::scoped_lock lock(mutex);
+            calls.erase(std::find(calls.begin(), calls.end(), std::this_thread::get_id()));
+        }
+        callEnded.notify_all();
+    }
+
+    void deactivate() {
+        std::unique_lock lock(mutex);
+        active = false;
+        callEnded.wait(lock, [this] {
+            return std::all_of(calls.begin(), calls.end(),
+                               [](std::thread::id id) { return id == std::this_thread::get_id(); });
+        });
+    }
+};
+
+NotificationCenter::Observation::Observation(std::shared_ptr<Entry> entry) noexcept
+    : entry_(std::move(entry)) {}
+
+NotificationCenter::Observation& NotificationCenter::Observation::operator=(Observation&& other) noexcept {
+    if (this != &other) {
+        end();
+        entry_ = std::move(other.entry_);
+    }
+    return *this;
+}
+
+NotificationCenter::Observation::~Observation() {
+    end();
+}
+
+void NotificationCenter::Observation::end() noexcept {
+    const std::shared_ptr<Entry> entry = std::exchange(entry_, nullptr);
+    if (!entry) {
+        return;
+    }
+    if (const std::shared_ptr<Registry> registry = entry->registry.lock()) {
+        const std::scoped_lock lock(registry->mutex);
+        const auto named = registry->entries.find(entry->name);
+        if (named != registry->entries.end()) {
+            std::erase(named->second, entry);
+        }
+    }
+    entry->deactivate();
+}
+
+void NotificationCenter::Observation::keepForever() noexcept {
+    entry_.reset();
+}
+
+NotificationCenter::NotificationCenter() : registry_(std::make_shared<Registry>()) {}
+
+NotificationCenter::~NotificationCenter() = default;
+
+NotificationCenter& NotificationCenter::defaultCenter() {
+    static NeverDestroyed<NotificationCenter> center;
+    return *center;
+}
+
+NotificationCenter::Observation NotificationCenter::addObserver(std::string_view name, Observer observer) {
+    auto entry = std::make_shared<Observation::Entry>(registry_, std::string(name), std::move(observer));
+    const std::scoped_lock lock(registry_->mutex);
+    registry_->entries[entry->name].push_back(entry);
+    return Observation(std::move(entry));
+}
+
+void NotificationCenter::post(std::string_view name, UserInfo userInfo) {
+    std::vector<std::shared_ptr<Observation::Entry>> called;
+    {
+        const std::scoped_lock lock(registry_->mutex);
+        const auto named = registry_->entries.find(name);
+        if (named == registry_->entries.end() || named->second.empty()) {
+            return;
+        }
+        called = named->second;
+    }
+    const Notification notification{std::string(name), std::move(userInfo)};
+    for (const std::shared_ptr<Observation::Entry>& entry : called) {
+        entry->call(notification);
+    }
+}
+
+}  // namespace vorna

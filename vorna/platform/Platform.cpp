@@ -1,0 +1,65 @@
+#include <vorna/platform/Platform.h>
+
+#include <vorna/platform/AutomaticCredentialStore.h>
+#include <vorna/platform/curl/CurlHttpClient.h>
+#include <vorna/platform/file/FileCredentialStore.h>
+#include <vorna/platform/file/JsonFilePreferences.h>
+#include <vorna/platform/glib/SecretServiceCredentialStore.h>
+#include <vorna/platform/linux/DataDirectory.h>
+#include <vorna/platform/linux/GetrandomSource.h>
+#include <vorna/platform/linux/LinuxSystem.h>
+#include <vorna/platform/linux/SystemClock.h>
+
+namespace vorna {
+
+namespace {
+
+std::shared_ptr<CredentialStore> makeCredentialStore(CredentialStoreKind kind, const std::string& dataDirectory,
+                                                     const std::string& application) {
+    switch (kind) {
+    case CredentialStoreKind::secretService:
+        return std::make_shared<SecretServiceCredentialStore>(application);
+    case CredentialStoreKind::file:
+        return std::make_shared<FileCredentialStore>(dataDirectory);
+    case CredentialStoreKind::automatic:
+        break;
+    }
+    return std::make_shared<AutomaticCredentialStore>(std::make_shared<FileCredentialStore>(dataDirectory),
+                                                      std::make_shared<SecretServiceCredentialStore>(application));
+}
+
+std::string withoutTrailingSlash(std::string text) {
+    while (text.ends_with('/')) {
+        text.pop_back();
+    }
+    return text;
+}
+
+}  // namespace
+
+Platform makePlatform(const PlatformOptions& options) {
+    const std::string service =
+        withoutTrailingSlash(options.serviceURL.empty() ? VORNA_SERVICE_URL : options.serviceURL);
+    const std::string dataDirectory =
+        options.dataDirectory.empty() ? defaultDataDirectory(options.bundleIdentifier).value_or("")
+                                      : options.dataDirectory;
+
+    LinuxSystemOptions system;
+    system.bundle = {options.bundleIdentifier, options.bundleShortVersion, options.bundleVersion};
+    system.dataDirectory = dataDirectory;
+
+    Platform platform;
+    platform.eventURL = service + "/v1/event";
+    platform.configURL = service + "/v1/config";
+    platform.httpClient = std::make_shared<CurlHttpClient>(options.certificateAuthorityFile);
+    platform.credentialStore = makeCredentialStore(options.credentialStore, dataDirectory,
+                                                   options.bundleIdentifier.value_or(programName()));
+    platform.preferences = std::make_shared<JsonFilePreferences>(
+        dataDirectory.empty() ? std::string() : dataDirectory + "/preferences.json");
+    platform.system = std::make_shared<LinuxSystem>(system);
+    platform.clock = std::make_shared<SystemClock>();
+    platform.randomSource = std::make_shared<GetrandomSource>();
+    return platform;
+}
+
+}  // namespace vorna

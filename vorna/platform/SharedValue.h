@@ -1,0 +1,52 @@
+#pragma once
+
+/// A value that many holders share until one of them changes it. What hardly ever differs between records
+/// (the device's description, the identity) is kept once, however many records carry it.
+
+#include <vorna/platform/NeverDestroyed.h>
+
+#include <memory>
+#include <type_traits>
+#include <utility>
+
+namespace vorna {
+
+/// Behaves like a T: copying one gives an independent value, at the price of a pointer. Reading one object
+/// from several threads is safe; changing it needs the same care as changing a T. A moved-from object may
+/// only be assigned to or destroyed.
+template <class T>
+class SharedValue {
+  public:
+    /// A default T; all default values share one object.
+    SharedValue() : value_(defaultValue()) {}
+
+    explicit SharedValue(T value) : value_(std::make_shared<const T>(std::move(value))) {}
+
+    const T& operator*() const noexcept { return *value_; }
+    const T* operator->() const noexcept { return value_.get(); }
+
+    /// The value for changing: this holder's own from now on.
+    T& edit() {
+        auto own = std::make_shared<T>(*value_);
+        T& result = *own;
+        value_ = std::move(own);
+        return result;
+    }
+
+    /// True when both hold the very same object, which makes them equal; false says nothing.
+    bool sharesWith(const SharedValue& other) const noexcept { return value_ == other.value_; }
+
+    friend bool operator==(const SharedValue& left, const SharedValue& right) {
+        return left.value_ == right.value_ || *left.value_ == *right.value_;
+    }
+
+  private:
+    static const std::shared_ptr<const T>& defaultValue() {
+        static NeverDestroyed<const std::shared_ptr<const T>> value(std::make_shared<const T>());
+        return *value;
+    }
+
+    std::shared_ptr<const T> value_;
+};
+
+}  // namespace vorna

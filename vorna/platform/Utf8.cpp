@@ -1,0 +1,1 @@
+#include <vorna/text/Utf8.cpp>

@@ -1,0 +1,2 @@
+#pragma once
+#include <vorna/text/Utf8.h>

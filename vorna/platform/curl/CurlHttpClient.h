@@ -1,0 +1,38 @@
+#pragma once
+
+/// The default HTTP client: one thread around libcurl's multi interface.
+///
+/// HTTP/2 with multiplexing where the server offers it over TLS, HTTP/1.1 with at most six connections a
+/// server otherwise; connections are kept alive and handles are used again. What waits for its turn is a small
+/// record, not a handle, so a hundred thousand waiting requests cost little more than their bodies.
+///
+/// Only https is sent, except to loopback addresses, and a redirect never leaves https. TLS is 1.2 or newer
+/// with the server's name checked. Proxies are taken from the usual environment variables.
+
+#include <vorna/platform/HttpClient.h>
+
+#include <memory>
+#include <string>
+
+namespace vorna {
+
+class CurlHttpClient final : public HttpClient {
+  public:
+    /// Trusts the authorities in the PEM file, or those of the system when the name is empty.
+    explicit CurlHttpClient(std::string certificateAuthorityFile);
+    CurlHttpClient(const CurlHttpClient&) = delete;
+    CurlHttpClient& operator=(const CurlHttpClient&) = delete;
+    CurlHttpClient(CurlHttpClient&&) = delete;
+    CurlHttpClient& operator=(CurlHttpClient&&) = delete;
+    /// Ends what is waiting or under way with an error and waits for the thread, unless it runs on it.
+    ~CurlHttpClient() override;
+
+    void start(HttpRequest request, Completion completion) override;
+
+  private:
+    class Engine;
+
+    std::shared_ptr<Engine> engine_;
+};
+
+}  // namespace vorna
