@@ -1,0 +1,18 @@
+#include <vorna/platform/linux/DeviceName.h>
+
+#include <vorna/platform/linux/ShellAssignments.h>
+#include <vorna/platform/linux/SystemFile.h>
+
+namespace vorna {
+
+std::string deviceName(const std::optional<std::string>& machineInfo, std::string_view hostName) {
+    const std::optional<std::string> pretty =
+        machineInfo ? assignedValue(*machineInfo, "PRETTY_HOSTNAME") : std::nullopt;
+    return pretty ? *pretty : std::string(hostName);
+}
+
+std::string readDeviceName(const std::string& root, std::string_view hostName) {
+    return deviceName(readSystemFile(root + "/etc/machine-info"), hostName);
+}
+
+}  // namespace vorna

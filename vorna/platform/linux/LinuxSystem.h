@@ -1,0 +1,65 @@
+#pragma once
+
+/// The system port on Linux. What tells the facts:
+///
+///   device model      the device tree, else DMI's product name, else the processor architecture
+///   device name       PRETTY_HOSTNAME in /etc/machine-info, else the host name
+///   system version    VERSION_ID in os-release, else the kernel's release
+///   locale            $LC_ALL, $LC_MESSAGES, $LANG, as they were at the start
+///   screen            setScreen(), until then the kernel's list of connected displays
+///   battery           /sys/class/power_supply
+///   bold text         always false: the desktops have a text size, but no setting for bold text
+///   biometrics        whether fprintd knows a finger of the user
+///   vendor's id       a keyed hash of /etc/machine-id
+///   advertising id    all zeros: Linux has none
+///
+/// Construction takes a handful of reads of small files in memory. The battery, the display and the
+/// fingerprint reader are asked on a background thread.
+
+#include <vorna/platform/System.h>
+#include <vorna/platform/linux/Environment.h>
+#include <vorna/platform/linux/FactsBoard.h>
+#include <vorna/platform/linux/SystemWatch.h>
+
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+
+namespace vorna {
+
+struct LinuxSystemOptions {
+    BundleFacts bundle;
+    /// The application's own folder, as an absolute path; absent or empty: defaultDataDirectory().
+    std::optional<std::string> dataDirectory;
+    /// The folder that stands for "/" when the system's own files are read.
+    std::string root = "/";
+    Environment environment = processEnvironment();
+    /// How often the battery and the time zone are looked at when nothing announces a change.
+    std::chrono::milliseconds pollInterval{30'000};
+};
+
+class LinuxSystem final : public System {
+  public:
+    explicit LinuxSystem(const LinuxSystemOptions& options = {});
+
+    std::shared_ptr<const SystemFacts> facts() const override;
+    void enableBatteryMonitoring() override;
+    void setScreen(const ScreenFacts& screen) override;
+    std::optional<FileSystemSize> homeFileSystem() const override;
+    std::optional<std::string> documentsDirectory() const override;
+    ItemCreation creation(const std::string& path) const override;
+    std::int32_t secondsFromGMT(Date date) const override;
+
+  private:
+    const std::optional<std::string> home_;
+    const std::optional<std::string> dataDirectory_;
+    mutable std::once_flag dataDirectoryMade_;
+    std::atomic<bool> isBatteryMonitored_ = false;
+    const std::shared_ptr<FactsBoard> board_;
+    SystemWatch watch_;
+};
+
+}  // namespace vorna

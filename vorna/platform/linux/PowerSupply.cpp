@@ -1,0 +1,140 @@
+#include <vorna/platform/linux/PowerSupply.h>
+
+#include <vorna/platform/linux/SystemFile.h>
+
+#include <algorithm>
+#include <charconv>
+#include <system_error>
+
+namespace vorna {
+
+namespace {
+
+std::optional<double> readNumber(const std::string& path) {
+    const std::optional<std::string> text = readSystemValue(path);
+    if (!text) {
+        return std::nullopt;
+    }
+    std::int64_t number = 0;
+    const char* const end = text->data() + text->size();
+    const auto [stop, error] = std::from_chars(text->data(), end, number);
+    if (error != std::errc{} || stop != end) {
+        return std::nullopt;
+    }
+    return static_cast<double>(number);
+}
+
+bool powersTheDevice(const std::string& supply) {
+    return readSystemValue(supply + "/type") == "Battery" && readSystemValue(supply + "/scope") != "Device" &&
+           readSystemValue(supply + "/present") != "0";
+}
+
+std::optional<double> share(std::optional<double> part, std::optional<double> whole) {
+    if (!part || !whole || *whole <= 0) {
+        return std::nullopt;
+    }
+    return std::clamp(*part / *whole, 0.0, 1.0);
+}
+
+Battery readBattery(const std::string& supply) {
+    Battery battery;
+    if (const auto status = readSystemValue(supply + "/status")) {
+        battery.status = chargingStatus(*status);
+    }
+    battery.fullEnergy = readNumber(supply + "/energy_full");
+    battery.fullCharge = readNumber(supply + "/charge_full");
+    battery.level = share(readNumber(supply + "/capacity"), 100);
+    // Not every driver does the division itself.
+    if (!battery.level) {
+        battery.level = share(readNumber(supply + "/energy_now"), battery.fullEnergy);
+    }
+    if (!battery.level) {
+        battery.level = share(readNumber(supply + "/charge_now"), battery.fullCharge);
+    }
+    return battery;
+}
+
+std::optional<double> weightedLevel(const std::vector<Battery>& batteries,
+                                    std::optional<double> Battery::*weight) {
+    double sum = 0;
+    double whole = 0;
+    for (const Battery& battery : batteries) {
+        if (!battery.level) {
+            continue;
+        }
+        if (battery.*weight <= 0) {
+            return std::nullopt;
+        }
+        sum += *battery.level * *(battery.*weight);
+        whole += *(battery.*weight);
+    }
+    return share(sum, whole);
+}
+
+std::optional<double> meanLevel(const std::vector<Battery>& batteries) {
+    double sum = 0;
+    double count = 0;
+    for (const Battery& battery : batteries) {
+        sum += battery.level.value_or(0);
+        count += battery.level ? 1 : 0;
+    }
+    return share(sum, count);
+}
+
+}  // namespace
+
+ChargingStatus chargingStatus(std::string_view text) {
+    const std::string_view status = trimmed(text);
+    if (status == "Charging") {
+        return ChargingStatus::charging;
+    }
+    if (status == "Discharging") {
+        return ChargingStatus::discharging;
+    }
+    if (status == "Not charging") {
+        return ChargingStatus::notCharging;
+    }
+    return status == "Full" ? ChargingStatus::full : ChargingStatus::unknown;
+}
+
+BatteryFacts combined(const std::vector<Battery>& batteries) {
+    const auto any = [&](ChargingStatus status) {
+        return std::ranges::any_of(batteries,
+                                   [&](const Battery& battery) { return battery.status == status; });
+    };
+    BatteryFacts facts;
+    if (any(ChargingStatus::charging)) {
+        facts.state = BatteryState::charging;
+    } else if (any(ChargingStatus::discharging)) {
+        facts.state = BatteryState::unplugged;
+    } else if (any(ChargingStatus::full)) {
+        facts.state = BatteryState::full;
+    } else if (any(ChargingStatus::notCharging)) {
+        facts.state = BatteryState::unplugged;
+    }
+    std::optional<double> level = weightedLevel(batteries, &Battery::fullEnergy);
+    if (!level) {
+        level = weightedLevel(batteries, &Battery::fullCharge);
+    }
+    if (!level) {
+        level = meanLevel(batteries);
+    }
+    if (level) {
+        facts.level = static_cast<float>(*level);
+    }
+    return facts;
+}
+
+std::vector<Battery> readBatteries(const std::string& root) {
+    const std::string folder = root + "/sys/class/power_supply";
+    std::vector<Battery> batteries;
+    for (const std::string& name : namesInFolder(folder)) {
+        const std::string supply = folder + "/" + name;
+        if (powersTheDevice(supply)) {
+            batteries.push_back(readBattery(supply));
+        }
+    }
+    return batteries;
+}
+
+}  // namespace vorna

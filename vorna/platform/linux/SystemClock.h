@@ -1,0 +1,14 @@
+#pragma once
+
+/// The system's wall clock.
+
+#include <vorna/platform/Clock.h>
+
+namespace vorna {
+
+class SystemClock final : public Clock {
+  public:
+    Date now() const override;
+};
+
+}  // namespace vorna

@@ -1,0 +1,86 @@
+#include <vorna/platform/linux/SystemFile.h>
+
+#include <vorna/platform/linux/FileDescriptor.h>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstddef>
+#include <filesystem>
+#include <system_error>
+
+namespace vorna {
+
+namespace {
+
+constexpr std::size_t largestFile = 65536;
+
+constexpr bool isSpace(char character) noexcept {
+    const auto byte = static_cast<unsigned char>(character);
+    return byte <= 0x20 || byte == 0x7F;
+}
+
+}  // namespace
+
+std::optional<std::string> readSystemFile(const std::string& path) {
+    const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    struct stat status = {};
+    if (!file.isOpen() || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        return std::nullopt;
+    }
+    std::string contents;
+    std::array<char, 4096> buffer;  // NOLINT(cppcoreguidelines-pro-type-member-init): read() fills it
+    while (contents.size() < largestFile) {
+        const ssize_t count =
+            read(file.number(), buffer.data(), std::min(buffer.size(), largestFile - contents.size()));
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count < 0) {
+            return std::nullopt;
+        }
+        if (count == 0) {
+            break;
+        }
+        contents.append(buffer.data(), static_cast<std::size_t>(count));
+    }
+    return contents;
+}
+
+std::optional<std::string> readSystemValue(const std::string& path) {
+    const std::optional<std::string> contents = readSystemFile(path);
+    if (!contents) {
+        return std::nullopt;
+    }
+    const std::string_view value = trimmed(*contents);
+    return value.empty() ? std::nullopt : std::optional<std::string>(value);
+}
+
+std::vector<std::string> namesInFolder(const std::string& path) {
+    std::vector<std::string> names;
+    std::error_code error;
+    for (std::filesystem::directory_iterator item(path, error), end; !error && item != end;
+         item.increment(error)) {
+        std::string name = item->path().filename().string();
+        if (!name.starts_with('.')) {
+            names.push_back(std::move(name));
+        }
+    }
+    std::ranges::sort(names);
+    return names;
+}
+
+std::string_view trimmed(std::string_view text) noexcept {
+    while (!text.empty() && isSpace(text.front())) {
+        text.remove_prefix(1);
+    }
+    while (!text.empty() && isSpace(text.back())) {
+        text.remove_suffix(1);
+    }
+    return text;
+}
+
+}  // namespace vorna
