@@ -1,0 +1,63 @@
+#pragma once
+
+/// A value that is read all the time, from any thread, and replaced as a whole now and then. Reading never
+/// waits, neither for a writer nor for another reader, and takes no part in ownership: no count is shared by
+/// all readers, as it would be with a shared pointer.
+
+#include <vorna/config/ReadersGate.h>
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+namespace vorna {
+
+template <class T>
+class ReadMostly {
+  public:
+    /// Holds no value at first.
+    ReadMostly() = default;
+    ReadMostly(const ReadMostly&) = delete;
+    ReadMostly& operator=(const ReadMostly&) = delete;
+    ReadMostly(ReadMostly&&) = delete;
+    ReadMostly& operator=(ReadMostly&&) = delete;
+    /// No reader may be left.
+    ~ReadMostly() = default;
+
+    /// Once true it stays true.
+    bool hasValue() const noexcept { return current_.load(std::memory_order_acquire) != nullptr; }
+
+    /// Calls `look` with a pointer to the value, null when there is none yet, and returns its result. The
+    /// pointer is good during the call, which should be short and must not call `replace`. Any thread.
+    template <class Look>
+    auto read(Look&& look) const {
+        const ReadersGate::Pass pass = gate_.enter();
+        return std::forward<Look>(look)(current_.load());
+    }
+
+    /// Puts a value in force: whoever reads from now on sees it. The former one is destroyed as soon as nobody
+    /// looks at it any more; should a reader stay for longer than a moment, one of the next calls does that, so
+    /// the call always returns soon. Any thread.
+    void replace(std::unique_ptr<const T> value) {
+        const std::scoped_lock lock(mutex_);
+        current_.store(value.get());
+        if (owner_ != nullptr) {
+            former_.push_back(std::move(owner_));
+        }
+        owner_ = std::move(value);
+        if (!former_.empty() && gate_.waitForEarlierReaders(std::chrono::milliseconds(100))) {
+            former_.clear();
+        }
+    }
+
+  private:
+    mutable ReadersGate gate_;
+    std::atomic<const T*> current_ = nullptr;
+    std::mutex mutex_;
+    std::unique_ptr<const T> owner_;
+    std::vector<std::unique_ptr<const T>> former_;
+};
+
+}  // namespace vorna

@@ -1,0 +1,162 @@
+#include <vorna/config/RemoteConfigHelper.h>
+
+#include <vorna/config/RemoteConfigNotifications.h>
+#include <vorna/config/RemoteConfigRequest.h>
+#include <vorna/config/RemoteConfigResponse.h>
+#include <vorna/platform/Log.h>
+#include <vorna/platform/NotificationCenter.h>
+#include <vorna/platform/URL.h>
+
+#include <chrono>
+#include <utility>
+#include <variant>
+
+namespace vorna {
+
+namespace {
+
+using Configs = std::map<std::string, std::string>;
+
+void save(Preferences& preferences, Configs configs) {
+    PreferenceValue::Dictionary dictionary;
+    for (auto& [key, value] : configs) {
+        dictionary.emplace_hint(dictionary.end(), key, PreferenceValue{std::move(value)});
+    }
+    if (preferences.setValue(RemoteConfigHelper::userDefaultsKey, PreferenceValue{std::move(dictionary)})) {
+        log::debug({"Configs saved to UserDefaults"});
+    } else {
+        log::debug({"Configs could not be saved to UserDefaults"});
+    }
+}
+
+/// The configuration, or nothing after a line has said why.
+std::optional<Configs> configsIn(const std::optional<std::string>& body,
+                                 const std::optional<HttpResponse>& response,
+                                 const std::optional<HttpError>& error) {
+    constexpr int ok = 200;
+    if (error) {
+        log::debug({"Error fetching remote configs: ", error->description});
+        return std::nullopt;
+    }
+    if (response) {
+        if (response->statusCode != ok) {
+            log::debug({"HTTP Error: ", debugDescription(response)});
+            return std::nullopt;
+        }
+        log::debug({"Config received successfully!"});
+    }
+    if (!body) {
+        log::debug({"No data received"});
+        return std::nullopt;
+    }
+    json::Decoded<RemoteConfigResponse> decoded = decodeRemoteConfigResponse(*body);
+    if (const auto* const problem = std::get_if<json::DecodingError>(&decoded)) {
+        log::debug({"Decoding error: ", problem->description});
+        return std::nullopt;
+    }
+    return std::move(std::get<RemoteConfigResponse>(decoded).configs);
+}
+
+}  // namespace
+
+struct RemoteConfigHelper::Exchange {
+    std::shared_ptr<HttpClient> httpClient;
+    std::shared_ptr<Preferences> preferences;
+    std::optional<URL> url;
+
+    static void fetch(const std::shared_ptr<Exchange>& self, RemoteConfigData data, int retryCount);
+    static void retry(const std::shared_ptr<Exchange>& self, RemoteConfigData data, int retryCount);
+    void succeed(Configs configs) const;
+};
+
+void RemoteConfigHelper::Exchange::fetch(const std::shared_ptr<Exchange>& self, RemoteConfigData data,
+                                         int retryCount) {
+    if (!self->url) {
+        log::debug({"Invalid URL"});
+        return;
+    }
+    json::Encoded body = encodeRemoteConfigRequest({data.deviceData});
+    if (const auto* const problem = std::get_if<json::EncodingError>(&body)) {
+        log::debug({"Error serializing request body: ", problem->description});
+        return;
+    }
+    HttpRequest request{.url = *self->url,
+                        .method = HttpMethod::post,
+                        .headers = {{"Content-Type", "application/json"}},
+                        .body = std::get<std::string>(std::move(body)),
+                        .timeout = std::chrono::seconds(5)};
+    self->httpClient->start(
+        std::move(request),
+        [weakSelf = std::weak_ptr(self), data = std::move(data), retryCount](
+            const std::optional<std::string>& received, const std::optional<HttpResponse>& response,
+            const std::optional<HttpError>& error) {
+            const std::shared_ptr<Exchange> exchange = weakSelf.lock();
+            if (exchange == nullptr) {
+                return;
+            }
+            if (std::optional<Configs> configs = configsIn(received, response, error)) {
+                exchange->succeed(std::move(*configs));
+            } else {
+                retry(exchange, data, retryCount);
+            }
+        });
+}
+
+void RemoteConfigHelper::Exchange::retry(const std::shared_ptr<Exchange>& self, RemoteConfigData data,
+                                         int retryCount) {
+    if (retryCount >= maxRetryCount) {
+        log::debug({"Max retry attempts reached. Failed to fetch remote configs."});
+        UserInfo userInfo;
+        userInfo.emplace(remoteConfigFetchedEntry, false);
+        NotificationCenter::defaultCenter().post(remoteConfigsReadyNotification, std::move(userInfo));
+        return;
+    }
+    log::debug({"Retrying fetch... Attempt ", std::to_string(retryCount + 1)});
+    fetch(self, std::move(data), retryCount + 1);
+}
+
+void RemoteConfigHelper::Exchange::succeed(Configs configs) const {
+    UserInfo userInfo;
+    userInfo.emplace(configsEntry, configs);
+    // What is in force comes before what is kept: the host need not wait for the disk.
+    NotificationCenter::defaultCenter().post(remoteConfigsFetchedNotification, std::move(userInfo));
+    save(*preferences, std::move(configs));
+}
+
+RemoteConfigHelper::RemoteConfigHelper(std::shared_ptr<HttpClient> httpClient,
+                                       std::shared_ptr<Preferences> preferences, const std::string& configURL)
+    : exchange_(std::make_shared<Exchange>(
+          Exchange{std::move(httpClient), std::move(preferences), URL::parse(configURL)})) {}
+
+void RemoteConfigHelper::fetchRemoteConfigs(RemoteConfigData remoteConfigData, int retryCount) {
+    Exchange::fetch(exchange_, std::move(remoteConfigData), retryCount);
+}
+
+void RemoteConfigHelper::saveToLocal(const std::map<std::string, std::string>& configs) {
+    save(*exchange_->preferences, configs);
+}
+
+std::optional<std::map<std::string, std::string>> RemoteConfigHelper::loadConfigsFromLocal() const {
+    std::optional<Configs> loaded;
+    if (std::optional<PreferenceValue> saved = exchange_->preferences->value(userDefaultsKey)) {
+        if (auto* const dictionary = std::get_if<PreferenceValue::Dictionary>(&saved->value)) {
+            loaded.emplace();
+            for (auto& [key, value] : *dictionary) {
+                auto* const text = std::get_if<std::string>(&value.value);
+                if (text == nullptr) {
+                    loaded.reset();
+                    break;
+                }
+                loaded->emplace_hint(loaded->end(), key, std::move(*text));
+            }
+        }
+    }
+    if (loaded) {
+        log::debug({"Configs loaded from UserDefaults"});
+    } else {
+        log::debug({"No configs found in UserDefaults"});
+    }
+    return loaded;
+}
+
+}  // namespace vorna

@@ -1,0 +1,26 @@
+#pragma once
+
+/// The body of a request for the remote configuration: one JSON object with the single key "deviceData".
+
+#include <vorna/config/RemoteConfigData.h>
+#include <vorna/json/Encoding.h>
+
+namespace vorna {
+
+struct RemoteConfigRequest {
+    /// Taken over from the task that asked for the configuration.
+    DeviceMetadata deviceData;
+
+    friend bool operator==(const RemoteConfigRequest&, const RemoteConfigRequest&) = default;
+
+    template <class Self, class Visit>
+    static void visitFields(Self& self, Visit&& visit) {
+        visit("deviceData", self.deviceData);
+    }
+};
+
+/// The text of the body, or why there is none: text that is not UTF-8, a number that JSON cannot hold. Any
+/// thread.
+json::Encoded encodeRemoteConfigRequest(const RemoteConfigRequest& request);
+
+}  // namespace vorna

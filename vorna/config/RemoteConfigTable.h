@@ -1,0 +1,52 @@
+#pragma once
+
+/// A fetched configuration, laid out for lookups: one block of text and a hash index over it. It never changes,
+/// so any number of threads may read it.
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vorna {
+
+class RemoteConfigTable {
+  public:
+    /// The empty table.
+    RemoteConfigTable() = default;
+
+    explicit RemoteConfigTable(const std::map<std::string, std::string>& configs);
+
+    /// The value under exactly this key, valid as long as the table; absent when there is none. Allocates
+    /// nothing.
+    std::optional<std::string_view> find(std::string_view key) const noexcept;
+
+    std::size_t size() const noexcept { return entries_.size(); }
+
+  private:
+    /// Both views lead into `text_`.
+    struct Entry {
+        std::string_view key;
+        std::string_view value;
+    };
+
+    /// One place of the index, with the part of the hash that its position does not tell: most keys that are
+    /// not meant are passed over without a look at their text.
+    struct Slot {
+        std::uint32_t check = 0;
+        std::uint32_t entry = vacant;
+    };
+
+    static constexpr std::uint32_t vacant = UINT32_MAX;
+
+    std::unique_ptr<char[]> text_;  // NOLINT(modernize-avoid-c-arrays): a block that moves keep in place
+    std::vector<Entry> entries_;
+    /// A power of two, at least half of it vacant; none for the empty table.
+    std::vector<Slot> slots_;
+};
+
+}  // namespace vorna

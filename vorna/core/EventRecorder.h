@@ -1,0 +1,54 @@
+#pragma once
+
+/// Makes the record of an event at the moment it is recorded, and sends it on its way: through the queue, or
+/// straight to the HTTP client for the one event that cannot wait.
+
+#include <vorna/core/FacadeState.h>
+#include <vorna/device/DeviceMetadataCollector.h>
+#include <vorna/events/VornaQueueWorker.h>
+#include <vorna/events/VornaTaskQueue.h>
+#include <vorna/platform/Clock.h>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace vorna {
+
+/// Any thread. All the work is done on the caller's.
+class EventRecorder {
+  public:
+    EventRecorder(std::shared_ptr<const Clock> clock, std::shared_ptr<FacadeState> state,
+                  std::shared_ptr<DeviceMetadataCollector> collector, std::shared_ptr<VornaTaskQueue> queue,
+                  std::shared_ptr<VornaQueueWorker> worker, std::string eventURL);
+
+    /// Queued, with the present time as both dates.
+    void event(std::string_view name, std::optional<std::string_view> customValue);
+
+    /// Queued, with the dates as given.
+    void event(std::string_view name, std::uint64_t startTime, std::uint64_t endTime,
+               std::optional<std::string_view> customValue);
+
+    /// Handed to the HTTP client before this returns, for an application that may be suspended right after.
+    void directEvent(std::string_view name, std::uint64_t startTime, std::uint64_t endTime,
+                     std::optional<std::string_view> customValue);
+
+    /// Queues a fetch of the remote configuration.
+    void fetchRemoteConfig();
+
+  private:
+    DeviceMetadata deviceData();
+    EventData record(std::string_view name, std::uint64_t startTime, std::uint64_t endTime,
+                     std::optional<std::string_view> customValue);
+
+    const std::shared_ptr<const Clock> clock_;
+    const std::shared_ptr<FacadeState> state_;
+    const std::shared_ptr<DeviceMetadataCollector> collector_;
+    const std::shared_ptr<VornaTaskQueue> queue_;
+    const std::shared_ptr<VornaQueueWorker> worker_;
+    const std::string eventURL_;
+};
+
+}  // namespace vorna

@@ -1,0 +1,47 @@
+#pragma once
+
+/// What the facade knows of the application and its user: set by `Init` and `SetAdid`, read by the getters and
+/// by every record.
+
+#include <vorna/device/DeviceMetadata.h>
+#include <vorna/platform/SharedValue.h>
+
+#include <cstdint>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace vorna {
+
+/// Any thread.
+class FacadeState {
+  public:
+    std::optional<std::string> appID() const { return read(appID_); }
+    std::optional<std::string> adid() const { return read(adid_); }
+    std::optional<std::string> userID() const { return read(userID_); }
+    std::optional<std::uint64_t> installTime() const { return read(installTime_); }
+
+    void setAppID(std::string appID);
+    void setAdid(std::string adid);
+    void setIdentity(std::string userID, std::uint64_t installTime);
+
+    /// The same for records: empty text and 0 where a value is absent.
+    SharedValue<IdentityDescription> description() const { return read(description_); }
+
+  private:
+    template <class Value>
+    Value read(const Value& value) const {
+        const std::scoped_lock lock(mutex_);
+        return value;
+    }
+
+    mutable std::mutex mutex_;
+    std::optional<std::string> appID_;
+    std::optional<std::string> adid_;
+    std::optional<std::string> userID_;
+    std::optional<std::uint64_t> installTime_;
+    SharedValue<IdentityDescription> description_{IdentityDescription{0, {}, {}, {}}};
+};
+
+}  // namespace vorna

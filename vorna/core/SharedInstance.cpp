@@ -1,0 +1,149 @@
+#include <vorna/core/SharedInstance.h>
+
+#include <vorna/config/RemoteConfigNotifications.h>
+#include <vorna/events/ULID.h>
+#include <vorna/platform/Log.h>
+#include <vorna/platform/NeverDestroyed.h>
+
+#include <map>
+#include <optional>
+#include <utility>
+#include <variant>
+
+namespace vorna {
+
+namespace {
+
+/// The platform that the host has chosen, until the instance takes it.
+struct Choice {
+    std::mutex mutex;
+    std::optional<Platform> platform;
+    bool taken = false;
+};
+
+Choice& choice() {
+    static NeverDestroyed<Choice> value;
+    return *value;
+}
+
+template <class Port>
+void useDefault(std::shared_ptr<Port>& port, const std::shared_ptr<Port>& standard) {
+    if (!port) {
+        port = standard;
+    }
+}
+
+/// The chosen platform with the default ports where it names none.
+Platform completed(std::optional<Platform> chosen) {
+    if (!chosen) {
+        return makePlatform();
+    }
+    Platform platform = std::move(*chosen);
+    const bool isComplete = platform.httpClient && platform.credentialStore && platform.preferences &&
+                            platform.system && platform.clock && platform.randomSource &&
+                            !platform.eventURL.empty() && !platform.configURL.empty();
+    if (isComplete) {
+        return platform;
+    }
+    const Platform standard = makePlatform();
+    useDefault(platform.httpClient, standard.httpClient);
+    useDefault(platform.credentialStore, standard.credentialStore);
+    useDefault(platform.preferences, standard.preferences);
+    useDefault(platform.system, standard.system);
+    useDefault(platform.clock, standard.clock);
+    useDefault(platform.randomSource, standard.randomSource);
+    if (platform.eventURL.empty()) {
+        platform.eventURL = standard.eventURL;
+    }
+    if (platform.configURL.empty()) {
+        platform.configURL = standard.configURL;
+    }
+    return platform;
+}
+
+Platform takeChoice() {
+    std::optional<Platform> chosen;
+    {
+        const std::scoped_lock lock(choice().mutex);
+        choice().taken = true;
+        chosen = std::exchange(choice().platform, std::nullopt);
+    }
+    return completed(std::move(chosen));
+}
+
+}  // namespace
+
+SharedInstance& SharedInstance::get() {
+    static NeverDestroyed<SharedInstance> instance(takeChoice());
+    return *instance;
+}
+
+bool SharedInstance::choose(Platform platform) {
+    const std::scoped_lock lock(choice().mutex);
+    if (choice().taken) {
+        return false;
+    }
+    choice().platform = std::move(platform);
+    return true;
+}
+
+SharedInstance::SharedInstance(Platform thePlatform)
+    : platform(std::move(thePlatform)), queue(std::make_shared<VornaTaskQueue>()),
+      eventListManager(std::make_shared<EventListManager>()),
+      remoteConfigHelper(
+          std::make_shared<RemoteConfigHelper>(platform.httpClient, platform.preferences, platform.configURL)),
+      worker(std::make_shared<VornaQueueWorker>(queue, eventListManager, platform.httpClient, remoteConfigHelper,
+                                                platform.eventURL)),
+      state(std::make_shared<FacadeState>()),
+      recorder(std::make_shared<EventRecorder>(
+          platform.clock, state, std::make_shared<DeviceMetadataCollector>(platform.system, platform.clock), queue,
+          worker, platform.eventURL)),
+      keychain(platform.credentialStore, platform.clock,
+               [randomSource = platform.randomSource](Date date) {
+                   return ULID(date, *randomSource).ulidString();
+               }),
+      lifecycle(platform.clock, platform.randomSource, recorder) {}
+
+void SharedInstance::initialise(std::string appID) {
+    const std::scoped_lock lock(initialising_);
+    if (isInitialized_) {
+        loadConfigsFromLocal();
+        recorder->fetchRemoteConfig();
+        return;
+    }
+    state->setAppID(std::move(appID));
+    lifecycle.observe();
+    NotificationCenter::defaultCenter()
+        .addObserver(remoteConfigsFetchedNotification,
+                     [this](const Notification& notification) { remoteConfigsFetched(notification); })
+        .keepForever();
+    worker->start();
+    KeyChainData identity = keychain.loadOrCreateIdentity();
+    state->setIdentity(std::move(identity.userId), identity.installTime);
+    loadConfigsFromLocal();
+    recorder->fetchRemoteConfig();
+    log::debug({"VornaSDK initialized"});
+    recorder->event("sdk_initialized", "");
+    isInitialized_ = true;
+}
+
+void SharedInstance::loadConfigsFromLocal() {
+    if (const auto configs = remoteConfigHelper->loadConfigsFromLocal()) {
+        remoteConfigs.replace(*configs);
+    }
+}
+
+void SharedInstance::remoteConfigsFetched(const Notification& notification) {
+    const auto entry = notification.userInfo.find(configsEntry);
+    if (entry == notification.userInfo.end()) {
+        return;
+    }
+    const auto* const configs = std::get_if<std::map<std::string, std::string>>(&entry->second);
+    if (configs == nullptr) {
+        return;
+    }
+    remoteConfigs.replace(*configs);
+    NotificationCenter::defaultCenter().post(remoteConfigsReadyNotification, {{std::string(remoteConfigFetchedEntry), true}});
+}
+
+}  // namespace vorna

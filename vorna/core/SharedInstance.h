@@ -1,0 +1,57 @@
+#pragma once
+
+/// The one instance behind the facade's static operations: made on the first operation that needs it, alive
+/// until the process ends.
+
+#include <vorna/config/RemoteConfigHelper.h>
+#include <vorna/config/RemoteConfigsInForce.h>
+#include <vorna/core/EventRecorder.h>
+#include <vorna/core/FacadeState.h>
+#include <vorna/core/Lifecycle.h>
+#include <vorna/device/DeviceMetadataCollector.h>
+#include <vorna/device/KeychainHelper.h>
+#include <vorna/events/EventListManager.h>
+#include <vorna/events/VornaQueueWorker.h>
+#include <vorna/events/VornaTaskQueue.h>
+#include <vorna/platform/NotificationCenter.h>
+#include <vorna/platform/Platform.h>
+
+#include <memory>
+#include <mutex>
+#include <string>
+
+namespace vorna {
+
+class SharedInstance {
+  public:
+    /// Makes the instance on the first call, on the platform that was chosen or else the default one.
+    static SharedInstance& get();
+
+    /// Chooses the platform. False when the instance exists already; nothing has changed then.
+    static bool choose(Platform platform);
+
+    explicit SharedInstance(Platform platform);
+
+    /// See `VornaCoreSDK::Init`.
+    void initialise(std::string appID);
+
+    const Platform platform;
+    const std::shared_ptr<VornaTaskQueue> queue;
+    const std::shared_ptr<EventListManager> eventListManager;
+    const std::shared_ptr<RemoteConfigHelper> remoteConfigHelper;
+    const std::shared_ptr<VornaQueueWorker> worker;
+    const std::shared_ptr<FacadeState> state;
+    RemoteConfigsInForce remoteConfigs;
+    const std::shared_ptr<EventRecorder> recorder;
+    KeychainHelper keychain;
+    Lifecycle lifecycle;
+
+  private:
+    void loadConfigsFromLocal();
+    void remoteConfigsFetched(const Notification& notification);
+
+    std::mutex initialising_;
+    bool isInitialized_ = false;
+};
+
+}  // namespace vorna

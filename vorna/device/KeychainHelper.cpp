@@ -1,0 +1,75 @@
+#include <vorna/device/KeychainHelper.h>
+
+#include <vorna/json/Decoding.h>
+#include <vorna/json/Encoding.h>
+#include <vorna/platform/FatalError.h>
+#include <vorna/platform/Log.h>
+#include <vorna/text/Utf8.h>
+
+#include <utility>
+#include <variant>
+
+namespace vorna {
+
+KeychainHelper::KeychainHelper(std::shared_ptr<CredentialStore> store, std::shared_ptr<const Clock> clock,
+                               MakeUserIdentifier makeUserIdentifier)
+    : store_(std::move(store)),
+      clock_(std::move(clock)),
+      makeUserIdentifier_(std::move(makeUserIdentifier)) {}
+
+KeyChainData KeychainHelper::loadOrCreateIdentity() const {
+    if (const std::optional<std::string> text = read()) {
+        std::optional<KeyChainData> stored = decode(*text);
+        if (!stored) {
+            fatalError("the stored identity cannot be decoded");
+        }
+        return std::move(*stored);
+    }
+    KeyChainData made;
+    made.userId = makeUserIdentifier_(clock_->now());
+    made.installTime = wholeSeconds(clock_->now());
+    const std::string text = encode(made.userId, made.installTime).value_or("");
+    log::debug({"KeyChain Data -> ", text});
+    save(text);
+    return made;
+}
+
+std::optional<std::string> KeychainHelper::read() const {
+    CredentialStore::ReadResult result = store_->read(service, account);
+    if (result.status == credential_status::success && result.value && utf8::isValid(*result.value)) {
+        return std::move(result.value);
+    }
+    log::always({"Error reading from Keychain: ", std::to_string(result.status)});
+    return std::nullopt;
+}
+
+void KeychainHelper::save(std::string_view value) const {
+    if (!utf8::isValid(value)) {
+        return;
+    }
+    store_->remove(service, account);
+    const CredentialStatus status = store_->add(service, account, value);
+    if (status != credential_status::success) {
+        log::always({"Error saving to Keychain: ", std::to_string(status)});
+    }
+}
+
+std::optional<std::string> KeychainHelper::encode(std::string_view userId, std::uint64_t installTime) {
+    json::Encoded encoded = json::encode(KeyChainData{std::string(userId), installTime});
+    if (const json::EncodingError* const error = std::get_if<json::EncodingError>(&encoded)) {
+        log::debug({"Error encoding keyChainData: ", error->description});
+        return std::nullopt;
+    }
+    return std::get<std::string>(std::move(encoded));
+}
+
+std::optional<KeyChainData> KeychainHelper::decode(std::string_view text) {
+    json::Decoded<KeyChainData> decoded = json::decode<KeyChainData>(text);
+    if (const json::DecodingError* const error = std::get_if<json::DecodingError>(&decoded)) {
+        log::debug({"Error decoding keyChainData: ", error->description});
+        return std::nullopt;
+    }
+    return std::get<KeyChainData>(std::move(decoded));
+}
+
+}  // namespace vorna

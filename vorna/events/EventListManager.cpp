@@ -1,0 +1,22 @@
+#include <vorna/events/EventListManager.h>
+
+#include <utility>
+
+namespace vorna {
+
+void EventListManager::append(EventShortData event) {
+    const std::scoped_lock lock(mutex_);
+    eventList_.push_back(std::move(event));
+}
+
+std::vector<EventShortData> EventListManager::eventList() const {
+    const std::scoped_lock lock(mutex_);
+    return eventList_;
+}
+
+std::size_t EventListManager::size() const {
+    const std::scoped_lock lock(mutex_);
+    return eventList_.size();
+}
+
+}  // namespace vorna

@@ -1,0 +1,36 @@
+#pragma once
+
+/// The events that were handed to the network in this run, kept for the debug list. The list grows for the
+/// life of the process: it is meant to show everything.
+
+#include <cstddef>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace vorna {
+
+struct EventShortData {
+    std::string name;
+    std::optional<std::string> customValue;
+
+    friend bool operator==(const EventShortData&, const EventShortData&) = default;
+};
+
+/// Any thread.
+class EventListManager {
+  public:
+    void append(EventShortData event);
+
+    /// Oldest first.
+    std::vector<EventShortData> eventList() const;
+
+    std::size_t size() const;
+
+  private:
+    mutable std::mutex mutex_;
+    std::vector<EventShortData> eventList_;
+};
+
+}  // namespace vorna

@@ -1,0 +1,37 @@
+#include <vorna/events/ULID.h>
+
+#include <algorithm>
+
+namespace vorna {
+
+ULID ULID::fromParts(Date timestamp, std::uint16_t first, std::uint64_t second) {
+    return fromHalves({wholeMilliseconds(timestamp) << 16 | first, second});
+}
+
+ULID::ULID(Date timestamp, RandomSource& generator) {
+    const std::uint16_t first = generator.next16();
+    const std::uint64_t second = generator.next64();
+    *this = fromParts(timestamp, first, second);
+}
+
+std::optional<ULID> ULID::fromRandomPart(Date timestamp, std::span<const std::uint8_t> randomPartData) {
+    constexpr std::size_t timeSize = 6;
+    constexpr std::size_t randomSize = Bytes().size() - timeSize;
+    if (randomPartData.size() < randomSize) {
+        return std::nullopt;
+    }
+    ULID ulid = fromParts(timestamp, 0, 0);
+    std::copy_n(randomPartData.begin(), randomSize, ulid.bytes_.begin() + timeSize);
+    return ulid;
+}
+
+std::string ULID::ulidString() const {
+    const Text text = toText();
+    return std::string(view(text));
+}
+
+std::string ULID::description() const {
+    return ulidString();
+}
+
+}  // namespace vorna

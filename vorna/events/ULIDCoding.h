@@ -1,0 +1,30 @@
+#pragma once
+
+/// How a ULID stands in JSON: as one string, its text. Include this where a record with such a field is
+/// encoded or decoded; the coders find the two functions by the type of the field.
+
+#include <vorna/events/ULID.h>
+#include <vorna/json/Decoding.h>
+#include <vorna/json/Encoding.h>
+
+namespace vorna {
+
+inline bool write(json::Writer& writer, const ULID& ulid) {
+    const ULID::Text text = ulid.toText();
+    return writer.text(ULID::view(text));
+}
+
+inline json::detail::Problem read(const boost::json::value& from, ULID& into) {
+    std::string text;
+    if (json::detail::Problem problem = json::detail::read(from, text)) {
+        return problem;
+    }
+    const std::optional<ULID> ulid = ULID::fromString(text);
+    if (!ulid) {
+        return {{}, "Attempted to decode ULID from invalid ULID string."};
+    }
+    into = *ulid;
+    return {};
+}
+
+}  // namespace vorna
