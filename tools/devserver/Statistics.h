@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+
+namespace vorna::devserver {
+
+// What the server has done since it started. Requests that steer the server itself are not counted.
+class Statistics {
+  public:
+    void countRequest(std::string_view path);
+
+    void countStatus(unsigned status) { ++statuses_[status]; }
+
+    void countUnanswered() { ++unanswered_; }
+
+    void countRecordedEvent() { ++eventsRecorded_; }
+
+    void countRejectedEvent() { ++eventsRejected_; }
+
+    void connectionOpened() {
+        ++connectionsAccepted_;
+        ++connectionsOpen_;
+    }
+
+    void connectionClosed() { --connectionsOpen_; }
+
+    // {"connections":{"accepted":1,"open":1},"events":{"recorded":1,"rejected":0},"requests":{"total":1,"unanswered":0,"paths":{"/v1/event":1}},
+    //  "statuses":{"200":1}}
+    [[nodiscard]] std::string toJson() const;
+
+    // The same in one line for people.
+    [[nodiscard]] std::string summary() const;
+
+  private:
+    std::map<std::string, std::uint64_t, std::less<>> paths_;
+    std::map<unsigned, std::uint64_t> statuses_;
+    std::uint64_t requests_ = 0;
+    std::uint64_t unanswered_ = 0;
+    std::uint64_t eventsRecorded_ = 0;
+    std::uint64_t eventsRejected_ = 0;
+    std::uint64_t connectionsAccepted_ = 0;
+    std::uint64_t connectionsOpen_ = 0;
+};
+
+}  // namespace vorna::devserver

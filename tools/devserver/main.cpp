@@ -1,0 +1,101 @@
+#include <sys/resource.h>
+#include <tools/devserver/ConfigFile.h>
+#include <tools/devserver/Console.h>
+#include <tools/devserver/EventJournal.h>
+#include <tools/devserver/Faults.h>
+#include <tools/devserver/MediaFolder.h>
+#include <tools/devserver/Options.h>
+#include <tools/devserver/Router.h>
+#include <tools/devserver/Server.h>
+#include <tools/devserver/ServerIdentity.h>
+#include <tools/devserver/Statistics.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+#include <iostream>
+#include <optional>
+#include <string>
+#include <utility>
+#include <variant>
+
+namespace {
+
+using namespace vorna::devserver;
+
+// As many connections at once as the system lets this process have.
+void raiseDescriptorLimit() {
+    rlimit limit{};
+    if (::getrlimit(RLIMIT_NOFILE, &limit) == 0 && limit.rlim_cur < limit.rlim_max) {
+        limit.rlim_cur = limit.rlim_max;
+        ::setrlimit(RLIMIT_NOFILE, &limit);
+    }
+}
+
+// The names our own certificate answers to besides the loopback ones: those asked for, and the address we
+// listen on if it is a particular one.
+std::vector<std::string> certificateNames(const Options& options) {
+    std::vector<std::string> names = options.names;
+    if (options.address != "0.0.0.0" && options.address != "::") {
+        names.push_back(options.address);
+    }
+    return names;
+}
+
+int serve(const Options& options) {
+    const Console console = standardConsole(options.quiet);
+    Statistics statistics;
+    Faults faults;
+    for (const Fault& fault : options.faults) {
+        faults.add(fault);
+    }
+    EventJournal journal(options.events);
+    const ConfigFile config(options.config);
+    std::optional<MediaFolder> media;
+    if (options.media) {
+        media.emplace(*options.media);
+    }
+    Router router(journal, config, std::move(media), faults, statistics, console);
+
+    ServerSettings settings{options.address, options.port, std::nullopt};
+    std::optional<std::filesystem::path> authority;
+    if (options.certificate && options.key) {
+        settings.tls = TlsFiles{*options.certificate, *options.key};
+    } else if (!options.plainHttp) {
+        const ServerIdentity identity =
+            serverIdentity(options.state, certificateNames(options), std::chrono::system_clock::now());
+        settings.tls = TlsFiles{identity.certificate, identity.key};
+        authority = identity.authority;
+    }
+
+    Server server(settings, router, statistics, console);
+    std::cout << "vorna-devserver listening on " << server.url() << '\n';
+    if (authority) {
+        std::cout << "certificate authority: " << std::filesystem::absolute(*authority).string() << '\n';
+    }
+    std::cout << "events: " << std::filesystem::absolute(journal.path()).string() << '\n'
+              << "configuration: " << std::filesystem::absolute(config.path()).string() << std::endl;
+    server.run();
+    std::cout << "vorna-devserver stopped: " << statistics.summary() << std::endl;
+    return 0;
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments) {
+    std::signal(SIGPIPE, SIG_IGN);  // a reader of our output may go away; the server stays
+    raiseDescriptorLimit();
+    try {
+        auto reading = readOptions(argumentCount, arguments);
+        if (const auto* exit = std::get_if<EarlyExit>(&reading)) {
+            (exit->status == 0 ? std::cout : std::cerr) << exit->output;
+            return exit->status;
+        }
+        return serve(std::get<Options>(reading));
+    } catch (const std::exception& error) {
+        std::cerr << "vorna-devserver: " << error.what() << '\n';
+        return 1;
+    }
+}
