@@ -1,0 +1,138 @@
+#include <vorna/config/RemoteConfigResponse.h>
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace vorna {
+namespace {
+
+using Configs = std::map<std::string, std::string>;
+
+/// The table, or the error in a table of its own, so that a failing expectation shows it.
+Configs decoded(std::string_view body) {
+    json::Decoded<RemoteConfigResponse> result = decodeRemoteConfigResponse(body);
+    if (const auto* const error = std::get_if<json::DecodingError>(&result)) {
+        return {{"(error)", error->description}};
+    }
+    return std::get<RemoteConfigResponse>(std::move(result)).configs;
+}
+
+std::string errorIn(std::string_view body) {
+    const json::Decoded<RemoteConfigResponse> result = decodeRemoteConfigResponse(body);
+    const auto* const error = std::get_if<json::DecodingError>(&result);
+    return error == nullptr ? "(no error)" : error->description;
+}
+
+std::string nested(std::size_t depth) {
+    return std::string(depth, '[') + std::string(depth, ']');
+}
+
+TEST(RemoteConfigResponseBody, GivesItsTable) {
+    EXPECT_EQ(decoded(R"({"configs":{"theme":"dark","limit":"12"}})"),
+              (Configs{{"limit", "12"}, {"theme", "dark"}}));
+}
+
+TEST(RemoteConfigResponseBody, MayHoldAnEmptyTable) {
+    EXPECT_EQ(decoded(R"({"configs":{}})"), Configs{});
+}
+
+TEST(RemoteConfigResponseBody, MayHoldEmptyKeysAndValuesAndAnyCharacter) {
+    EXPECT_EQ(decoded("{\"configs\":{\"\":\"\",\"a\\u0000b\":\"\\u0000\",\"\\ud83d\\ude00\":\"\xC5\x9F\\n\"}}"),
+              (Configs{{"", ""},
+                       {std::string("a\0b", 3), std::string("\0", 1)},
+                       {"\xF0\x9F\x98\x80", "\xC5\x9F\n"}}));
+}
+
+TEST(RemoteConfigResponseBody, MayHaveOtherKeysOfAnyKind) {
+    EXPECT_EQ(decoded(R"({"version":3,"configs":{"a":"1"},"more":{"b":[null,true]}})"), (Configs{{"a", "1"}}));
+}
+
+TEST(RemoteConfigResponseBody, TakesTheLastOfEqualKeys) {
+    EXPECT_EQ(decoded(R"({"configs":{"a":"1","b":"2","a":"3"}})"), (Configs{{"a", "3"}, {"b", "2"}}));
+    EXPECT_EQ(decoded(R"({"configs":{"a":"1"},"configs":{"b":"2"}})"), (Configs{{"b", "2"}}));
+}
+
+TEST(RemoteConfigResponseBody, MayBeNestedToADepthOf512WhereItIsIgnored) {
+    EXPECT_EQ(decoded(R"({"configs":{"a":"1"},"more":)" + nested(511) + "}"), (Configs{{"a", "1"}}));
+}
+
+TEST(RemoteConfigResponseBody, HoldsAHundredThousandKeys) {
+    std::string body = R"({"configs":{)";
+    Configs expected;
+    for (int index = 0; index < 100'000; ++index) {
+        const std::string key = "key_" + std::to_string(index);
+        const std::string value = "value of " + key;
+        body += (index == 0 ? "\"" : ",\"") + key + "\":\"" + value + '"';
+        expected.emplace(key, value);
+    }
+    EXPECT_TRUE(decoded(body + "}}") == expected);
+    EXPECT_EQ(errorIn(body + R"(,"last":5}})"), "configs.last: expected a string, found a number");
+}
+
+struct Refused {
+    const char* name;
+    std::string body;
+    std::string error;
+};
+
+void PrintTo(const Refused& row, std::ostream* stream) {
+    *stream << row.name;
+}
+
+class RemoteConfigResponseBodyIsRefused : public testing::TestWithParam<Refused> {};
+
+TEST_P(RemoteConfigResponseBodyIsRefused, AsAWhole) {
+    EXPECT_EQ(errorIn(GetParam().body), GetParam().error);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Bodies, RemoteConfigResponseBodyIsRefused,
+    testing::Values(
+        Refused{"NumberAmongStrings", R"({"configs":{"a":"1","b":2}})",
+                "configs.b: expected a string, found a number"},
+        Refused{"RealNumber", R"({"configs":{"b":2.5}})", "configs.b: expected a string, found a number"},
+        Refused{"True", R"({"configs":{"b":true}})", "configs.b: expected a string, found a boolean"},
+        Refused{"Null", R"({"configs":{"b":null}})", "configs.b: expected a string, found null"},
+        Refused{"Object", R"({"configs":{"b":{"c":"d"}}})", "configs.b: expected a string, found an object"},
+        Refused{"Array", R"({"configs":{"b":["d"]}})", "configs.b: expected a string, found an array"},
+        Refused{"NoConfigs", R"({"config":{}})", "configs: missing"},
+        Refused{"ConfigsOfOtherCase", R"({"Configs":{}})", "configs: missing"},
+        Refused{"NullConfigs", R"({"configs":null})", "configs: expected an object, found null"},
+        Refused{"ArrayOfConfigs", R"({"configs":[]})", "configs: expected an object, found an array"},
+        Refused{"TextOfConfigs", R"({"configs":"{}"})", "configs: expected an object, found a string"},
+        Refused{"ArrayAtTheTop", R"([{"configs":{}}])", "expected an object, found an array"},
+        Refused{"TextAtTheTop", R"("configs")", "expected an object, found a string"},
+        Refused{"KeyWithLineBreaks", R"({"configs":{"a\n[VornaSDK] b\u007f":1}})",
+                "configs.a [VornaSDK] b : expected a string, found a number"}),
+    [](const auto& row) { return row.param.name; });
+
+class RemoteConfigResponseBodyIsNotJson : public testing::TestWithParam<Refused> {};
+
+TEST_P(RemoteConfigResponseBodyIsNotJson, AndTheErrorSaysWhere) {
+    EXPECT_EQ(errorIn(GetParam().body).substr(0, GetParam().error.size()), GetParam().error);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Bodies, RemoteConfigResponseBodyIsNotJson,
+    testing::Values(Refused{"NoBytes", "", "line 1, column 1: "}, Refused{"Blanks", " \n ", "line 2, column "},
+                    Refused{"CutOff", R"({"configs":{"a":"1)", "line 1, column "},
+                    Refused{"ByteOrderMark", "\xEF\xBB\xBF{\"configs\":{}}", "line 1, column "},
+                    Refused{"ValueThatIsNotUtf8", "{\"configs\":{\"a\":\"\xC3\x28\"}}", "line 1, column "},
+                    Refused{"KeyThatIsNotUtf8", "{\"configs\":{\"\xFF\":\"1\"}}", "line 1, column "},
+                    Refused{"LoneSurrogate", R"({"configs":{"a":"\ud800"}})", "line 1, column "},
+                    Refused{"SomethingAfterTheEnd", "{\"configs\":{}}\n}", "line 2, column "},
+                    Refused{"TrailingComma", R"({"configs":{"a":"1",}})", "line 1, column "},
+                    Refused{"Comment", "/**/{\"configs\":{}}", "line 1, column "},
+                    Refused{"HtmlPage", "<html>Sign in</html>", "line 1, column "},
+                    Refused{"NestedDeeperThan512", R"({"configs":{},"more":)" + nested(512) + "}",
+                            "line 1, column "},
+                    Refused{"NestedVeryDeeply", R"({"configs":)" + std::string(1'000'000, '['),
+                            "line 1, column "}),
+    [](const auto& row) { return row.param.name; });
+
+}  // namespace
+}  // namespace vorna

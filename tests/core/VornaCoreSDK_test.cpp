@@ -1,0 +1,431 @@
+#include <vorna/core/VornaCoreSDK.h>
+
+#include <tests/support/RecordedEvents.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <map>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace vorna {
+namespace {
+
+using support::RecordedEvents;
+using testing::HasSubstr;
+using testing::SizeIs;
+
+constexpr std::string_view configURL = "https://service.test/v1/config";
+constexpr std::string_view eventURL = "https://service.test/v1/event";
+
+std::vector<HttpRequest> requestsTo(const RecordedEvents& host, std::string_view url) {
+    std::vector<HttpRequest> requests = host.http->requests();
+    std::erase_if(requests, [url](const HttpRequest& request) { return request.url.text() != url; });
+    return requests;
+}
+
+EventData eventOf(const HttpRequest& request) {
+    return std::get<EventData>(decodeEventData(request.body));
+}
+
+// The instance and its accessors
+
+TEST(Facade, HasNoIdentityBeforeInit) {
+    const RecordedEvents host;
+    EXPECT_FALSE(VornaCoreSDK::GetAppID());
+    EXPECT_FALSE(VornaCoreSDK::GetUserID());
+    EXPECT_FALSE(VornaCoreSDK::GetAdid());
+    EXPECT_FALSE(VornaCoreSDK::GetInstallTime());
+    EXPECT_EQ(VornaCoreSDK::GetRemoteConfig("key", "default"), "default");
+}
+
+TEST(Facade, IsMadeByAGetter) {
+    const RecordedEvents host;
+    static_cast<void>(VornaCoreSDK::GetAppID());
+    VornaCoreSDK::debug = true;
+    testing::internal::CaptureStdout();
+    VornaCoreSDK::UsePlatform({});
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "[VornaSDK] UsePlatform was called after another operation; the call is ignored\n");
+}
+
+TEST(Facade, IsMadeOnceHoweverManyThreadsAskAtOnce) {
+    const RecordedEvents host;
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 8; ++thread) {
+        threads.emplace_back([] { VornaCoreSDK::Event("from_everywhere"); });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_THAT(RecordedEvents::take(), SizeIs(8));
+}
+
+TEST(CurrentTimestamp, IsInWholeSecondsTruncated) {
+    const RecordedEvents host;
+    host.clock->set(1'704'067'200.9);
+    EXPECT_EQ(VornaCoreSDK::CurrentTimestamp(), 1'704'067'200U);
+}
+
+TEST(CurrentTimestamp, OfABrokenClockStopsTheProcess) {
+    const RecordedEvents host;
+    host.clock->set(-1);
+    EXPECT_DEATH(VornaCoreSDK::CurrentTimestamp(), "Fatal error: the clock reads a date outside the range");
+    EXPECT_DEATH(VornaCoreSDK::Event("x"), "Fatal error: the clock reads a date outside the range");
+}
+
+TEST(SetAdid, KeepsAnEmptyTextAsPresent) {
+    const RecordedEvents host;
+    VornaCoreSDK::SetAdid("");
+    EXPECT_EQ(VornaCoreSDK::GetAdid(), "");
+}
+
+TEST(SetAdid, ReplacesAndRecordsNothing) {
+    const RecordedEvents host;
+    VornaCoreSDK::SetAdid("a");
+    VornaCoreSDK::SetAdid("b");
+    EXPECT_EQ(VornaCoreSDK::GetAdid(), "b");
+    EXPECT_THAT(RecordedEvents::takeTasks(), SizeIs(0));
+}
+
+TEST(SetAdid, RefusesWhatIsNotUtf8WithALine) {
+    const RecordedEvents host;
+    VornaCoreSDK::SetAdid("good");
+    VornaCoreSDK::debug = true;
+    testing::internal::CaptureStdout();
+    VornaCoreSDK::SetAdid("\xFF");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "[VornaSDK] SetAdid: adid is not UTF-8; nothing is done\n");
+    EXPECT_EQ(VornaCoreSDK::GetAdid(), "good");
+}
+
+TEST(Debug, ReadsAndWritesLikeABool) {
+    EXPECT_FALSE(VornaCoreSDK::debug);
+    VornaCoreSDK::debug = true;
+    EXPECT_TRUE(VornaCoreSDK::debug);
+}
+
+// Init
+
+TEST(Init, TakesUpTheIdentityAndTellsTheServiceInOrder) {
+    const RecordedEvents host;
+    VornaCoreSDK::Init("my-app");
+    EXPECT_EQ(VornaCoreSDK::GetAppID(), "my-app");
+    ASSERT_TRUE(VornaCoreSDK::GetUserID());
+    EXPECT_THAT(*VornaCoreSDK::GetUserID(), SizeIs(26));
+    EXPECT_EQ(VornaCoreSDK::GetInstallTime(), 1'704'067'200U);
+
+    ASSERT_TRUE(host.http->waitForRequests(2));
+    const std::vector<HttpRequest> requests = host.http->requests();
+    EXPECT_EQ(requests[0].url.text(), configURL);
+    EXPECT_THAT(requests[0].body, HasSubstr(R"("userId":")" + *VornaCoreSDK::GetUserID() + R"(","appId":"my-app")"));
+    EXPECT_EQ(requests[1].url.text(), eventURL);
+    const EventData event = eventOf(requests[1]);
+    EXPECT_EQ(event.name, "sdk_initialized");
+    EXPECT_EQ(event.customValue, "");
+    EXPECT_EQ(event.deviceData.identity->userId, VornaCoreSDK::GetUserID());
+    EXPECT_EQ(event.deviceData.identity->installTime, VornaCoreSDK::GetInstallTime());
+}
+
+TEST(Init, CalledAgainKeepsTheFirstIdentifierAndFetchesOnceMore) {
+    const RecordedEvents host;
+    VornaCoreSDK::Init("A");
+    VornaCoreSDK::Init("B");
+    VornaCoreSDK::Event("last");
+    EXPECT_EQ(VornaCoreSDK::GetAppID(), "A");
+    ASSERT_TRUE(host.http->waitForRequests(4));
+    EXPECT_THAT(requestsTo(host, configURL), SizeIs(2));
+    const std::vector<HttpRequest> events = requestsTo(host, eventURL);
+    ASSERT_THAT(events, SizeIs(2));
+    EXPECT_EQ(eventOf(events[0]).name, "sdk_initialized");
+    EXPECT_EQ(eventOf(events[1]).name, "last");
+}
+
+TEST(Init, CalledAgainRegistersNoObserverTwice) {
+    const RecordedEvents host;
+    VornaCoreSDK::Init("A");
+    VornaCoreSDK::Init("A");
+    VornaCoreSDK::debug = true;
+    testing::internal::CaptureStdout();
+    NotificationCenter::defaultCenter().post(UIApplicationDidEnterBackgroundNotification);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "[VornaSDK] appDidEnterBackground\n");
+}
+
+/// The lines that the calling thread prints; the worker's depend on its own pace.
+std::vector<std::string> linesOfInit(const std::string& printed) {
+    std::vector<std::string> lines;
+    std::string line;
+    for (std::istringstream stream(printed); std::getline(stream, line);) {
+        if (line == "[VornaSDK] VornaSDK initialized" || line.find("Event called") != std::string::npos) {
+            lines.push_back(line);
+        }
+    }
+    return lines;
+}
+
+TEST(Init, PrintsNothingWhileDebugIsOff) {
+    const RecordedEvents host;
+    // A first run reports that it found no identity, always; so let there be one.
+    host.credentials->add("io.vorna.vornasdk", "userDetails", R"({"userId":"u","installTime":5})");
+    testing::internal::CaptureStdout();
+    VornaCoreSDK::Init("my-app");
+    EXPECT_TRUE(host.http->waitForRequests(2));
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+}
+
+TEST(Init, SaysThatItHasRunAndThenRecordsItsEvent) {
+    const RecordedEvents host;
+    VornaCoreSDK::debug = true;
+    testing::internal::CaptureStdout();
+    VornaCoreSDK::Init("my-app");
+    VornaCoreSDK::Init("my-app");
+    EXPECT_THAT(linesOfInit(testing::internal::GetCapturedStdout()),
+                testing::ElementsAre("[VornaSDK] VornaSDK initialized",
+                                     "[VornaSDK] Event called  -> sdk_initialized"));
+}
+
+TEST(Init, RefusesAnIdentifierThatIsNotUtf8AndCanBeCalledProperlyLater) {
+    const RecordedEvents host;
+    VornaCoreSDK::debug = true;
+    testing::internal::CaptureStdout();
+    VornaCoreSDK::Init("\xED\xA0\x80");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "[VornaSDK] Init: appID is not UTF-8; nothing is done\n");
+    EXPECT_FALSE(VornaCoreSDK::GetAppID());
+    VornaCoreSDK::debug = false;
+    VornaCoreSDK::Init("proper");
+    EXPECT_EQ(VornaCoreSDK::GetAppID(), "proper");
+    EXPECT_TRUE(host.http->waitForRequests(2));
+}
+
+TEST(Init, StopsTheProcessForAnIdentityThatCannotBeUnderstood) {
+    const RecordedEvents host;
+    host.credentials->add("io.vorna.vornasdk", "userDetails", "{}");
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_DEATH(VornaCoreSDK::Init("my-app"), "Fatal error: ");
+}
+
+// Events
+
+TEST(Event, BeforeInitWaitsAndIsSentWithTheStateOfItsOwnMoment) {
+    const RecordedEvents host;
+    VornaCoreSDK::Event("early", "value");
+    EXPECT_EQ(host.http->requestCount(), 0U);
+    VornaCoreSDK::Init("my-app");
+    ASSERT_TRUE(host.http->waitForRequests(3));
+    const EventData event = eventOf(host.http->requests()[0]);
+    EXPECT_EQ(event.name, "early");
+    EXPECT_EQ(*event.deviceData.identity, (IdentityDescription{0, "", "", ""}));
+}
+
+TEST(Event, TakesBothDatesFromTheClockOneAfterTheOther) {
+    const RecordedEvents host;
+    host.clock->set(1000.75);
+    VornaCoreSDK::Event("same_second");
+    host.clock->tickBy(0.5);
+    VornaCoreSDK::Event("across_seconds");
+    const std::vector<EventData> events = RecordedEvents::take();
+    EXPECT_EQ(std::pair(events[0].createDate, events[0].endDate), std::pair(std::uint64_t{1000}, std::uint64_t{1000}));
+    EXPECT_EQ(std::pair(events[1].createDate, events[1].endDate), std::pair(std::uint64_t{1000}, std::uint64_t{1001}));
+}
+
+TEST(Event, RecordsAnAbsentCustomValueAsTheEmptyOne) {
+    const RecordedEvents host;
+    VornaCoreSDK::Event("a", std::nullopt);
+    VornaCoreSDK::Event("a");
+    VornaCoreSDK::Event("a", "");
+    const std::vector<EventData> events = RecordedEvents::take();
+    ASSERT_THAT(events, SizeIs(3));
+    EXPECT_EQ(events[0], events[1]);
+    EXPECT_EQ(events[1], events[2]);
+}
+
+TEST(Event, TakesGivenDatesAsTheyAre) {
+    const RecordedEvents host;
+    VornaCoreSDK::Event("x", 200, 100, std::nullopt);
+    VornaCoreSDK::Event("x", 0, UINT64_MAX, "v");
+    const std::vector<EventData> events = RecordedEvents::take();
+    EXPECT_EQ(events[0].createDate, 200U);
+    EXPECT_EQ(events[0].endDate, 100U);
+    EXPECT_EQ(events[0].customValue, "");
+    EXPECT_EQ(events[1].endDate, UINT64_MAX);
+    EXPECT_EQ(events[1].customValue, "v");
+}
+
+TEST(Event, TakesAnyName) {
+    const RecordedEvents host;
+    const std::string long_name(1024UL * 1024, 'n');
+    for (const std::string& name : {std::string(), long_name, std::string("\0\xFF\n", 3)}) {
+        VornaCoreSDK::Event(name);
+        EXPECT_EQ(RecordedEvents::take().at(0).name, name);
+    }
+}
+
+TEST(Event, PrintsItsNameWhileDebugIsOn) {
+    const RecordedEvents host;
+    VornaCoreSDK::debug = true;
+    testing::internal::CaptureStdout();
+    VornaCoreSDK::Event("plain");
+    VornaCoreSDK::Event("timed", 1, 2, "v");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "[VornaSDK] Event called  -> plain\n"
+                                                      "[VornaSDK] Event called  -> timed\n");
+}
+
+TEST(Event, CarriesTheAdvertisingIdentifierOfItsMoment) {
+    const RecordedEvents host;
+    VornaCoreSDK::Event("before");
+    VornaCoreSDK::SetAdid("adid-1");
+    VornaCoreSDK::Event("after");
+    const std::vector<EventData> events = RecordedEvents::take();
+    EXPECT_EQ(events[0].deviceData.identity->adid, "");
+    EXPECT_EQ(events[1].deviceData.identity->adid, "adid-1");
+}
+
+TEST(Event, FromEightThreadsIsQueuedOnceEachInEveryThreadsOrderWhileInitAndSetAdidRun) {
+    constexpr int threadCount = 8;
+    constexpr std::uint64_t eachCount = 10'000;
+    const RecordedEvents host;
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < threadCount; ++thread) {
+        threads.emplace_back([name = "thread" + std::to_string(thread)] {
+            for (std::uint64_t count = 0; count < eachCount; ++count) {
+                VornaCoreSDK::Event(name, count, count, std::nullopt);
+            }
+        });
+    }
+    threads.emplace_back([] {
+        VornaCoreSDK::Init("my-app");
+        for (int count = 0; count < 1000; ++count) {
+            VornaCoreSDK::SetAdid(std::to_string(count));
+            static_cast<void>(VornaCoreSDK::GetUserID());
+        }
+        VornaCoreSDK::Init("again");
+    });
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    ASSERT_TRUE(host.http->waitForRequests(threadCount * eachCount + 3));
+    std::map<std::string, std::uint64_t> next;
+    for (const HttpRequest& request : requestsTo(host, eventURL)) {
+        // Only the beginning is looked at: decoding eighty thousand documents is not the point.
+        const std::string_view body = request.body;
+        if (!body.starts_with(R"({"name":"thread)")) {
+            continue;
+        }
+        const std::string name(body.substr(9, 7));
+        EXPECT_THAT(std::string(body.substr(0, 60)),
+                    HasSubstr("\"createDate\":" + std::to_string(next[name]++) + ","));
+    }
+    EXPECT_THAT(next, SizeIs(threadCount));
+    for (const auto& [name, count] : next) {
+        EXPECT_EQ(count, eachCount) << name;
+    }
+}
+
+// Remote configuration
+
+TEST(GetRemoteConfig, AnswersFromTheLastRunAtOnceAndFromTheServiceOnceItHasArrived) {
+    const RecordedEvents host;
+    host.preferences->put("VornaRemoteConfigs",
+                          {PreferenceValue::Dictionary{{"a", {std::string("old")}}, {"empty", {std::string()}}}});
+    VornaCoreSDK::Init("my-app");
+    EXPECT_EQ(VornaCoreSDK::GetRemoteConfig("a", "default"), "old");
+    EXPECT_EQ(VornaCoreSDK::GetRemoteConfig("empty", "default"), "");
+    EXPECT_EQ(VornaCoreSDK::GetRemoteConfig("A", "default"), "default");
+
+    std::vector<bool> outcomes;
+    const auto observation = NotificationCenter::defaultCenter().addObserver(
+        VornaCoreSDK::RemoteConfigsReady, [&](const Notification& notification) {
+            EXPECT_EQ(VornaCoreSDK::GetRemoteConfig("a", "default"), "new");
+            EXPECT_THAT(host.preferences->saves(), SizeIs(0)) << "announced before it is saved";
+            outcomes.push_back(std::get<bool>(notification.userInfo.at("remoteConfigFetched")));
+        });
+    ASSERT_TRUE(host.http->waitForRequests(2));
+    host.http->answer(support::HttpAnswer::status(200, R"({"configs":{"a":"new"}})"));
+    EXPECT_EQ(outcomes, std::vector<bool>{true});
+    EXPECT_EQ(VornaCoreSDK::GetRemoteConfig("empty", "default"), "default") << "the table is replaced whole";
+    EXPECT_THAT(host.preferences->saves(), SizeIs(1));
+}
+
+TEST(GetRemoteConfig, KeepsTheTableInForceWhenTheFetchFails) {
+    const RecordedEvents host;
+    host.preferences->put("VornaRemoteConfigs", {PreferenceValue::Dictionary{{"a", {std::string("old")}}}});
+    std::vector<bool> outcomes;
+    const auto observation = NotificationCenter::defaultCenter().addObserver(
+        VornaCoreSDK::RemoteConfigsReady, [&](const Notification& notification) {
+            outcomes.push_back(std::get<bool>(notification.userInfo.at("remoteConfigFetched")));
+        });
+    VornaCoreSDK::Init("my-app");
+    ASSERT_TRUE(host.http->waitForRequests(2));
+    // The answers go to the configuration request, then to the event, then to the attempts that follow.
+    for (int answer = 0; answer < 5; ++answer) {
+        EXPECT_TRUE(host.http->answer(support::HttpAnswer::status(503)));
+    }
+    EXPECT_THAT(requestsTo(host, configURL), SizeIs(4));
+    EXPECT_EQ(outcomes, std::vector<bool>{false});
+    EXPECT_EQ(VornaCoreSDK::GetRemoteConfig("a", "default"), "old");
+}
+
+TEST(GetRemoteConfig, HasOnlyDefaultsWithAnEmptyTable) {
+    const RecordedEvents host;
+    host.preferences->put("VornaRemoteConfigs", {PreferenceValue::Dictionary{{"a", {std::string("old")}}}});
+    VornaCoreSDK::Init("my-app");
+    ASSERT_TRUE(host.http->waitForRequests(2));
+    host.http->answer(support::HttpAnswer::status(200, R"({"configs":{}})"));
+    EXPECT_EQ(VornaCoreSDK::GetRemoteConfig("a", "default"), "default");
+}
+
+struct StrangeNotification {
+    const char* name;
+    UserInfo userInfo;
+};
+
+class RemoteConfigsFetched : public testing::TestWithParam<StrangeNotification> {};
+
+TEST_P(RemoteConfigsFetched, WithoutATableIsIgnored) {
+    const RecordedEvents host;
+    VornaCoreSDK::Init("my-app");
+    int ready = 0;
+    const auto observation = NotificationCenter::defaultCenter().addObserver(
+        VornaCoreSDK::RemoteConfigsReady, [&](const Notification&) { ++ready; });
+    NotificationCenter::defaultCenter().post("Vorna_RemoteConfigsFetched", GetParam().userInfo);
+    EXPECT_EQ(ready, 0);
+    EXPECT_EQ(VornaCoreSDK::GetRemoteConfig("a", "default"), "default");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, RemoteConfigsFetched,
+    testing::Values(StrangeNotification{"NoUserInfo", {}},
+                    StrangeNotification{"NoConfigs", {{"other", std::map<std::string, std::string>{{"a", "1"}}}}},
+                    StrangeNotification{"ConfigsOfAnotherKind", {{"configs", std::string("a")}}}),
+    [](const auto& testCase) { return testCase.param.name; });
+
+// Names
+
+TEST(NotificationNames, AreTheOnesThatHostsKnow) {
+    const std::map<std::string_view, std::string_view> names = {
+        {VornaCoreSDK::RemoteConfigsReady, "Vorna_RemoteConfigsReady"},
+        {VornaCoreSDK::PaidProductClicked, "Vorna_PaidProductClicked"},
+        {VornaCoreSDK::OnboardingScreensFinished, "Vorna_OnboardingScreensFinished"},
+        {VornaCoreSDK::PaywallScreenClosed, "Vorna_PaywallScreenClosed"},
+        {VornaCoreSDK::OnboardingScreenClosed, "Vorna_OnboardingScreenClosed"},
+        {VornaCoreSDK::PaywallScreenFinished, "Vorna_PaywallScreenFinished"},
+        {VornaCoreSDK::RestorePurchaseClicked, "Vorna_RestorePurchaseClicked"},
+        {VornaCoreSDK::EventListUpdated, "Vorna_EventListUpdated"},
+    };
+    EXPECT_THAT(names, SizeIs(8));
+    for (const auto& [name, expected] : names) {
+        EXPECT_EQ(name, expected);
+    }
+}
+
+}  // namespace
+}  // namespace vorna

@@ -1,0 +1,198 @@
+#include <vorna/events/VornaQueueWorker.h>
+
+#include <tests/support/InMemoryPreferences.h>
+#include <tests/support/RecordingHttpClient.h>
+#include <tests/support/Samples.h>
+
+#include <vorna/platform/Log.h>
+#include <vorna/platform/NotificationCenter.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <future>
+#include <memory>
+#include <string>
+#include <thread>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace vorna {
+namespace {
+
+using support::HttpAnswer;
+using support::RecordingHttpClient;
+using testing::ElementsAre;
+
+constexpr std::string_view eventURL = "https://service.test/v1/event";
+
+class QueueWorker : public testing::Test {
+  protected:
+    const std::shared_ptr<VornaTaskQueue> queue_ = std::make_shared<VornaTaskQueue>();
+    const std::shared_ptr<EventListManager> list_ = std::make_shared<EventListManager>();
+    const std::shared_ptr<RecordingHttpClient> http_ = std::make_shared<RecordingHttpClient>();
+    const std::shared_ptr<VornaQueueWorker> worker_ = std::make_shared<VornaQueueWorker>(
+        queue_, list_, http_,
+        std::make_shared<RemoteConfigHelper>(http_, std::make_shared<support::InMemoryPreferences>(),
+                                             "https://service.test/v1/config"),
+        std::string(eventURL));
+
+    /// What sending the event prints, and what its completion does when there is an answer.
+    std::string printedFor(const EventData& event, std::optional<HttpAnswer> answer = std::nullopt,
+                           std::string_view url = eventURL) {
+        testing::internal::CaptureStdout();
+        worker_->sendEvent(event, url);
+        if (answer) {
+            EXPECT_TRUE(http_->answer(std::move(*answer)));
+        }
+        return testing::internal::GetCapturedStdout();
+    }
+};
+
+std::string bodyOf(const EventData& event) {
+    return std::get<std::string>(encode(event));
+}
+
+TEST_F(QueueWorker, PostsAnEventAsOneJsonDocument) {
+    const EventData event = support::sampleEvent();
+    worker_->sendEvent(event, eventURL);
+    ASSERT_EQ(http_->requestCount(), 1U);
+    const HttpRequest request = http_->requests().front();
+    EXPECT_EQ(request.url.text(), eventURL);
+    EXPECT_EQ(request.method, HttpMethod::post);
+    EXPECT_THAT(request.headers, ElementsAre(HttpHeader{"Content-Type", "application/json"}));
+    EXPECT_EQ(request.body, bodyOf(event));
+    EXPECT_EQ(request.timeout, std::chrono::seconds(60));
+}
+
+TEST_F(QueueWorker, PutsAnEventIntoTheListAndAnnouncesItBeforeItsRequestIsMade) {
+    std::vector<std::pair<std::size_t, std::size_t>> listedAndSent;
+    bool empty = false;
+    const auto observation = NotificationCenter::defaultCenter().addObserver(
+        eventListUpdatedNotification, [&](const Notification& notification) {
+            listedAndSent.emplace_back(list_->size(), http_->requestCount());
+            empty = notification.userInfo.empty();
+        });
+    worker_->sendEvent(support::sampleEvent("a", "1"), eventURL);
+    worker_->sendEvent(support::sampleEvent("b", ""), eventURL);
+    EXPECT_THAT(listedAndSent, ElementsAre(std::pair(1U, 0U), std::pair(2U, 1U)));
+    EXPECT_TRUE(empty);
+    EXPECT_THAT(list_->eventList(), ElementsAre(EventShortData{"a", "1"}, EventShortData{"b", ""}));
+}
+
+TEST_F(QueueWorker, PrintsNothingOnAnyPathWhileDebugIsOff) {
+    EXPECT_EQ(printedFor(support::sampleEvent(), HttpAnswer::status(200)), "");
+    EXPECT_EQ(printedFor(support::sampleEvent(), HttpAnswer::status(500)), "");
+    EXPECT_EQ(printedFor(support::sampleEvent(), HttpAnswer::failure("x")), "");
+    EXPECT_EQ(printedFor(support::sampleEvent("\xFF")), "");
+    EXPECT_EQ(printedFor(support::sampleEvent(), std::nullopt, ""), "");
+}
+
+struct OutcomeCase {
+    const char* name;
+    HttpAnswer answer;
+    const char* line;
+};
+
+class Outcome : public QueueWorker, public testing::WithParamInterface<OutcomeCase> {};
+
+TEST_P(Outcome, IsToldInOneLineAndNeverRetried) {
+    log::enabled = true;
+    const EventData event = support::sampleEvent();
+    EXPECT_EQ(printedFor(event, GetParam().answer),
+              "[VornaSDK] Event Data: " + bodyOf(event) + "\n[VornaSDK] " + GetParam().line + "\n");
+    EXPECT_EQ(http_->requestCount(), 1U);
+    EXPECT_EQ(list_->size(), 1U) << "listed whatever becomes of it";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Answers, Outcome,
+    testing::Values(
+        OutcomeCase{"Delivered", HttpAnswer::status(200, "{}"), "Data sent successfully!"},
+        OutcomeCase{"NoContent", HttpAnswer::status(204),
+                    "HTTP Error: Optional(<HTTPResponse: https://service.example/answered> "
+                    "{ status code: 204, headers { } })"},
+        OutcomeCase{"NotFound", HttpAnswer::status(404, "no"),
+                    "HTTP Error: Optional(<HTTPResponse: https://service.example/answered> "
+                    "{ status code: 404, headers { } })"},
+        OutcomeCase{"ServerError", HttpAnswer::status(500),
+                    "HTTP Error: Optional(<HTTPResponse: https://service.example/answered> "
+                    "{ status code: 500, headers { } })"},
+        OutcomeCase{"NoResponse", HttpAnswer{"", std::nullopt, std::nullopt}, "HTTP Error: nil"},
+        OutcomeCase{"TransportError", HttpAnswer::failure("Could not resolve host: service.test"),
+                    "Network error: Could not resolve host: service.test"},
+        OutcomeCase{"ErrorAfterTheHead",
+                    HttpAnswer{std::nullopt, HttpResponse{"https://h/", 200, {}}, HttpError{"cut off"}},
+                    "Network error: cut off"},
+        OutcomeCase{"NothingAtAll", HttpAnswer{std::nullopt, std::nullopt, std::nullopt},
+                    "Network error: No error description"}),
+    [](const auto& testCase) { return testCase.param.name; });
+
+TEST_F(QueueWorker, DropsAnEventForAnAddressThatIsNone) {
+    log::enabled = true;
+    EXPECT_EQ(printedFor(support::sampleEvent(), std::nullopt, "no address"), "[VornaSDK] Invalid URL\n");
+    EXPECT_EQ(http_->requestCount(), 0U);
+    EXPECT_EQ(list_->size(), 0U);
+}
+
+TEST_F(QueueWorker, DropsAnEventThatCannotBeEncoded) {
+    log::enabled = true;
+    EXPECT_EQ(printedFor(support::sampleEvent("level_up", "\xED\xA0\x80")),
+              "[VornaSDK] Error encoding eventData: customValue: the text is not UTF-8\n"
+              "[VornaSDK] Error serializing event data\n");
+    EXPECT_EQ(http_->requestCount(), 0U);
+    EXPECT_EQ(list_->size(), 0U);
+}
+
+TEST_F(QueueWorker, SendsInOrderWhatWaitedBeforeItsStartAndWhatComesLater) {
+    queue_->enqueue({VornaTaskTypes::event, support::sampleEvent("first")});
+    queue_->enqueue({VornaTaskTypes::remoteConfig, RemoteConfigData{support::sampleDeviceMetadata()}});
+    queue_->enqueue({VornaTaskTypes::event, support::sampleEvent("second")});
+    EXPECT_EQ(http_->requestCount(), 0U);
+    worker_->start();
+    ASSERT_TRUE(http_->waitForRequests(3));
+    // By now the queue is empty and the worker looks at it once a second.
+    queue_->enqueue({VornaTaskTypes::event, support::sampleEvent("third")});
+    ASSERT_TRUE(http_->waitForRequests(4));
+    const std::vector<HttpRequest> requests = http_->requests();
+    EXPECT_EQ(requests[0].body, bodyOf(support::sampleEvent("first")));
+    EXPECT_EQ(requests[1].url.text(), "https://service.test/v1/config");
+    EXPECT_EQ(requests[1].timeout, std::chrono::seconds(5));
+    EXPECT_EQ(requests[2].body, bodyOf(support::sampleEvent("second")));
+    EXPECT_EQ(requests[3].body, bodyOf(support::sampleEvent("third")));
+}
+
+TEST_F(QueueWorker, DoesNotWaitForAnAnswerBeforeTheNextEvent) {
+    for (int count = 0; count < 1000; ++count) {
+        queue_->enqueue({VornaTaskTypes::event, support::sampleEvent(std::to_string(count))});
+    }
+    worker_->start();
+    ASSERT_TRUE(http_->waitForRequests(1000));
+    EXPECT_EQ(http_->underWay(), 1000U);
+}
+
+TEST_F(QueueWorker, AnnouncesOnItsOwnThread) {
+    std::promise<std::thread::id> announced;
+    const auto observation = NotificationCenter::defaultCenter().addObserver(
+        eventListUpdatedNotification,
+        [&](const Notification&) { announced.set_value(std::this_thread::get_id()); });
+    queue_->enqueue({VornaTaskTypes::event, support::sampleEvent()});
+    worker_->start();
+    EXPECT_NE(announced.get_future().get(), std::this_thread::get_id());
+}
+
+TEST_F(QueueWorker, StopsTheProcessForATaskWithoutTheDataOfItsKind) {
+    const auto runWith = [this](VornaTask task) {
+        queue_->enqueue(std::move(task));
+        worker_->start();
+        static_cast<void>(http_->waitForRequests(1));
+    };
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_DEATH(runWith({VornaTaskTypes::event, std::monostate()}),
+                 "Fatal error: a task of the queue does not carry the data of its kind");
+    EXPECT_DEATH(runWith({VornaTaskTypes::remoteConfig, support::sampleEvent()}), "does not carry the data");
+}
+
+}  // namespace
+}  // namespace vorna

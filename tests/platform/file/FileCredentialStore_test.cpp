@@ -1,0 +1,421 @@
+#include <vorna/platform/file/FileCredentialStore.h>
+
+#include <tests/support/ForkedProcess.h>
+#include <tests/support/PrivateFolder.h>
+#include <tests/support/SmallDisk.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstddef>
+#include <cstring>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace vorna {
+namespace {
+
+using support::contentsOf;
+using support::ForkedProcess;
+using support::namesIn;
+using support::PrivateFolder;
+using support::SmallDisk;
+using support::writeFile;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+constexpr std::string_view service = "io.vorna.vornasdk";
+constexpr std::string_view account = "userDetails";
+
+mode_t modeOf(const std::filesystem::path& path) {
+    struct stat status {};
+
+    return lstat(path.c_str(), &status) == 0 ? status.st_mode & 07777U : 0;
+}
+
+class FileStore : public ::testing::Test {
+  protected:
+    PrivateFolder temporary;
+    std::filesystem::path data = temporary.path() / "data";
+    std::filesystem::path folder = data / "credentials";
+    std::filesystem::path file = folder / "io.vorna.vornasdk@userDetails";
+    FileCredentialStore store{data.string()};
+
+    /// For tests that need the item's folder without an item in it.
+    void makeFolder() {
+        ASSERT_EQ(store.add(service, account, "value"), credential_status::success);
+        ASSERT_EQ(store.remove(service, account), credential_status::success);
+    }
+};
+
+TEST_F(FileStore, HasNothingAtFirstAndMakesNothingByReading) {
+    const CredentialStore::ReadResult result = store.read(service, account);
+    EXPECT_EQ(result.status, credential_status::itemNotFound);
+    EXPECT_FALSE(result.value);
+    EXPECT_EQ(store.remove(service, account), credential_status::itemNotFound);
+    EXPECT_FALSE(std::filesystem::exists(data));
+}
+
+TEST_F(FileStore, GivesBackEveryByteThatWasAdded) {
+    std::string everyByte;
+    for (int byte = 0; byte < 256; ++byte) {
+        everyByte += static_cast<char>(byte);
+    }
+    const std::string values[] = {"", everyByte, R"({"userId":"x","installTime":1})",
+                                  std::string(std::size_t{1024} * 1024, 'x'),
+                                  std::string(FileCredentialStore::largestValue, '\0')};
+    for (const std::string& value : values) {
+        ASSERT_EQ(store.add(service, account, value), credential_status::success) << value.size();
+        EXPECT_TRUE(FileCredentialStore(data.string()).read(service, account).value == value) << value.size();
+        ASSERT_EQ(store.remove(service, account), credential_status::success) << value.size();
+        EXPECT_EQ(store.read(service, account).status, credential_status::itemNotFound);
+    }
+}
+
+TEST_F(FileStore, NeitherTakesNorGivesMoreThanTheLargestValue) {
+    const std::string value(FileCredentialStore::largestValue + 1, 'x');
+    EXPECT_EQ(store.add(service, account, value), credential_status::notPermitted);
+    makeFolder();
+    writeFile(file, value);
+    chmod(file.c_str(), 0600);
+    EXPECT_EQ(store.read(service, account).status, credential_status::notTrusted);
+}
+
+TEST_F(FileStore, NeverReplaces) {
+    ASSERT_EQ(store.add(service, account, "first"), credential_status::success);
+    EXPECT_EQ(store.add(service, account, "second"), credential_status::duplicateItem);
+    EXPECT_EQ(store.read(service, account).value, "first");
+    EXPECT_THAT(namesIn(folder), SizeIs(1));
+}
+
+TEST_F(FileStore, KeepsFolderAndFileToTheirOwnerWhateverTheProcessesMask) {
+    for (const mode_t mask : {mode_t{0}, mode_t{022}, mode_t{077}}) {
+        const mode_t before = umask(mask);
+        const CredentialStatus status = store.add(service, account, "value");
+        umask(before);
+        ASSERT_EQ(status, credential_status::success);
+        EXPECT_EQ(modeOf(data), 0700U) << mask;
+        EXPECT_EQ(modeOf(folder), 0700U) << mask;
+        EXPECT_EQ(modeOf(file), 0600U) << mask;
+        std::filesystem::remove_all(data);
+    }
+}
+
+TEST_F(FileStore, ClosesAFolderThatOthersMayLookInto) {
+    makeFolder();
+    chmod(folder.c_str(), 0755);
+    ASSERT_EQ(store.add(service, account, "value"), credential_status::success);
+    EXPECT_EQ(modeOf(folder), 0700U);
+}
+
+TEST_F(FileStore, MakesAllFoldersOnTheWay) {
+    for (const char* const way : {"a/b/c", "d/e/", "f//"}) {
+        FileCredentialStore deep((data / way).string());
+        EXPECT_EQ(deep.add(service, account, "value"), credential_status::success) << way;
+        EXPECT_EQ(deep.read(service, account).value, "value") << way;
+    }
+}
+
+TEST_F(FileStore, FollowsALinkThatTheUserPutInPlaceOfTheDataFolder) {
+    const std::filesystem::path elsewhere = temporary.path() / "elsewhere";
+    std::filesystem::create_directory(elsewhere);
+    std::filesystem::create_directory_symlink(elsewhere, data);
+    ASSERT_EQ(store.add(service, account, "value"), credential_status::success);
+    EXPECT_EQ(FileCredentialStore(elsewhere.string()).read(service, account).value, "value");
+}
+
+TEST_F(FileStore, IsNotAvailableWithoutADataFolder) {
+    FileCredentialStore homeless("");
+    EXPECT_EQ(homeless.read(service, account).status, credential_status::notAvailable);
+    EXPECT_EQ(homeless.add(service, account, "value"), credential_status::notAvailable);
+    EXPECT_EQ(homeless.remove(service, account), credential_status::notAvailable);
+
+    std::filesystem::create_symlink(temporary.path() / "nowhere", data);
+    EXPECT_EQ(store.add(service, account, "value"), credential_status::notAvailable);
+}
+
+TEST_F(FileStore, KeepsEveryPairOfNamesApart) {
+    using namespace std::string_literals;
+    const std::vector<std::pair<std::string, std::string>> names = {
+        {"a", "b"},    {"b", "a"},     {"ab", ""},  {"", "ab"},     {"", ""},       {"a@b", "c"},
+        {"a", "b@c"},  {"a/b", "c"},   {"..", "x"}, {"../..", "/"}, {"/etc/", "x"}, {"%40", "x"},
+        {"@", "x"},    {"a%2Fb", "c"}, {"~", "x"},  {"a\0b"s, "c"}, {"a", "b\0"s},  {"\xFF\xFE", ""},
+        {"Grüße", ""}, {".", "."},     {" ", "\n"},
+    };
+    for (const auto& [first, second] : names) {
+        ASSERT_EQ(store.add(first, second, first + "|" + second), credential_status::success) << first;
+    }
+    EXPECT_THAT(namesIn(folder), SizeIs(names.size()));
+    for (const auto& [first, second] : names) {
+        EXPECT_EQ(store.read(first, second).value, first + "|" + second);
+    }
+}
+
+TEST_F(FileStore, TakesNoNameThatIsTooLongForAFile) {
+    const std::string name(300, 'x');
+    EXPECT_EQ(store.add(name, account, "value"), credential_status::notPermitted);
+    EXPECT_EQ(store.read(name, account).status, credential_status::notPermitted);
+    EXPECT_THAT(namesIn(folder), IsEmpty());
+}
+
+TEST_F(FileStore, RemovesOnlyTheItemOfThatName) {
+    ASSERT_EQ(store.add(service, account, "one"), credential_status::success);
+    ASSERT_EQ(store.add(service, "another", "two"), credential_status::success);
+    EXPECT_EQ(store.remove(service, account), credential_status::success);
+    EXPECT_EQ(store.read(service, account).status, credential_status::itemNotFound);
+    EXPECT_EQ(store.read(service, "another").value, "two");
+}
+
+struct Intrusion {
+    const char* name;
+    /// Puts something into the place of the item's file.
+    std::function<void(const std::filesystem::path& file)> put;
+    CredentialStatus removal = credential_status::success;
+};
+
+void PrintTo(const Intrusion& intrusion, std::ostream* stream) {
+    *stream << intrusion.name;
+}
+
+std::function<void(const std::filesystem::path&)> fileOfMode(mode_t mode) {
+    return [mode](const std::filesystem::path& file) {
+        writeFile(file, "planted");
+        chmod(file.c_str(), mode);
+    };
+}
+
+class UntrustedFile : public FileStore, public ::testing::WithParamInterface<Intrusion> {};
+
+TEST_P(UntrustedFile, IsNotReadButGivesWayToANewItem) {
+    makeFolder();
+    GetParam().put(file);
+    const auto began = std::chrono::steady_clock::now();
+    const CredentialStore::ReadResult result = store.read(service, account);
+    EXPECT_EQ(result.status, credential_status::notTrusted);
+    EXPECT_FALSE(result.value);
+    EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::seconds(5)) << "it waited";
+    EXPECT_EQ(store.add(service, account, "new"), credential_status::duplicateItem);
+    EXPECT_EQ(store.remove(service, account), GetParam().removal);
+    if (GetParam().removal == credential_status::success) {
+        EXPECT_EQ(store.add(service, account, "new"), credential_status::success);
+        EXPECT_EQ(store.read(service, account).value, "new");
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    FileStore, UntrustedFile,
+    ::testing::Values(
+        Intrusion{"ReadableByTheGroup", fileOfMode(0640)}, Intrusion{"ReadableByOthers", fileOfMode(0604)},
+        Intrusion{"WritableByTheGroup", fileOfMode(0620)}, Intrusion{"WritableByOthers", fileOfMode(0602)},
+        Intrusion{"ExecutableByOthers", fileOfMode(0601)},
+        Intrusion{"Link",
+                  [](const std::filesystem::path& file) {
+                      const std::filesystem::path target = file.parent_path() / "target";
+                      writeFile(target, "planted");
+                      chmod(target.c_str(), 0600);
+                      std::filesystem::create_symlink(target, file);
+                  }},
+        Intrusion{"LinkToNowhere",
+                  [](const std::filesystem::path& file) {
+                      std::filesystem::create_symlink("/nonexistent/x", file);
+                  }},
+        Intrusion{"Pipe", [](const std::filesystem::path& file) { mkfifo(file.c_str(), 0600); }},
+        Intrusion{"Socket",
+                  [](const std::filesystem::path& file) {
+                      const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+                      sockaddr_un address{};
+                      address.sun_family = AF_UNIX;
+                      std::strncpy(address.sun_path, file.c_str(), sizeof address.sun_path - 1);
+                      ASSERT_EQ(bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+                      close(socket);
+                  }},
+        Intrusion{"Folder",
+                  [](const std::filesystem::path& file) { std::filesystem::create_directory(file); },
+                  credential_status::notTrusted}),
+    [](const auto& row) { return row.param.name; });
+
+TEST_F(FileStore, DoesNotTouchWhatALinkPointsTo) {
+    makeFolder();
+    const std::filesystem::path target = temporary.path() / "target";
+    writeFile(target, "not ours");
+    std::filesystem::create_symlink(target, file);
+    ASSERT_EQ(store.remove(service, account), credential_status::success);
+    ASSERT_EQ(store.add(service, account, "new"), credential_status::success);
+    EXPECT_EQ(contentsOf(target), "not ours");
+}
+
+TEST_F(FileStore, TrustsNoFileOfAnotherUser) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only root can give a file away";
+    }
+    ASSERT_EQ(store.add(service, account, "value"), credential_status::success);
+    ASSERT_EQ(chown(file.c_str(), 12345, 12345), 0);
+    EXPECT_EQ(store.read(service, account).status, credential_status::notTrusted);
+}
+
+TEST_F(FileStore, TrustsNothingInAFolderOfAnotherUser) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only root can give a folder away";
+    }
+    ASSERT_EQ(store.add(service, account, "value"), credential_status::success);
+    ASSERT_EQ(chown(folder.c_str(), 12345, 12345), 0);
+    EXPECT_EQ(store.read(service, account).status, credential_status::notTrusted);
+    EXPECT_EQ(store.add(service, "another", "value"), credential_status::notTrusted);
+    EXPECT_EQ(store.remove(service, account), credential_status::notTrusted);
+}
+
+TEST_F(FileStore, TrustsNothingInAFolderThatOthersMayWriteTo) {
+    for (const mode_t mode : {mode_t{0770}, mode_t{0702}, mode_t{0777}}) {
+        std::filesystem::remove_all(data);
+        ASSERT_EQ(store.add(service, account, "value"), credential_status::success);
+        chmod(folder.c_str(), mode);
+        EXPECT_EQ(store.read(service, account).status, credential_status::notTrusted) << mode;
+        EXPECT_EQ(store.add(service, "another", "value"), credential_status::notTrusted) << mode;
+        EXPECT_EQ(store.remove(service, account), credential_status::notTrusted) << mode;
+    }
+}
+
+TEST_F(FileStore, TrustsNothingBehindALinkInPlaceOfItsFolder) {
+    ASSERT_EQ(store.add(service, account, "value"), credential_status::success);
+    const std::filesystem::path moved = temporary.path() / "moved";
+    std::filesystem::rename(folder, moved);
+    std::filesystem::create_directory_symlink(moved, folder);
+    EXPECT_EQ(store.read(service, account).status, credential_status::notTrusted);
+    EXPECT_EQ(store.add(service, "another", "value"), credential_status::notTrusted);
+    EXPECT_EQ(store.remove(service, account), credential_status::notTrusted);
+    EXPECT_THAT(namesIn(moved), SizeIs(1));
+}
+
+TEST_F(FileStore, TrustsNothingWhereAFileStandsInPlaceOfAFolder) {
+    writeFile(data, "a file");
+    EXPECT_EQ(store.read(service, account).status, credential_status::notTrusted);
+    EXPECT_EQ(store.add(service, account, "value"), credential_status::notTrusted);
+    EXPECT_EQ(contentsOf(data), "a file");
+}
+
+TEST_F(FileStore, ClearsAwayWhatAKilledProcessLeftBehind) {
+    makeFolder();
+    writeFile(folder / "~1234567890", "half a val");
+    ASSERT_EQ(store.add(service, account, "value"), credential_status::success);
+    EXPECT_THAT(namesIn(folder), ElementsAre(file.filename().string()));
+}
+
+TEST_F(FileStore, LeavesAloneWhatAnotherProcessIsStillWriting) {
+    makeFolder();
+    const std::filesystem::path unfinished = folder / "~1234567890";
+    writeFile(unfinished, "half a val");
+    const int writer = open(unfinished.c_str(), O_WRONLY | O_CLOEXEC);
+    ASSERT_EQ(flock(writer, LOCK_EX), 0);
+    ASSERT_EQ(store.add(service, account, "value"), credential_status::success);
+    EXPECT_TRUE(std::filesystem::exists(unfinished));
+    close(writer);
+}
+
+TEST_F(FileStore, LetsOneOfTwoProcessesWin) {
+    for (int round = 0; round < 100; ++round) {
+        const std::string name = "round " + std::to_string(round);
+        const auto adder = [&](const std::string& value) {
+            return [this, &name, value](const std::string&) {
+                const CredentialStatus status = store.add(service, name, value);
+                return status == credential_status::success         ? 10
+                       : status == credential_status::duplicateItem ? 20
+                                                                    : 30;
+            };
+        };
+        ForkedProcess one(adder("one"));
+        ForkedProcess two(adder("two"));
+        one.start();
+        two.start();
+        const int resultOfOne = one.wait();
+        const int resultOfTwo = two.wait();
+        ASSERT_TRUE((resultOfOne == 10 && resultOfTwo == 20) || (resultOfOne == 20 && resultOfTwo == 10))
+            << resultOfOne << " and " << resultOfTwo;
+        ASSERT_EQ(store.read(service, name).value, resultOfOne == 10 ? "one" : "two");
+    }
+    EXPECT_THAT(namesIn(folder), SizeIs(100)) << "something unfinished was left";
+}
+
+TEST_F(FileStore, AddsAllOrNothingWhenTheLimitOnFilesIsReached) {
+    makeFolder();
+    const std::string value(10'000, 'x');
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    for (const rlim_t limit : {rlim_t{0}, rlim_t{1}, rlim_t{5000}, rlim_t{9999}}) {
+        rlimit lowered = before;
+        lowered.rlim_cur = limit;
+        ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &lowered), 0);
+        const CredentialStatus status = store.add(service, account, value);
+        setrlimit(RLIMIT_FSIZE, &before);
+        EXPECT_EQ(status, credential_status::notPermitted) << limit;
+        EXPECT_THAT(namesIn(folder), IsEmpty()) << limit;
+    }
+    EXPECT_EQ(store.add(service, account, value), credential_status::success);
+}
+
+class FileStoreOnASmallDisk : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        if (!SmallDisk::whyNot().empty()) {
+            GTEST_SKIP() << SmallDisk::whyNot();
+        }
+    }
+};
+
+TEST_F(FileStoreOnASmallDisk, AddsAllOrNothing) {
+    const std::string value(3 * 4096, 'x');
+    bool hasFailed = false;
+    bool hasSucceeded = false;
+    for (std::size_t pagesLeft = 0; pagesLeft < 8; ++pagesLeft) {
+        const SmallDisk disk;
+        FileCredentialStore store(disk.path().string());
+        ASSERT_EQ(store.add(service, "earlier", "kept"), credential_status::success);
+        disk.fillUpTo(pagesLeft);
+        const CredentialStatus status = store.add(service, account, value);
+        if (status == credential_status::success) {
+            hasSucceeded = true;
+            EXPECT_EQ(store.read(service, account).value, value) << pagesLeft;
+        } else {
+            hasFailed = true;
+            EXPECT_EQ(status, credential_status::notPermitted) << pagesLeft;
+            EXPECT_EQ(store.read(service, account).status, credential_status::itemNotFound) << pagesLeft;
+            EXPECT_THAT(namesIn(disk.path() / "credentials"), SizeIs(1)) << pagesLeft;
+        }
+        EXPECT_EQ(store.read(service, "earlier").value, "kept") << pagesLeft;
+    }
+    EXPECT_TRUE(hasFailed);
+    EXPECT_TRUE(hasSucceeded);
+}
+
+TEST_F(FileStoreOnASmallDisk, ChangesNothingThatIsReadOnly) {
+    const SmallDisk disk;
+    FileCredentialStore store(disk.path().string());
+    FileCredentialStore fresh((disk.path() / "fresh").string());
+    ASSERT_EQ(store.add(service, "earlier", "kept"), credential_status::success);
+    disk.makeReadOnly();
+    EXPECT_EQ(store.add(service, account, "value"), credential_status::notPermitted);
+    EXPECT_EQ(store.remove(service, "earlier"), credential_status::notPermitted);
+    EXPECT_EQ(store.read(service, "earlier").value, "kept");
+    EXPECT_EQ(store.read(service, account).status, credential_status::itemNotFound);
+    EXPECT_EQ(fresh.add(service, account, "value"), credential_status::notPermitted);
+    disk.makeWritable();
+    EXPECT_EQ(store.add(service, account, "value"), credential_status::success);
+}
+
+}  // namespace
+}  // namespace vorna

@@ -1,0 +1,322 @@
+#include <vorna/platform/glib/SecretServiceCredentialStore.h>
+
+#include <tests/support/ForkedProcess.h>
+#include <tests/support/KeyringSession.h>
+
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <chrono>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <thread>
+
+namespace vorna {
+namespace {
+
+using support::ForkedProcess;
+using support::KeyringSession;
+
+constexpr std::string_view service = "io.vorna.vornasdk";
+constexpr std::string_view account = "userDetails";
+const std::string application = "com.example.app";
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+milliseconds since(steady_clock::time_point began) {
+    return std::chrono::duration_cast<milliseconds>(steady_clock::now() - began);
+}
+
+class SecretServiceStore : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        if (!KeyringSession::isPossible()) {
+            GTEST_SKIP() << "dbus-daemon, dbus-monitor or gnome-keyring-daemon is not installed";
+        }
+    }
+
+    SecretServiceCredentialStore store{application};
+};
+
+TEST_F(SecretServiceStore, HasNothingAtFirst) {
+    const KeyringSession session;
+    const CredentialStore::ReadResult result = store.read(service, account);
+    EXPECT_EQ(result.status, credential_status::itemNotFound);
+    EXPECT_FALSE(result.value);
+    EXPECT_EQ(store.remove(service, account), credential_status::itemNotFound);
+}
+
+TEST_F(SecretServiceStore, GivesBackWhatWasAdded) {
+    const KeyringSession session;
+    ASSERT_EQ(store.add(service, account, R"({"userId":"x","installTime":1})"), credential_status::success);
+    const CredentialStore::ReadResult result = store.read(service, account);
+    EXPECT_EQ(result.status, credential_status::success);
+    EXPECT_EQ(result.value, R"({"userId":"x","installTime":1})");
+}
+
+TEST_F(SecretServiceStore, LabelsTheItemAndGivesItTheAttributesItIsFoundBy) {
+    const KeyringSession session;
+    ASSERT_EQ(store.add(service, account, "value"), credential_status::success);
+    const std::string name(service);
+    EXPECT_EQ(session.itemLabel(name, "userDetails"), "VornaSDK identity");
+    EXPECT_EQ(session.itemAttribute(name, "userDetails", "service"), "io.vorna.vornasdk");
+    EXPECT_EQ(session.itemAttribute(name, "userDetails", "account"), "userDetails");
+    EXPECT_EQ(session.itemAttribute(name, "userDetails", "application"), application);
+}
+
+TEST_F(SecretServiceStore, KeepsEveryByteAsItIs) {
+    const KeyringSession session;
+    std::string everyByte;
+    for (int byte = 0; byte < 256; ++byte) {
+        everyByte += static_cast<char>(byte);
+    }
+    const std::string values[] = {"",
+                                  everyByte,
+                                  std::string(5, '\0'),
+                                  "trailing newline\n",
+                                  "Grüße",
+                                  std::string(std::size_t{64} * 1024, 'x')};
+    for (const std::string& value : values) {
+        ASSERT_EQ(store.add(service, account, value), credential_status::success) << value.size();
+        const CredentialStore::ReadResult result = store.read(service, account);
+        EXPECT_EQ(result.status, credential_status::success) << value.size();
+        EXPECT_EQ(result.value, value) << value.size();
+        ASSERT_EQ(store.remove(service, account), credential_status::success) << value.size();
+    }
+}
+
+TEST_F(SecretServiceStore, NeverReplaces) {
+    const KeyringSession session;
+    ASSERT_EQ(store.add(service, account, "first"), credential_status::success);
+    EXPECT_EQ(store.add(service, account, "second"), credential_status::duplicateItem);
+    EXPECT_EQ(store.read(service, account).value, "first");
+}
+
+TEST_F(SecretServiceStore, RemovesOnlyTheItemOfThatName) {
+    const KeyringSession session;
+    ASSERT_EQ(store.add(service, account, "one"), credential_status::success);
+    ASSERT_EQ(store.add(service, "another", "two"), credential_status::success);
+    EXPECT_EQ(store.remove(service, account), credential_status::success);
+    EXPECT_EQ(store.read(service, account).status, credential_status::itemNotFound);
+    EXPECT_EQ(store.read(service, "another").value, "two");
+}
+
+TEST_F(SecretServiceStore, KeepsTheItemsOfApplicationsApart) {
+    const KeyringSession session;
+    SecretServiceCredentialStore neighbour("com.example.neighbour");
+    ASSERT_EQ(store.add(service, account, "mine"), credential_status::success);
+    EXPECT_EQ(neighbour.read(service, account).status, credential_status::itemNotFound);
+    ASSERT_EQ(neighbour.add(service, account, "theirs"), credential_status::success);
+    EXPECT_EQ(store.read(service, account).value, "mine");
+    EXPECT_EQ(neighbour.remove(service, account), credential_status::success);
+    EXPECT_EQ(store.read(service, account).value, "mine");
+}
+
+TEST_F(SecretServiceStore, TakesAnItemOfNoApplicationForItsOwn) {
+    const KeyringSession session;
+    session.addItem("io.vorna.vornasdk", "userDetails", "", "restored by hand");
+    EXPECT_EQ(store.read(service, account).value, "restored by hand");
+    EXPECT_EQ(store.add(service, account, "new"), credential_status::duplicateItem);
+    EXPECT_EQ(store.remove(service, account), credential_status::success);
+    EXPECT_EQ(session.itemCount("io.vorna.vornasdk", "userDetails"), 0U);
+}
+
+TEST_F(SecretServiceStore, PrefersItsOwnItemToOneOfNoApplication) {
+    const KeyringSession session;
+    ASSERT_EQ(store.add(service, account, "own"), credential_status::success);
+    session.addItem("io.vorna.vornasdk", "userDetails", "", "anybody's");
+    EXPECT_EQ(store.read(service, account).value, "own");
+    EXPECT_EQ(store.remove(service, account), credential_status::success);
+    EXPECT_EQ(session.itemCount("io.vorna.vornasdk", "userDetails"), 0U);
+}
+
+TEST_F(SecretServiceStore, OutlivesTheServiceAndTheProcess) {
+    ForkedProcess process([this](const std::string& busAddress) {
+        setenv("DBUS_SESSION_BUS_ADDRESS", busAddress.c_str(), 1);
+        return store.add(service, account, "kept") == credential_status::success ? 0 : 1;
+    });
+    KeyringSession session;
+    process.start(session.busAddress());
+    ASSERT_EQ(process.wait(), 0);
+    session.stopKeyring();
+    session.startKeyring();
+    EXPECT_EQ(store.read(service, account).value, "kept");
+}
+
+TEST_F(SecretServiceStore, AsksNobodyWhileTheKeyringIsLocked) {
+    const KeyringSession session;
+    ASSERT_EQ(store.add(service, account, "kept"), credential_status::success);
+    session.lockKeyring();
+    EXPECT_EQ(store.read(service, account).status, credential_status::interactionNotAllowed);
+    EXPECT_EQ(store.add(service, account, "new"), credential_status::duplicateItem);
+    EXPECT_EQ(store.remove(service, account), credential_status::interactionNotAllowed);
+    EXPECT_EQ(store.read(service, "another").status, credential_status::interactionNotAllowed);
+    EXPECT_EQ(store.add(service, "another", "new"), credential_status::interactionNotAllowed);
+    EXPECT_EQ(session.promptCount(), 0U);
+}
+
+TEST_F(SecretServiceStore, ReadsAgainOnceTheKeyringIsUnlocked) {
+    KeyringSession session;
+    ASSERT_EQ(store.add(service, account, "kept"), credential_status::success);
+    session.lockKeyring();
+    ASSERT_EQ(store.read(service, account).status, credential_status::interactionNotAllowed);
+    session.stopKeyring();
+    session.startKeyring();
+    EXPECT_EQ(store.read(service, account).value, "kept");
+}
+
+TEST_F(SecretServiceStore, MakesNoCollectionForTheUser) {
+    const KeyringSession session(KeyringSession::Keyring::isNew);
+    EXPECT_EQ(store.read(service, account).status, credential_status::itemNotFound);
+    EXPECT_EQ(store.add(service, account, "new"), credential_status::interactionNotAllowed);
+    EXPECT_EQ(session.promptCount(), 0U);
+}
+
+TEST_F(SecretServiceStore, IsNotAvailableWithoutTheService) {
+    const KeyringSession session(KeyringSession::Keyring::absent);
+    EXPECT_EQ(store.read(service, account).status, credential_status::notAvailable);
+    EXPECT_EQ(store.add(service, account, "value"), credential_status::notAvailable);
+    EXPECT_EQ(store.remove(service, account), credential_status::notAvailable);
+}
+
+TEST_F(SecretServiceStore, IsNotAvailableOnceTheBusHasGone) {
+    KeyringSession session;
+    ASSERT_EQ(store.add(service, account, "value"), credential_status::success);
+    session.stopBus();
+    EXPECT_EQ(store.read(service, account).status, credential_status::notAvailable);
+}
+
+TEST_F(SecretServiceStore, SurvivesTheEndOfTheBusDuringACall) {
+    KeyringSession session;
+    session.freezeKeyring();
+    std::thread breaker([&session] { session.stopBus(); });
+    EXPECT_EQ(store.read(service, account).status, credential_status::notAvailable);
+    breaker.join();
+}
+
+TEST_F(SecretServiceStore, GivesUpAtTheBoundWhenTheKeyringHangs) {
+    const KeyringSession session;
+    ASSERT_EQ(store.add(service, account, "value"), credential_status::success);
+    session.freezeKeyring();
+    const auto began = steady_clock::now();
+    EXPECT_EQ(store.read(service, account).status, credential_status::notAvailable);
+    EXPECT_GE(since(began), milliseconds(2000));
+    EXPECT_LT(since(began), milliseconds(2500));
+    session.thawKeyring();
+    EXPECT_EQ(store.read(service, account).value, "value");
+}
+
+TEST_F(SecretServiceStore, GivesUpAtTheBoundWhenTheBusHangs) {
+    const KeyringSession session;
+    session.freezeBus();
+    const auto began = steady_clock::now();
+    EXPECT_EQ(store.read(service, account).status, credential_status::notAvailable);
+    EXPECT_GE(since(began), milliseconds(2000));
+    EXPECT_LT(since(began), milliseconds(2500));
+    session.thawBus();
+}
+
+TEST_F(SecretServiceStore, LetsTheProcessExitWhileCallsHang) {
+    ForkedProcess process([](const std::string& busAddress) {
+        setenv("DBUS_SESSION_BUS_ADDRESS", busAddress.c_str(), 1);
+        SecretServiceCredentialStore hasty(application, milliseconds(100));
+        const bool hangs = hasty.read(service, account).status == credential_status::notAvailable;
+        // When the process exits, these calls are on their way, or about to be: both must be fine.
+        for (int count = 0; count < 4; ++count) {
+            std::thread([] { SecretServiceCredentialStore(application).read(service, account); }).detach();
+        }
+        return hangs ? 0 : 1;
+    });
+    const KeyringSession session;
+    session.freezeKeyring();
+    const auto began = steady_clock::now();
+    process.start(session.busAddress());
+    EXPECT_EQ(process.wait(), 0);
+    EXPECT_LT(since(began), milliseconds(1500));
+}
+
+TEST_F(SecretServiceStore, ServesSeveralThreadsAtOnce) {
+    const KeyringSession session;
+    const auto use = [this](const std::string& name) {
+        for (int round = 0; round < 3; ++round) {
+            EXPECT_EQ(store.add(service, name, name), credential_status::success);
+            EXPECT_EQ(store.read(service, name).value, name);
+            EXPECT_EQ(store.remove(service, name), credential_status::success);
+        }
+    };
+    std::thread one(use, "one");
+    std::thread two(use, "two");
+    use("three");
+    one.join();
+    two.join();
+}
+
+TEST_F(SecretServiceStore, TakesNoNamesThatCannotBeAttributes) {
+    const KeyringSession session;
+    for (const std::string& name : {std::string("\xFF"), std::string("a\0b", 3)}) {
+        EXPECT_EQ(store.add(service, name, "value"), credential_status::notPermitted);
+        EXPECT_EQ(store.read(name, account).status, credential_status::notPermitted);
+        EXPECT_EQ(store.remove(service, name), credential_status::notPermitted);
+    }
+}
+
+/// None of these can be a running bus, and a program that would start one is recognised by its trace.
+TEST(SecretServiceStoreWithoutABus, IsNotAvailableAtOnceAndStartsNone) {
+    const std::filesystem::path folder =
+        std::filesystem::temp_directory_path() / ("vorna-nobus-" + std::to_string(getpid()));
+    const std::filesystem::path trace = folder / "started";
+    std::filesystem::create_directories(folder);
+    const std::filesystem::path launcher = folder / "dbus-launch";
+    {
+        std::FILE* const script = std::fopen(launcher.c_str(), "w");
+        ASSERT_NE(script, nullptr);
+        std::fprintf(script, "#!/bin/sh\ntouch %s\n", trace.c_str());
+        std::fclose(script);
+        std::filesystem::permissions(launcher, std::filesystem::perms::owner_all);
+    }
+    const std::string path = folder.string() + ":" + std::getenv("PATH");
+    setenv("PATH", path.c_str(), 1);
+    setenv("DISPLAY", ":987", 1);
+    setenv("XDG_RUNTIME_DIR", folder.c_str(), 1);
+
+    SecretServiceCredentialStore store(application);
+    const std::string addresses[] = {"",
+                                     "autolaunch:",
+                                     "autolaunch:scope=*user",
+                                     "unix:path=/nonexistent/bus;autolaunch:",
+                                     "unixexec:path=" + launcher.string(),
+                                     "unix:path=/nonexistent/bus",
+                                     "no address at all",
+                                     "tcp:host=127.0.0.1,port=1"};
+    for (const std::string& address : addresses) {
+        setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1);
+        const auto began = steady_clock::now();
+        EXPECT_EQ(store.read(service, account).status, credential_status::notAvailable) << address;
+        EXPECT_EQ(store.add(service, account, "value"), credential_status::notAvailable) << address;
+        EXPECT_EQ(store.remove(service, account), credential_status::notAvailable) << address;
+        EXPECT_LT(since(began), milliseconds(1000)) << address;
+    }
+    unsetenv("DBUS_SESSION_BUS_ADDRESS");
+    EXPECT_EQ(store.read(service, account).status, credential_status::notAvailable);
+    EXPECT_FALSE(std::filesystem::exists(trace));
+    std::filesystem::remove_all(folder);
+}
+
+TEST_F(SecretServiceStore, FindsTheBusInTheRuntimeFolder) {
+    const KeyringSession session;
+    ASSERT_EQ(store.add(service, account, "value"), credential_status::success);
+    const std::filesystem::path runtime = std::getenv("XDG_RUNTIME_DIR");
+    const std::string socket = session.busAddress().substr(std::string_view("unix:path=").size());
+    std::filesystem::create_symlink(socket, runtime / "bus");
+    unsetenv("DBUS_SESSION_BUS_ADDRESS");
+    EXPECT_EQ(store.read(service, account).value, "value");
+}
+
+}  // namespace
+}  // namespace vorna

@@ -1,0 +1,112 @@
+#include <vorna/platform/linux/DataDirectory.h>
+
+#include <tests/platform/linux/SystemTree.h>
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+#include <filesystem>
+
+namespace vorna {
+namespace {
+
+using tests::environmentOf;
+using tests::TemporaryFolder;
+
+TEST(HomeFolder, IsTheVariablesElseTheAccounts) {
+    EXPECT_EQ(homeFolder(environmentOf({{"HOME", "/home/ayse"}}, "/home/account")), "/home/ayse");
+    EXPECT_EQ(homeFolder(environmentOf({}, "/home/account")), "/home/account");
+    EXPECT_EQ(homeFolder(environmentOf({{"HOME", ""}}, "/home/account")), "/home/account");
+    EXPECT_EQ(homeFolder(environmentOf({{"HOME", "home"}}, "/home/account")), "/home/account");
+    EXPECT_EQ(homeFolder(environmentOf({})), std::nullopt);
+    EXPECT_EQ(homeFolder(environmentOf({}, "relative")), std::nullopt);
+}
+
+TEST(HomeFolder, OfTheLivingProcessIsAnAbsolutePath) {
+    const std::optional<std::string> home = homeFolder(processEnvironment());
+    ASSERT_TRUE(home);
+    EXPECT_TRUE(home->starts_with('/')) << *home;
+    EXPECT_EQ(processEnvironment().variable("VORNA_TEST_VARIABLE_THAT_NOBODY_SETS"), std::nullopt);
+}
+
+TEST(DefaultDataDirectory, IsNamedAfterTheApplicationUnderTheUsersData) {
+    EXPECT_EQ(defaultDataDirectory("com.example.app", environmentOf({{"HOME", "/home/ayse"}})),
+              "/home/ayse/.local/share/com.example.app");
+    EXPECT_EQ(defaultDataDirectory("com.example.app",
+                                   environmentOf({{"HOME", "/home/ayse"}, {"XDG_DATA_HOME", "/data"}})),
+              "/data/com.example.app");
+}
+
+TEST(DefaultDataDirectory, ARelativeOrEmptyDataFolderIsIgnored) {
+    for (const char* const data : {"", "data", "./data", "~/data"}) {
+        EXPECT_EQ(
+            defaultDataDirectory("app", environmentOf({{"HOME", "/home/ayse"}, {"XDG_DATA_HOME", data}})),
+            "/home/ayse/.local/share/app")
+            << data;
+    }
+}
+
+TEST(DefaultDataDirectory, IsNamedAfterTheProgramWhereTheApplicationHasNoIdentifier) {
+    const std::string program = programName();
+    EXPECT_FALSE(program.empty());
+    EXPECT_EQ(program, std::filesystem::read_symlink("/proc/self/exe").filename().string());
+    const Environment environment = environmentOf({{"HOME", "/home/ayse"}});
+    EXPECT_EQ(defaultDataDirectory(std::nullopt, environment), "/home/ayse/.local/share/" + program);
+    EXPECT_EQ(defaultDataDirectory("", environment), "/home/ayse/.local/share/" + program);
+}
+
+TEST(DefaultDataDirectory, NeedsNoHomeWhereTheUsersDataHasAPlace) {
+    EXPECT_EQ(defaultDataDirectory("app", environmentOf({{"XDG_DATA_HOME", "/data"}})), "/data/app");
+}
+
+TEST(DefaultDataDirectory, IsAbsentWithoutAHome) {
+    EXPECT_EQ(defaultDataDirectory("app", environmentOf({})), std::nullopt);
+}
+
+TEST(DefaultDataDirectory, AnIdentifierCannotLeadOutOfTheUsersData) {
+    const Environment environment = environmentOf({{"XDG_DATA_HOME", "/data"}});
+    EXPECT_EQ(defaultDataDirectory("../../etc", environment), "/data/.._.._etc");
+    EXPECT_EQ(defaultDataDirectory("..", environment), "/data/application");
+    EXPECT_EQ(defaultDataDirectory(".", environment), "/data/application");
+    EXPECT_EQ(defaultDataDirectory("/", environment), "/data/_");
+    EXPECT_EQ(defaultDataDirectory("a\nb", environment), "/data/a_b");
+}
+
+TEST(FolderName, KeepsEveryOtherName) {
+    for (const char* const name : {"com.example.app", "My Game", "...", ".hidden", "oyun-ğ"}) {
+        EXPECT_EQ(folderName(name), name);
+    }
+    EXPECT_EQ(folderName(std::string_view("a\0b", 3)), "a_b");
+}
+
+TEST(MakeFolders, MakesWhatIsMissingForTheOwnerAlone) {
+    const TemporaryFolder folder;
+    const std::string path = folder.path() + "/.local/share/app";
+    const mode_t before = umask(0);
+    makeFolders(path);
+    umask(before);
+    for (const char* const made : {"/.local", "/.local/share", "/.local/share/app"}) {
+        struct stat status = {};
+        ASSERT_EQ(stat((folder.path() + made).c_str(), &status), 0) << made;
+        EXPECT_TRUE(S_ISDIR(status.st_mode)) << made;
+        EXPECT_EQ(status.st_mode & 07777U, 0700U) << made;
+    }
+}
+
+TEST(MakeFolders, LeavesWhatIsThereAsItIs) {
+    const TemporaryFolder folder;
+    folder.write("app/kept", "contents");
+    makeFolders(folder.path() + "/app");
+    EXPECT_TRUE(std::filesystem::exists(folder.path() + "/app/kept"));
+}
+
+TEST(MakeFolders, GivesUpSilentlyWhereAFileIsInTheWay) {
+    const TemporaryFolder folder;
+    folder.write("file", "");
+    makeFolders(folder.path() + "/file/app");
+    EXPECT_TRUE(std::filesystem::is_regular_file(folder.path() + "/file"));
+}
+
+}  // namespace
+}  // namespace vorna

@@ -1,0 +1,283 @@
+#include <tests/platform/linux/FakeSystemBus.h>
+
+#include <gio/gio.h>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <chrono>
+#include <csignal>
+#include <future>
+#include <stdexcept>
+
+namespace vorna::tests {
+
+namespace {
+
+constexpr const char* socketPath = "/run/dbus/system_bus_socket";
+
+std::string busConfiguration(const std::string& address) {
+    return R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>custom</type>
+  <listen>)" +
+           address + R"(</listen>
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow user="*"/>
+    <allow own="*"/>
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+  </policy>
+</busconfig>
+)";
+}
+
+constexpr const char* interfaces = R"(
+<node>
+  <interface name="net.reactivated.Fprint.Manager">
+    <method name="GetDevices"><arg type="ao" direction="out"/></method>
+  </interface>
+  <interface name="net.reactivated.Fprint.Device">
+    <method name="ListEnrolledFingers">
+      <arg type="s" direction="in"/><arg type="as" direction="out"/>
+    </method>
+  </interface>
+</node>)";
+
+constexpr const char* nonsenseInterfaces = R"(
+<node>
+  <interface name="net.reactivated.Fprint.Manager">
+    <method name="GetDevices"><arg type="s" direction="out"/></method>
+  </interface>
+</node>)";
+
+}  // namespace
+
+FakeSystemBus::FakeSystemBus() {
+    folder_.write("bus.conf", busConfiguration(address()));
+    std::filesystem::create_directories(root() + "/run/dbus");
+    std::array<int, 2> ready = {};
+    if (pipe2(ready.data(), O_CLOEXEC) != 0) {
+        throw std::runtime_error("no pipe");
+    }
+    const std::string configuration = "--config-file=" + root() + "/bus.conf";
+    const std::string printAddress = "--print-address=" + std::to_string(ready[1]);
+    const std::array<const char*, 6> arguments = {"dbus-daemon",         "--nofork",           "--nopidfile",
+                                                  configuration.c_str(), printAddress.c_str(), nullptr};
+    daemon_ = fork();
+    if (daemon_ == 0) {
+        // A test that crashes leaves no daemon behind.
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        fcntl(ready[1], F_SETFD, 0);
+        execvp(arguments[0], const_cast<char* const*>(arguments.data()));
+        _exit(127);
+    }
+    close(ready[1]);
+    // The address is printed once the daemon listens.
+    char first = '\0';
+    const bool isReady = read(ready[0], &first, 1) == 1;
+    close(ready[0]);
+    if (!isReady) {
+        stop();
+        throw std::runtime_error("the bus daemon does not start");
+    }
+}
+
+FakeSystemBus::~FakeSystemBus() {
+    stop();
+}
+
+void FakeSystemBus::stop() {
+    if (daemon_ > 0) {
+        kill(daemon_, SIGKILL);
+        waitpid(daemon_, nullptr, 0);
+        daemon_ = -1;
+    }
+}
+
+MuteSystemBus::MuteSystemBus() : socket_(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    std::filesystem::create_directories(root() + "/run/dbus");
+    sockaddr_un place = {};
+    place.sun_family = AF_UNIX;
+    const std::string path = root() + socketPath;
+    path.copy(place.sun_path, sizeof place.sun_path - 1);
+    if (bind(socket_, reinterpret_cast<const sockaddr*>(&place), sizeof place) != 0 ||
+        listen(socket_, 5) != 0) {
+        throw std::runtime_error("cannot listen");
+    }
+}
+
+MuteSystemBus::~MuteSystemBus() {
+    close(socket_);
+}
+
+bool MuteSystemBus::waitForGuest() const {
+    constexpr int bound = 30'000;
+    pollfd waiting = {socket_, POLLIN, 0};
+    if (poll(&waiting, 1, bound) != 1) {
+        return false;
+    }
+    // The guest stays connected until the process ends.
+    waiting.fd = accept4(socket_, nullptr, nullptr, SOCK_CLOEXEC);
+    return waiting.fd >= 0 && poll(&waiting, 1, bound) == 1;
+}
+
+struct FakeFingerprintService::Server {
+    explicit Server(Fingers itsFingers) : fingers(itsFingers) {}
+
+    const Fingers fingers;
+    std::string busAddress;
+    GMainContext* context = g_main_context_new();
+    GMainLoop* loop = g_main_loop_new(context, FALSE);
+    GDBusConnection* connection = nullptr;
+    std::thread thread;
+
+    mutable std::mutex mutex;
+    mutable std::condition_variable changed;
+    std::vector<std::string> calls;
+    std::vector<GDBusMethodInvocation*> unanswered;
+
+    void note(std::string call) {
+        const std::scoped_lock lock(mutex);
+        calls.push_back(std::move(call));
+        changed.notify_all();
+    }
+
+    void answer(const char* path, const char* method, GVariant* arguments, GDBusMethodInvocation* call) {
+        if (std::string_view(method) == "GetDevices") {
+            note(method);
+            switch (fingers) {
+            case Fingers::hanging:
+                unanswered.push_back(call);
+                return;
+            case Fingers::noReader:
+                g_dbus_method_invocation_return_value(call, g_variant_new_parsed("(@ao [],)"));
+                return;
+            case Fingers::nonsense:
+                g_dbus_method_invocation_return_value(call, g_variant_new("(s)", "readers"));
+                return;
+            default:
+                g_dbus_method_invocation_return_value(
+                    call, g_variant_new_parsed("([objectpath '/reader/0', '/reader/1'],)"));
+                return;
+            }
+        }
+        const char* user = nullptr;
+        g_variant_get(arguments, "(&s)", &user);
+        note(std::string(method) + " '" + user + "' at " + path);
+        const bool isSecond = std::string_view(path) == "/reader/1";
+        if (fingers == Fingers::enrolled || (fingers == Fingers::enrolledAtSecondReader && isSecond)) {
+            g_dbus_method_invocation_return_value(
+                call, g_variant_new_parsed("(['right-index-finger', 'left-thumb'],)"));
+        } else if (fingers == Fingers::emptyList) {
+            g_dbus_method_invocation_return_value(call, g_variant_new_parsed("(@as [],)"));
+        } else if (fingers == Fingers::denied) {
+            g_dbus_method_invocation_return_dbus_error(call, "net.reactivated.Fprint.Error.PermissionDenied",
+                                                       "Not Authorized");
+        } else {
+            g_dbus_method_invocation_return_dbus_error(call, "net.reactivated.Fprint.Error.NoEnrolledPrints",
+                                                       "Failed to discover prints");
+        }
+    }
+
+    static void onCall(GDBusConnection* /*connection*/, const gchar* /*sender*/, const gchar* path,
+                       const gchar* /*interface*/, const gchar* method, GVariant* arguments,
+                       GDBusMethodInvocation* call, gpointer self) {
+        static_cast<Server*>(self)->answer(path, method, arguments, call);
+    }
+
+    bool start() {
+        connection = g_dbus_connection_new_for_address_sync(
+            busAddress.c_str(),
+            static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                              G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
+            nullptr, nullptr, nullptr);
+        if (connection == nullptr) {
+            return false;
+        }
+        GDBusNodeInfo* node = g_dbus_node_info_new_for_xml(
+            fingers == Fingers::nonsense ? nonsenseInterfaces : interfaces, nullptr);
+        static const GDBusInterfaceVTable table = {onCall, nullptr, nullptr, {}};
+        const auto publish = [&](const char* path, const char* interface) {
+            GDBusInterfaceInfo* const info = g_dbus_node_info_lookup_interface(node, interface);
+            if (info != nullptr) {
+                g_dbus_connection_register_object(connection, path, info, &table, this, nullptr, nullptr);
+            }
+        };
+        publish("/net/reactivated/Fprint/Manager", "net.reactivated.Fprint.Manager");
+        publish("/reader/0", "net.reactivated.Fprint.Device");
+        publish("/reader/1", "net.reactivated.Fprint.Device");
+        g_dbus_node_info_unref(node);
+        GVariant* const owned = g_dbus_connection_call_sync(
+            connection, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+            "RequestName", g_variant_new("(su)", "net.reactivated.Fprint", 0U), nullptr,
+            G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr);
+        if (owned == nullptr) {
+            return false;
+        }
+        g_variant_unref(owned);
+        return true;
+    }
+
+    void serve(std::promise<bool>& started) {
+        g_main_context_push_thread_default(context);
+        const bool isStarted = start();
+        started.set_value(isStarted);
+        if (isStarted) {
+            g_main_loop_run(loop);
+        }
+        for (GDBusMethodInvocation* const call : unanswered) {
+            g_object_unref(call);
+        }
+        if (connection != nullptr) {
+            g_dbus_connection_close_sync(connection, nullptr, nullptr);
+            g_object_unref(connection);
+        }
+        g_main_context_pop_thread_default(context);
+    }
+};
+
+FakeFingerprintService::FakeFingerprintService(const std::string& busAddress, Fingers fingers)
+    : server_(std::make_unique<Server>(fingers)) {
+    server_->busAddress = busAddress;
+    std::promise<bool> started;
+    server_->thread = std::thread([&] { server_->serve(started); });
+    if (!started.get_future().get()) {
+        server_->thread.join();
+        throw std::runtime_error("the fingerprint service cannot be put on the bus");
+    }
+}
+
+FakeFingerprintService::~FakeFingerprintService() {
+    // From its own context, so that it cannot come before the loop runs.
+    g_main_context_invoke(
+        server_->context,
+        [](gpointer loop) -> gboolean {
+            g_main_loop_quit(static_cast<GMainLoop*>(loop));
+            return G_SOURCE_REMOVE;
+        },
+        server_->loop);
+    server_->thread.join();
+    g_main_loop_unref(server_->loop);
+    g_main_context_unref(server_->context);
+}
+
+std::vector<std::string> FakeFingerprintService::calls() const {
+    const std::scoped_lock lock(server_->mutex);
+    return server_->calls;
+}
+
+bool FakeFingerprintService::waitForCall() const {
+    std::unique_lock lock(server_->mutex);
+    return server_->changed.wait_for(lock, std::chrono::seconds(30), [&] { return !server_->calls.empty(); });
+}
+
+}  // namespace vorna::tests

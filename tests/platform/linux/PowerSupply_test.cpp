@@ -1,0 +1,139 @@
+#include <vorna/platform/linux/PowerSupply.h>
+
+#include <tests/platform/linux/SystemTree.h>
+
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+
+namespace vorna {
+namespace {
+
+using enum ChargingStatus;
+
+BatteryFacts batteryFacts(float level, BatteryState state) {
+    return BatteryFacts{.level = level, .state = state, .isMonitoringEnabled = false};
+}
+
+TEST(ChargingStatusText, IsReadAsTheKernelWritesIt) {
+    EXPECT_EQ(chargingStatus("Charging\n"), charging);
+    EXPECT_EQ(chargingStatus("Discharging\n"), discharging);
+    EXPECT_EQ(chargingStatus("Not charging\n"), notCharging);
+    EXPECT_EQ(chargingStatus("Full\n"), full);
+    EXPECT_EQ(chargingStatus("Unknown\n"), unknown);
+    EXPECT_EQ(chargingStatus("charging\n"), unknown);
+    EXPECT_EQ(chargingStatus(""), unknown);
+}
+
+BatteryState stateOf(std::initializer_list<ChargingStatus> statuses) {
+    std::vector<Battery> batteries;
+    for (const ChargingStatus status : statuses) {
+        batteries.push_back(Battery{.level = 0.5, .status = status, .fullEnergy = {}, .fullCharge = {}});
+    }
+    return combined(batteries).state;
+}
+
+TEST(BatteryStateOfTheDevice, FollowsItsOneBattery) {
+    EXPECT_EQ(stateOf({charging}), BatteryState::charging);
+    EXPECT_EQ(stateOf({discharging}), BatteryState::unplugged);
+    EXPECT_EQ(stateOf({notCharging}), BatteryState::unplugged);
+    EXPECT_EQ(stateOf({full}), BatteryState::full);
+    EXPECT_EQ(stateOf({unknown}), BatteryState::unknown);
+}
+
+TEST(BatteryStateOfTheDevice, FollowsTheBusiestOfSeveralBatteries) {
+    EXPECT_EQ(stateOf({full, charging}), BatteryState::charging);
+    EXPECT_EQ(stateOf({charging, discharging}), BatteryState::charging);
+    EXPECT_EQ(stateOf({full, discharging}), BatteryState::unplugged);
+    EXPECT_EQ(stateOf({unknown, discharging}), BatteryState::unplugged);
+    EXPECT_EQ(stateOf({notCharging, full}), BatteryState::full);
+    EXPECT_EQ(stateOf({full, unknown}), BatteryState::full);
+    EXPECT_EQ(stateOf({notCharging, unknown}), BatteryState::unplugged);
+}
+
+TEST(BatteryLevelOfTheDevice, IsTheMeanByWhatEachBatteryHoldsWhenFull) {
+    EXPECT_FLOAT_EQ(combined({{.level = 1.0, .status = full, .fullEnergy = 30e6, .fullCharge = {}},
+                              {.level = 0.2, .status = full, .fullEnergy = 10e6, .fullCharge = {}}})
+                        .level,
+                    0.8F);
+    EXPECT_FLOAT_EQ(combined({{.level = 1.0, .status = full, .fullEnergy = {}, .fullCharge = 1e6},
+                              {.level = 0.2, .status = full, .fullEnergy = {}, .fullCharge = 3e6}})
+                        .level,
+                    0.4F);
+}
+
+TEST(BatteryLevelOfTheDevice, IsThePlainMeanWhereTheWeightsCannotBeCompared) {
+    EXPECT_FLOAT_EQ(combined({{.level = 1.0, .status = full, .fullEnergy = 30e6, .fullCharge = {}},
+                              {.level = 0.2, .status = full, .fullEnergy = {}, .fullCharge = 3e6}})
+                        .level,
+                    0.6F);
+    EXPECT_FLOAT_EQ(combined({{.level = 1.0, .status = full, .fullEnergy = 0.0, .fullCharge = {}},
+                              {.level = 0.2, .status = full, .fullEnergy = 5e6, .fullCharge = {}}})
+                        .level,
+                    0.6F);
+}
+
+TEST(BatteryLevelOfTheDevice, LeavesOutABatteryThatDoesNotSay) {
+    EXPECT_EQ(combined({{.level = 0.5, .status = full, .fullEnergy = {}, .fullCharge = {}},
+                        {.level = {}, .status = unknown, .fullEnergy = {}, .fullCharge = {}}}),
+              batteryFacts(0.5F, BatteryState::full));
+    EXPECT_EQ(combined({{.level = {}, .status = charging, .fullEnergy = 5e6, .fullCharge = {}}}),
+              batteryFacts(-1, BatteryState::charging));
+}
+
+TEST(BatteryLevelOfTheDevice, IsUnknownWithoutABattery) {
+    EXPECT_EQ(combined({}), batteryFacts(-1, BatteryState::unknown));
+}
+
+TEST(BatteryLevelOfTheDevice, OfAnEmptyBatteryIsZeroNotUnknown) {
+    EXPECT_EQ(combined({{.level = 0.0, .status = charging, .fullEnergy = {}, .fullCharge = {}}}),
+              batteryFacts(0, BatteryState::charging));
+}
+
+struct Row {
+    const char* tree;
+    BatteryFacts battery;
+};
+
+TEST(BatteryOfTheDevice, OfTheStoredSystems) {
+    for (const Row& row :
+         {Row{"pinephone-postmarketos", batteryFacts(0.43F, BatteryState::unplugged)},
+          Row{"librem5-pureos", batteryFacts(0.81F, BatteryState::charging)},
+          // 7 % of 66.22 Wh and 80 % of 17.94 Wh.
+          Row{"thinkpad-fedora",
+              batteryFacts((66.22F * 0.07F + 17.94F * 0.80F) / (66.22F + 17.94F), BatteryState::unplugged)},
+          Row{"desktop-debian", batteryFacts(-1, BatteryState::unknown)},
+          Row{"raspberry-pi", batteryFacts(-1, BatteryState::unknown)},
+          Row{"olimex-lime2-archlinuxarm", batteryFacts(-1, BatteryState::unknown)},
+          Row{"alpine-container", batteryFacts(-1, BatteryState::unknown)},
+          // 1.26 Ah of 2.8 Ah: this battery does not count in percent.
+          Row{"laptop-opensuse", batteryFacts(0.45F, BatteryState::full)}}) {
+        const BatteryFacts battery = combined(readBatteries(tests::systemTree(row.tree)));
+        EXPECT_FLOAT_EQ(battery.level, row.battery.level) << row.tree;
+        EXPECT_EQ(battery.state, row.battery.state) << row.tree;
+    }
+}
+
+TEST(BatteryOfTheDevice, NonsenseInTheFilesIsLeftOut) {
+    const tests::TemporaryFolder folder;
+    const std::string battery = "sys/class/power_supply/BAT0/";
+    folder.write(battery + "type", "Battery\n");
+    for (const char* const capacity : {"", "x", "5 %", "99999999999999999999999", "0x10"}) {
+        folder.write(battery + "capacity", capacity);
+        EXPECT_EQ(combined(readBatteries(folder.path())), batteryFacts(-1, BatteryState::unknown))
+            << capacity;
+    }
+}
+
+TEST(BatteryOfTheDevice, ALevelBeyondItsLimitsIsTheLimit) {
+    const tests::TemporaryFolder folder;
+    const std::string battery = "sys/class/power_supply/BAT0/";
+    folder.write(battery + "type", "Battery\n");
+    folder.write(battery + "capacity", "104\n");
+    EXPECT_EQ(combined(readBatteries(folder.path())).level, 1.0F);
+    folder.write(battery + "capacity", "-3\n");
+    EXPECT_EQ(combined(readBatteries(folder.path())).level, 0.0F);
+}
+
+}  // namespace
+}  // namespace vorna

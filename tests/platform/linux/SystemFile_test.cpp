@@ -1,0 +1,77 @@
+#include <vorna/platform/linux/SystemFile.h>
+
+#include <tests/platform/linux/SystemTree.h>
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+#include <filesystem>
+
+namespace vorna {
+namespace {
+
+using tests::TemporaryFolder;
+
+TEST(SystemFile, GivesTheBytesAsTheyAre) {
+    const TemporaryFolder folder;
+    folder.write("model", std::string_view("Board\0", 6));
+    EXPECT_EQ(readSystemFile(folder.path() + "/model"), std::string("Board\0", 6));
+}
+
+TEST(SystemFile, AnEmptyFileIsEmptyButAnEmptyValueIsAbsent) {
+    const TemporaryFolder folder;
+    folder.write("empty", "");
+    folder.write("blank", " \n");
+    EXPECT_EQ(readSystemFile(folder.path() + "/empty"), "");
+    EXPECT_EQ(readSystemValue(folder.path() + "/empty"), std::nullopt);
+    EXPECT_EQ(readSystemValue(folder.path() + "/blank"), std::nullopt);
+}
+
+TEST(SystemFile, AValueHasNoSpaceAroundIt) {
+    const TemporaryFolder folder;
+    folder.write("status", " Not charging\n");
+    EXPECT_EQ(readSystemValue(folder.path() + "/status"), "Not charging");
+}
+
+TEST(SystemFile, ReadsNoMoreThanTheFirst64KiB) {
+    const TemporaryFolder folder;
+    folder.write("long", std::string(200'000, 'x'));
+    EXPECT_EQ(readSystemFile(folder.path() + "/long"), std::string(65'536, 'x'));
+}
+
+TEST(SystemFile, AFileThatIsNotThereIsAbsent) {
+    const TemporaryFolder folder;
+    EXPECT_EQ(readSystemFile(folder.path() + "/none"), std::nullopt);
+    EXPECT_EQ(readSystemValue(folder.path() + "/none"), std::nullopt);
+}
+
+TEST(SystemFile, AFolderOrADeviceIsAbsent) {
+    EXPECT_EQ(readSystemFile("/tmp"), std::nullopt);
+    EXPECT_EQ(readSystemFile("/dev/zero"), std::nullopt);
+}
+
+TEST(SystemFile, APipeThatNobodyWritesToIsAbsentAndNotWaitedFor) {
+    const TemporaryFolder folder;
+    const std::string pipe = folder.path() + "/pipe";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_EQ(readSystemFile(pipe), std::nullopt);
+}
+
+TEST(SystemFile, ReadsFilesWhoseSizeTheKernelDoesNotTell) {
+    ASSERT_EQ(std::filesystem::file_size("/proc/self/status"), 0U);
+    EXPECT_TRUE(readSystemFile("/proc/self/status").value_or("").starts_with("Name:"));
+}
+
+TEST(SystemFile, NamesInAFolderAreSortedAndHiddenOnesLeftOut) {
+    const TemporaryFolder folder;
+    for (const char* const name : {"BAT1", "AC", ".hidden", "BAT0"}) {
+        folder.write(name, "");
+    }
+    EXPECT_EQ(namesInFolder(folder.path()), (std::vector<std::string>{"AC", "BAT0", "BAT1"}));
+    EXPECT_TRUE(namesInFolder(folder.path() + "/none").empty());
+    EXPECT_TRUE(namesInFolder(folder.path() + "/AC").empty());
+}
+
+}  // namespace
+}  // namespace vorna

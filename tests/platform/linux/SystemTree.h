@@ -1,0 +1,51 @@
+#pragma once
+
+/// Folders that stand for the root of a system: the stored ones, and copies that a test may change.
+
+#include <vorna/platform/linux/Environment.h>
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace vorna::tests {
+
+/// The stored system of this name, for reading.
+std::string systemTree(std::string_view name);
+
+/// A folder of its own under the temporary folder, removed at the end.
+class TemporaryFolder {
+  public:
+    TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    TemporaryFolder(TemporaryFolder&&) = delete;
+    TemporaryFolder& operator=(TemporaryFolder&&) = delete;
+    ~TemporaryFolder();
+
+    const std::string& path() const { return path_; }
+
+    /// Puts a file with these contents into the folder, in one step, and makes the folders above it.
+    void write(const std::string& relativePath, std::string_view contents) const;
+
+    /// Copies the stored system of this name here.
+    void copySystemTree(std::string_view name) const;
+
+  private:
+    std::string path_;
+};
+
+/// An environment with just these variables.
+Environment environmentOf(std::initializer_list<std::pair<std::string, std::string>> variables,
+                          const std::string& accountHome = "");
+
+/// Looks again and again, until the condition holds or far more time has passed than it ever takes; returns
+/// whether it holds.
+bool eventually(const std::function<bool()>& condition,
+                std::chrono::seconds bound = std::chrono::seconds(30));
+
+}  // namespace vorna::tests

@@ -1,0 +1,102 @@
+#pragma once
+
+/// A second process for tests in which two of them meet. It is a copy of the test's own, so make it before
+/// the test has any thread: neither GLib nor a sanitizer bears less.
+
+#include <sys/types.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <fcntl.h>
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <functional>
+#include <string>
+#include <utility>
+
+namespace vorna::support {
+
+/// The process waits until it is started, runs the function and exits with what it returns, by way of `exit`.
+/// One that still runs in the end is killed.
+class ForkedProcess {
+  public:
+    /// The function is given the text that `start` passes on.
+    explicit ForkedProcess(const std::function<int(const std::string& message)>& function) {
+        std::array<int, 2> pipe{};
+        if (pipe2(pipe.data(), O_CLOEXEC) != 0) {
+            std::abort();
+        }
+        process_ = fork();
+        if (process_ == 0) {
+            close(pipe[1]);
+            const std::string message = readAll(pipe[0]);
+            close(pipe[0]);
+            std::exit(function(message));  // NOLINT(concurrency-mt-unsafe): the process that was just made
+        }
+        close(pipe[0]);
+        starter_ = pipe[1];
+    }
+
+    ForkedProcess(const ForkedProcess&) = delete;
+    ForkedProcess& operator=(const ForkedProcess&) = delete;
+    ForkedProcess(ForkedProcess&&) = delete;
+    ForkedProcess& operator=(ForkedProcess&&) = delete;
+
+    ~ForkedProcess() {
+        kill();
+        closeStarter();
+        wait();
+    }
+
+    /// A short text. Returns at once.
+    void start(const std::string& message = {}) {
+        if (!message.empty() && write(starter_, message.data(), message.size()) < 0) {
+            std::abort();
+        }
+        closeStarter();
+    }
+
+    void kill() const {
+        if (process_ > 0) {
+            ::kill(process_, SIGKILL);
+        }
+    }
+
+    /// What the process has returned, or -1 when a signal has ended it.
+    int wait() {
+        int status = 0;
+        if (process_ > 0) {
+            while (waitpid(process_, &status, 0) < 0 && errno == EINTR) {
+            }
+            process_ = -1;
+            result_ = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        }
+        return result_;
+    }
+
+  private:
+    static std::string readAll(int from) {
+        std::string text;
+        std::array<char, 4096> chunk{};
+        ssize_t count = 0;
+        while ((count = read(from, chunk.data(), chunk.size())) > 0) {
+            text.append(chunk.data(), static_cast<std::size_t>(count));
+        }
+        return text;
+    }
+
+    void closeStarter() {
+        if (const int starter = std::exchange(starter_, -1); starter >= 0) {
+            close(starter);
+        }
+    }
+
+    pid_t process_ = -1;
+    int starter_ = -1;
+    int result_ = -1;
+};
+
+}  // namespace vorna::support
