@@ -2,7 +2,6 @@
 #include <tools/devserver/Router.h>
 
 #include <string>
-#include <type_traits>
 #include <utility>
 
 namespace vorna::devserver {
@@ -27,32 +26,31 @@ Answer methodNotAllowed(std::string_view allowed) {
     return answer;
 }
 
-Answer faultAnswer(AnswerWith fault) {
+Answer faultAnswer(const AnswerWith& fault) {
     Answer answer;
     answer.status = fault.status;
     if (!fault.location.empty()) {
-        answer.headers.emplace_back("Location", std::move(fault.location));
+        answer.headers.emplace_back("Location", fault.location);
     }
     if (!fault.body.empty()) {
         answer.headers.emplace_back("Content-Type", "application/json");
     }
-    answer.body = std::move(fault.body);
+    answer.body = fault.body;
     return answer;
 }
 
 // What a fault makes of a request that the service never sees.
-Outcome outcomeOf(FaultDeed deed) {
+Outcome outcomeOf(const FaultDeed& deed) {
     Outcome outcome;
-    std::visit(
-        [&outcome](auto&& one) {
-            using Deed = std::decay_t<decltype(one)>;
-            if constexpr (std::is_same_v<Deed, AnswerWith>) {
-                outcome.deed = faultAnswer(std::forward<decltype(one)>(one));
-            } else if constexpr (!std::is_same_v<Deed, HandleAsUsual>) {
-                outcome.deed = one;
-            }
-        },
-        std::move(deed));
+    if (const auto* answer = std::get_if<AnswerWith>(&deed)) {
+        outcome.deed = faultAnswer(*answer);
+    } else if (std::holds_alternative<DropConnection>(deed)) {
+        outcome.deed = DropConnection{};
+    } else if (std::holds_alternative<ResetConnection>(deed)) {
+        outcome.deed = ResetConnection{};
+    } else if (std::holds_alternative<HoldConnection>(deed)) {
+        outcome.deed = HoldConnection{};
+    }
     return outcome;
 }
 
@@ -75,13 +73,13 @@ Outcome Router::handle(const Request& request) {
 
     statistics_.countRequest(path);
     Outcome outcome;
-    std::optional<Fault> fault = faults_.take(path);
+    const std::optional<Fault> fault = faults_.take(path);
     if (fault) {
         console_.request("fault  " + std::string(request.method) + " " + printable(path) + "  " +
                          describe(*fault));
     }
     if (fault && !std::holds_alternative<HandleAsUsual>(fault->deed)) {
-        outcome = outcomeOf(std::move(fault->deed));
+        outcome = outcomeOf(fault->deed);
     } else {
         outcome.deed = serve(request, path);
     }

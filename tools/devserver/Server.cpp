@@ -73,7 +73,9 @@ class Connection : public std::enable_shared_from_this<Connection<Stream>> {
     }
 
     Connection(const Connection&) = delete;
+    Connection(Connection&&) = delete;
     Connection& operator=(const Connection&) = delete;
+    Connection& operator=(Connection&&) = delete;
 
     ~Connection() { host_.statistics.connectionClosed(); }
 

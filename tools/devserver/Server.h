@@ -35,7 +35,9 @@ class Server {
     // certificate does not load. Router, statistics and console outlive the server.
     Server(const ServerSettings& settings, Router& router, Statistics& statistics, const Console& console);
     ~Server();
+    Server(const Server&) = delete;
     Server(Server&&) = delete;
+    Server& operator=(const Server&) = delete;
     Server& operator=(Server&&) = delete;
 
     // Scheme and authority that clients reach the server at, with the real port.

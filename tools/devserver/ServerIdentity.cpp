@@ -65,7 +65,7 @@ ServerIdentity serverIdentity(const std::filesystem::path& folder,
         throw std::runtime_error("cannot make the folder " + folder.string() + ": " + error.message());
     }
 
-    const ServerIdentity files{folder / "ca.pem", folder / "server.pem", folder / "server.key"};
+    ServerIdentity files{folder / "ca.pem", folder / "server.pem", folder / "server.key"};
     const std::filesystem::path authorityKey = folder / "ca.key";
 
     std::optional<CertificateAuthority> authority = existingAuthority(files.authority, authorityKey, now);

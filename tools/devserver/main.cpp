@@ -85,7 +85,7 @@ int serve(const Options& options) {
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
-    std::signal(SIGPIPE, SIG_IGN);  // a reader of our output may go away; the server stays
+    static_cast<void>(std::signal(SIGPIPE, SIG_IGN));  // a reader of our output may go away; the server stays
     raiseDescriptorLimit();
     try {
         auto reading = readOptions(argumentCount, arguments);

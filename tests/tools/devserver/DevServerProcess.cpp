@@ -29,6 +29,7 @@ DevServerProcess::DevServerProcess(const std::vector<std::string>& arguments) {
         words.insert(words.end(), {"--port", "0"});
     }
     std::vector<char*> pointers;
+    pointers.reserve(words.size() + 1);
     for (std::string& word : words) {
         pointers.push_back(word.data());
     }

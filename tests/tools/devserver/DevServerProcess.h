@@ -21,7 +21,9 @@ class DevServerProcess {
     // Starts it with `arguments`, on any free port unless they name one. Whether it listens shows in url().
     explicit DevServerProcess(const std::vector<std::string>& arguments);
     DevServerProcess(const DevServerProcess&) = delete;
+    DevServerProcess(DevServerProcess&&) = delete;
     DevServerProcess& operator=(const DevServerProcess&) = delete;
+    DevServerProcess& operator=(DevServerProcess&&) = delete;
     ~DevServerProcess();
 
     // Where it listens, from its first line; empty when it ended without saying so.

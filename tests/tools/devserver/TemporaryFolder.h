@@ -22,7 +22,9 @@ class TemporaryFolder {
     }
 
     TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder(TemporaryFolder&&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(TemporaryFolder&&) = delete;
 
     ~TemporaryFolder() {
         std::error_code ignored;
@@ -32,8 +34,9 @@ class TemporaryFolder {
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
 
     // Writes a file below the folder, with the folders on its way, and returns its path.
+    // NOLINTNEXTLINE(modernize-use-nodiscard): written for its effect as often as for its path
     std::filesystem::path write(const std::filesystem::path& name, std::string_view contents) const {
-        const std::filesystem::path file = path_ / name;
+        std::filesystem::path file = path_ / name;
         std::filesystem::create_directories(file.parent_path());
         std::ofstream(file, std::ios::binary) << contents;
         return file;

@@ -146,11 +146,13 @@ TEST_F(RouterOfTheService, ServesMediaWholeOrInPart) {
 }
 
 TEST_F(RouterOfTheService, NamesTheMethodsThatAPathTakes) {
-    const struct {
+    struct Row {
         const char* method;
         const char* target;
         const char* allowed;
-    } cases[] = {
+    };
+
+    const std::vector<Row> cases = {
         {"GET", "/v1/event", "POST"},
         {"PUT", "/v1/config", "POST"},
         {"POST", "/media/clip.mp4", "GET, HEAD"},

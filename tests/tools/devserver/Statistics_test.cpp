@@ -29,7 +29,7 @@ TEST(Statistics, CountWhatHappened) {
 TEST(Statistics, StayBoundedWhateverPathsAreTried) {
     Statistics statistics;
     for (int i = 0; i < 5000; ++i) {
-        statistics.countRequest("/" + std::to_string(i));
+        statistics.countRequest(std::string("/").append(std::to_string(i)));
     }
     statistics.countRequest("/1");
     EXPECT_THAT(statistics.toJson(), HasSubstr("\"total\":5001"));

@@ -68,10 +68,12 @@ TEST(Options, HelpNamesThemAllAndSucceeds) {
 }
 
 TEST(Options, MistakesAreNamedAndEndTheProgram) {
-    const struct {
+    struct Row {
         std::vector<const char*> arguments;
         const char* complaint;
-    } cases[] = {
+    };
+
+    const std::vector<Row> cases = {
         {{"--no-such-option"}, "--no-such-option"},
         {{"--port", "65536"}, "--port"},
         {{"--port", "-1"}, "--port"},

@@ -11,6 +11,7 @@
 #include <tools/devserver/CertificateAuthority.h>
 
 #include <algorithm>
+#include <atomic>
 #include <boost/json/parse.hpp>
 #include <boost/json/value.hpp>
 #include <chrono>
@@ -30,17 +31,22 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-constexpr int mostBodyBytes = 64 * 1024 * 1024;
+constexpr std::size_t mebibyte = 1024UL * 1024;
+constexpr std::size_t mostBodyBytes = 64 * mebibyte;
 
 std::string eventNamed(const std::string& name) {
     return R"({"name":")" + name +
            R"(","createDate":1,"endDate":2,"customValue":"","deviceData":{"appId":"x"}})";
 }
 
+std::string numbered(int client, int event) {
+    return std::to_string(client).append("-").append(std::to_string(event));
+}
+
 class Program : public testing::Test {
   protected:
     // The program with its state in this test's folder.
-    std::unique_ptr<DevServerProcess> start(std::vector<std::string> arguments = {}) const {
+    [[nodiscard]] std::unique_ptr<DevServerProcess> start(std::vector<std::string> arguments = {}) const {
         arguments.insert(arguments.end(), {"--state", (folder_.path() / "state").string()});
         return std::make_unique<DevServerProcess>(arguments);
     }
@@ -166,11 +172,13 @@ TEST_F(Program, SaysWhyItCannotStart) {
     const std::string file = folder_.write("file", "").string();
     const std::string broken = folder_.write("broken.pem", "garbage").string();
 
-    const struct {
+    struct Row {
         std::vector<std::string> arguments;
         int status;
         std::string problem;
-    } cases[] = {
+    };
+
+    const std::vector<Row> cases = {
         {{"--port", port}, 1, "cannot listen on 127.0.0.1 port " + port + ": Address already in use"},
         {{"--address", "nonsense"}, 1, "not an address to listen on: nonsense"},
         {{"--events", folder_.path().string()}, 1, "cannot write " + folder_.path().string()},
@@ -252,11 +260,11 @@ TEST_F(Program, ClosesWhenTheClientAsksForIt) {
 TEST_F(Program, AnswersRequestsThatCameInOnePieceInTheirOrder) {
     const auto server = start({"--http"});
     const std::string body = eventNamed("chunked");
-    std::array<char, 16> size{};
-    std::snprintf(size.data(), size.size(), "%zx", body.size());
+    std::ostringstream size;
+    size << std::hex << body.size();
     const std::string answers =
         speakRaw(server->port(), "POST /v1/event HTTP/1.1\r\nHost: x\r\nTransfer-Encoding: chunked\r\n\r\n" +
-                                     std::string(size.data()) + "\r\n" + body +
+                                     size.str() + "\r\n" + body +
                                      "\r\n0\r\n\r\n"
                                      "GET /v1/event HTTP/1.1\r\nHost: x\r\n\r\n"
                                      "GET /x HTTP/1.1\r\nHost: x\r\nConnection: close\r\n\r\n");
@@ -282,7 +290,7 @@ TEST_F(Program, InvitesABodyThatWaitsForAWord) {
 TEST_F(Program, RecordsAnEventNameOfAMebibyte) {
     const auto server = start();
     auto http = client(*server);
-    const std::string event = eventNamed(std::string(1024 * 1024, 'n'));
+    const std::string event = eventNamed(std::string(mebibyte, 'n'));
     EXPECT_EQ(http.post("/v1/event", event).status, 200);
     EXPECT_EQ(events(), event + "\n");
     EXPECT_THAT(server->waitForLine("event  ").value_or(""), HasSubstr("... (1048576 bytes)"));
@@ -308,7 +316,7 @@ TEST_F(Program, RefusesALengthBeyondTheLimitBeforeTheBodyIsSent) {
 
 TEST_F(Program, ServesMediaWithRanges) {
     std::string film;
-    std::minstd_rand random(7);
+    std::minstd_rand random(7);  // NOLINT(cert-msc32-c, cert-msc51-cpp): the same every time
     std::generate_n(std::back_inserter(film), 1'000'000, [&random] { return static_cast<char>(random()); });
     folder_.write("media/films/a film.mp4", film);
     const auto server = start({"--media", (folder_.path() / "media").string()});
@@ -450,10 +458,13 @@ TEST_F(Program, NeverAnswersWhenItHangsAndKeepsTheConnection) {
     const auto server = start({"--fault", "path=/v1/event,hang"});
     auto http = client(*server);
     auto observer = client(*server);
-    http.setTimeout(300);
+    // Both are connected by now, so that the time that follows is the service's alone.
+    EXPECT_EQ(http.get("/control/faults").status, 200);
+    EXPECT_EQ(observer.get("/control/faults").status, 200);
+    http.setTimeout(1000);
     std::thread waiting(
         [&http] { EXPECT_EQ(http.post("/v1/event", eventNamed("a")).result, CURLE_OPERATION_TIMEDOUT); });
-    ASSERT_TRUE(server->waitForLine("fault  POST /v1/event  hang"));
+    EXPECT_TRUE(server->waitForLine("fault  POST /v1/event  hang"));
     EXPECT_EQ(statistics(observer).at("connections").at("open"), 2);
     waiting.join();
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds{20};
@@ -465,18 +476,20 @@ TEST_F(Program, NeverAnswersWhenItHangsAndKeepsTheConnection) {
 }
 
 TEST_F(Program, AnswersLateAndServesOthersMeanwhile) {
-    const auto server = start({"--fault", "path=/v1/event,count=1,delay=400"});
+    const auto server = start({"--fault", "path=/v1/event,count=1,delay=1000"});
     auto late = client(*server);
     auto other = client(*server);
+    std::atomic<bool> answered = false;
     const auto begin = std::chrono::steady_clock::now();
-    std::thread waiting([&late] { EXPECT_EQ(late.post("/v1/event", eventNamed("late")).status, 200); });
-    ASSERT_TRUE(server->waitForLine("delay 400 ms"));
+    std::thread waiting([&late, &answered] {
+        EXPECT_EQ(late.post("/v1/event", eventNamed("late")).status, 200);
+        answered = true;
+    });
+    EXPECT_TRUE(server->waitForLine("delay 1000 ms"));
     EXPECT_EQ(other.post("/v1/event", eventNamed("other")).status, 200);
-    const auto otherTook = std::chrono::steady_clock::now() - begin;
+    EXPECT_FALSE(answered) << "the other one came first";
     waiting.join();
-    const auto lateTook = std::chrono::steady_clock::now() - begin;
-    EXPECT_LT(otherTook, lateTook);
-    EXPECT_GE(lateTook, std::chrono::milliseconds{400});
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds{1000});
 }
 
 // --- what no client should do
@@ -500,7 +513,7 @@ TEST_P(JunkSentTo, EndsItsOwnConnectionsOnly) {
     const std::string request =
         "POST /v1/event HTTP/1.1\r\nHost: x\r\nContent-Length: 1000\r\n\r\n{\"name\":";
     const std::string clientHello("\x16\x03\x01\x02\x00\x01\x00\x01\xfc\x03\x03", 11);
-    std::minstd_rand random(42);
+    std::minstd_rand random(42);  // NOLINT(cert-msc32-c, cert-msc51-cpp): the same every time
     for (int round = 0; round < 150; ++round) {
         std::string junk;
         if (round % 3 == 0) {
@@ -537,10 +550,10 @@ TEST_F(Program, EndsWhileRequestsAreUnderWay) {
     auto hanging = client(*server);
     auto late = client(*server);
     std::thread first([&hanging] { EXPECT_NE(hanging.post("/v1/event", eventNamed("a")).result, CURLE_OK); });
-    ASSERT_TRUE(server->waitForLine("hang"));
+    EXPECT_TRUE(server->waitForLine("hang"));
     std::thread second(
         [&late] { EXPECT_NE(late.post("/v1/config", R"({"deviceData":{}})").result, CURLE_OK); });
-    ASSERT_TRUE(server->waitForLine("delay"));
+    EXPECT_TRUE(server->waitForLine("delay"));
     EXPECT_EQ(server->end(SIGTERM).status, 0);
     first.join();
     second.join();
@@ -553,13 +566,12 @@ TEST_F(Program, RecordsEveryEventOfManyClientsWhole) {
     constexpr int eventsEach = 400;
     const auto server = start({"--quiet"});
     std::vector<std::thread> threads;
+    threads.reserve(clients);
     for (int number = 0; number < clients; ++number) {
         threads.emplace_back([this, &server, number] {
             auto http = client(*server);
             for (int i = 0; i < eventsEach; ++i) {
-                ASSERT_EQ(http.post("/v1/event", eventNamed(std::to_string(number) + "-" + std::to_string(i)))
-                              .status,
-                          200);
+                ASSERT_EQ(http.post("/v1/event", eventNamed(numbered(number, i))).status, 200);
             }
         });
     }
@@ -570,7 +582,7 @@ TEST_F(Program, RecordsEveryEventOfManyClientsWhole) {
     std::vector<std::string> expected;
     for (int number = 0; number < clients; ++number) {
         for (int i = 0; i < eventsEach; ++i) {
-            expected.push_back(eventNamed(std::to_string(number) + "-" + std::to_string(i)));
+            expected.push_back(eventNamed(numbered(number, i)));
         }
     }
     std::vector<std::string> recorded;

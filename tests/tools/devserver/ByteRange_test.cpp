@@ -14,8 +14,8 @@ struct Case {
     std::string expected;  // "offset+length", "whole" or "unsatisfiable"
 };
 
-void PrintTo(const Case& one, std::ostream* out) {
-    *out << one.name;
+std::ostream& operator<<(std::ostream& out, const Case& one) {
+    return out << one.name;
 }
 
 class ByteRangeHeader : public testing::TestWithParam<Case> {};

@@ -29,8 +29,8 @@ struct Case {
     std::string expected;
 };
 
-void PrintTo(const Case& one, std::ostream* out) {
-    *out << one.name;
+std::ostream& operator<<(std::ostream& out, const Case& one) {
+    return out << one.name;
 }
 
 std::string caseName(const testing::TestParamInfo<Case>& parameter) {

@@ -44,8 +44,8 @@ struct Case {
     std::string complaint;
 };
 
-void PrintTo(const Case& one, std::ostream* out) {
-    *out << one.name;
+std::ostream& operator<<(std::ostream& out, const Case& one) {
+    return out << one.name;
 }
 
 class EventDocumentMistake : public testing::TestWithParam<Case> {};
