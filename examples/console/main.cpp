@@ -40,18 +40,19 @@ class CountingHttpClient final : public vorna::HttpClient {
             const std::scoped_lock lock(mutex_);
             ++underWay_;
         }
-        client_->start(std::move(request), [this, completion = std::move(completion)](
-                                               auto body, auto response, auto error) {
-            completion(std::move(body), std::move(response), std::move(error));
-            // Under the lock, so that whoever waits finds this object unused from then on.
-            const std::scoped_lock lock(mutex_);
-            --underWay_;
-            changed_.notify_all();
-        });
+        client_->start(std::move(request),
+                       [this, completion = std::move(completion)](auto body, auto response, auto error) {
+                           completion(std::move(body), std::move(response), std::move(error));
+                           // Under the lock, so that whoever waits finds this object unused from then on.
+                           const std::scoped_lock lock(mutex_);
+                           --underWay_;
+                           changed_.notify_all();
+                       });
     }
 
     /// True when so many events have been handed over and every answer has come, false when time is up first.
-    bool waitUntilQuiet(const std::uint64_t& handedOver, std::uint64_t expected, std::chrono::seconds longest) {
+    bool waitUntilQuiet(const std::uint64_t& handedOver, std::uint64_t expected,
+                        std::chrono::seconds longest) {
         std::unique_lock lock(mutex_);
         return changed_.wait_for(lock, longest, [&] { return underWay_ == 0 && handedOver >= expected; });
     }
@@ -202,8 +203,8 @@ std::optional<Arguments> parse(int count, char** texts) {
 }
 
 void printConfiguration(std::string_view when) {
-    std::cout << when << ": welcome_text = "
-              << VornaCoreSDK::GetRemoteConfig("welcome_text", "(default) Welcome!")
+    std::cout << when
+              << ": welcome_text = " << VornaCoreSDK::GetRemoteConfig("welcome_text", "(default) Welcome!")
               << ", paywall_name = " << VornaCoreSDK::GetRemoteConfig("paywall_name", "(default) main")
               << std::endl;
 }
@@ -259,8 +260,8 @@ int run(const Arguments& arguments) {
     center.post(vorna::UIApplicationWillResignActiveNotification);
     ++recorded;  // "vorna_session"
     const bool quiet = http->waitUntilQuiet(handedOver, recorded, std::chrono::seconds(90));
-    std::cout << recorded << " events recorded, " << (quiet ? "every request has ended" : "some requests have not ended in time")
-              << std::endl;
+    std::cout << recorded << " events recorded, "
+              << (quiet ? "every request has ended" : "some requests have not ended in time") << std::endl;
     return allUnderstood && quiet ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
