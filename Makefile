@@ -28,7 +28,6 @@ demo: build-release
 test: build-dev
 	@cmake --build --preset dev --target all_verify_interface_header_sets
 	@ctest --preset dev
-	@scripts/test-install.sh
 
 sanitize: build-asan build-tsan
 	@ctest --preset asan

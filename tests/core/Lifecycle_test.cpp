@@ -111,7 +111,8 @@ TEST_F(ApplicationLife, CountsInactivityFromTheLastResignationOnly) {
 
 TEST_F(ApplicationLife, StopsTheProcessWhenTheClockWasSetBackDuringInactivity) {
     resignActiveAt(2000);
-    EXPECT_DEATH(becomeActiveAt(1999), "Fatal error: the clock was set back while the application was inactive");
+    EXPECT_DEATH(becomeActiveAt(1999),
+                 "Fatal error: the clock was set back while the application was inactive");
     becomeActiveAt(2000);
 }
 
@@ -119,8 +120,9 @@ TEST_F(ApplicationLife, RecordsAMemoryWarning) {
     VornaCoreSDK::debug = true;
     testing::internal::CaptureStdout();
     post(UIApplicationDidReceiveMemoryWarningNotification);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(),
-              "[VornaSDK] Event called  -> appDidReceiveMemoryWarning\n[VornaSDK] appDidReceiveMemoryWarning\n");
+    EXPECT_EQ(
+        testing::internal::GetCapturedStdout(),
+        "[VornaSDK] Event called  -> appDidReceiveMemoryWarning\n[VornaSDK] appDidReceiveMemoryWarning\n");
     const std::vector<EventData> events = RecordedEvents::take();
     ASSERT_THAT(events, SizeIs(1));
     EXPECT_EQ(events[0].name, "appDidReceiveMemoryWarning");
@@ -144,12 +146,13 @@ TEST_P(SignalThatIsOnlyLogged, RecordsNothingAndPrintsOnlyWhileDebugIsOn) {
     EXPECT_EQ(host_.http->requestCount(), 0U);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Signals, SignalThatIsOnlyLogged,
-    testing::Values(
-        SignalCase{UIApplicationDidEnterBackgroundNotification, "[VornaSDK] appDidEnterBackground\n"},
-        SignalCase{UIApplicationWillEnterForegroundNotification, "[VornaSDK] appWillEnterForeground\n"},
-        SignalCase{UIApplicationDidFinishLaunchingNotification, "[VornaSDK] appDidFinishLaunching\n"}));
+INSTANTIATE_TEST_SUITE_P(Signals, SignalThatIsOnlyLogged,
+                         testing::Values(SignalCase{UIApplicationDidEnterBackgroundNotification,
+                                                    "[VornaSDK] appDidEnterBackground\n"},
+                                         SignalCase{UIApplicationWillEnterForegroundNotification,
+                                                    "[VornaSDK] appWillEnterForeground\n"},
+                                         SignalCase{UIApplicationDidFinishLaunchingNotification,
+                                                    "[VornaSDK] appDidFinishLaunching\n"}));
 
 TEST_F(ApplicationLife, PrintsWhatHappenedToTheSession) {
     VornaCoreSDK::debug = true;
@@ -157,8 +160,9 @@ TEST_F(ApplicationLife, PrintsWhatHappenedToTheSession) {
     becomeActiveAt(1000);
     resignActiveAt(1065);
     const std::string printed = testing::internal::GetCapturedStdout();
-    EXPECT_TRUE(printed.starts_with("[VornaSDK] appDidBecomeActive\n[VornaSDK] Direct Event called  -> vorna_session\n"
-                                    "[VornaSDK] Event Data: {\"name\":\"vorna_session\""))
+    EXPECT_TRUE(printed.starts_with(
+        "[VornaSDK] appDidBecomeActive\n[VornaSDK] Direct Event called  -> vorna_session\n"
+        "[VornaSDK] Event Data: {\"name\":\"vorna_session\""))
         << printed;
     EXPECT_TRUE(printed.ends_with("[VornaSDK] appWillResignActive\n")) << printed;
 }

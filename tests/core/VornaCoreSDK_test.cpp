@@ -10,6 +10,7 @@
 #include <map>
 #include <memory>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -127,7 +128,8 @@ TEST(Init, TakesUpTheIdentityAndTellsTheServiceInOrder) {
     ASSERT_TRUE(host.http->waitForRequests(2));
     const std::vector<HttpRequest> requests = host.http->requests();
     EXPECT_EQ(requests[0].url.text(), configURL);
-    EXPECT_THAT(requests[0].body, HasSubstr(R"("userId":")" + *VornaCoreSDK::GetUserID() + R"(","appId":"my-app")"));
+    EXPECT_THAT(requests[0].body,
+                HasSubstr(R"("userId":")" + *VornaCoreSDK::GetUserID() + R"(","appId":"my-app")"));
     EXPECT_EQ(requests[1].url.text(), eventURL);
     const EventData event = eventOf(requests[1]);
     EXPECT_EQ(event.name, "sdk_initialized");
@@ -198,7 +200,8 @@ TEST(Init, RefusesAnIdentifierThatIsNotUtf8AndCanBeCalledProperlyLater) {
     VornaCoreSDK::debug = true;
     testing::internal::CaptureStdout();
     VornaCoreSDK::Init("\xED\xA0\x80");
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "[VornaSDK] Init: appID is not UTF-8; nothing is done\n");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "[VornaSDK] Init: appID is not UTF-8; nothing is done\n");
     EXPECT_FALSE(VornaCoreSDK::GetAppID());
     VornaCoreSDK::debug = false;
     VornaCoreSDK::Init("proper");
@@ -233,8 +236,10 @@ TEST(Event, TakesBothDatesFromTheClockOneAfterTheOther) {
     host.clock->tickBy(0.5);
     VornaCoreSDK::Event("across_seconds");
     const std::vector<EventData> events = RecordedEvents::take();
-    EXPECT_EQ(std::pair(events[0].createDate, events[0].endDate), std::pair(std::uint64_t{1000}, std::uint64_t{1000}));
-    EXPECT_EQ(std::pair(events[1].createDate, events[1].endDate), std::pair(std::uint64_t{1000}, std::uint64_t{1001}));
+    EXPECT_EQ(std::pair(events[0].createDate, events[0].endDate),
+              std::pair(std::uint64_t{1000}, std::uint64_t{1000}));
+    EXPECT_EQ(std::pair(events[1].createDate, events[1].endDate),
+              std::pair(std::uint64_t{1000}, std::uint64_t{1001}));
 }
 
 TEST(Event, RecordsAnAbsentCustomValueAsTheEmptyOne) {
@@ -330,12 +335,41 @@ TEST(Event, FromEightThreadsIsQueuedOnceEachInEveryThreadsOrderWhileInitAndSetAd
     }
 }
 
+/// A port of a host's that breaks its contract.
+class ThrowingSystem final : public System {
+  public:
+    std::shared_ptr<const SystemFacts> facts() const override { throw std::runtime_error("no facts today"); }
+
+    void enableBatteryMonitoring() override {}
+
+    void setScreen(const ScreenFacts&) override {}
+
+    std::optional<FileSystemSize> homeFileSystem() const override { return std::nullopt; }
+
+    std::optional<std::string> documentsDirectory() const override { return "/documents"; }
+
+    ItemCreation creation(const std::string&) const override { return {}; }
+
+    std::int32_t secondsFromGMT(Date) const override { return 0; }
+};
+
+TEST(Event, LetsNoExceptionOfAHostsPortReachTheHost) {
+    Platform platform;
+    platform.system = std::make_shared<ThrowingSystem>();
+    VornaCoreSDK::UsePlatform(std::move(platform));
+    VornaCoreSDK::debug = true;
+    testing::internal::CaptureStdout();
+    VornaCoreSDK::Event("x");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "[VornaSDK] Event called  -> x\n[VornaSDK] Event has failed: no facts today\n");
+}
+
 // Remote configuration
 
 TEST(GetRemoteConfig, AnswersFromTheLastRunAtOnceAndFromTheServiceOnceItHasArrived) {
     const RecordedEvents host;
-    host.preferences->put("VornaRemoteConfigs",
-                          {PreferenceValue::Dictionary{{"a", {std::string("old")}}, {"empty", {std::string()}}}});
+    host.preferences->put("VornaRemoteConfigs", {PreferenceValue::Dictionary{{"a", {std::string("old")}},
+                                                                             {"empty", {std::string()}}}});
     VornaCoreSDK::Init("my-app");
     EXPECT_EQ(VornaCoreSDK::GetRemoteConfig("a", "default"), "old");
     EXPECT_EQ(VornaCoreSDK::GetRemoteConfig("empty", "default"), "");
@@ -404,7 +438,8 @@ TEST_P(RemoteConfigsFetched, WithoutATableIsIgnored) {
 INSTANTIATE_TEST_SUITE_P(
     Cases, RemoteConfigsFetched,
     testing::Values(StrangeNotification{"NoUserInfo", {}},
-                    StrangeNotification{"NoConfigs", {{"other", std::map<std::string, std::string>{{"a", "1"}}}}},
+                    StrangeNotification{"NoConfigs",
+                                        {{"other", std::map<std::string, std::string>{{"a", "1"}}}}},
                     StrangeNotification{"ConfigsOfAnotherKind", {{"configs", std::string("a")}}}),
     [](const auto& testCase) { return testCase.param.name; });
 

@@ -10,8 +10,12 @@ EventRecorder::EventRecorder(std::shared_ptr<const Clock> clock, std::shared_ptr
                              std::shared_ptr<DeviceMetadataCollector> collector,
                              std::shared_ptr<VornaTaskQueue> queue, std::shared_ptr<VornaQueueWorker> worker,
                              std::string eventURL)
-    : clock_(std::move(clock)), state_(std::move(state)), collector_(std::move(collector)),
-      queue_(std::move(queue)), worker_(std::move(worker)), eventURL_(std::move(eventURL)) {}
+    : clock_(std::move(clock)),
+      state_(std::move(state)),
+      collector_(std::move(collector)),
+      queue_(std::move(queue)),
+      worker_(std::move(worker)),
+      eventURL_(std::move(eventURL)) {}
 
 DeviceMetadata EventRecorder::deviceData() {
     return collector_->collect(state_->description());

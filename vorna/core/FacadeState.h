@@ -1,7 +1,7 @@
 #pragma once
 
-/// What the facade knows of the application and its user: set by `Init` and `SetAdid`, read by the getters and
-/// by every record.
+/// What the facade knows of the application and its user: set by `Init` and `SetAdid`, read by the getters
+/// and by every record.
 
 #include <vorna/device/DeviceMetadata.h>
 #include <vorna/platform/SharedValue.h>
@@ -18,8 +18,11 @@ namespace vorna {
 class FacadeState {
   public:
     std::optional<std::string> appID() const { return read(appID_); }
+
     std::optional<std::string> adid() const { return read(adid_); }
+
     std::optional<std::string> userID() const { return read(userID_); }
+
     std::optional<std::uint64_t> installTime() const { return read(installTime_); }
 
     void setAppID(std::string appID);

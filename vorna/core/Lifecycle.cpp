@@ -20,7 +20,9 @@ constexpr std::string_view sessionEvent = "vorna_session";
 
 Lifecycle::Lifecycle(std::shared_ptr<const Clock> clock, std::shared_ptr<RandomSource> randomSource,
                      std::shared_ptr<EventRecorder> recorder)
-    : clock_(std::move(clock)), randomSource_(std::move(randomSource)), recorder_(std::move(recorder)) {}
+    : clock_(std::move(clock)),
+      randomSource_(std::move(randomSource)),
+      recorder_(std::move(recorder)) {}
 
 void Lifecycle::observe() {
     using Handler = void (Lifecycle::*)();

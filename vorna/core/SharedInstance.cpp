@@ -88,16 +88,17 @@ bool SharedInstance::choose(Platform platform) {
 }
 
 SharedInstance::SharedInstance(Platform thePlatform)
-    : platform(std::move(thePlatform)), queue(std::make_shared<VornaTaskQueue>()),
+    : platform(std::move(thePlatform)),
+      queue(std::make_shared<VornaTaskQueue>()),
       eventListManager(std::make_shared<EventListManager>()),
-      remoteConfigHelper(
-          std::make_shared<RemoteConfigHelper>(platform.httpClient, platform.preferences, platform.configURL)),
-      worker(std::make_shared<VornaQueueWorker>(queue, eventListManager, platform.httpClient, remoteConfigHelper,
-                                                platform.eventURL)),
+      remoteConfigHelper(std::make_shared<RemoteConfigHelper>(platform.httpClient, platform.preferences,
+                                                              platform.configURL)),
+      worker(std::make_shared<VornaQueueWorker>(queue, eventListManager, platform.httpClient,
+                                                remoteConfigHelper, platform.eventURL)),
       state(std::make_shared<FacadeState>()),
       recorder(std::make_shared<EventRecorder>(
-          platform.clock, state, std::make_shared<DeviceMetadataCollector>(platform.system, platform.clock), queue,
-          worker, platform.eventURL)),
+          platform.clock, state, std::make_shared<DeviceMetadataCollector>(platform.system, platform.clock),
+          queue, worker, platform.eventURL)),
       keychain(platform.credentialStore, platform.clock,
                [randomSource = platform.randomSource](Date date) {
                    return ULID(date, *randomSource).ulidString();
@@ -143,7 +144,8 @@ void SharedInstance::remoteConfigsFetched(const Notification& notification) {
         return;
     }
     remoteConfigs.replace(*configs);
-    NotificationCenter::defaultCenter().post(remoteConfigsReadyNotification, {{std::string(remoteConfigFetchedEntry), true}});
+    NotificationCenter::defaultCenter().post(remoteConfigsReadyNotification,
+                                             {{std::string(remoteConfigFetchedEntry), true}});
 }
 
 }  // namespace vorna

@@ -19,16 +19,23 @@ constinit std::atomic<bool>& VornaCoreSDK::debug = log::enabled;
 
 namespace {
 
-/// Runs an operation of the facade. What goes wrong in it, above all a lack of memory, ends here.
+void reportFailure(std::string_view operation, std::string_view problem) noexcept {
+    try {
+        log::debug({operation, " has failed: ", problem});
+    } catch (...) {  // NOLINT(bugprone-empty-catch): there is nothing left to do
+    }
+}
+
+/// Runs an operation of the facade. What goes wrong in it, a lack of memory or a port of the host's that
+/// throws, ends here; the result is then what an absent value would be.
 template <class Operation>
 auto quietly(std::string_view name, Operation operation) noexcept -> decltype(operation()) {
     try {
         return operation();
     } catch (const std::exception& problem) {
-        try {
-            log::debug({name, " has failed: ", problem.what()});
-        } catch (...) {  // NOLINT(bugprone-empty-catch): there is nothing left to do
-        }
+        reportFailure(name, problem.what());
+    } catch (...) {
+        reportFailure(name, "an exception of a kind of its own");
     }
     return decltype(operation())();
 }
@@ -95,7 +102,8 @@ std::optional<std::uint64_t> VornaCoreSDK::GetInstallTime() {
 }
 
 std::uint64_t VornaCoreSDK::CurrentTimestamp() {
-    return quietly("CurrentTimestamp", [] { return wholeSeconds(SharedInstance::get().platform.clock->now()); });
+    return quietly("CurrentTimestamp",
+                   [] { return wholeSeconds(SharedInstance::get().platform.clock->now()); });
 }
 
 std::string VornaCoreSDK::GetRemoteConfig(std::string_view key, std::string_view defaultValue) {

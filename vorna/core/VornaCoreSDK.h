@@ -7,9 +7,9 @@
 ///     vorna::VornaCoreSDK::Event("level_up", "7");
 ///
 /// Every operation may be called from any thread, returns without waiting for the network, never throws and
-/// reports no error: what goes wrong is told in log lines while `debug` is on, and the work is dropped. Text is
-/// UTF-8 throughout. There is no shutdown; leaving `main` at any moment is fine, and events that have not been
-/// sent by then are lost.
+/// reports no error: what goes wrong is told in log lines while `debug` is on, and the work is dropped. Text
+/// is UTF-8 throughout. There is no shutdown; leaving `main` at any moment is fine, and events that have not
+/// been sent by then are lost.
 ///
 /// The process is stopped, with a line on standard error, only where going on would do harm: a clock outside
 /// the range of time or set back while the application was inactive, a stored identity that cannot be read, a
@@ -30,8 +30,8 @@ class [[gnu::visibility("default")]] VornaCoreSDK {
   public:
     VornaCoreSDK() = delete;
 
-    /// Whether the library prints what it does to standard output. Reads and writes like a bool. Off at start;
-    /// then nothing is printed but the errors of the credential store and of the documents folder.
+    /// Whether the library prints what it does to standard output. Reads and writes like a bool. Off at
+    /// start; then nothing is printed but the errors of the credential store and of the documents folder.
     static std::atomic<bool>& debug;
 
     // Set-up
@@ -74,8 +74,8 @@ class [[gnu::visibility("default")]] VornaCoreSDK {
     static std::string GetRemoteConfig(std::string_view key, std::string_view defaultValue);
 
     // Events. Each is one record of its name, two dates, a custom value and the state of device, application
-    // and identity at this moment. Recorded before `Init`, it is sent once `Init` has run. An event whose text
-    // is not UTF-8 is dropped when its turn to be sent comes.
+    // and identity at this moment. Recorded before `Init`, it is sent once `Init` has run. An event whose
+    // text is not UTF-8 is dropped when its turn to be sent comes.
 
     /// With the present time as both dates and an empty custom value.
     static void Event(std::string_view name);

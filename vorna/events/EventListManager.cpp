@@ -11,7 +11,7 @@ void EventListManager::append(EventShortData event) {
 
 std::vector<EventShortData> EventListManager::eventList() const {
     const std::scoped_lock lock(mutex_);
-    return eventList_;
+    return {eventList_.begin(), eventList_.end()};
 }
 
 std::size_t EventListManager::size() const {

@@ -4,6 +4,7 @@
 /// life of the process: it is meant to show everything.
 
 #include <cstddef>
+#include <deque>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -30,7 +31,8 @@ class EventListManager {
 
   private:
     mutable std::mutex mutex_;
-    std::vector<EventShortData> eventList_;
+    /// Grows without moving what is there.
+    std::deque<EventShortData> eventList_;
 };
 
 }  // namespace vorna

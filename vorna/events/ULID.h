@@ -164,6 +164,7 @@ class [[gnu::visibility("default")]] ULID {
     }
 
     /// By the bytes from first to last: by time, then by the random part.
+    // NOLINTNEXTLINE(modernize-use-nullptr): clang-tidy 14 takes the defaulted comparison for a null pointer
     friend constexpr auto operator<=>(const ULID&, const ULID&) = default;
 
   private:

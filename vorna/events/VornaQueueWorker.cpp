@@ -9,6 +9,7 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <exception>
 #include <mutex>
 #include <optional>
 #include <thread>
@@ -75,25 +76,32 @@ VornaQueueWorker::VornaQueueWorker(std::shared_ptr<VornaTaskQueue> taskQueue,
                                    std::shared_ptr<HttpClient> httpClient,
                                    std::shared_ptr<RemoteConfigHelper> remoteConfigHelper,
                                    std::string eventURL)
-    : taskQueue_(std::move(taskQueue)), eventListManager_(std::move(eventListManager)),
-      httpClient_(std::move(httpClient)), remoteConfigHelper_(std::move(remoteConfigHelper)),
+    : taskQueue_(std::move(taskQueue)),
+      eventListManager_(std::move(eventListManager)),
+      httpClient_(std::move(httpClient)),
+      remoteConfigHelper_(std::move(remoteConfigHelper)),
       eventURL_(std::move(eventURL)) {}
 
 void VornaQueueWorker::start() {
     auto loop = std::make_shared<Loop>();
-    std::optional<std::thread> thread = startBackgroundThread(
-        "vorna-worker", ThreadPriority::low, [loop, weakWorker = weak_from_this()] {
+    std::optional<std::thread> thread =
+        startBackgroundThread("vorna-worker", ThreadPriority::low, [loop, weakWorker = weak_from_this()] {
             {
                 const std::scoped_lock lock(loop->mutex);
                 loop->thread = std::this_thread::get_id();
             }
-            while (loop->shouldRun()) {
+            while (loop->shouldRun() && !processIsExiting()) {
                 const std::shared_ptr<VornaQueueWorker> worker = weakWorker.lock();
                 if (!worker) {
                     break;
                 }
                 if (std::optional<VornaTask> task = worker->taskQueue_->dequeue()) {
-                    worker->perform(std::move(*task));
+                    try {
+                        worker->perform(std::move(*task));
+                    } catch (const std::exception& problem) {
+                        // Above all a lack of memory: this task is lost, the next may fare better.
+                        log::debug({"A task has failed: ", problem.what()});
+                    }
                 } else {
                     loop->sleep();
                 }
@@ -105,8 +113,7 @@ void VornaQueueWorker::start() {
         return;
     }
     thread->detach();
-    stopAtProcessExit(
-        [loop](std::chrono::steady_clock::time_point deadline) { loop->stop(deadline); });
+    stopAtProcessExit([loop](std::chrono::steady_clock::time_point deadline) { loop->stop(deadline); });
 }
 
 void VornaQueueWorker::perform(VornaTask task) {
@@ -142,6 +149,10 @@ void VornaQueueWorker::sendEvent(const EventData& event, std::string_view url) {
     std::string& body = std::get<std::string>(encoded);
     log::debug({"Event Data: ", body});
 
+    if (processIsExiting()) {
+        // The host is being torn down; its observers may refer to what is gone.
+        return;
+    }
     eventListManager_->append({event.name, event.customValue});
     NotificationCenter::defaultCenter().post(eventListUpdatedNotification);
 

@@ -23,7 +23,8 @@ inline constexpr std::string_view eventListUpdatedNotification = "Vorna_EventLis
 class VornaQueueWorker : public std::enable_shared_from_this<VornaQueueWorker> {
   public:
     VornaQueueWorker(std::shared_ptr<VornaTaskQueue> taskQueue,
-                     std::shared_ptr<EventListManager> eventListManager, std::shared_ptr<HttpClient> httpClient,
+                     std::shared_ptr<EventListManager> eventListManager,
+                     std::shared_ptr<HttpClient> httpClient,
                      std::shared_ptr<RemoteConfigHelper> remoteConfigHelper, std::string eventURL);
 
     /// Starts the loop on a thread of its own, of lowered priority, with all signals blocked. Call once. The
@@ -32,9 +33,9 @@ class VornaQueueWorker : public std::enable_shared_from_this<VornaQueueWorker> {
     /// refuses a thread, a line says so and nothing is sent.
     void start();
 
-    /// Posts one event to the address and returns without waiting for the network. Any thread. The event is in
-    /// the event list, and announced, before its request is made, whatever becomes of that. Dropped, with a
-    /// log line, when the address is no URL or the event cannot be encoded.
+    /// Posts one event to the address and returns without waiting for the network. Any thread. The event is
+    /// in the event list, and announced, before its request is made, whatever becomes of that. Dropped, with
+    /// a log line, when the address is no URL or the event cannot be encoded.
     void sendEvent(const EventData& event, std::string_view url);
 
   private:

@@ -10,10 +10,12 @@ namespace {
 class SemaphoreLock {
   public:
     explicit SemaphoreLock(std::binary_semaphore& semaphore) : semaphore_(semaphore) { semaphore_.acquire(); }
+
     SemaphoreLock(const SemaphoreLock&) = delete;
     SemaphoreLock& operator=(const SemaphoreLock&) = delete;
     SemaphoreLock(SemaphoreLock&&) = delete;
     SemaphoreLock& operator=(SemaphoreLock&&) = delete;
+
     ~SemaphoreLock() { semaphore_.release(); }
 
   private:

@@ -15,7 +15,11 @@ std::optional<std::thread> startBackgroundThread(const char* name, ThreadPriorit
     sigset_t all;
     sigset_t before;
     sigfillset(&all);
-    // The new thread inherits the mask, so no signal can slip in before it blocks them itself. SIGPIPE is
+    // A fault of our own is for the host's crash reporter to see.
+    for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP, SIGABRT}) {
+        sigdelset(&all, fault);
+    }
+    // The new thread inherits the mask, so no other signal can slip in before it blocks them itself. SIGPIPE is
     // among them: a peer that closes early is an error code for us, not the end of the host.
     pthread_sigmask(SIG_SETMASK, &all, &before);
     std::optional<std::thread> thread;

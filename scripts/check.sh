@@ -1,0 +1,97 @@
+#!/usr/bin/env bash
+# The rules of the house, as far as a program can judge them. Needs a configured build in build/dev.
+set -uo pipefail
+shopt -s lastpipe  # a rule at the end of a pipe counts
+cd "$(dirname "$(readlink -f "$0")")/.."
+
+failed=0
+report() {
+    echo "check: $1" >&2
+    failed=1
+}
+# rule NAME: fails, showing them, when there are lines on standard input.
+rule() {
+    local found
+    found=$(cat)
+    if [ -n "$found" ]; then
+        report "$1"
+        printf '%s\n' "$found" | sed 's/^/    /' >&2
+    fi
+}
+
+mapfile -t sources < <(scripts/sources.sh)
+
+echo "check: format"
+clang-format --dry-run --Werror "${sources[@]}" 2>&1 | grep 'error:' | rule 'not formatted; run make format'
+
+echo "check: floors"
+# Each folder of vorna/ and what it may include besides itself; see docs/architecture.md.
+declare -A below=(
+    [text]='' 
+    [json]='text'
+    [platform]='json text'
+    [device]='platform json text'
+    [config]='device platform json text'
+    [events]='config device platform json text'
+    [core]='events config device platform json text'
+    [ui]='core events config device platform json text'
+)
+for floor in "${!below[@]}"; do
+    allowed=$(echo "$floor ${below[$floor]}" | tr ' ' '|' | sed 's/|*$//')
+    grep -rnE '^#include <vorna/' "vorna/$floor" 2>/dev/null | grep -vE "#include <vorna/($allowed)/" |
+        rule "vorna/$floor looks upwards"
+done
+for floor in text json platform device config events core; do
+    grep -rnE '^#include <(Q[A-Z]|Qt)' "vorna/$floor" | rule "vorna/$floor includes Qt"
+done
+grep -rnE '^#include <vorna/platform/(curl|file|glib|linux)/' vorna --include='*' |
+    grep -vE '^vorna/platform/(curl|file|glib|linux)/|^vorna/platform/Platform\.cpp:' |
+    rule 'an adapter is named outside vorna/platform/Platform.cpp'
+grep -rnE '^#include <(vorna|tools)/' tools examples | grep -E '^(tools|examples)/' |
+    grep -vE '#include <tools/' |
+    while IFS= read -r line; do
+        header=$(sed -E 's/.*#include <(.*)>.*/\1/' <<<"$line")
+        grep -qE "^ *${header#vorna/}\)?$" vorna/CMakeLists.txt || echo "$line"
+    done | rule 'a host or tool includes a header that is not public'
+
+echo "check: public headers"
+public=$(sed -n '/FILE_SET HEADERS/,/)/p' vorna/CMakeLists.txt | grep -oE '[a-z]+/[A-Za-z/]+\.h' | sed 's#^#vorna/#')
+grep -nE '#include <(curl|boost|glib|gio|libsecret|utf8proc|openssl)' $public | rule 'a public header shows a third party'
+grep -nE '^ *# *define' $(git ls-files --cached --others --exclude-standard -- '*.h') |
+    rule 'a header defines a macro'
+for header in $(git ls-files --cached --others --exclude-standard -- '*.h'); do
+    grep -q '^#pragma once' "$header" || echo "$header"
+done | rule 'a header without #pragma once'
+
+echo "check: tests are registered"
+for test in $(git ls-files --cached --others --exclude-standard -- 'tests/*_test.cpp'); do
+    folder=$(dirname "$test")
+    while [ ! -e "$folder/CMakeLists.txt" ]; do folder=$(dirname "$folder"); done
+    grep -qF "${test#"$folder"/}" "$folder/CMakeLists.txt" || echo "$test"
+done | rule 'a test that no build knows'
+ctest --test-dir build/dev --show-only 2>/dev/null | grep -E 'NOT_BUILT|Disabled' | rule 'tests that are not built or disabled'
+grep -rnE 'DISABLED_' tests --include='*_test.cpp' | rule 'a disabled test'
+
+echo "check: words"
+words='\b[Pp]arts? [0-9]+\.[0-9]|\bspec\.md\b|\bthe (spec|specification)\b|\b(per|in|by|see) (the )?spec\b|\bissue #?[0-9]+\b|\bshared/(spec|design|style)'
+git grep -nIE --untracked "$words" -- . ':!scripts/check.sh' | rule 'words that do not belong in the project'
+git log --format='%h %s%n%b' | grep -nE "$words" | rule 'words that do not belong in a commit message'
+git grep -nIE --untracked '\b(new|delete) [A-Za-z_:<>]+[({;]|\bdelete\[\]' -- '*.cpp' '*.h' | grep -vE '//.*\b(new|delete)\b|"[^"]*\b(new|delete)\b' |
+    rule 'a raw new or delete'
+
+echo "check: folders have a README"
+for folder in $(find vorna -type d) bindings tools examples tests bench docs; do
+    [ -e "$folder/README.md" ] || echo "$folder"
+done | rule 'a folder without README.md'
+
+if [ "${CHECK_FAST:-}" = "" ]; then
+    echo "check: clang-tidy (this takes a while)"
+    # Tests and benchmarks are left out: the macros of their frameworks trip too many of its checks.
+    printf '%s\n' "${sources[@]}" | grep -E '^(vorna|tools|examples)/.*\.cpp$' | while IFS= read -r file; do
+        grep -qF "\"$PWD/$file\"" build/dev/compile_commands.json && echo "$file"
+    done | xargs -P "$(nproc)" -n 4 clang-tidy -p build/dev --quiet 2>/dev/null | grep -E 'error:|warning:' | sort -u |
+        rule 'clang-tidy'
+fi
+
+[ "$failed" -eq 0 ] && echo "check: all well"
+exit "$failed"

@@ -1,0 +1,84 @@
+#include <tests/support/LocalService.h>
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdlib>
+#include <filesystem>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace vorna {
+namespace {
+
+using support::LocalService;
+
+// The sanitizers make a start ten times slower.
+#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
+constexpr int runCount = 40;
+#else
+constexpr int runCount = 200;
+#endif
+
+/// Exit status of a host that leaves in that way; minus the signal that killed it.
+int statusOf(const std::vector<std::string>& arguments) {
+    const pid_t child = fork();
+    if (child == 0) {
+        // A host that hangs is killed, and shows as that.
+        alarm(60);
+        std::vector<char*> pointers;
+        std::string program = VORNA_LEAVING_HOST_PATH;
+        pointers.push_back(program.data());
+        std::vector<std::string> copies = arguments;
+        for (std::string& argument : copies) {
+            pointers.push_back(argument.data());
+        }
+        pointers.push_back(nullptr);
+        execv(program.c_str(), pointers.data());
+        _exit(127);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+}
+
+struct ServiceKind {
+    const char* name;
+    std::vector<std::string> faults;
+    const char* url;
+};
+
+class LeavingUnderLoad : public testing::TestWithParam<ServiceKind> {};
+
+TEST_P(LeavingUnderLoad, IsCleanInEveryWayAndAtAnyMoment) {
+    const LocalService service(GetParam().faults);
+    const PlatformOptions options = service.options();
+    const std::string url = *GetParam().url == '\0' ? options.serviceURL : GetParam().url;
+    constexpr std::array ways = {"return", "exit", "exit-while-recording", "exit-from-a-thread",
+                                 "exit-from-an-observer"};
+    const unsigned seed = std::random_device{}();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    for (int run = 0; run < runCount / 4; ++run) {
+        const std::string way = ways[static_cast<std::size_t>(run) % ways.size()];
+        const std::string events = std::to_string(std::array{10, 500, 5000}[random() % 3]);
+        const std::string microseconds = std::to_string(random() % 40'000);
+        ASSERT_EQ(statusOf({url, options.certificateAuthorityFile, options.dataDirectory, way, events,
+                            microseconds}),
+                  7)
+            << "run " << run << ": " << way << " after " << events << " events and " << microseconds << " us";
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Services, LeavingUnderLoad,
+                         testing::Values(ServiceKind{"Answering", {}, ""},
+                                         ServiceKind{"Hanging", {"--fault", "hang"}, ""},
+                                         ServiceKind{"Unreachable", {}, "https://127.0.0.1:1"},
+                                         ServiceKind{"Unresolvable", {}, "https://service.vorna.invalid"}),
+                         [](const auto& testCase) { return testCase.param.name; });
+
+}  // namespace
+}  // namespace vorna
