@@ -17,6 +17,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <ostream>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -73,7 +74,7 @@ class RemoteConfigFetch : public testing::Test {
         preferences_->onSave([this] { happened_.emplace_back("saves"); });
     }
 
-    ~RemoteConfigFetch() override {
+    void TearDown() override {
         if (isCapturing_) {
             lines();
         }
@@ -128,8 +129,8 @@ TEST_F(RemoteConfigFetch, AnnouncesTheTableBeforeItSavesIt) {
     EXPECT_EQ(saves.front().first, "VornaRemoteConfigs");
     EXPECT_EQ(saves.front().second, savedTable({{"theme", "dark"}, {"empty", ""}}));
     EXPECT_EQ(client_->requestCount(), 1U);
-    EXPECT_EQ(lines(),
-              (Lines{"[VornaSDK] Config received successfully!", "[VornaSDK] Configs saved to UserDefaults"}));
+    EXPECT_EQ(lines(), (Lines{"[VornaSDK] Config received successfully!",
+                              "[VornaSDK] Configs saved to UserDefaults"}));
 }
 
 TEST_F(RemoteConfigFetch, OverwritesTheSavedTableWithAnEmptyOne) {
@@ -181,8 +182,8 @@ struct Failure {
     Lines lines;
 };
 
-void PrintTo(const Failure& failure, std::ostream* stream) {
-    *stream << failure.name;
+std::ostream& operator<<(std::ostream& stream, const Failure& failure) {
+    return stream << failure.name;
 }
 
 class RemoteConfigFailure : public RemoteConfigFetch, public testing::WithParamInterface<Failure> {
@@ -249,21 +250,27 @@ std::string httpErrorLine(int status) {
 INSTANTIATE_TEST_SUITE_P(
     Rows, RemoteConfigFailure,
     testing::Values(
-        Failure{"TransportError", HttpAnswer::failure("Couldn't connect to server"),
+        Failure{"TransportError",
+                HttpAnswer::failure("Couldn't connect to server"),
                 {"Error fetching remote configs: Couldn't connect to server"}},
         Failure{"TransportErrorAfterAGoodStatus",
                 {std::nullopt, HttpResponse{address, 200, {}}, HttpError{"Cut off"}},
                 {"Error fetching remote configs: Cut off"}},
         Failure{"Status500", HttpAnswer::status(500, R"({"configs":{"a":"1"}})"), {httpErrorLine(500)}},
         Failure{"Status204WithoutBody", HttpAnswer::status(204), {httpErrorLine(204)}},
-        Failure{"Status201WithAValidBody", HttpAnswer::status(201, R"({"configs":{}})"), {httpErrorLine(201)}},
-        Failure{"Status204WithAValidBody", HttpAnswer::status(204, R"({"configs":{}})"), {httpErrorLine(204)}},
+        Failure{
+            "Status201WithAValidBody", HttpAnswer::status(201, R"({"configs":{}})"), {httpErrorLine(201)}},
+        Failure{
+            "Status204WithAValidBody", HttpAnswer::status(204, R"({"configs":{}})"), {httpErrorLine(204)}},
         Failure{"NoBody",
                 {std::nullopt, HttpResponse{address, 200, {}}, std::nullopt},
                 {received, "No data received"}},
         Failure{"NoBodyAndNoResponse", {std::nullopt, std::nullopt, std::nullopt}, {"No data received"}},
-        Failure{"EmptyBody", HttpAnswer::status(200), {received, "Decoding error: line 1, column 1: incomplete JSON"}},
-        Failure{"NumberInTheTable", HttpAnswer::status(200, R"({"configs":{"a":"1","b":2}})"),
+        Failure{"EmptyBody",
+                HttpAnswer::status(200),
+                {received, "Decoding error: line 1, column 1: incomplete JSON"}},
+        Failure{"NumberInTheTable",
+                HttpAnswer::status(200, R"({"configs":{"a":"1","b":2}})"),
                 {received, "Decoding error: configs.b: expected a string, found a number"}},
         Failure{"NoTable", HttpAnswer::status(200, "{}"), {received, "Decoding error: configs: missing"}},
         Failure{"UndecodableBodyThatIsNotHttp",
@@ -279,14 +286,13 @@ TEST_F(RemoteConfigFetch, EndsWithTheFirstAttemptThatSucceeds) {
     remote.fetchRemoteConfigs(data_, 0);
     EXPECT_EQ(client_->requestCount(), 4U);
     EXPECT_EQ(happened_, (Lines{"fetched", "saves"}));
-    EXPECT_EQ(lines(), (Lines{"[VornaSDK] Error fetching remote configs: timed out",
-                              "[VornaSDK] Retrying fetch... Attempt 1", "[VornaSDK] " + httpErrorLine(503),
-                              "[VornaSDK] Retrying fetch... Attempt 2",
-                              "[VornaSDK] Config received successfully!",
-                              "[VornaSDK] Decoding error: line 1, column 1: syntax error",
-                              "[VornaSDK] Retrying fetch... Attempt 3",
-                              "[VornaSDK] Config received successfully!",
-                              "[VornaSDK] Configs saved to UserDefaults"}));
+    EXPECT_EQ(lines(),
+              (Lines{"[VornaSDK] Error fetching remote configs: timed out",
+                     "[VornaSDK] Retrying fetch... Attempt 1", "[VornaSDK] " + httpErrorLine(503),
+                     "[VornaSDK] Retrying fetch... Attempt 2", "[VornaSDK] Config received successfully!",
+                     "[VornaSDK] Decoding error: line 1, column 1: syntax error",
+                     "[VornaSDK] Retrying fetch... Attempt 3", "[VornaSDK] Config received successfully!",
+                     "[VornaSDK] Configs saved to UserDefaults"}));
 }
 
 TEST_F(RemoteConfigFetch, MakesAsManyAttemptsAsAreLeftFromTheGivenNumberOn) {
@@ -344,8 +350,9 @@ TEST_F(RemoteConfigFetch, SendsNothingWhenTheRequestCannotBeEncoded) {
     helper().fetchRemoteConfigs(data_, 0);
     EXPECT_EQ(client_->requestCount(), 0U);
     EXPECT_EQ(happened_, Lines{});
-    EXPECT_EQ(lines(), (Lines{"[VornaSDK] Error serializing request body: deviceData.screenWidth: JSON cannot "
-                              "hold the number"}));
+    EXPECT_EQ(lines(),
+              (Lines{"[VornaSDK] Error serializing request body: deviceData.screenWidth: JSON cannot "
+                     "hold the number"}));
 }
 
 TEST_F(RemoteConfigFetch, IsDroppedWithoutAWordWhenTheHelperGoesBeforeTheAnswer) {
@@ -385,9 +392,9 @@ TEST_F(RemoteConfigFetch, CompletesOnTheClientsThreadWhileTheHelperGoes) {
 }
 
 TEST_F(RemoteConfigFetch, RunsWhollyOnTheClientsThread) {
-    useClient(RecordingHttpClient::Completes::onOwnThread,
-              {HttpAnswer::status(500), HttpAnswer::status(500), HttpAnswer::status(500),
-               HttpAnswer::status(500)});
+    useClient(
+        RecordingHttpClient::Completes::onOwnThread,
+        {HttpAnswer::status(500), HttpAnswer::status(500), HttpAnswer::status(500), HttpAnswer::status(500)});
     std::latch ended(1);
     std::thread::id thread;
     const auto observation = NotificationCenter::defaultCenter().addObserver(
@@ -431,11 +438,12 @@ struct ForeignEntry {
     PreferenceValue value;
 };
 
-void PrintTo(const ForeignEntry& entry, std::ostream* stream) {
-    *stream << entry.name;
+std::ostream& operator<<(std::ostream& stream, const ForeignEntry& entry) {
+    return stream << entry.name;
 }
 
-class RemoteConfigForeignCache : public RemoteConfigFetch, public testing::WithParamInterface<ForeignEntry> {};
+class RemoteConfigForeignCache : public RemoteConfigFetch,
+                                 public testing::WithParamInterface<ForeignEntry> {};
 
 TEST_P(RemoteConfigForeignCache, CountsAsNone) {
     preferences_->put("VornaRemoteConfigs", GetParam().value);

@@ -1,108 +1,31 @@
 #include <vorna/config/RemoteConfigHelper.h>
 
-#include <tests/support/InMemoryPreferences.h>
 #include <tests/support/RawServer.h>
-#include <tests/support/Samples.h>
+#include <tests/support/RealFetch.h>
 
-#include <vorna/config/RemoteConfigNotifications.h>
 #include <vorna/config/RemoteConfigRequest.h>
-#include <vorna/platform/Log.h>
-#include <vorna/platform/NotificationCenter.h>
-#include <vorna/platform/curl/CurlHttpClient.h>
+#include <vorna/config/RemoteConfigResponse.h>
+#include <vorna/json/Encoding.h>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <atomic>
 #include <chrono>
-#include <condition_variable>
-#include <map>
-#include <memory>
-#include <mutex>
-#include <optional>
-#include <sstream>
+#include <ostream>
 #include <string>
-#include <utility>
 #include <variant>
 #include <vector>
 
 namespace vorna {
 namespace {
 
-using Configs = std::map<std::string, std::string>;
-using Lines = std::vector<std::string>;
+using support::Lines;
+using support::linesOf;
 using support::RawServer;
 
-Lines linesOf(const std::string& text) {
-    Lines lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) {
-        lines.push_back(line);
-    }
-    return lines;
-}
-
-/// A helper and the real HTTP client, before a server that the test scripts.
-class RemoteConfigOverTheNetwork : public testing::Test {
-  protected:
-    RemoteConfigOverTheNetwork() {
-        log::enabled = true;
-        testing::internal::CaptureStdout();
-        fetched_ = NotificationCenter::defaultCenter().addObserver(
-            remoteConfigsFetchedNotification, [this](const Notification& notification) {
-                const std::scoped_lock lock(mutex_);
-                tables_.push_back(std::get<Configs>(notification.userInfo.at("configs")));
-            });
-        ready_ = NotificationCenter::defaultCenter().addObserver(
-            remoteConfigsReadyNotification, [this](const Notification& notification) {
-                EXPECT_EQ(notification.userInfo.at("remoteConfigFetched"), NotificationValue(false));
-                end();
-            });
-        // A save is the last that a successful fetch does, but for its line.
-        preferences_->onSave([this] { end(); });
-    }
-
-    ~RemoteConfigOverTheNetwork() override { lines(); }
-
-    /// Fetches once and waits for the end of it. The client is gone afterwards, and with it all activity.
-    void fetch(const std::string& url) {
-        auto client = std::make_shared<CurlHttpClient>("");
-        RemoteConfigHelper helper(client, preferences_, url);
-        helper.fetchRemoteConfigs(data_, 0);
-        {
-            std::unique_lock lock(mutex_);
-            EXPECT_TRUE(ended_.wait_for(lock, std::chrono::seconds(60), [this] { return ends_ > 0; }));
-        }
-        helper = RemoteConfigHelper(std::make_shared<CurlHttpClient>(""), preferences_, url);
-        client.reset();
-    }
-
-    Lines lines() {
-        if (!printed_) {
-            printed_ = linesOf(testing::internal::GetCapturedStdout());
-        }
-        return *printed_;
-    }
-
-    std::shared_ptr<support::InMemoryPreferences> preferences_ =
-        std::make_shared<support::InMemoryPreferences>();
-    RemoteConfigData data_{support::sampleDeviceMetadata()};
-    std::vector<Configs> tables_;
-
-  private:
-    void end() {
-        const std::scoped_lock lock(mutex_);
-        ++ends_;
-        ended_.notify_all();
-    }
-
-    std::optional<Lines> printed_;
-    std::mutex mutex_;
-    std::condition_variable ended_;
-    int ends_ = 0;
-    NotificationCenter::Observation fetched_;
-    NotificationCenter::Observation ready_;
-};
+/// The server is one that the test scripts.
+class RemoteConfigOverTheNetwork : public support::RealFetch {};
 
 TEST_F(RemoteConfigOverTheNetwork, SendsThePostThatTheServiceExpectsAndNothingThatTellsMore) {
     RawServer server([](RawServer::Connection& connection) {
@@ -116,7 +39,8 @@ TEST_F(RemoteConfigOverTheNetwork, SendsThePostThatTheServiceExpectsAndNothingTh
     const std::string request = server.received().front();
     const std::size_t endOfHead = request.find("\r\n\r\n");
     ASSERT_NE(endOfHead, std::string::npos);
-    EXPECT_EQ(request.substr(endOfHead + 4), std::get<std::string>(encodeRemoteConfigRequest({data_.deviceData})));
+    EXPECT_EQ(request.substr(endOfHead + 4),
+              std::get<std::string>(encodeRemoteConfigRequest({data_.deviceData})));
     Lines head = linesOf(request.substr(0, endOfHead));
     EXPECT_EQ(head.front(), "POST /v1/config HTTP/1.1\r");
     std::vector<std::string> names;
@@ -162,7 +86,8 @@ TEST_F(RemoteConfigOverTheNetwork, GivesUpAfterFourAttemptsWhereNobodyListens) {
     const Lines printed = lines();
     ASSERT_EQ(printed.size(), 8U);
     for (std::size_t attempt = 0; attempt < 4; ++attempt) {
-        EXPECT_TRUE(printed[2 * attempt].starts_with("[VornaSDK] Error fetching remote configs: ")) << attempt;
+        EXPECT_TRUE(printed[2 * attempt].starts_with("[VornaSDK] Error fetching remote configs: "))
+            << attempt;
     }
     EXPECT_EQ(printed.back(), "[VornaSDK] Max retry attempts reached. Failed to fetch remote configs.");
 }
@@ -193,21 +118,20 @@ TEST_F(RemoteConfigOverTheNetwork, TriesAgainFiveSecondsAfterARequestThatIsNever
 }
 
 TEST_F(RemoteConfigOverTheNetwork, TakesATableOfAHundredThousandKeys) {
-    std::string body = R"({"configs":{)";
-    Configs expected;
+    Configs configs;
     for (int index = 0; index < 100'000; ++index) {
         const std::string key = "key_" + std::to_string(index);
-        body += (index == 0 ? "\"" : ",\"") + key + R"(":"value of )" + key + '"';
-        expected.emplace(key, "value of " + key);
+        configs.emplace(key, "value of " + key);
     }
-    body += "}}";
+    const auto body = std::get<std::string>(json::encode(RemoteConfigResponse{configs}));
     RawServer server([&](RawServer::Connection& connection) {
         connection.readRequest();
         connection.send(RawServer::httpAnswer(200, body));
     });
     fetch(server.url("/v1/config"));
     ASSERT_EQ(tables_.size(), 1U);
-    EXPECT_TRUE(tables_.front() == expected);
+    EXPECT_TRUE(tables_.front() == configs);
+    EXPECT_EQ(preferences_->saves().size(), 1U);
 }
 
 /// What the first connection does; the second always gives a table.
@@ -218,8 +142,8 @@ struct Fault {
     Lines lines;
 };
 
-void PrintTo(const Fault& fault, std::ostream* stream) {
-    *stream << fault.name;
+std::ostream& operator<<(std::ostream& stream, const Fault& fault) {
+    return stream << fault.name;
 }
 
 class RemoteConfigFault : public RemoteConfigOverTheNetwork, public testing::WithParamInterface<Fault> {};
@@ -271,7 +195,8 @@ INSTANTIATE_TEST_SUITE_P(
               {transport}},
         Fault{"CutInAChunk",
               [](RawServer::Connection& connection) {
-                  connection.send("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n20\r\n{\"configs\":{");
+                  connection.send(
+                      "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n20\r\n{\"configs\":{");
               },
               {transport}},
         // Without a length the end of the connection is the end of the body, so only the text can tell.
@@ -295,8 +220,9 @@ INSTANTIATE_TEST_SUITE_P(
               {received, undecodable}},
         Fault{"NestedDeeperThan512",
               [](RawServer::Connection& connection) {
-                  connection.send(RawServer::httpAnswer(200, "{\"configs\":{},\"more\":" + std::string(512, '[') +
-                                                                 std::string(512, ']') + "}"));
+                  connection.send(
+                      RawServer::httpAnswer(200, "{\"configs\":{},\"more\":" + std::string(512, '[') +
+                                                     std::string(512, ']') + "}"));
               },
               {received, undecodable}},
         Fault{"EmptyBody",
@@ -308,7 +234,9 @@ INSTANTIATE_TEST_SUITE_P(
               },
               {received, "Decoding error: configs.b: expected a string, found a number"}},
         Fault{"Status204",
-              [](RawServer::Connection& connection) { connection.send("HTTP/1.1 204 No Content\r\nConnection: close\r\n\r\n"); },
+              [](RawServer::Connection& connection) {
+                  connection.send("HTTP/1.1 204 No Content\r\nConnection: close\r\n\r\n");
+              },
               {"HTTP Error: Optional(<HTTPResponse: http://127.0.0.1:"}},
         Fault{"Status201WithAValidBody",
               [](RawServer::Connection& connection) {
@@ -318,7 +246,8 @@ INSTANTIATE_TEST_SUITE_P(
         Fault{"BodyOverSixteenMebibytes",
               [](RawServer::Connection& connection) {
                   connection.send(RawServer::httpAnswer(
-                      200, R"({"configs":{"a":")" + std::string(std::size_t{16} * 1024 * 1024, 'x') + "\"}}"));
+                      200,
+                      R"({"configs":{"a":")" + std::string(std::size_t{16} * 1024 * 1024, 'x') + "\"}}"));
               },
               {transport}}),
     [](const auto& row) { return row.param.name; });

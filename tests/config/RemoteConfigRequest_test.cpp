@@ -30,7 +30,7 @@ TEST(RemoteConfigRequestBody, HasTheDeviceDataAsItsOnlyKey) {
 TEST(RemoteConfigRequestBody, LeavesOptionalFieldsOutWhenTheyAreEmpty) {
     const json::Encoded body = encodeRemoteConfigRequest({});
     ASSERT_TRUE(std::holds_alternative<std::string>(body));
-    const std::string& text = std::get<std::string>(body);
+    const auto& text = std::get<std::string>(body);
     EXPECT_EQ(text.find("idfa"), std::string::npos) << text;
     EXPECT_EQ(text.find("null"), std::string::npos) << text;
     EXPECT_NE(text.find("\"appId\""), std::string::npos) << text;

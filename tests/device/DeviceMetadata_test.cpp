@@ -45,7 +45,8 @@ class DeviceSnapshot : public testing::Test {
     DeviceMetadataCollector collector_{system_, clock_};
 
     static SharedValue<IdentityDescription> identity() {
-        return SharedValue<IdentityDescription>({1'690'000'000, "adid-1", "01HK5GN9ZRG8W4X0VTY0GQE7VM", "my-app"});
+        return SharedValue<IdentityDescription>(
+            {1'690'000'000, "adid-1", "01HK5GN9ZRG8W4X0VTY0GQE7VM", "my-app"});
     }
 
     static std::string textOf(const DeviceMetadata& metadata) {
@@ -94,7 +95,8 @@ TEST_F(DeviceSnapshot, HasFallbacksForWhatTheHostAndTheDeviceDoNotTell) {
     system_->setFacts(facts);
     const std::string text = textOf(collector_.collect({}));
     EXPECT_NE(text.find(R"("idfv":"")"), std::string::npos);
-    EXPECT_NE(text.find(R"("appVersion":"Unknown version","buildNumber":"Unknown build")"), std::string::npos);
+    EXPECT_NE(text.find(R"("appVersion":"Unknown version","buildNumber":"Unknown build")"),
+              std::string::npos);
     EXPECT_NE(text.find(R"("bundle":"Unknown Identifier")"), std::string::npos);
 }
 
@@ -130,7 +132,8 @@ TEST_F(DeviceSnapshot, HasZeroForADocumentsFolderWithoutBirthTimeAndSaysNothing)
 
 TEST_F(DeviceSnapshot, StopsTheProcessWhereThereIsNoPlaceForDocuments) {
     system_->documents.reset();
-    EXPECT_DEATH(collector_.collect(identity()), "Fatal error: there is no folder for the application's documents");
+    EXPECT_DEATH(collector_.collect(identity()),
+                 "Fatal error: there is no folder for the application's documents");
 }
 
 TEST_F(DeviceSnapshot, StopsTheProcessForAnImpossibleCreationDate) {

@@ -20,8 +20,8 @@
 
 namespace vorna {
 
-void PrintTo(const KeyChainData& data, std::ostream* stream) {
-    *stream << "(" << data.userId << ", " << data.installTime << ")";
+std::ostream& operator<<(std::ostream& stream, const KeyChainData& data) {
+    return stream << "(" << data.userId << ", " << data.installTime << ")";
 }
 
 namespace {
@@ -198,8 +198,8 @@ struct Record {
     std::string text;
 };
 
-void PrintTo(const Record& row, std::ostream* stream) {
-    *stream << row.name;
+std::ostream& operator<<(std::ostream& stream, const Record& row) {
+    return stream << row.name;
 }
 
 std::string repeated(std::string_view text, std::size_t count) {

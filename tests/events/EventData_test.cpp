@@ -16,13 +16,15 @@ std::string textOf(const EventData& event) {
 
 TEST(EventDataEncoding, WritesFiveKeysInOrderWithTheDeviceNested) {
     const EventData event = support::sampleEvent("level_up", "7");
-    EXPECT_EQ(textOf(event),
-              R"({"name":"level_up","createDate":1704067200,"endDate":1704067201,"customValue":"7","deviceData":)" +
-                  std::get<std::string>(json::encode(event.deviceData)) + "}");
+    EXPECT_EQ(
+        textOf(event),
+        R"({"name":"level_up","createDate":1704067200,"endDate":1704067201,"customValue":"7","deviceData":)" +
+            std::get<std::string>(json::encode(event.deviceData)) + "}");
 }
 
 TEST(EventDataEncoding, WritesAnEmptyCustomValueAsPresent) {
-    EXPECT_NE(textOf(support::sampleEvent("x", "")).find(R"("customValue":"","deviceData")"), std::string::npos);
+    EXPECT_NE(textOf(support::sampleEvent("x", "")).find(R"("customValue":"","deviceData")"),
+              std::string::npos);
 }
 
 TEST(EventDataEncoding, KeepsDatesAsTheyAre) {
@@ -53,8 +55,9 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(TextCase{"Empty", ""}, TextCase{"OneMebibyte", std::string(1024UL * 1024, 'x')},
                     TextCase{"Quotes", std::string(1000, '"')}, TextCase{"Backslashes", R"(\\n\u0041)"},
                     TextCase{"ControlCharacters", std::string("\x00\x01\x1F\x7F\r\n\t", 7)},
-                    TextCase{"Emoji", "👩‍👩‍👧‍👦 ✅ 🇹🇷"}, TextCase{"Turkish", "Eksik alanlar: İıŞş"},
-                    TextCase{"LineSeparators", "\u2028\u2029"}, TextCase{"Json", R"({"name":"x"})"}),
+                    TextCase{"Emoji", "👩‍👩‍👧‍👦 ✅ 🇹🇷"},
+                    TextCase{"Turkish", "Eksik alanlar: İıŞş"}, TextCase{"LineSeparators", "\u2028\u2029"},
+                    TextCase{"Json", R"({"name":"x"})"}),
     [](const auto& testCase) { return testCase.param.name; });
 
 class EventTextThatIsNotUtf8 : public testing::TestWithParam<TextCase> {};

@@ -16,9 +16,8 @@ TEST(EventListManager, IsEmptyAtFirstAndGrowsInOrder) {
     manager.append({"a", "1"});
     manager.append({"b", ""});
     manager.append({"c", std::nullopt});
-    EXPECT_THAT(manager.eventList(),
-                testing::ElementsAre(EventShortData{"a", "1"}, EventShortData{"b", ""},
-                                     EventShortData{"c", std::nullopt}));
+    EXPECT_THAT(manager.eventList(), testing::ElementsAre(EventShortData{"a", "1"}, EventShortData{"b", ""},
+                                                          EventShortData{"c", std::nullopt}));
 }
 
 TEST(EventListManager, KeepsEverythingThatSeveralThreadsAppendWhileOthersLook) {

@@ -108,25 +108,25 @@ TEST_P(Outcome, IsToldInOneLineAndNeverRetried) {
 
 INSTANTIATE_TEST_SUITE_P(
     Answers, Outcome,
-    testing::Values(
-        OutcomeCase{"Delivered", HttpAnswer::status(200, "{}"), "Data sent successfully!"},
-        OutcomeCase{"NoContent", HttpAnswer::status(204),
-                    "HTTP Error: Optional(<HTTPResponse: https://service.example/answered> "
-                    "{ status code: 204, headers { } })"},
-        OutcomeCase{"NotFound", HttpAnswer::status(404, "no"),
-                    "HTTP Error: Optional(<HTTPResponse: https://service.example/answered> "
-                    "{ status code: 404, headers { } })"},
-        OutcomeCase{"ServerError", HttpAnswer::status(500),
-                    "HTTP Error: Optional(<HTTPResponse: https://service.example/answered> "
-                    "{ status code: 500, headers { } })"},
-        OutcomeCase{"NoResponse", HttpAnswer{"", std::nullopt, std::nullopt}, "HTTP Error: nil"},
-        OutcomeCase{"TransportError", HttpAnswer::failure("Could not resolve host: service.test"),
-                    "Network error: Could not resolve host: service.test"},
-        OutcomeCase{"ErrorAfterTheHead",
-                    HttpAnswer{std::nullopt, HttpResponse{"https://h/", 200, {}}, HttpError{"cut off"}},
-                    "Network error: cut off"},
-        OutcomeCase{"NothingAtAll", HttpAnswer{std::nullopt, std::nullopt, std::nullopt},
-                    "Network error: No error description"}),
+    testing::Values(OutcomeCase{"Delivered", HttpAnswer::status(200, "{}"), "Data sent successfully!"},
+                    OutcomeCase{"NoContent", HttpAnswer::status(204),
+                                "HTTP Error: Optional(<HTTPResponse: https://service.example/answered> "
+                                "{ status code: 204, headers { } })"},
+                    OutcomeCase{"NotFound", HttpAnswer::status(404, "no"),
+                                "HTTP Error: Optional(<HTTPResponse: https://service.example/answered> "
+                                "{ status code: 404, headers { } })"},
+                    OutcomeCase{"ServerError", HttpAnswer::status(500),
+                                "HTTP Error: Optional(<HTTPResponse: https://service.example/answered> "
+                                "{ status code: 500, headers { } })"},
+                    OutcomeCase{"NoResponse", HttpAnswer{"", std::nullopt, std::nullopt}, "HTTP Error: nil"},
+                    OutcomeCase{"TransportError", HttpAnswer::failure("Could not resolve host: service.test"),
+                                "Network error: Could not resolve host: service.test"},
+                    OutcomeCase{
+                        "ErrorAfterTheHead",
+                        HttpAnswer{std::nullopt, HttpResponse{"https://h/", 200, {}}, HttpError{"cut off"}},
+                        "Network error: cut off"},
+                    OutcomeCase{"NothingAtAll", HttpAnswer{std::nullopt, std::nullopt, std::nullopt},
+                                "Network error: No error description"}),
     [](const auto& testCase) { return testCase.param.name; });
 
 TEST_F(QueueWorker, DropsAnEventForAnAddressThatIsNone) {

@@ -102,7 +102,8 @@ TEST(JsonDecoding, IgnoresUnknownKeysAndTakesNullForAbsent) {
 }
 
 TEST(JsonDecoding, TakesTheLastOfEqualKeys) {
-    EXPECT_EQ(std::get<Outer>(decode<Outer>(changed(R"("label":"l")", R"("label":"a","label":"b")"))).label, "b");
+    EXPECT_EQ(std::get<Outer>(decode<Outer>(changed(R"("label":"l")", R"("label":"a","label":"b")"))).label,
+              "b");
 }
 
 struct IntegerCase {
@@ -122,14 +123,14 @@ TEST_P(JsonInteger, MayBeWrittenInSeveralWaysButNotRounded) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, JsonInteger,
-                         testing::Values(IntegerCase{"Plain", "5", 5}, IntegerCase{"WithZeroFraction", "5.0", 5},
-                                         IntegerCase{"WithExponent", "5e0", 5},
-                                         IntegerCase{"Fraction", "5.5", std::nullopt},
-                                         IntegerCase{"Negative", "-5", std::nullopt},
-                                         IntegerCase{"BeyondSixtyFourBits", "18446744073709551616", std::nullopt},
-                                         IntegerCase{"Text", "\"5\"", std::nullopt}),
-                         [](const auto& testCase) { return testCase.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Cases, JsonInteger,
+    testing::Values(IntegerCase{"Plain", "5", 5}, IntegerCase{"WithZeroFraction", "5.0", 5},
+                    IntegerCase{"WithExponent", "5e0", 5}, IntegerCase{"Fraction", "5.5", std::nullopt},
+                    IntegerCase{"Negative", "-5", std::nullopt},
+                    IntegerCase{"BeyondSixtyFourBits", "18446744073709551616", std::nullopt},
+                    IntegerCase{"Text", "\"5\"", std::nullopt}),
+    [](const auto& testCase) { return testCase.param.name; });
 
 TEST(JsonDecoding, NamesThePathWhatWasExpectedAndWhatWasFound) {
     EXPECT_EQ(decodingProblem(changed(R"({"title":"b"})", R"({"title":7})")),

@@ -6,8 +6,9 @@ namespace vorna {
 namespace {
 
 TEST(HttpResponseDescription, StandsOnOneLine) {
-    EXPECT_EQ(debugDescription(HttpResponse{"https://h/v1/event", 204, {{"Server", "s"}, {"X", "a\r\nb"}}}),
-              "Optional(<HTTPResponse: https://h/v1/event> { status code: 204, headers { Server: s; X: a  b } })");
+    EXPECT_EQ(
+        debugDescription(HttpResponse{"https://h/v1/event", 204, {{"Server", "s"}, {"X", "a\r\nb"}}}),
+        "Optional(<HTTPResponse: https://h/v1/event> { status code: 204, headers { Server: s; X: a  b } })");
     EXPECT_EQ(debugDescription(HttpResponse{"https://h/", 500, {}}),
               "Optional(<HTTPResponse: https://h/> { status code: 500, headers { } })");
     EXPECT_EQ(debugDescription(std::nullopt), "nil");

@@ -47,7 +47,8 @@ TEST(NotificationCenter, HandsOverNameAndUserInformation) {
 TEST(NotificationCenter, CallsOnTheThreadThatPosts) {
     NotificationCenter center;
     std::thread::id seen;
-    const auto observation = center.addObserver("n", [&](const Notification&) { seen = std::this_thread::get_id(); });
+    const auto observation =
+        center.addObserver("n", [&](const Notification&) { seen = std::this_thread::get_id(); });
     std::thread::id posting;
     std::thread thread([&] {
         posting = std::this_thread::get_id();
@@ -139,7 +140,8 @@ TEST(NotificationCenter, WaitsForACallOnAnotherThreadBeforeAnObservationHasEnded
 TEST(NotificationCenter, DropsWhatAnObserverThrowsAndCallsTheNext) {
     NotificationCenter center;
     int calls = 0;
-    const auto thrower = center.addObserver("n", [](const Notification&) { throw std::runtime_error("host"); });
+    const auto thrower =
+        center.addObserver("n", [](const Notification&) { throw std::runtime_error("host"); });
     const auto stranger = center.addObserver("n", [](const Notification&) { throw 42; });
     const auto next = center.addObserver("n", [&](const Notification&) { ++calls; });
     center.post("n");

@@ -27,9 +27,10 @@ TEST_P(NoURL, IsAbsent) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Texts, NoURL,
-                         testing::Values(""sv, "/v1/event"sv, "example.com/v1"sv, "https://"sv, "https:///v1"sv,
-                                         "https://ho st/v1"sv, "https://host:port/"sv, "https://host:99999/"sv,
-                                         "https://host/\n"sv, "https://host/\0/v1"sv));
+                         testing::Values(""sv, "/v1/event"sv, "example.com/v1"sv, "https://"sv,
+                                         "https:///v1"sv, "https://ho st/v1"sv, "https://host:port/"sv,
+                                         "https://host:99999/"sv, "https://host/\n"sv,
+                                         "https://host/\0/v1"sv));
 
 struct LoopbackCase {
     const char* name;

@@ -11,6 +11,7 @@ namespace vorna::support {
 class CountingRandomSource final : public RandomSource {
   public:
     std::uint16_t next16() override { return static_cast<std::uint16_t>(++count_); }
+
     std::uint64_t next64() override { return ++count_; }
 
   private:

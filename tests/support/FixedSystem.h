@@ -47,18 +47,24 @@ class FixedSystem final : public System {
         const std::scoped_lock lock(mutex_);
         return facts_;
     }
+
     void enableBatteryMonitoring() override { ++monitoringEnabled_; }
+
     void setScreen(const ScreenFacts& screen) override {
         const std::scoped_lock lock(mutex_);
         auto changed = std::make_shared<SystemFacts>(*facts_);
         changed->screen = screen;
         facts_ = std::move(changed);
     }
+
     std::optional<FileSystemSize> homeFileSystem() const override { return fileSystem; }
+
     std::optional<std::string> documentsDirectory() const override { return documents; }
+
     ItemCreation creation(const std::string& path) const override {
         return path == documents ? documentsCreation : ItemCreation{std::nullopt, "asked for " + path};
     }
+
     std::int32_t secondsFromGMT(Date) const override { return offsetFromGMT; }
 
   private:

@@ -12,6 +12,8 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstddef>
+#include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <string>
@@ -29,6 +31,8 @@ class ForkedProcess {
         if (pipe2(pipe.data(), O_CLOEXEC) != 0) {
             std::abort();
         }
+        // Otherwise both processes would write what waits in the buffers.
+        std::fflush(nullptr);
         process_ = fork();
         if (process_ == 0) {
             close(pipe[1]);
@@ -63,6 +67,13 @@ class ForkedProcess {
         if (process_ > 0) {
             ::kill(process_, SIGKILL);
         }
+    }
+
+    bool hasEnded() const {
+        siginfo_t information{};
+        return process_ <= 0 ||
+               (waitid(P_PID, static_cast<id_t>(process_), &information, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+                information.si_pid == process_);
     }
 
     /// What the process has returned, or -1 when a signal has ended it.

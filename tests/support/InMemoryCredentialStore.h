@@ -6,13 +6,15 @@
 ///   put, take          what is stored, without a call being recorded
 ///   readStatus, removeStatus, addStatus
 ///                      an operation then does nothing but answer that status
-///   hold, letGo        operations wait in between, as with a service that hangs
+///   hold, letGo        operations wait in between, as with a service that hangs, from the first one on or
+///                      after some have gone through
 /// and it remembers every call with its thread.
 
 #include <vorna/platform/CredentialStore.h>
 
 #include <chrono>
 #include <condition_variable>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -64,9 +66,10 @@ class InMemoryCredentialStore final : public CredentialStore {
         addStatus(status);
     }
 
-    void hold() {
+    void hold(std::size_t after = 0) {
         const std::scoped_lock lock(mutex_);
         isHeld_ = true;
+        goThrough_ = after;
     }
 
     void letGo() {
@@ -164,6 +167,10 @@ class InMemoryCredentialStore final : public CredentialStore {
         calls_.push_back(std::move(call));
         ++changes_;
         changed_.notify_all();
+        if (isHeld_ && goThrough_ > 0) {
+            --goThrough_;
+            return;
+        }
         changed_.wait(lock, [this] { return !isHeld_; });
     }
 
@@ -176,6 +183,11 @@ class InMemoryCredentialStore final : public CredentialStore {
     std::optional<CredentialStatus> removeStatus_;
     std::optional<CredentialStatus> addStatus_;
     bool isHeld_ = false;
+    std::size_t goThrough_ = 0;
 };
 
 }  // namespace vorna::support
+
+namespace vorna {
+namespace test = support;
+}  // namespace vorna

@@ -1,9 +1,11 @@
 #include <tests/support/KeyringSession.h>
 
+#include <tests/support/ProcessVariables.h>
+
 #include <gio/gio.h>
 
 #include <fcntl.h>
-#include <spawn.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -109,21 +111,27 @@ bool hasKeyring(const Connection& connection) {
 }
 
 pid_t spawn(const std::vector<std::string>& arguments, int standardInput, int standardOutput) {
-    std::vector<char*> pointers;
     std::vector<std::string> texts = arguments;
+    std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (std::string& text : texts) {
         pointers.push_back(text.data());
     }
     pointers.push_back(nullptr);
-    posix_spawn_file_actions_t actions{};
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, standardInput, 0);
-    posix_spawn_file_actions_adddup2(&actions, standardOutput, 1);
-    posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
-    pid_t process = -1;
-    const int error = posix_spawnp(&process, pointers.front(), &actions, nullptr, pointers.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    if (error != 0) {
+    const int silence = open("/dev/null", O_WRONLY | O_CLOEXEC);
+    const pid_t parent = getpid();
+    const pid_t process = fork();
+    if (process == 0) {
+        // Nothing is left behind by a test that crashes.
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        if (getppid() == parent && dup2(standardInput, 0) >= 0 && dup2(standardOutput, 1) >= 0 &&
+            dup2(silence, 2) >= 0) {
+            execvp(pointers.front(), pointers.data());
+        }
+        _exit(127);
+    }
+    close(silence);
+    if (process < 0) {
         fail("cannot start " + arguments.front());
     }
     return process;
@@ -201,14 +209,14 @@ KeyringSession::KeyringSession(Keyring keyring) {
     const std::string socket = "unix:path=" + (home_ / "bus").string();
     std::ofstream(configuration)
         << "<busconfig><type>session</type><listen>" << socket << "</listen>"
-        << "<policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
-        << "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>";
+        << R"(<policy context="default"><allow send_destination="*" eavesdrop="true"/>)"
+        << R"(<allow eavesdrop="true"/><allow own="*"/></policy></busconfig>)";
 
-    setenv("HOME", home_.c_str(), 1);                          // NOLINT(concurrency-mt-unsafe)
-    setenv("XDG_DATA_HOME", (home_ / "data").c_str(), 1);      // NOLINT(concurrency-mt-unsafe)
-    setenv("XDG_CONFIG_HOME", (home_ / "config").c_str(), 1);  // NOLINT(concurrency-mt-unsafe)
-    setenv("XDG_RUNTIME_DIR", runtime.c_str(), 1);             // NOLINT(concurrency-mt-unsafe)
-    setenv("DBUS_SESSION_BUS_ADDRESS", socket.c_str(), 1);     // NOLINT(concurrency-mt-unsafe)
+    setVariable("HOME", home_.string());
+    setVariable("XDG_DATA_HOME", (home_ / "data").string());
+    setVariable("XDG_CONFIG_HOME", (home_ / "config").string());
+    setVariable("XDG_RUNTIME_DIR", runtime.string());
+    setVariable("DBUS_SESSION_BUS_ADDRESS", socket);
     busAddress_ = socket;
 
     const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);

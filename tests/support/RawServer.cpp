@@ -134,7 +134,7 @@ std::string RawServer::Connection::readRequest() {
     return request;
 }
 
-bool RawServer::Connection::send(std::string_view bytes) {
+bool RawServer::Connection::send(std::string_view bytes) const {
     while (!bytes.empty()) {
         const ssize_t count = socket_ < 0 ? -1 : ::send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
         if (count <= 0) {

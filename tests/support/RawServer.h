@@ -1,7 +1,7 @@
 #pragma once
 
-/// A server on a loopback port that does to each connection what the test says, byte by byte: the answers that
-/// no proper server gives.
+/// A server on a loopback port that does to each connection what the test says, byte by byte: the answers
+/// that no proper server gives.
 ///
 ///     RawServer server([](RawServer::Connection& connection) {
 ///         connection.readRequest();
@@ -42,12 +42,12 @@ class RawServer {
         /// 0 for the first that came.
         std::size_t number() const noexcept { return number_; }
 
-        /// The next HTTP request: its head and as many bytes as its Content-Length says. Shorter when the peer
-        /// closes before; empty when nothing comes any more.
+        /// The next HTTP request: its head and as many bytes as its Content-Length says. Shorter when the
+        /// peer closes before; empty when nothing comes any more.
         std::string readRequest();
 
         /// Sends all the bytes. False when the peer has gone.
-        bool send(std::string_view bytes);
+        bool send(std::string_view bytes) const;
 
         /// Leaves the connection open and does nothing until the peer closes it or the server goes.
         void hang();
@@ -57,8 +57,11 @@ class RawServer {
 
       private:
         friend class RawServer;
+
         Connection(State& state, std::size_t number, int socket) noexcept
-            : state_(state), number_(number), socket_(socket) {}
+            : state_(state),
+              number_(number),
+              socket_(socket) {}
 
         bool receive();
 

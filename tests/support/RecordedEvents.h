@@ -1,7 +1,7 @@
 #pragma once
 
-/// The facade on a platform of fakes, before `Init`: what it records stays in the queue, where a test can look
-/// at it.
+/// The facade on a platform of fakes, before `Init`: what it records stays in the queue, where a test can
+/// look at it.
 
 #include <tests/support/CountingRandomSource.h>
 #include <tests/support/FixedSystem.h>
@@ -27,7 +27,8 @@ struct RecordedEvents {
     std::shared_ptr<SettableClock> clock = std::make_shared<SettableClock>();
     std::shared_ptr<FixedSystem> system = std::make_shared<FixedSystem>();
     std::shared_ptr<RecordingHttpClient> http = std::make_shared<RecordingHttpClient>();
-    std::shared_ptr<test::InMemoryCredentialStore> credentials = std::make_shared<test::InMemoryCredentialStore>();
+    std::shared_ptr<test::InMemoryCredentialStore> credentials =
+        std::make_shared<test::InMemoryCredentialStore>();
     std::shared_ptr<InMemoryPreferences> preferences = std::make_shared<InMemoryPreferences>();
 
     RecordedEvents() {

@@ -2,9 +2,10 @@
 
 /// An HTTP client for tests that sends nothing.
 ///
-/// Knobs: in the constructor, who completes a request: the test by `answer` (the default), the client at once on
-/// the thread that starts it, or the client on a thread of its own; for the latter two the script of answers,
-/// whose last one is repeated. Remembered: every request, in order, and how many were under way at once.
+/// Knobs: in the constructor, who completes a request: the test by `answer` (the default), the client at once
+/// on the thread that starts it, or the client on a thread of its own; for the latter two the script of
+/// answers, whose last one is repeated. Remembered: every request, in order, and how many were under way at
+/// once.
 
 #include <vorna/platform/HttpClient.h>
 
@@ -48,7 +49,8 @@ class RecordingHttpClient final : public HttpClient {
     RecordingHttpClient() = default;
 
     RecordingHttpClient(Completes completes, std::vector<HttpAnswer> script)
-        : completes_(completes), state_(std::make_shared<State>()) {
+        : completes_(completes),
+          state_(std::make_shared<State>()) {
         state_->script.assign(script.begin(), script.end());
         if (completes_ == Completes::onOwnThread) {
             thread_ = std::thread([state = state_] { state->run(); });

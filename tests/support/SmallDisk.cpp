@@ -9,7 +9,6 @@
 #include <array>
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <stdexcept>
 #include <system_error>
@@ -21,8 +20,12 @@ namespace {
 constexpr std::size_t pageSize = 4096;
 constexpr const char* options = "size=256k,mode=0700";
 
+std::string errorText() {
+    return std::error_code(errno, std::system_category()).message();
+}
+
 [[noreturn]] void fail(const std::string& what) {
-    throw std::runtime_error("small disk: " + what + ": " + std::strerror(errno));
+    throw std::runtime_error("small disk: " + what + ": " + errorText());
 }
 
 /// Gives this process mounts of its own; one that is not root first becomes it in a namespace of its own.
@@ -30,7 +33,7 @@ std::string enterOwnNamespace() {
     const uid_t user = geteuid();
     const gid_t group = getegid();
     if (unshare(user == 0 ? CLONE_NEWNS : CLONE_NEWNS | CLONE_NEWUSER) != 0) {
-        return std::string("no mounts of one's own: ") + std::strerror(errno);
+        return std::string("no mounts of one's own: ") + errorText();
     }
     if (user != 0) {
         std::ofstream("/proc/self/setgroups") << "deny";
@@ -38,7 +41,7 @@ std::string enterOwnNamespace() {
         std::ofstream("/proc/self/gid_map") << "0 " << group << " 1";
     }
     if (mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) {
-        return std::string("mounts cannot be made private: ") + std::strerror(errno);
+        return std::string("mounts cannot be made private: ") + errorText();
     }
     return {};
 }
@@ -59,7 +62,7 @@ std::string SmallDisk::whyNot() {
         if (problem.empty()) {
             const std::filesystem::path folder = newFolder();
             if (mount("none", folder.c_str(), "tmpfs", 0, options) != 0) {
-                problem = std::string("no file system in memory: ") + std::strerror(errno);
+                problem = std::string("no file system in memory: ") + errorText();
             } else {
                 umount(folder.c_str());
             }

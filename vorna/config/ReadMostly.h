@@ -37,9 +37,9 @@ class ReadMostly {
         return std::forward<Look>(look)(current_.load());
     }
 
-    /// Puts a value in force: whoever reads from now on sees it. The former one is destroyed as soon as nobody
-    /// looks at it any more; should a reader stay for longer than a moment, one of the next calls does that, so
-    /// the call always returns soon. Any thread.
+    /// Puts a value in force: whoever reads from now on sees it. The former one is destroyed as soon as
+    /// nobody looks at it any more; should a reader stay for longer than a moment, one of the next calls does
+    /// that, so the call always returns soon. Any thread.
     void replace(std::unique_ptr<const T> value) {
         const std::scoped_lock lock(mutex_);
         current_.store(value.get());

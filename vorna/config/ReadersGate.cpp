@@ -19,7 +19,8 @@ bool ReadersGate::waitForEarlierReaders(std::chrono::milliseconds atMost) {
     const auto deadline = std::chrono::steady_clock::now() + atMost;
     const std::size_t former = phase_.load();
     const std::size_t next = 1 - former;
-    // Readers that had learned the phase before it changed last, and then took their time to count themselves.
+    // Readers that had learned the phase before it changed last, and then took their time to count
+    // themselves.
     if (!waitUntilEmpty(next, deadline)) {
         return false;
     }

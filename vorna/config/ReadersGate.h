@@ -37,8 +37,8 @@ class ReadersGate {
         std::atomic<std::uint32_t>& count_;
     };
 
-    /// Any thread, any number at once; two additions, never a wait. What the reader wants to look at is loaded
-    /// after this, sequentially consistent.
+    /// Any thread, any number at once; two additions, never a wait. What the reader wants to look at is
+    /// loaded after this, sequentially consistent.
     [[nodiscard]] Pass enter() noexcept { return Pass(shards_[shardOfThread()].readers[phase_.load()]); }
 
     /// Waits until all readers that had entered before the call have left. False when some are still there

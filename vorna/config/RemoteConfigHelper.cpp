@@ -19,8 +19,8 @@ using Configs = std::map<std::string, std::string>;
 
 void save(Preferences& preferences, Configs configs) {
     PreferenceValue::Dictionary dictionary;
-    for (auto& [key, value] : configs) {
-        dictionary.emplace_hint(dictionary.end(), key, PreferenceValue{std::move(value)});
+    for (Configs::value_type& entry : configs) {
+        dictionary.emplace_hint(dictionary.end(), entry.first, PreferenceValue{std::move(entry.second)});
     }
     if (preferences.setValue(RemoteConfigHelper::userDefaultsKey, PreferenceValue{std::move(dictionary)})) {
         log::debug({"Configs saved to UserDefaults"});
@@ -85,21 +85,20 @@ void RemoteConfigHelper::Exchange::fetch(const std::shared_ptr<Exchange>& self, 
                         .headers = {{"Content-Type", "application/json"}},
                         .body = std::get<std::string>(std::move(body)),
                         .timeout = std::chrono::seconds(5)};
-    self->httpClient->start(
-        std::move(request),
-        [weakSelf = std::weak_ptr(self), data = std::move(data), retryCount](
-            const std::optional<std::string>& received, const std::optional<HttpResponse>& response,
-            const std::optional<HttpError>& error) {
-            const std::shared_ptr<Exchange> exchange = weakSelf.lock();
-            if (exchange == nullptr) {
-                return;
-            }
-            if (std::optional<Configs> configs = configsIn(received, response, error)) {
-                exchange->succeed(std::move(*configs));
-            } else {
-                retry(exchange, data, retryCount);
-            }
-        });
+    self->httpClient->start(std::move(request), [weakSelf = std::weak_ptr(self), data = std::move(data),
+                                                 retryCount](const std::optional<std::string>& received,
+                                                             const std::optional<HttpResponse>& response,
+                                                             const std::optional<HttpError>& error) {
+        const std::shared_ptr<Exchange> exchange = weakSelf.lock();
+        if (exchange == nullptr) {
+            return;
+        }
+        if (std::optional<Configs> configs = configsIn(received, response, error)) {
+            exchange->succeed(std::move(*configs));
+        } else {
+            retry(exchange, data, retryCount);
+        }
+    });
 }
 
 void RemoteConfigHelper::Exchange::retry(const std::shared_ptr<Exchange>& self, RemoteConfigData data,

@@ -2,8 +2,9 @@
 
 /// Fetches the remote configuration from the service and keeps the last one for the next start.
 ///
-/// A fetched table is handed on by `remoteConfigsFetchedNotification`, posted on the HTTP client's thread; the
-/// last failed attempt posts `remoteConfigsReadyNotification` itself. Both are in RemoteConfigNotifications.h.
+/// A fetched table is handed on by `remoteConfigsFetchedNotification`, posted on the HTTP client's thread;
+/// the last failed attempt posts `remoteConfigsReadyNotification` itself. Both are in
+/// RemoteConfigNotifications.h.
 
 #include <vorna/config/RemoteConfigData.h>
 #include <vorna/platform/HttpClient.h>

@@ -1,7 +1,7 @@
 #pragma once
 
-/// A fetched configuration, laid out for lookups: one block of text and a hash index over it. It never changes,
-/// so any number of threads may read it.
+/// A fetched configuration, laid out for lookups: one block of text and a hash index over it. It never
+/// changes, so any number of threads may read it.
 
 #include <cstddef>
 #include <cstdint>

@@ -7,8 +7,7 @@ namespace vorna {
 
 std::string RemoteConfigsInForce::lookup(std::string_view key, std::string_view defaultValue) const {
     return table_.read([key, defaultValue](const RemoteConfigTable* table) {
-        const std::optional<std::string_view> value =
-            table == nullptr ? std::nullopt : table->find(key);
+        const std::optional<std::string_view> value = table == nullptr ? std::nullopt : table->find(key);
         return std::string(value.value_or(defaultValue));
     });
 }

@@ -13,7 +13,8 @@ namespace vorna {
 
 namespace {
 
-constexpr std::uint64_t inactivityBeforeRefetch = 5 * 60;
+/// Seconds.
+constexpr std::uint64_t inactivityBeforeRefetch = 300;
 constexpr std::string_view sessionEvent = "vorna_session";
 
 }  // namespace
@@ -41,6 +42,9 @@ void Lifecycle::observe() {
     }
 }
 
+// The next three are members because the signals' handlers are.
+// NOLINTBEGIN(readability-convert-member-functions-to-static)
+
 void Lifecycle::appDidEnterBackground() {
     log::debug({"appDidEnterBackground"});
 }
@@ -52,6 +56,8 @@ void Lifecycle::appWillEnterForeground() {
 void Lifecycle::appDidFinishLaunching() {
     log::debug({"appDidFinishLaunching"});
 }
+
+// NOLINTEND(readability-convert-member-functions-to-static)
 
 void Lifecycle::appDidBecomeActive() {
     const std::scoped_lock lock(mutex_);

@@ -50,7 +50,8 @@ std::uint64_t documentsCreationTime(const System& system) {
 
 DeviceMetadataCollector::DeviceMetadataCollector(std::shared_ptr<System> system,
                                                  std::shared_ptr<const Clock> clock)
-    : system_(std::move(system)), clock_(std::move(clock)) {}
+    : system_(std::move(system)),
+      clock_(std::move(clock)) {}
 
 SharedValue<DeviceDescription> DeviceMetadataCollector::describe() {
     std::shared_ptr<const SystemFacts> facts = system_->facts();

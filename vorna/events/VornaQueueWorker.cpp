@@ -146,7 +146,7 @@ void VornaQueueWorker::sendEvent(const EventData& event, std::string_view url) {
         log::debug({"Error serializing event data"});
         return;
     }
-    std::string& body = std::get<std::string>(encoded);
+    auto& body = std::get<std::string>(encoded);
     log::debug({"Event Data: ", body});
 
     if (processIsExiting()) {

@@ -1,7 +1,8 @@
 #pragma once
 
 /// Turns JSON text into a record, driven by the same list of fields as encoding (see Encoding.h). Every field
-/// that is not optional must be there; a null counts as absent; keys that the record does not know are ignored.
+/// that is not optional must be there; a null counts as absent; keys that the record does not know are
+/// ignored.
 
 #include <vorna/json/Encoding.h>
 #include <vorna/json/Value.h>
@@ -66,8 +67,8 @@ inline Problem read(const boost::json::value& from, bool& into) {
 }
 
 template <class T>
-    requires std::is_floating_point_v<T>
-Problem read(const boost::json::value& from, T& into) {
+
+requires std::is_floating_point_v<T> Problem read(const boost::json::value& from, T& into) {
     if (!from.is_number()) {
         return expected("a number", from);
     }
@@ -77,8 +78,9 @@ Problem read(const boost::json::value& from, T& into) {
 
 /// An integer may also be written with a fraction of zero or an exponent, as 5.0 or 5e0.
 template <class T>
-    requires(std::is_integral_v<T> && !std::is_same_v<T, bool>)
-Problem read(const boost::json::value& from, T& into) {
+
+requires(std::is_integral_v<T> && !std::is_same_v<T, bool>) Problem
+    read(const boost::json::value& from, T& into) {
     if (!from.is_number()) {
         return expected("an integer", from);
     }
@@ -86,7 +88,8 @@ Problem read(const boost::json::value& from, T& into) {
         into = static_cast<T>(*number);
         return {};
     }
-    if (const std::uint64_t* const number = from.if_uint64(); number != nullptr && std::in_range<T>(*number)) {
+    if (const std::uint64_t* const number = from.if_uint64();
+        number != nullptr && std::in_range<T>(*number)) {
         into = static_cast<T>(*number);
         return {};
     }
@@ -103,8 +106,8 @@ Problem read(const boost::json::value& from, T& into) {
 
 /// An enumeration is decoded from its number; `isKnownValue`, found beside the type, says which numbers are.
 template <class T>
-    requires std::is_enum_v<T>
-Problem read(const boost::json::value& from, T& into) {
+
+requires std::is_enum_v<T> Problem read(const boost::json::value& from, T& into) {
     std::underlying_type_t<T> number{};
     if (Problem problem = read(from, number)) {
         return problem;

@@ -13,7 +13,8 @@
 ///         }
 ///     };
 ///
-/// and that list drives encoding here and decoding in Decoding.h. An optional field that is empty is left out.
+/// and that list drives encoding here and decoding in Decoding.h. An optional field that is empty is left
+/// out.
 
 #include <vorna/json/Writer.h>
 
@@ -40,7 +41,9 @@ using Encoded = std::variant<std::string, EncodingError>;
 
 /// A type that lists its fields.
 template <class T>
-concept Record = requires(T& record) { T::visitFields(record, [](std::string_view, auto&) {}); };
+concept Record = requires(T& record) {
+    T::visitFields(record, [](std::string_view, auto&) {});
+};
 
 namespace detail {
 
@@ -49,7 +52,8 @@ inline bool write(Writer& writer, const std::string& value) {
 }
 
 template <class T>
-    requires std::is_arithmetic_v<T>
+requires std::is_arithmetic_v<T>
+
 bool write(Writer& writer, T value) {
     if constexpr (std::same_as<T, bool>) {
         writer.boolean(value);
@@ -66,7 +70,8 @@ bool write(Writer& writer, T value) {
 }
 
 template <class T>
-    requires std::is_enum_v<T>
+requires std::is_enum_v<T>
+
 bool write(Writer& writer, T value) {
     return write(writer, static_cast<std::underlying_type_t<T>>(value));
 }

@@ -27,8 +27,8 @@ std::variant<boost::json::value, DecodingError> parse(std::string_view text) {
             const auto line = 1 + std::count(before.begin(), before.end(), '\n');
             const std::size_t lineBreak = before.rfind('\n');
             const std::size_t column = 1 + read - (lineBreak == std::string_view::npos ? 0 : lineBreak + 1);
-            return DecodingError{"line " + std::to_string(line) + ", column " + std::to_string(column) + ": " +
-                                 error.message()};
+            return DecodingError{"line " + std::to_string(line) + ", column " + std::to_string(column) +
+                                 ": " + error.message()};
         }
         return parser.release();
     } catch (const std::exception& problem) {

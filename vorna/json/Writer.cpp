@@ -96,7 +96,7 @@ bool Writer::text(std::string_view text) {
 template <class Number>
 void Writer::digits(Number number) {
     // The longest shortest form is that of a double: sign, 17 digits, point, and "e-308".
-    std::array<char, 32> buffer;
+    std::array<char, 32> buffer{};
     const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number);
     output_.append(buffer.data(), written.ptr);
 }

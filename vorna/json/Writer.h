@@ -42,7 +42,8 @@ class Writer {
     void boolean(bool value);
     void null();
 
-    /// What went wrong and where, as in "deviceData.deviceName: the text is not UTF-8"; empty while all is well.
+    /// What went wrong and where, as in "deviceData.deviceName: the text is not UTF-8"; empty while all is
+    /// well.
     std::string problem() const;
 
     /// Names the place of the problem, from the inside out.

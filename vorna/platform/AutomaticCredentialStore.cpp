@@ -7,6 +7,7 @@
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
+#include <exception>
 #include <functional>
 #include <mutex>
 #include <optional>
@@ -33,24 +34,23 @@ class AutomaticCredentialStore::Keeper : public std::enable_shared_from_this<Kee
             repairLater(std::move(service), std::move(account));
             return fromFile;
         }
-        // What comes too late is of no use to anybody, so it is not kept for the repair either.
-        std::optional<ReadResult> fromKeyring = askKeyring<ReadResult>(
+        std::optional<ReadResult> fromKeyring = askKeyring(
             [service, account](CredentialStore& keyring) { return keyring.read(service, account); });
         if (fromKeyring && fromKeyring->value) {
             repairLater(std::move(service), std::move(account));
             return std::move(*fromKeyring);
         }
-        return {
-            statusOfNothing(fromFile.status, fromKeyring ? std::optional(fromKeyring->status) : std::nullopt),
-            std::nullopt};
+        return {statusOfNothing(fromFile.status, fromKeyring), std::nullopt};
     }
 
     CredentialStatus remove(const std::string& service, const std::string& account) {
         const CredentialStatus fromFile =
             changeFile([&](CredentialStore& file) { return file.remove(service, account); });
-        const std::optional<CredentialStatus> fromKeyring = askKeyring<CredentialStatus>(
-            [service, account](CredentialStore& keyring) { return keyring.remove(service, account); });
-        if (fromFile == credential_status::success || fromKeyring == credential_status::success) {
+        const std::optional<ReadResult> fromKeyring =
+            askKeyring([service, account](CredentialStore& keyring) {
+                return ReadResult{keyring.remove(service, account), std::nullopt};
+            });
+        if (fromFile == credential_status::success || isSuccess(fromKeyring)) {
             return credential_status::success;
         }
         return statusOfNothing(fromFile, fromKeyring);
@@ -63,19 +63,20 @@ class AutomaticCredentialStore::Keeper : public std::enable_shared_from_this<Kee
             repairLater(std::move(service), std::move(account));
             return toFile;
         }
-        const std::optional<CredentialStatus> toKeyring = askKeyring<CredentialStatus>(
-            [service, account, value = std::move(value)](CredentialStore& keyring) {
-                return keyring.add(service, account, value);
+        const std::optional<ReadResult> toKeyring =
+            askKeyring([service, account, value = std::move(value)](CredentialStore& keyring) {
+                return ReadResult{keyring.add(service, account, value), std::nullopt};
             });
         const bool isInFile = toFile == credential_status::success;
-        const bool isInKeyring = toKeyring == credential_status::success;
+        const bool isInKeyring = isSuccess(toKeyring);
         if (isInFile != isInKeyring) {
             repairLater(std::move(service), std::move(account));
         }
         if (isInFile || isInKeyring) {
             return credential_status::success;
         }
-        return toKeyring == credential_status::duplicateItem ? *toKeyring : toFile;
+        const bool wasInKeyring = toKeyring && toKeyring->status == credential_status::duplicateItem;
+        return wasInKeyring ? credential_status::duplicateItem : toFile;
     }
 
     /// Nothing that has not begun will. Waits for the thread until the deadline.
@@ -89,37 +90,40 @@ class AutomaticCredentialStore::Keeper : public std::enable_shared_from_this<Kee
   private:
     using Job = std::function<void()>;
 
-    template <class Result>
     struct Question {
         std::mutex mutex;
         std::condition_variable answered;
-        std::optional<Result> answer;
+        std::optional<ReadResult> answer;
         bool isAbandoned = false;
     };
+
+    static bool isSuccess(const std::optional<ReadResult>& answer) {
+        return answer && answer->status == credential_status::success;
+    }
 
     /// How it is said that neither store has given anything. A keyring that is not there cannot have the
     /// item, one that has not answered can.
     static CredentialStatus statusOfNothing(CredentialStatus fromFile,
-                                            std::optional<CredentialStatus> fromKeyring) {
+                                            const std::optional<ReadResult>& fromKeyring) {
         if (fromFile != credential_status::itemNotFound) {
             return fromFile;
         }
         if (!fromKeyring) {
             return credential_status::notAvailable;
         }
-        return *fromKeyring == credential_status::notAvailable ? credential_status::itemNotFound
-                                                               : *fromKeyring;
+        return fromKeyring->status == credential_status::notAvailable ? credential_status::itemNotFound
+                                                                      : fromKeyring->status;
     }
 
     /// Absent when there is no answer within what is left of the patience. A question that is abandoned
     /// before its turn has come is never put.
-    template <class Result>
-    std::optional<Result> askKeyring(std::function<Result(CredentialStore&)> operation) {
-        if (patienceLeft_ <= std::chrono::steady_clock::duration::zero()) {
+    std::optional<ReadResult> askKeyring(std::function<ReadResult(CredentialStore&)> operation) {
+        const auto began = std::chrono::steady_clock::now();
+        const auto deadline = began + patienceLeft_;
+        if (deadline <= began) {
             return std::nullopt;
         }
-        const auto began = std::chrono::steady_clock::now();
-        const auto question = std::make_shared<Question<Result>>();
+        const auto question = std::make_shared<Question>();
         const bool isAccepted = enqueue([this, question, operation = std::move(operation)] {
             {
                 const std::scoped_lock lock(question->mutex);
@@ -127,7 +131,7 @@ class AutomaticCredentialStore::Keeper : public std::enable_shared_from_this<Kee
                     return;
                 }
             }
-            Result answer = operation(*keyring_);
+            ReadResult answer = operation(*keyring_);
             const std::scoped_lock lock(question->mutex);
             question->answer = std::move(answer);
             question->answered.notify_all();
@@ -136,11 +140,15 @@ class AutomaticCredentialStore::Keeper : public std::enable_shared_from_this<Kee
             return std::nullopt;
         }
         std::unique_lock lock(question->mutex);
-        const bool isInTime = question->answered.wait_until(
-            lock, began + patienceLeft_, [&question] { return question->answer.has_value(); });
+        question->answered.wait_until(lock, deadline, [&question] { return question->answer.has_value(); });
         question->isAbandoned = true;
-        patienceLeft_ -= std::min(patienceLeft_, std::chrono::steady_clock::now() - began);
-        return isInTime ? std::move(question->answer) : std::nullopt;
+        const auto ended = std::chrono::steady_clock::now();
+        patienceLeft_ -= std::min(patienceLeft_, ended - began);
+        // A keyring that gives up in the same moment has not answered either, whatever it calls that.
+        if (ended >= deadline && !isSuccess(question->answer)) {
+            return std::nullopt;
+        }
+        return std::move(question->answer);
     }
 
     ReadResult readFile(const std::string& service, const std::string& account) {
@@ -238,7 +246,11 @@ class AutomaticCredentialStore::Keeper : public std::enable_shared_from_this<Kee
             const Job job = std::move(jobs_.front());
             jobs_.pop_front();
             lock.unlock();
-            job();
+            try {
+                job();
+            } catch (
+                const std::exception&) {  // NOLINT(bugprone-empty-catch): no memory; the next run repairs
+            }
             lock.lock();
         }
         isRunning_ = false;

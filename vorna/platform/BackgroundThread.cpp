@@ -19,8 +19,8 @@ std::optional<std::thread> startBackgroundThread(const char* name, ThreadPriorit
     for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP, SIGABRT}) {
         sigdelset(&all, fault);
     }
-    // The new thread inherits the mask, so no other signal can slip in before it blocks them itself. SIGPIPE is
-    // among them: a peer that closes early is an error code for us, not the end of the host.
+    // The new thread inherits the mask, so no other signal can slip in before it blocks them itself. SIGPIPE
+    // is among them: a peer that closes early is an error code for us, not the end of the host.
     pthread_sigmask(SIG_SETMASK, &all, &before);
     std::optional<std::thread> thread;
     try {

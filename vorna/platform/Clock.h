@@ -12,7 +12,7 @@ class [[gnu::visibility("default")]] Clock {
     Clock() = default;
     Clock(const Clock&) = delete;
     Clock& operator=(const Clock&) = delete;
-    Clock(Clock&&) = delete;
+    Clock(Clock &&) = delete;
     Clock& operator=(Clock&&) = delete;
     virtual ~Clock() = default;
 

@@ -43,7 +43,7 @@ class [[gnu::visibility("default")]] CredentialStore {
     CredentialStore() = default;
     CredentialStore(const CredentialStore&) = delete;
     CredentialStore& operator=(const CredentialStore&) = delete;
-    CredentialStore(CredentialStore&&) = delete;
+    CredentialStore(CredentialStore &&) = delete;
     CredentialStore& operator=(CredentialStore&&) = delete;
     virtual ~CredentialStore() = default;
 
@@ -54,7 +54,8 @@ class [[gnu::visibility("default")]] CredentialStore {
     virtual CredentialStatus remove(std::string_view service, std::string_view account) = 0;
 
     /// Stores the bytes unchanged, whole or not at all.
-    virtual CredentialStatus add(std::string_view service, std::string_view account, std::string_view value) = 0;
+    virtual CredentialStatus add(std::string_view service, std::string_view account,
+                                 std::string_view value) = 0;
 };
 
 }  // namespace vorna

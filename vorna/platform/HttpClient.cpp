@@ -6,8 +6,8 @@ std::string debugDescription(const std::optional<HttpResponse>& response) {
     if (!response) {
         return "nil";
     }
-    std::string text = "Optional(<HTTPResponse: " + response->url + "> { status code: " +
-                       std::to_string(response->statusCode) + ", headers {";
+    std::string text = "Optional(<HTTPResponse: " + response->url +
+                       "> { status code: " + std::to_string(response->statusCode) + ", headers {";
     const char* separator = " ";
     for (const HttpHeader& header : response->headers) {
         text += separator + header.name + ": " + header.value;

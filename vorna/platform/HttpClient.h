@@ -60,13 +60,14 @@ class [[gnu::visibility("default")]] HttpClient {
     /// Called once for each request, on a thread of the client; it must be quick and must not throw. Without
     /// an error there is a body (it may be empty). With an error there is no body, and a response only if its
     /// head had arrived. Requests under way when the process exits are never completed.
-    using Completion = std::function<void(std::optional<std::string> body, std::optional<HttpResponse> response,
-                                          std::optional<HttpError> error)>;
+    using Completion =
+        std::function<void(std::optional<std::string> body, std::optional<HttpResponse> response,
+                           std::optional<HttpError> error)>;
 
     HttpClient() = default;
     HttpClient(const HttpClient&) = delete;
     HttpClient& operator=(const HttpClient&) = delete;
-    HttpClient(HttpClient&&) = delete;
+    HttpClient(HttpClient &&) = delete;
     HttpClient& operator=(HttpClient&&) = delete;
     virtual ~HttpClient() = default;
 

@@ -3,9 +3,6 @@
 /// Holds what lives as long as the process. Background threads may still use such a value while `exit` runs
 /// the destructors of statics, so it has none.
 
-#include <cstddef>
-#include <memory>
-#include <type_traits>
 #include <utility>
 
 namespace vorna {
@@ -16,21 +13,23 @@ template <class T>
 class NeverDestroyed {
   public:
     template <class... Arguments>
-    explicit NeverDestroyed(Arguments&&... arguments)
-        : value_(std::construct_at(reinterpret_cast<std::remove_const_t<T>*>(storage_), std::forward<Arguments>(arguments)...)) {}
+    explicit NeverDestroyed(Arguments&&... arguments) : value_(std::forward<Arguments>(arguments)...) {}
 
     NeverDestroyed(const NeverDestroyed&) = delete;
     NeverDestroyed& operator=(const NeverDestroyed&) = delete;
     NeverDestroyed(NeverDestroyed&&) = delete;
     NeverDestroyed& operator=(NeverDestroyed&&) = delete;
-    ~NeverDestroyed() = default;
 
-    T& operator*() noexcept { return *value_; }
-    T* operator->() noexcept { return value_; }
+    ~NeverDestroyed() {}  // NOLINT(modernize-use-equals-default): a member of a union is not destroyed
+
+    T& operator*() noexcept { return value_; }
+
+    T* operator->() noexcept { return &value_; }
 
   private:
-    alignas(T) std::byte storage_[sizeof(T)];
-    T* value_;
+    union {
+        T value_;
+    };
 };
 
 }  // namespace vorna

@@ -21,7 +21,9 @@ struct NotificationCenter::Registry {
 /// threads and never for its own.
 struct NotificationCenter::Observation::Entry {
     Entry(std::weak_ptr<Registry> theRegistry, std::string theName, Observer theObserver)
-        : registry(std::move(theRegistry)), name(std::move(theName)), observer(std::move(theObserver)) {}
+        : registry(std::move(theRegistry)),
+          name(std::move(theName)),
+          observer(std::move(theObserver)) {}
 
     const std::weak_ptr<Registry> registry;
     const std::string name;

@@ -48,7 +48,7 @@ class [[gnu::visibility("default")]] NotificationCenter {
         Observation() noexcept = default;
         Observation(const Observation&) = delete;
         Observation& operator=(const Observation&) = delete;
-        Observation(Observation&& other) noexcept = default;
+        Observation(Observation && other) noexcept = default;
         Observation& operator=(Observation&& other) noexcept;
         /// Ends the observation. Calls of the observer that run on other threads are waited for, so whatever
         /// the observer refers to may go afterwards; do not hold a lock here that the observer takes.
@@ -71,7 +71,7 @@ class [[gnu::visibility("default")]] NotificationCenter {
     NotificationCenter();
     NotificationCenter(const NotificationCenter&) = delete;
     NotificationCenter& operator=(const NotificationCenter&) = delete;
-    NotificationCenter(NotificationCenter&&) = delete;
+    NotificationCenter(NotificationCenter &&) = delete;
     NotificationCenter& operator=(NotificationCenter&&) = delete;
     ~NotificationCenter();
 

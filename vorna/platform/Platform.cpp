@@ -14,7 +14,8 @@ namespace vorna {
 
 namespace {
 
-std::shared_ptr<CredentialStore> makeCredentialStore(CredentialStoreKind kind, const std::string& dataDirectory,
+std::shared_ptr<CredentialStore> makeCredentialStore(CredentialStoreKind kind,
+                                                     const std::string& dataDirectory,
                                                      const std::string& application) {
     switch (kind) {
     case CredentialStoreKind::secretService:
@@ -24,8 +25,9 @@ std::shared_ptr<CredentialStore> makeCredentialStore(CredentialStoreKind kind, c
     case CredentialStoreKind::automatic:
         break;
     }
-    return std::make_shared<AutomaticCredentialStore>(std::make_shared<FileCredentialStore>(dataDirectory),
-                                                      std::make_shared<SecretServiceCredentialStore>(application));
+    return std::make_shared<AutomaticCredentialStore>(
+        std::make_shared<FileCredentialStore>(dataDirectory),
+        std::make_shared<SecretServiceCredentialStore>(application));
 }
 
 std::string withoutTrailingSlash(std::string text) {
@@ -40,9 +42,9 @@ std::string withoutTrailingSlash(std::string text) {
 Platform makePlatform(const PlatformOptions& options) {
     const std::string service =
         withoutTrailingSlash(options.serviceURL.empty() ? VORNA_SERVICE_URL : options.serviceURL);
-    const std::string dataDirectory =
-        options.dataDirectory.empty() ? defaultDataDirectory(options.bundleIdentifier).value_or("")
-                                      : options.dataDirectory;
+    const std::string dataDirectory = options.dataDirectory.empty()
+                                          ? defaultDataDirectory(options.bundleIdentifier).value_or("")
+                                          : options.dataDirectory;
 
     LinuxSystemOptions system;
     system.bundle = {options.bundleIdentifier, options.bundleShortVersion, options.bundleVersion};

@@ -30,7 +30,7 @@ class [[gnu::visibility("default")]] Preferences {
     Preferences() = default;
     Preferences(const Preferences&) = delete;
     Preferences& operator=(const Preferences&) = delete;
-    Preferences(Preferences&&) = delete;
+    Preferences(Preferences &&) = delete;
     Preferences& operator=(Preferences&&) = delete;
     virtual ~Preferences() = default;
 

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cstdlib>
 #include <mutex>
+#include <ranges>
 #include <utility>
 #include <vector>
 
@@ -34,8 +35,8 @@ void runStops() {
         registered.swap(stops().registered);
     }
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(80);
-    for (auto stop = registered.rbegin(); stop != registered.rend(); ++stop) {
-        (*stop)(deadline);
+    for (const Stop& stop : std::views::reverse(registered)) {
+        stop(deadline);
     }
 }
 

@@ -14,7 +14,7 @@ class [[gnu::visibility("default")]] RandomSource {
     RandomSource() = default;
     RandomSource(const RandomSource&) = delete;
     RandomSource& operator=(const RandomSource&) = delete;
-    RandomSource(RandomSource&&) = delete;
+    RandomSource(RandomSource &&) = delete;
     RandomSource& operator=(RandomSource&&) = delete;
     virtual ~RandomSource() = default;
 

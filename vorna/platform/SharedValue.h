@@ -23,6 +23,7 @@ class SharedValue {
     explicit SharedValue(T value) : value_(std::make_shared<const T>(std::move(value))) {}
 
     const T& operator*() const noexcept { return *value_; }
+
     const T* operator->() const noexcept { return value_.get(); }
 
     /// The value for changing: this holder's own from now on.

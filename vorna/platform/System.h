@@ -89,7 +89,7 @@ class [[gnu::visibility("default")]] System {
     System() = default;
     System(const System&) = delete;
     System& operator=(const System&) = delete;
-    System(System&&) = delete;
+    System(System &&) = delete;
     System& operator=(System&&) = delete;
     virtual ~System() = default;
 

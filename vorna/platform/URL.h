@@ -16,16 +16,24 @@ class [[gnu::visibility("default")]] URL {
     static std::optional<URL> parse(std::string_view text);
 
     /// The address as it was given.
-    const std::string& text() const noexcept { return text_; }
+    const std::string& text() const noexcept {
+        return text_;
+    }
 
     /// In lower case, such as "https".
-    const std::string& scheme() const noexcept { return scheme_; }
+    const std::string& scheme() const noexcept {
+        return scheme_;
+    }
 
     /// In lower case; an IPv6 address stands without its brackets.
-    const std::string& host() const noexcept { return host_; }
+    const std::string& host() const noexcept {
+        return host_;
+    }
 
     /// The given port or the scheme's usual one; 0 where there is neither.
-    std::uint16_t port() const noexcept { return port_; }
+    std::uint16_t port() const noexcept {
+        return port_;
+    }
 
     /// True for 127.0.0.0/8, ::1 and "localhost": what can be reached only on this machine.
     bool isLoopback() const;

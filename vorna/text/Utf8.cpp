@@ -30,9 +30,8 @@ std::size_t asciiPrefix(std::string_view text) noexcept {
 /// Bytes of the well-formed sequence that the text begins with; 0 when it begins with none.
 std::size_t sequenceLength(std::string_view text) noexcept {
     utf8proc_int32_t codepoint = 0;
-    const utf8proc_ssize_t length =
-        utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
-                         static_cast<utf8proc_ssize_t>(text.size()), &codepoint);
+    const utf8proc_ssize_t length = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
+                                                     static_cast<utf8proc_ssize_t>(text.size()), &codepoint);
     return length > 0 ? static_cast<std::size_t>(length) : 0;
 }
 

@@ -30,15 +30,14 @@ TEST_P(SystemTrustStore, IsFoundWhereTheSystemKeepsIt) {
     EXPECT_EQ(systemTrustStore(root_.string()).bundleFile, bundle.string());
 }
 
-INSTANTIATE_TEST_SUITE_P(Layouts, SystemTrustStore,
-                         testing::Values(Layout{"Debian", "/etc/ssl/certs/ca-certificates.crt"},
-                                         Layout{"Fedora",
-                                                "/etc/pki/ca-trust/extracted/pem/tls-ca-bundle.pem"},
-                                         Layout{"OlderFedora", "/etc/pki/tls/certs/ca-bundle.crt"},
-                                         Layout{"openSUSE", "/var/lib/ca-certificates/ca-bundle.pem"},
-                                         Layout{"OlderOpenSUSE", "/etc/ssl/ca-bundle.pem"},
-                                         Layout{"Alpine", "/etc/ssl/cert.pem"}),
-                         [](const auto& testCase) { return testCase.param.system; });
+INSTANTIATE_TEST_SUITE_P(
+    Layouts, SystemTrustStore,
+    testing::Values(Layout{"Debian", "/etc/ssl/certs/ca-certificates.crt"},
+                    Layout{"Fedora", "/etc/pki/ca-trust/extracted/pem/tls-ca-bundle.pem"},
+                    Layout{"OlderFedora", "/etc/pki/tls/certs/ca-bundle.crt"},
+                    Layout{"openSUSE", "/var/lib/ca-certificates/ca-bundle.pem"},
+                    Layout{"OlderOpenSUSE", "/etc/ssl/ca-bundle.pem"}, Layout{"Alpine", "/etc/ssl/cert.pem"}),
+    [](const auto& testCase) { return testCase.param.system; });
 
 TEST(SystemTrustStoreOfABareSystem, IsLeftToLibcurl) {
     const TrustStore store = systemTrustStore("/nonexistent");

@@ -18,9 +18,13 @@
 #include <chrono>
 #include <csignal>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <filesystem>
 #include <functional>
+#include <iostream>
+#include <ostream>
+#include <random>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -29,6 +33,8 @@
 namespace vorna {
 namespace {
 
+using std::chrono::microseconds;
+using std::chrono::steady_clock;
 using support::contentsOf;
 using support::ForkedProcess;
 using support::namesIn;
@@ -157,12 +163,15 @@ TEST_F(FileStore, KeepsEveryPairOfNamesApart) {
         {"@", "x"},    {"a%2Fb", "c"}, {"~", "x"},  {"a\0b"s, "c"}, {"a", "b\0"s},  {"\xFF\xFE", ""},
         {"Grüße", ""}, {".", "."},     {" ", "\n"},
     };
+    const auto valueOf = [](std::string first, const std::string& second) {
+        return first.append("|").append(second);
+    };
     for (const auto& [first, second] : names) {
-        ASSERT_EQ(store.add(first, second, first + "|" + second), credential_status::success) << first;
+        ASSERT_EQ(store.add(first, second, valueOf(first, second)), credential_status::success) << first;
     }
     EXPECT_THAT(namesIn(folder), SizeIs(names.size()));
     for (const auto& [first, second] : names) {
-        EXPECT_EQ(store.read(first, second).value, first + "|" + second);
+        EXPECT_EQ(store.read(first, second).value, valueOf(first, second));
     }
 }
 
@@ -188,8 +197,8 @@ struct Intrusion {
     CredentialStatus removal = credential_status::success;
 };
 
-void PrintTo(const Intrusion& intrusion, std::ostream* stream) {
-    *stream << intrusion.name;
+std::ostream& operator<<(std::ostream& stream, const Intrusion& intrusion) {
+    return stream << intrusion.name;
 }
 
 std::function<void(const std::filesystem::path&)> fileOfMode(mode_t mode) {
@@ -204,11 +213,11 @@ class UntrustedFile : public FileStore, public ::testing::WithParamInterface<Int
 TEST_P(UntrustedFile, IsNotReadButGivesWayToANewItem) {
     makeFolder();
     GetParam().put(file);
-    const auto began = std::chrono::steady_clock::now();
+    const auto began = steady_clock::now();
     const CredentialStore::ReadResult result = store.read(service, account);
     EXPECT_EQ(result.status, credential_status::notTrusted);
     EXPECT_FALSE(result.value);
-    EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::seconds(5)) << "it waited";
+    EXPECT_LT(steady_clock::now() - began, std::chrono::seconds(5)) << "it waited";
     EXPECT_EQ(store.add(service, account, "new"), credential_status::duplicateItem);
     EXPECT_EQ(store.remove(service, account), GetParam().removal);
     if (GetParam().removal == credential_status::success) {
@@ -350,10 +359,80 @@ TEST_F(FileStore, LetsOneOfTwoProcessesWin) {
     EXPECT_THAT(namesIn(folder), SizeIs(100)) << "something unfinished was left";
 }
 
+TEST_F(FileStore, ShowsOtherProcessesTheWholeValueOrNone) {
+    const std::string value(FileCredentialStore::largestValue, 'x');
+    ForkedProcess adder([this, &value](const std::string&) {
+        for (int round = 0; round < 20; ++round) {
+            if (store.add(service, account, value) != credential_status::success ||
+                store.remove(service, account) != credential_status::success) {
+                return 1;
+            }
+        }
+        return 0;
+    });
+    adder.start();
+    int whole = 0;
+    int absent = 0;
+    while (!adder.hasEnded()) {
+        const CredentialStore::ReadResult result = store.read(service, account);
+        if (result.status == credential_status::itemNotFound) {
+            ++absent;
+            continue;
+        }
+        ++whole;
+        ASSERT_EQ(result.status, credential_status::success);
+        ASSERT_TRUE(result.value == value) << "only " << result.value->size() << " bytes";
+    }
+    EXPECT_EQ(adder.wait(), 0);
+    EXPECT_GT(whole, 0);
+    EXPECT_GT(absent, 0);
+}
+
+TEST_F(FileStore, HasTheWholeValueOrNoneAfterAProcessWasKilledWhileAdding) {
+    const std::string value(FileCredentialStore::largestValue, 'x');
+    const auto add = [this, &value](const std::string&) {
+        return store.add(service, account, value) == credential_status::success ? 0 : 1;
+    };
+    const auto beganUndisturbed = steady_clock::now();
+    ForkedProcess undisturbed(add);
+    undisturbed.start();
+    ASSERT_EQ(undisturbed.wait(), 0);
+    const auto duration = std::chrono::duration_cast<microseconds>(steady_clock::now() - beganUndisturbed);
+    ASSERT_EQ(store.remove(service, account), credential_status::success);
+
+    const std::uint64_t seed = std::random_device()();
+    std::cout << "seed " << seed << ", moments from 0 to " << duration.count() << " us\n";
+    std::mt19937_64 generator(seed);
+    std::uniform_int_distribution<microseconds::rep> anyMoment(0, duration.count());
+    int unfinished = 0;
+    for (int round = 0; round < 100; ++round) {
+        ForkedProcess process(add);
+        process.start();
+        const auto end = steady_clock::now() + microseconds(anyMoment(generator));
+        while (steady_clock::now() < end) {
+            // A sleep would come to an end at some moments only.
+        }
+        process.kill();
+        process.wait();
+        const CredentialStore::ReadResult result = store.read(service, account);
+        if (result.status == credential_status::success) {
+            ASSERT_TRUE(result.value == value) << "only " << result.value->size() << " bytes";
+            ASSERT_EQ(store.remove(service, account), credential_status::success);
+        } else {
+            ASSERT_EQ(result.status, credential_status::itemNotFound);
+        }
+        unfinished += namesIn(folder).empty() ? 0 : 1;
+    }
+    std::cout << unfinished << " of 100 were killed in the middle\n";
+    EXPECT_GT(unfinished, 0) << "no moment was in the middle";
+    ASSERT_EQ(store.add(service, account, "value"), credential_status::success);
+    EXPECT_THAT(namesIn(folder), SizeIs(1));
+}
+
 TEST_F(FileStore, AddsAllOrNothingWhenTheLimitOnFilesIsReached) {
     makeFolder();
     const std::string value(10'000, 'x');
-    std::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_NE(std::signal(SIGXFSZ, SIG_IGN), SIG_ERR);
     rlimit before{};
     getrlimit(RLIMIT_FSIZE, &before);
     for (const rlim_t limit : {rlim_t{0}, rlim_t{1}, rlim_t{5000}, rlim_t{9999}}) {
@@ -378,7 +457,7 @@ class FileStoreOnASmallDisk : public ::testing::Test {
 };
 
 TEST_F(FileStoreOnASmallDisk, AddsAllOrNothing) {
-    const std::string value(3 * 4096, 'x');
+    const std::string value(std::size_t{3} * 4096, 'x');
     bool hasFailed = false;
     bool hasSucceeded = false;
     for (std::size_t pagesLeft = 0; pagesLeft < 8; ++pagesLeft) {

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <limits>
 #include <optional>
+#include <ostream>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -61,8 +62,8 @@ TEST(PreferencesDocumentText, LosesItsBlanksAndFormerValuesOfEqualKeysOnly) {
 TEST(PreferencesDocumentText, IsOneObjectAndNothingElse) {
     for (const std::string_view text :
          {"", " ", "[]", "7", "\"a\"", "null", "{", "{\"a\":1", "{\"a\":1}}", "{\"a\":1} x", "{\"a\":01}",
-          "{\"a\":.5}", "{\"a\":+1}", "{\"a\":NaN}", "{a:1}", "{\"a\":\"\xFF\"}", "\xEF\xBB\xBF{}", "{\"a\":1,}",
-          "// note\n{}"}) {
+          "{\"a\":.5}", "{\"a\":+1}", "{\"a\":NaN}", "{a:1}", "{\"a\":\"\xFF\"}", "\xEF\xBB\xBF{}",
+          "{\"a\":1,}", "// note\n{}"}) {
         EXPECT_FALSE(readPreferencesDocument(text)) << text;
     }
     EXPECT_TRUE(readPreferencesDocument("{}"));
@@ -90,8 +91,8 @@ struct Kept {
     PreferenceValue value;
 };
 
-void PrintTo(const Kept& row, std::ostream* stream) {
-    *stream << row.name;
+std::ostream& operator<<(std::ostream& stream, const Kept& row) {
+    return stream << row.name;
 }
 
 class PreferenceValueInAFile : public testing::TestWithParam<Kept> {};

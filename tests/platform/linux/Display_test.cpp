@@ -51,7 +51,7 @@ TEST(MainDisplay, ADisplayWithoutAModeThatCanBeReadIsPassedOver) {
 }
 
 struct Row {
-    const char* tree;
+    const char* tree = nullptr;
     std::optional<ScreenFacts> screen;
 };
 

@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <chrono>
+#include <csignal>
 #include <ostream>
 #include <thread>
 
@@ -36,7 +38,7 @@ TEST_P(FingerprintService, DecidesWhetherAFingerIsEnrolled) {
     EXPECT_FALSE(service.calls().empty());
 }
 
-const Row rows[] = {
+const auto rows = std::to_array<Row>({
     {"Enrolled", Fingers::enrolled, true},
     {"EnrolledAtTheSecondReader", Fingers::enrolledAtSecondReader, true},
     {"NoFinger", Fingers::none, false},
@@ -44,7 +46,7 @@ const Row rows[] = {
     {"NoReader", Fingers::noReader, false},
     {"Denied", Fingers::denied, false},
     {"AnswerOfAnotherType", Fingers::nonsense, false},
-};
+});
 
 INSTANTIATE_TEST_SUITE_P(That, FingerprintService, testing::ValuesIn(rows),
                          [](const auto& row) { return std::string(row.param.name); });
@@ -60,6 +62,15 @@ TEST(FingerprintQuery, AsksForTheUserWhoRunsTheProcessAndNoMoreThanItNeeds) {
 TEST(FingerprintQuery, IsFalseWithoutTheService) {
     const FakeSystemBus bus;
     EXPECT_FALSE(FingerprintQuery(bus.address()).isFingerEnrolled());
+}
+
+TEST(FingerprintQuery, LeavesTheHostsHandlingOfBrokenPipesAsItWas) {
+    const FakeSystemBus bus;
+    ASSERT_NE(std::signal(SIGPIPE, SIG_DFL), SIG_ERR);
+    FingerprintQuery(bus.address()).isFingerEnrolled();
+    struct sigaction handling = {};
+    ASSERT_EQ(sigaction(SIGPIPE, nullptr, &handling), 0);
+    EXPECT_EQ(handling.sa_handler, SIG_DFL);
 }
 
 TEST(FingerprintQuery, IsFalseWithoutABus) {

@@ -40,6 +40,7 @@ TEST(GetrandomSource, NumbersDrawnOnSeveralThreadsDoNotRepeat) {
     GetrandomSource source;
     std::vector<std::vector<std::uint64_t>> drawn(4);
     std::vector<std::thread> threads;
+    threads.reserve(drawn.size());
     for (auto& numbers : drawn) {
         threads.emplace_back([&source, &numbers] {
             for (int draw = 0; draw < 5000; ++draw) {

@@ -91,7 +91,7 @@ TEST(BatteryLevelOfTheDevice, OfAnEmptyBatteryIsZeroNotUnknown) {
 }
 
 struct Row {
-    const char* tree;
+    const char* tree = nullptr;
     BatteryFacts battery;
 };
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <ostream>
 
 namespace vorna {
@@ -23,7 +24,7 @@ TEST_P(AssignedValue, IsWhatAShellWouldHold) {
     EXPECT_EQ(assignedValue(GetParam().contents, "KEY"), GetParam().value);
 }
 
-const Row rows[] = {
+const auto rows = std::to_array<Row>({
     {"Bare", "KEY=12\n", "12"},
     {"WithoutEndOfLine", "KEY=12", "12"},
     {"DoubleQuotes", "KEY=\"12.4 (Long)\"\n", "12.4 (Long)"},
@@ -52,7 +53,7 @@ const Row rows[] = {
     {"NoFileToSpeakOf", "", std::nullopt},
     {"NoEqualsSign", "KEY\n", std::nullopt},
     {"Umlauts", "KEY=\"B\xC3\xBCro\"\n", "B\xC3\xBCro"},
-};
+});
 
 INSTANTIATE_TEST_SUITE_P(Rows, AssignedValue, testing::ValuesIn(rows),
                          [](const auto& row) { return std::string(row.param.name); });

@@ -69,7 +69,7 @@ TEST(IdentifierForVendor, IsAbsentWhereTheMachineHasNoIdentifier) {
 }
 
 struct Row {
-    const char* tree;
+    const char* tree = nullptr;
     std::optional<std::string> identifier;
 };
 

@@ -7,14 +7,18 @@
 #include <arpa/inet.h>
 #include <curl/curl.h>
 #include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
+#include <chrono>
 #include <condition_variable>
-#include <cstring>
 #include <deque>
 #include <exception>
+#include <functional>
+#include <list>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -29,20 +33,34 @@ namespace vorna {
 
 namespace {
 
-constexpr long mostConnectionsPerServer = 6;
+using Time = std::chrono::steady_clock::time_point;
+
+constexpr std::size_t mostConnectionsPerServer = 6;
 /// As many as servers commonly allow on one HTTP/2 connection.
 constexpr std::size_t mostStreamsPerServer = 128;
 constexpr long mostRedirects = 10;
+/// So that deadlines are points in time that the clock can count.
+constexpr std::chrono::hours longestTimeout(24);
+/// All lines of an answer's head together, in bytes.
+constexpr std::size_t largestHead = std::size_t{256} * 1024;
 
 struct ListDeleter {
     void operator()(curl_slist* list) const noexcept { curl_slist_free_all(list); }
 };
+
 using HeaderList = std::unique_ptr<curl_slist, ListDeleter>;
 
 struct EasyDeleter {
     void operator()(CURL* handle) const noexcept { curl_easy_cleanup(handle); }
 };
+
 using EasyHandle = std::unique_ptr<CURL, EasyDeleter>;
+
+struct MultiDeleter {
+    void operator()(CURLM* handle) const noexcept { curl_multi_cleanup(handle); }
+};
+
+using MultiHandle = std::unique_ptr<CURLM, MultiDeleter>;
 
 /// What requests of one kind have in common. All events share one such value, so that a waiting request costs
 /// its body and a pointer.
@@ -75,8 +93,8 @@ void append(HeaderList& list, const std::string& line) {
 }
 
 std::shared_ptr<const Plan> makePlan(const HttpRequest& request) {
-    auto plan = std::make_shared<Plan>(Plan{request.url, request.method, request.headers, request.timeout,
-                                            request.responseLimit, nullptr});
+    auto plan = std::make_shared<Plan>(
+        Plan{request.url, request.method, request.headers, request.timeout, request.responseLimit, nullptr});
     // libcurl adds these of its own accord; a name without a value takes them away again.
     for (const char* const unwanted : {"Accept:", "Expect:", "Content-Type:"}) {
         append(plan->list, unwanted);
@@ -97,12 +115,19 @@ struct Waiting {
 struct Lane {
     std::deque<Waiting> waiting;
     std::size_t underWay = 0;
+    /// One request goes ahead to open a connection, for what the others may do depends on the protocol that
+    /// it brings; and a server that cannot be reached costs one request a time-out, not all of them.
+    bool isReachable = false;
     /// Learned from the server's last answer.
     bool multiplexes = false;
+    /// When a request was last put on the wire, or answered.
+    Time progressed;
+
+    bool canAdmit() const { return !waiting.empty() && room() > 0; }
 
     std::size_t room() const {
         const std::size_t most =
-            multiplexes ? mostStreamsPerServer : static_cast<std::size_t>(mostConnectionsPerServer);
+            !isReachable ? 1 : (multiplexes ? mostStreamsPerServer : mostConnectionsPerServer);
         return underWay < most ? most - underWay : 0;
     }
 };
@@ -110,23 +135,44 @@ struct Lane {
 /// A handle of libcurl with what belongs to the request that it carries at present.
 struct Transfer {
     EasyHandle easy;
+    std::list<Transfer>::iterator self;
     Waiting request;
     Lane* lane = nullptr;
-    std::string body;
-    std::vector<HttpHeader> headers;
-    bool tooLarge = false;
     /// The plan that the handle's options were last set for.
     std::shared_ptr<const Plan> preparedFor;
+
+    /// How often the request was put on the wire, with redirects and with libcurl's own repetitions.
+    long sendings = 0;
+    Time deadline;
+
+    std::string url;
+    int status = 0;
+    std::size_t headSize = 0;
+    bool hasHead = false;
+    std::vector<HttpHeader> headers;
+    std::string body;
+    /// Why the answer was given up, when that was our decision.
+    const char* refusal = nullptr;
     std::array<char, CURL_ERROR_SIZE> error{};
 };
 
-std::size_t receiveBody(const char* bytes, std::size_t, std::size_t count, void* context) {
+constexpr const char* outOfMemory = "Out of memory";
+
+std::size_t refuse(Transfer& transfer, const char* reason) noexcept {
+    transfer.refusal = reason;
+    return CURL_WRITEFUNC_ERROR;
+}
+
+std::size_t receiveBody(const char* bytes, std::size_t, std::size_t count, void* context) noexcept {
     Transfer& transfer = *static_cast<Transfer*>(context);
     if (count > transfer.request.plan->responseLimit - transfer.body.size()) {
-        transfer.tooLarge = true;
-        return CURL_WRITEFUNC_ERROR;
+        return refuse(transfer, "The response's body is larger than allowed");
     }
-    transfer.body.append(bytes, count);
+    try {
+        transfer.body.append(bytes, count);
+    } catch (const std::exception&) {
+        return refuse(transfer, outOfMemory);
+    }
     return count;
 }
 
@@ -137,20 +183,55 @@ std::string_view trimmed(std::string_view text) {
                                            : text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-std::size_t receiveHeader(const char* bytes, std::size_t, std::size_t count, void* context) {
-    Transfer& transfer = *static_cast<Transfer*>(context);
-    const std::string_view line(bytes, count);
+/// Lines of a head as libcurl hands them over: those of every answer that comes, redirects included.
+void receiveHeaderLine(Transfer& transfer, std::string_view line) {
+    CURL* const easy = transfer.easy.get();
     if (line.starts_with("HTTP/")) {
-        // The head of a further answer: after a redirect, say.
         transfer.headers.clear();
-        return count;
+        transfer.hasHead = false;
+        transfer.headSize = line.size();
+        return;
     }
-    const std::size_t colon = line.find(':');
-    if (colon != std::string_view::npos) {
+    if (const std::size_t colon = line.find(':'); colon != std::string_view::npos) {
         transfer.headers.push_back(
             {std::string(trimmed(line.substr(0, colon))), std::string(trimmed(line.substr(colon + 1)))});
+    } else if (trimmed(line).empty() && !transfer.hasHead) {
+        long status = 0;
+        char* url = nullptr;
+        curl_easy_getinfo(easy, CURLINFO_RESPONSE_CODE, &status);
+        curl_easy_getinfo(easy, CURLINFO_EFFECTIVE_URL, &url);
+        transfer.url = url == nullptr ? transfer.request.plan->url.text() : url;
+        transfer.status = static_cast<int>(status);
+        constexpr long lastInterimStatus = 199;
+        transfer.hasHead = status > lastInterimStatus;
+    }
+}
+
+std::size_t receiveHeader(const char* bytes, std::size_t, std::size_t count, void* context) noexcept {
+    Transfer& transfer = *static_cast<Transfer*>(context);
+    transfer.headSize += count;
+    if (transfer.headSize > largestHead) {
+        return refuse(transfer, "The response's head is larger than allowed");
+    }
+    try {
+        receiveHeaderLine(transfer, {bytes, count});
+    } catch (const std::exception&) {
+        return refuse(transfer, outOfMemory);
     }
     return count;
+}
+
+/// libcurl calls this when a connection stands and the request is next.
+int countSending(void* context, char*, char*, int, int) noexcept {
+    Transfer& transfer = *static_cast<Transfer*>(context);
+    Lane& lane = *transfer.lane;
+    lane.progressed = std::chrono::steady_clock::now();
+    lane.isReachable = true;
+    if (transfer.sendings == 0) {
+        transfer.deadline = lane.progressed + transfer.request.plan->timeout;
+    }
+    ++transfer.sendings;
+    return CURL_PREREQFUNC_OK;
 }
 
 bool isLoopback(const sockaddr& address) {
@@ -162,16 +243,48 @@ bool isLoopback(const sockaddr& address) {
            IN6_IS_ADDR_LOOPBACK(&reinterpret_cast<const sockaddr_in6&>(address).sin6_addr);
 }
 
-/// Without TLS nothing leaves this machine, whatever the name "localhost" or a redirect resolves to.
-curl_socket_t openLoopbackSocket(void*, curlsocktype, curl_sockaddr* address) {
-    if (!isLoopback(address->addr)) {
-        return CURL_SOCKET_BAD;
+curl_socket_t openSocket(void* context, curlsocktype, curl_sockaddr* address) noexcept {
+    const int opened = socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
+#ifdef TCP_USER_TIMEOUT
+    // A connection whose peer has vanished without a word (another network, a sleeping router) would swallow
+    // request after request. Given up in half a request's time, it leaves them time for another connection.
+    const auto unacknowledged =
+        static_cast<unsigned int>(static_cast<const Transfer*>(context)->request.plan->timeout.count() / 2);
+    if (opened >= 0) {
+        setsockopt(opened, IPPROTO_TCP, TCP_USER_TIMEOUT, &unacknowledged, sizeof unacknowledged);
     }
-    return socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
+#else
+    static_cast<void>(context);
+#endif
+    return opened;
 }
 
-curl_socket_t openSocket(void*, curlsocktype, curl_sockaddr* address) {
-    return socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
+/// Without TLS nothing leaves this machine, whatever the name "localhost" or a redirect resolves to.
+curl_socket_t openLoopbackSocket(void* context, curlsocktype purpose, curl_sockaddr* address) noexcept {
+    return isLoopback(address->addr) ? openSocket(context, purpose, address) : CURL_SOCKET_BAD;
+}
+
+/// A server may answer, and end the stream or the connection, before the request's body is all sent. To
+/// libcurl that is an error at times; the answer counts when it is whole.
+bool isCompleteAllTheSame(const Transfer& transfer, CURLcode code) {
+    constexpr std::array<CURLcode, 5> aboutTheConnection{CURLE_HTTP2_STREAM, CURLE_HTTP2, CURLE_PARTIAL_FILE,
+                                                         CURLE_SEND_ERROR, CURLE_RECV_ERROR};
+    const bool isRedirect = transfer.status >= 300 && transfer.status < 400;
+    if (!transfer.hasHead || isRedirect || transfer.refusal != nullptr ||
+        std::find(aboutTheConnection.begin(), aboutTheConnection.end(), code) == aboutTheConnection.end()) {
+        return false;
+    }
+    constexpr int noContent = 204;
+    if (transfer.status == noContent || transfer.request.plan->method == HttpMethod::head) {
+        return true;
+    }
+    curl_off_t declared = -1;
+    curl_off_t received = 0;
+    curl_easy_getinfo(transfer.easy.get(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &declared);
+    curl_easy_getinfo(transfer.easy.get(), CURLINFO_SIZE_DOWNLOAD_T, &received);
+    // Where the server has not declared a length, libcurl describes every error but this one.
+    return declared >= 0 ? received == declared
+                         : code == CURLE_HTTP2_STREAM && transfer.error.front() == '\0';
 }
 
 bool mayBeSentTo(const URL& url) {
@@ -188,8 +301,7 @@ void initialiseLibcurl() {
 /// Shared by the client, its thread, and the stop at process exit.
 class CurlHttpClient::Engine {
   public:
-    explicit Engine(std::string certificateAuthorityFile)
-        : certificateAuthorityFile_(std::move(certificateAuthorityFile)) {}
+    explicit Engine(std::string certificateAuthorityFile);
 
     static void start(const std::shared_ptr<Engine>& self, HttpRequest request, Completion completion);
 
@@ -197,25 +309,38 @@ class CurlHttpClient::Engine {
     void close();
 
     /// Brings the thread to rest where it stands: nothing is completed or freed.
-    void rest(std::chrono::steady_clock::time_point deadline);
+    void rest(Time deadline);
 
   private:
     enum class Stop : std::uint8_t { no, close, rest };
+    /// Scheme, host and port.
+    using Server = std::tuple<std::string, std::string, std::uint16_t>;
 
-    void run();
-    std::deque<Waiting> takeIncoming();
+    void ensureThread(const std::shared_ptr<Engine>& self);
+    void wake();
+
+    void run() noexcept;
+    void takeIncoming();
+    void assign(Waiting& request);
+    Lane& laneOf(const std::shared_ptr<const Plan>& plan);
+    bool canAdmit() const;
     void admit();
-    void begin(Waiting request, Lane& lane);
-    void prepare(Transfer& transfer);
-    void finish(Transfer& transfer, CURLcode code);
-    void recycle(std::unique_ptr<Transfer> transfer);
+    void begin(Waiting& request, Lane& lane);
+    CURLcode prepare(Transfer& transfer) const;
+    CURLcode setOptions(CURL* easy, Transfer& transfer) const;
     bool finishDone();
+    void finish(Transfer& transfer, CURLcode code);
+    bool endOverdue();
+    bool isOverdue(Transfer& transfer, Time now);
+    void recycle(Transfer& transfer);
+    void tidy();
     void waitForWork();
     void endAll();
     [[noreturn]] void restForEver();
-    Lane& laneOf(const URL& url);
     static void complete(Waiting& request, std::optional<std::string> body,
-                         std::optional<HttpResponse> response, std::optional<HttpError> error);
+                         std::optional<HttpResponse> response, std::optional<HttpError> error) noexcept;
+    static void fail(Waiting& request, std::string description,
+                     std::optional<HttpResponse> response = std::nullopt) noexcept;
 
     const std::string certificateAuthorityFile_;
 
@@ -224,27 +349,49 @@ class CurlHttpClient::Engine {
     std::deque<Waiting> incoming_;
     std::shared_ptr<const Plan> lastPlan_;
     std::optional<std::thread> thread_;
-    bool threadRefused_ = false;
+    std::thread::id threadId_;
     Stop stop_ = Stop::no;
+    /// The thread does nothing any more, or has ended.
     bool rests_ = false;
-    /// The handle to wake while the thread waits for the network; null while it does not.
-    CURLM* waitingOn_ = nullptr;
+    /// The thread waits for the network and nobody has woken it yet.
+    bool waits_ = false;
 
-    // The rest belongs to the thread.
-    CURLM* multi_ = nullptr;
+    // The rest belongs to the thread, but that wake() may be called from any.
+    MultiHandle multi_;
     TrustStore trust_;
-    std::map<std::tuple<std::string, std::string, std::uint16_t>, Lane> lanes_;
-    std::map<CURL*, std::unique_ptr<Transfer>> underWay_;
-    std::vector<std::unique_ptr<Transfer>> idle_;
+    std::deque<Waiting> taken_;
+    std::map<Server, Lane, std::less<>> lanes_;
+    /// The plan that was assigned last, and where to: mostly that of the next request too.
+    std::shared_ptr<const Plan> assignedPlan_;
+    Lane* assignedLane_ = nullptr;
+    std::list<Transfer> underWay_;
+    std::list<Transfer> idle_;
+    /// No deadline lies before this.
+    Time nextDeadline_ = Time::max();
 };
+
+CurlHttpClient::Engine::Engine(std::string certificateAuthorityFile)
+    : certificateAuthorityFile_(std::move(certificateAuthorityFile)),
+      multi_(curl_multi_init()) {
+    if (!multi_) {
+        throw std::bad_alloc();
+    }
+    CURLM* const multi = multi_.get();
+    curl_multi_setopt(multi, CURLMOPT_PIPELINING, CURLPIPE_MULTIPLEX);
+    curl_multi_setopt(multi, CURLMOPT_MAX_HOST_CONNECTIONS, static_cast<long>(mostConnectionsPerServer));
+    curl_multi_setopt(multi, CURLMOPT_MAX_CONCURRENT_STREAMS, static_cast<long>(mostStreamsPerServer));
+}
 
 void CurlHttpClient::Engine::start(const std::shared_ptr<Engine>& self, HttpRequest request,
                                    Completion completion) {
     std::string body = std::move(request.body);
     // A body may wait long and in large numbers; room to grow would be waste.
-    if (body.capacity() > body.size() + body.size() / 16) {
+    constexpr std::size_t tolerable = 64;
+    if (body.capacity() > body.size() + body.size() / tolerable) {
         body.shrink_to_fit();
     }
+    request.timeout =
+        std::clamp<std::chrono::milliseconds>(request.timeout, std::chrono::milliseconds(0), longestTimeout);
     const std::scoped_lock lock(self->mutex_);
     if (self->stop_ != Stop::no || processIsExiting()) {
         return;
@@ -253,20 +400,31 @@ void CurlHttpClient::Engine::start(const std::shared_ptr<Engine>& self, HttpRequ
         self->lastPlan_ = makePlan(request);
     }
     self->incoming_.push_back({self->lastPlan_, std::move(body), std::move(completion)});
-    if (!self->thread_ && !self->threadRefused_) {
-        // The thread holds the engine until it ends.
-        self->thread_ = startBackgroundThread("vorna-http", ThreadPriority::normal, [self] { self->run(); });
-        self->threadRefused_ = !self->thread_;
-        if (self->thread_) {
-            stopAtProcessExit([weak = std::weak_ptr(self)](std::chrono::steady_clock::time_point deadline) {
-                if (const std::shared_ptr<Engine> engine = weak.lock()) {
-                    engine->rest(deadline);
-                }
-            });
-        }
+    self->ensureThread(self);
+    self->wake();
+}
+
+/// Called with the lock held. Should the system refuse a thread, the next request asks again.
+void CurlHttpClient::Engine::ensureThread(const std::shared_ptr<Engine>& self) {
+    if (thread_) {
+        return;
     }
-    if (self->waitingOn_ != nullptr) {
-        curl_multi_wakeup(self->waitingOn_);
+    // The thread holds the engine until it ends.
+    thread_ = startBackgroundThread("vorna-http", ThreadPriority::normal, [self] { self->run(); });
+    if (thread_) {
+        threadId_ = thread_->get_id();
+        stopAtProcessExit([weak = std::weak_ptr(self)](Time deadline) {
+            if (const std::shared_ptr<Engine> engine = weak.lock()) {
+                engine->rest(deadline);
+            }
+        });
+    }
+}
+
+/// Called with the lock held.
+void CurlHttpClient::Engine::wake() {
+    if (std::exchange(waits_, false)) {
+        curl_multi_wakeup(multi_.get());
     }
 }
 
@@ -278,236 +436,347 @@ void CurlHttpClient::Engine::close() {
             stop_ = Stop::close;
         }
         thread.swap(thread_);
-        if (waitingOn_ != nullptr) {
-            curl_multi_wakeup(waitingOn_);
-        }
+        wake();
     }
     if (!thread) {
-        return;
-    }
-    if (thread->get_id() == std::this_thread::get_id() || processIsExiting()) {
+        endAll();
+    } else if (thread->get_id() == std::this_thread::get_id() || processIsExiting()) {
         thread->detach();
     } else {
         thread->join();
     }
 }
 
-void CurlHttpClient::Engine::rest(std::chrono::steady_clock::time_point deadline) {
+void CurlHttpClient::Engine::rest(Time deadline) {
     std::unique_lock lock(mutex_);
     stop_ = Stop::rest;
-    if (!thread_ || thread_->get_id() == std::this_thread::get_id()) {
+    if (threadId_ == std::thread::id() || threadId_ == std::this_thread::get_id()) {
         return;
     }
-    if (waitingOn_ != nullptr) {
-        curl_multi_wakeup(waitingOn_);
-    }
+    wake();
     resting_.wait_until(lock, deadline, [this] { return rests_; });
 }
 
-void CurlHttpClient::Engine::run() {
-    multi_ = curl_multi_init();
-    if (certificateAuthorityFile_.empty()) {
-        trust_ = systemTrustStore();
-    } else {
-        trust_.bundleFile = certificateAuthorityFile_;
+void CurlHttpClient::Engine::run() noexcept {
+    try {
+        if (certificateAuthorityFile_.empty()) {
+            trust_ = systemTrustStore();
+        } else {
+            trust_.bundleFile = certificateAuthorityFile_;
+        }
+    } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): libcurl's own default serves
     }
-    curl_multi_setopt(multi_, CURLMOPT_PIPELINING, CURLPIPE_MULTIPLEX);
-    curl_multi_setopt(multi_, CURLMOPT_MAX_HOST_CONNECTIONS, mostConnectionsPerServer);
-    curl_multi_setopt(multi_, CURLMOPT_MAX_CONCURRENT_STREAMS, static_cast<long>(mostStreamsPerServer));
-
     for (;;) {
         {
-            const std::scoped_lock lock(mutex_);
+            std::unique_lock lock(mutex_);
+            if (stop_ == Stop::rest) {
+                lock.unlock();
+                restForEver();
+            }
             if (stop_ == Stop::close) {
                 break;
             }
         }
-        for (Waiting& request : takeIncoming()) {
-            Lane& lane = laneOf(request.plan->url);
-            lane.waiting.push_back(std::move(request));
-        }
+        takeIncoming();
         admit();
         int running = 0;
-        curl_multi_perform(multi_, &running);
-        if (!finishDone()) {
+        curl_multi_perform(multi_.get(), &running);
+        const bool hasFinished = finishDone();
+        const bool hasEnded = endOverdue();
+        if (!hasFinished && !hasEnded && !canAdmit()) {
             waitForWork();
         }
     }
     endAll();
+    const std::scoped_lock lock(mutex_);
+    rests_ = true;
+    resting_.notify_all();
 }
 
-std::deque<Waiting> CurlHttpClient::Engine::takeIncoming() {
-    std::unique_lock lock(mutex_);
-    if (stop_ == Stop::rest) {
-        lock.unlock();
-        restForEver();
+void CurlHttpClient::Engine::takeIncoming() {
+    {
+        const std::scoped_lock lock(mutex_);
+        taken_.swap(incoming_);
     }
-    return std::exchange(incoming_, {});
+    // One by one, so that memory moves with the requests and is never held twice.
+    for (; !taken_.empty(); taken_.pop_front()) {
+        assign(taken_.front());
+    }
 }
 
-Lane& CurlHttpClient::Engine::laneOf(const URL& url) {
-    return lanes_[{url.scheme(), url.host(), url.port()}];
+void CurlHttpClient::Engine::assign(Waiting& request) {
+    if (!mayBeSentTo(request.plan->url)) {
+        fail(request, "Only https is sent, and http to loopback addresses");
+        return;
+    }
+    try {
+        laneOf(request.plan).waiting.push_back(std::move(request));
+    } catch (const std::exception&) {
+        fail(request, outOfMemory);
+    }
+}
+
+Lane& CurlHttpClient::Engine::laneOf(const std::shared_ptr<const Plan>& plan) {
+    if (plan != assignedPlan_) {
+        const URL& url = plan->url;
+        assignedLane_ = &lanes_[Server{url.scheme(), url.host(), url.port()}];
+        assignedPlan_ = plan;
+    }
+    return *assignedLane_;
+}
+
+bool CurlHttpClient::Engine::canAdmit() const {
+    return std::any_of(lanes_.begin(), lanes_.end(),
+                       [](const auto& entry) { return entry.second.canAdmit(); });
 }
 
 void CurlHttpClient::Engine::admit() {
     for (auto& [server, lane] : lanes_) {
-        while (!lane.waiting.empty() && lane.room() > 0) {
-            Waiting request = std::move(lane.waiting.front());
+        while (lane.canAdmit()) {
+            begin(lane.waiting.front(), lane);
             lane.waiting.pop_front();
-            if (mayBeSentTo(request.plan->url)) {
-                begin(std::move(request), lane);
-            } else {
-                complete(request, std::nullopt, std::nullopt,
-                         HttpError{"Only https is sent, and http to loopback addresses: " +
-                                   request.plan->url.text()});
-            }
         }
     }
 }
 
-void CurlHttpClient::Engine::begin(Waiting request, Lane& lane) {
-    std::unique_ptr<Transfer> transfer;
+void CurlHttpClient::Engine::begin(Waiting& request, Lane& lane) {
     if (idle_.empty()) {
-        transfer = std::make_unique<Transfer>();
-        transfer->easy.reset(curl_easy_init());
-    } else {
-        transfer = std::move(idle_.back());
-        idle_.pop_back();
+        try {
+            idle_.emplace_front();
+        } catch (const std::exception&) {
+            fail(request, outOfMemory);
+            return;
+        }
+        idle_.front().self = idle_.begin();
+        idle_.front().easy.reset(curl_easy_init());
     }
-    transfer->request = std::move(request);
-    transfer->lane = &lane;
-    CURL* const easy = transfer->easy.get();
+    Transfer& transfer = idle_.front();
+    CURL* const easy = transfer.easy.get();
+    transfer.request = std::move(request);
+    transfer.lane = &lane;
     if (easy == nullptr) {
-        complete(transfer->request, std::nullopt, std::nullopt, HttpError{"Out of memory"});
+        fail(transfer.request, outOfMemory);
+        idle_.pop_front();
         return;
     }
-    prepare(*transfer);
-    const CURLMcode code = curl_multi_add_handle(multi_, easy);
+    if (const CURLcode refused = prepare(transfer); refused != CURLE_OK) {
+        fail(transfer.request, curl_easy_strerror(refused));
+        idle_.pop_front();
+        return;
+    }
+    const CURLMcode code = curl_multi_add_handle(multi_.get(), easy);
     if (code != CURLM_OK) {
-        complete(transfer->request, std::nullopt, std::nullopt, HttpError{curl_multi_strerror(code)});
+        fail(transfer.request, curl_multi_strerror(code));
+        idle_.pop_front();
         return;
     }
+    transfer.deadline = std::chrono::steady_clock::now() + transfer.request.plan->timeout;
+    nextDeadline_ = std::min(nextDeadline_, transfer.deadline);
     ++lane.underWay;
-    underWay_.emplace(easy, std::move(transfer));
+    underWay_.splice(underWay_.end(), idle_, transfer.self);
 }
 
-void CurlHttpClient::Engine::prepare(Transfer& transfer) {
+CURLcode CurlHttpClient::Engine::prepare(Transfer& transfer) const {
     CURL* const easy = transfer.easy.get();
     const Plan& plan = *transfer.request.plan;
     if (transfer.preparedFor != transfer.request.plan) {
-        transfer.preparedFor = transfer.request.plan;
-        const bool secure = plan.url.scheme() == "https";
+        transfer.preparedFor.reset();
         curl_easy_reset(easy);
-        curl_easy_setopt(easy, CURLOPT_URL, plan.url.text().c_str());
-        curl_easy_setopt(easy, CURLOPT_HTTPHEADER, plan.list.get());
-        switch (plan.method) {
-        case HttpMethod::get:
-            curl_easy_setopt(easy, CURLOPT_HTTPGET, 1L);
-            break;
-        case HttpMethod::head:
-            curl_easy_setopt(easy, CURLOPT_NOBODY, 1L);
-            break;
-        case HttpMethod::post:
-            curl_easy_setopt(easy, CURLOPT_POST, 1L);
-            break;
+        if (const CURLcode code = setOptions(easy, transfer); code != CURLE_OK) {
+            return code;
         }
-        curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, static_cast<long>(plan.timeout.count()));
-        curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
-        curl_easy_setopt(easy, CURLOPT_ACCEPT_ENCODING, "");
-
-        curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, secure ? "https" : "http");
-        curl_easy_setopt(easy, CURLOPT_REDIR_PROTOCOLS_STR, secure ? "https" : "http");
-        curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 1L);
-        curl_easy_setopt(easy, CURLOPT_MAXREDIRS, mostRedirects);
-        curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, secure ? openSocket : openLoopbackSocket);
-        if (!secure) {
-            curl_easy_setopt(easy, CURLOPT_NOPROXY, "*");
-        }
-
-        curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS));
-        // Rather wait for a connection that may carry many requests than open one more for each.
-        curl_easy_setopt(easy, CURLOPT_PIPEWAIT, 1L);
-        curl_easy_setopt(easy, CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
-        if (!trust_.bundleFile.empty()) {
-            curl_easy_setopt(easy, CURLOPT_CAINFO, trust_.bundleFile.c_str());
-        }
-        if (!trust_.hashedFolder.empty() || !certificateAuthorityFile_.empty()) {
-            curl_easy_setopt(easy, CURLOPT_CAPATH,
-                             trust_.hashedFolder.empty() ? nullptr : trust_.hashedFolder.c_str());
-        }
-
-        curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, receiveBody);
-        curl_easy_setopt(easy, CURLOPT_WRITEDATA, &transfer);
-        curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, receiveHeader);
-        curl_easy_setopt(easy, CURLOPT_HEADERDATA, &transfer);
-        curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, transfer.error.data());
-        curl_easy_setopt(easy, CURLOPT_PRIVATE, &transfer);
+        transfer.preparedFor = transfer.request.plan;
     }
     if (plan.method == HttpMethod::post) {
         curl_easy_setopt(easy, CURLOPT_POSTFIELDSIZE_LARGE,
                          static_cast<curl_off_t>(transfer.request.body.size()));
         curl_easy_setopt(easy, CURLOPT_POSTFIELDS, transfer.request.body.data());
     }
-    transfer.body.clear();
+    transfer.sendings = 0;
+    transfer.status = 0;
+    transfer.headSize = 0;
+    transfer.hasHead = false;
     transfer.headers.clear();
-    transfer.tooLarge = false;
+    transfer.body.clear();
+    transfer.refusal = nullptr;
     transfer.error.front() = '\0';
+    return CURLE_OK;
+}
+
+/// An error when one of the options was refused that must not be missing.
+CURLcode CurlHttpClient::Engine::setOptions(CURL* easy, Transfer& transfer) const {
+    const Plan& plan = *transfer.request.plan;
+    const bool secure = plan.url.scheme() == "https";
+    CURLcode refused = CURLE_OK;
+    const auto set = [&](CURLoption option, auto value) {
+        const CURLcode code = curl_easy_setopt(easy, option, value);
+        refused = refused == CURLE_OK ? code : refused;
+    };
+    set(CURLOPT_URL, plan.url.text().c_str());
+    set(CURLOPT_PROTOCOLS_STR, secure ? "https" : "http");
+    set(CURLOPT_REDIR_PROTOCOLS_STR, secure ? "https" : "http");
+    set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+    if (!trust_.bundleFile.empty()) {
+        set(CURLOPT_CAINFO, trust_.bundleFile.c_str());
+        // A folder beside the file would add nothing, and keep libcurl from sharing the parsed file among
+        // connections.
+        set(CURLOPT_CAPATH, static_cast<const char*>(nullptr));
+    } else if (!trust_.hashedFolder.empty()) {
+        set(CURLOPT_CAPATH, trust_.hashedFolder.c_str());
+    }
+
+    curl_easy_setopt(easy, CURLOPT_HTTPHEADER, plan.list.get());
+    switch (plan.method) {
+    case HttpMethod::get:
+        curl_easy_setopt(easy, CURLOPT_HTTPGET, 1L);
+        break;
+    case HttpMethod::head:
+        curl_easy_setopt(easy, CURLOPT_NOBODY, 1L);
+        break;
+    case HttpMethod::post:
+        curl_easy_setopt(easy, CURLOPT_POST, 1L);
+        break;
+    }
+    curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(easy, CURLOPT_ACCEPT_ENCODING, "");
+    curl_easy_setopt(easy, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+    // A name server that is silent holds up neither the other requests nor the end.
+    curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);
+
+    curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 1L);
+    curl_easy_setopt(easy, CURLOPT_MAXREDIRS, mostRedirects);
+    curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, secure ? openSocket : openLoopbackSocket);
+    curl_easy_setopt(easy, CURLOPT_OPENSOCKETDATA, &transfer);
+    if (secure) {
+        curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS));
+        // Rather wait for a connection that may carry many requests than open one more for each.
+        curl_easy_setopt(easy, CURLOPT_PIPEWAIT, 1L);
+    } else {
+        curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
+        curl_easy_setopt(easy, CURLOPT_NOPROXY, "*");
+    }
+
+    curl_easy_setopt(easy, CURLOPT_PROXY_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+
+    curl_easy_setopt(easy, CURLOPT_PREREQFUNCTION, countSending);
+    curl_easy_setopt(easy, CURLOPT_PREREQDATA, &transfer);
+    curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, receiveBody);
+    curl_easy_setopt(easy, CURLOPT_WRITEDATA, &transfer);
+    curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, receiveHeader);
+    curl_easy_setopt(easy, CURLOPT_HEADERDATA, &transfer);
+    curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, transfer.error.data());
+    curl_easy_setopt(easy, CURLOPT_PRIVATE, &transfer);
+    return refused;
 }
 
 bool CurlHttpClient::Engine::finishDone() {
     bool any = false;
     int left = 0;
-    while (const CURLMsg* const message = curl_multi_info_read(multi_, &left)) {
+    while (const CURLMsg* const message = curl_multi_info_read(multi_.get(), &left)) {
         if (message->msg != CURLMSG_DONE) {
             continue;
         }
         any = true;
+        // The message is gone with the removal of its handle.
         CURL* const easy = message->easy_handle;
         const CURLcode code = message->data.result;
-        auto node = underWay_.extract(easy);
-        Transfer& transfer = *node.mapped();
-        --transfer.lane->underWay;
+        char* context = nullptr;
+        curl_easy_getinfo(easy, CURLINFO_PRIVATE, &context);
+        Transfer& transfer = *static_cast<Transfer*>(static_cast<void*>(context));
+
         long version = 0;
-        if (curl_easy_getinfo(easy, CURLINFO_HTTP_VERSION, &version) == CURLE_OK && version != 0) {
+        long redirects = 0;
+        curl_easy_getinfo(easy, CURLINFO_HTTP_VERSION, &version);
+        curl_easy_getinfo(easy, CURLINFO_REDIRECT_COUNT, &redirects);
+        if (version != 0 && redirects == 0) {
             transfer.lane->multiplexes = version >= CURL_HTTP_VERSION_2_0;
         }
+        transfer.lane->isReachable = transfer.lane->isReachable && transfer.sendings > 0;
+        if (transfer.sendings > redirects + 1) {
+            // libcurl has repeated the request on another connection, and counts repetitions over a handle's
+            // whole life until it gives up; resetting the handle makes it forget.
+            transfer.preparedFor.reset();
+        }
+        transfer.lane->progressed = std::chrono::steady_clock::now();
+        curl_multi_remove_handle(multi_.get(), easy);
         finish(transfer, code);
-        curl_multi_remove_handle(multi_, easy);
-        recycle(std::move(node.mapped()));
+        recycle(transfer);
     }
     return any;
 }
 
 void CurlHttpClient::Engine::finish(Transfer& transfer, CURLcode code) {
-    CURL* const easy = transfer.easy.get();
     std::optional<HttpResponse> response;
-    long status = 0;
-    curl_easy_getinfo(easy, CURLINFO_RESPONSE_CODE, &status);
-    if (status != 0) {
-        char* url = nullptr;
-        curl_easy_getinfo(easy, CURLINFO_EFFECTIVE_URL, &url);
-        response = HttpResponse{url == nullptr ? transfer.request.plan->url.text() : std::string(url),
-                                static_cast<int>(status), std::move(transfer.headers)};
+    if (transfer.hasHead) {
+        response.emplace();
+        response->url = std::move(transfer.url);
+        response->statusCode = transfer.status;
+        response->headers = std::move(transfer.headers);
     }
-    if (code == CURLE_OK) {
+    if (response && (code == CURLE_OK || isCompleteAllTheSame(transfer, code))) {
         complete(transfer.request, std::move(transfer.body), std::move(response), std::nullopt);
         return;
     }
-    HttpError error;
-    if (transfer.tooLarge) {
-        error.description = "The response is larger than " +
-                            std::to_string(transfer.request.plan->responseLimit) + " bytes";
-    } else {
-        error.description = trimmed(transfer.error.data());
-        if (error.description.empty()) {
-            error.description = curl_easy_strerror(code);
+    std::string description;
+    try {
+        description = transfer.refusal != nullptr ? transfer.refusal : trimmed(transfer.error.data());
+        if (code == CURLE_OK) {
+            // libcurl takes what has come for the whole head when the connection ends within it.
+            description = "The response's head was cut off";
+        } else if (description.empty()) {
+            description = curl_easy_strerror(code);
         }
+    } catch (const std::exception&) {
+        description = outOfMemory;
     }
-    complete(transfer.request, std::nullopt, std::move(response), std::move(error));
+    fail(transfer.request, std::move(description), std::move(response));
+}
+
+/// Ends what has been on the wire for too long, and what could not get there.
+bool CurlHttpClient::Engine::endOverdue() {
+    const Time now = std::chrono::steady_clock::now();
+    if (now < nextDeadline_) {
+        return false;
+    }
+    bool any = false;
+    nextDeadline_ = Time::max();
+    for (auto next = underWay_.begin(); next != underWay_.end();) {
+        Transfer& transfer = *next++;
+        if (!isOverdue(transfer, now)) {
+            nextDeadline_ = std::min(nextDeadline_, transfer.deadline);
+            continue;
+        }
+        any = true;
+        curl_multi_remove_handle(multi_.get(), transfer.easy.get());
+        transfer.lane->isReachable = transfer.lane->isReachable && transfer.sendings > 0;
+        transfer.refusal = "The request timed out";
+        // What the handle went through is not known to us.
+        transfer.preparedFor.reset();
+        finish(transfer, CURLE_OPERATION_TIMEDOUT);
+        recycle(transfer);
+    }
+    return any;
+}
+
+bool CurlHttpClient::Engine::isOverdue(Transfer& transfer, Time now) {
+    if (now < transfer.deadline) {
+        return false;
+    }
+    const std::chrono::milliseconds timeout = transfer.request.plan->timeout;
+    if (transfer.sendings > 0 || now >= transfer.lane->progressed + timeout) {
+        return true;
+    }
+    // It waits inside libcurl while others of its server get through. That does not count; to be sure that it
+    // has not been overlooked there, it lines up anew.
+    CURL* const easy = transfer.easy.get();
+    curl_multi_remove_handle(multi_.get(), easy);
+    transfer.deadline = now + timeout;
+    return curl_multi_add_handle(multi_.get(), easy) != CURLM_OK;
 }
 
 void CurlHttpClient::Engine::complete(Waiting& request, std::optional<std::string> body,
-                                      std::optional<HttpResponse> response, std::optional<HttpError> error) {
+                                      std::optional<HttpResponse> response,
+                                      std::optional<HttpError> error) noexcept {
     try {
         request.completion(std::move(body), std::move(response), std::move(error));
     } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): a completion must not throw
@@ -515,58 +784,85 @@ void CurlHttpClient::Engine::complete(Waiting& request, std::optional<std::strin
     }
 }
 
-void CurlHttpClient::Engine::recycle(std::unique_ptr<Transfer> transfer) {
-    transfer->request.body = {};
-    transfer->request.completion = nullptr;
-    transfer->lane = nullptr;
+void CurlHttpClient::Engine::fail(Waiting& request, std::string description,
+                                  std::optional<HttpResponse> response) noexcept {
+    complete(request, std::nullopt, std::move(response), HttpError{std::move(description)});
+}
+
+void CurlHttpClient::Engine::recycle(Transfer& transfer) {
+    --transfer.lane->underWay;
+    transfer.lane = nullptr;
+    transfer.request = {};
     constexpr std::size_t worthKeeping = 4096;
-    if (transfer->body.capacity() > worthKeeping) {
-        transfer->body = {};
+    if (transfer.body.capacity() > worthKeeping) {
+        transfer.body = {};
     }
-    idle_.push_back(std::move(transfer));
+    idle_.splice(idle_.begin(), underWay_, transfer.self);
+}
+
+/// A burst is over: its handles, with their buffers, are worth more to the host than to us.
+void CurlHttpClient::Engine::tidy() {
+    if (!underWay_.empty()) {
+        return;
+    }
+    while (idle_.size() > mostConnectionsPerServer) {
+        idle_.pop_back();
+    }
+    constexpr std::size_t manyServers = 64;
+    if (lanes_.size() > manyServers) {
+        assignedPlan_.reset();
+        lanes_.clear();
+    }
 }
 
 void CurlHttpClient::Engine::waitForWork() {
+    tidy();
     {
         const std::scoped_lock lock(mutex_);
         if (stop_ != Stop::no || !incoming_.empty()) {
             return;
         }
-        waitingOn_ = multi_;
+        waits_ = true;
     }
-    // A burst is over: its handles, with their buffers, are worth more to the host than to us.
-    if (underWay_.empty() && idle_.size() > static_cast<std::size_t>(mostConnectionsPerServer)) {
-        idle_.resize(static_cast<std::size_t>(mostConnectionsPerServer));
+    constexpr std::chrono::milliseconds longest = std::chrono::minutes(1);
+    std::chrono::milliseconds pause = longest;
+    if (nextDeadline_ != Time::max()) {
+        pause = std::clamp(
+            std::chrono::ceil<std::chrono::milliseconds>(nextDeadline_ - std::chrono::steady_clock::now()),
+            std::chrono::milliseconds(0), longest);
     }
-    constexpr int longest = 60'000;
-    curl_multi_poll(multi_, nullptr, 0, longest, nullptr);
+    const CURLMcode code =
+        curl_multi_poll(multi_.get(), nullptr, 0, static_cast<int>(pause.count()), nullptr);
+    if (code != CURLM_OK) {
+        // Out of memory, most likely: rather slow than spinning.
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
     const std::scoped_lock lock(mutex_);
-    waitingOn_ = nullptr;
+    waits_ = false;
 }
 
 void CurlHttpClient::Engine::endAll() {
-    const HttpError closed{"The HTTP client has been closed"};
-    for (auto& [easy, transfer] : underWay_) {
-        curl_multi_remove_handle(multi_, easy);
-        complete(transfer->request, std::nullopt, std::nullopt, closed);
+    static constexpr const char* closed = "The HTTP client has been closed";
+    for (Transfer& transfer : underWay_) {
+        curl_multi_remove_handle(multi_.get(), transfer.easy.get());
+        fail(transfer.request, closed);
     }
     underWay_.clear();
     idle_.clear();
     for (auto& [server, lane] : lanes_) {
-        for (Waiting& request : std::exchange(lane.waiting, {})) {
-            complete(request, std::nullopt, std::nullopt, closed);
+        for (; !lane.waiting.empty(); lane.waiting.pop_front()) {
+            fail(lane.waiting.front(), closed);
         }
     }
     lanes_.clear();
-    std::deque<Waiting> incoming;
     {
         const std::scoped_lock lock(mutex_);
-        incoming.swap(incoming_);
+        taken_.swap(incoming_);
     }
-    for (Waiting& request : incoming) {
-        complete(request, std::nullopt, std::nullopt, closed);
+    for (; !taken_.empty(); taken_.pop_front()) {
+        fail(taken_.front(), closed);
     }
-    curl_multi_cleanup(multi_);
+    multi_.reset();
 }
 
 void CurlHttpClient::Engine::restForEver() {

@@ -141,7 +141,7 @@ OpenedFolder folderMadeIfMissing(std::string dataDirectory) {
         return statusOf(errno);
     }
     OpenedFolder opened = openFolder(data);
-    if (const FileDescriptor* const folder = std::get_if<FileDescriptor>(&opened)) {
+    if (const auto* const folder = std::get_if<FileDescriptor>(&opened)) {
         // Nobody else need know which items there are. Should this fail, the items themselves are still
         // private.
         fchmod(folder->number(), folderMode);
@@ -240,10 +240,10 @@ FileCredentialStore::FileCredentialStore(std::string dataDirectory)
 
 CredentialStore::ReadResult FileCredentialStore::read(std::string_view service, std::string_view account) {
     const OpenedFolder opened = existingFolder(dataDirectory_);
-    if (const CredentialStatus* const status = std::get_if<CredentialStatus>(&opened)) {
+    if (const auto* const status = std::get_if<CredentialStatus>(&opened)) {
         return {*status, std::nullopt};
     }
-    const FileDescriptor& folder = std::get<FileDescriptor>(opened);
+    const auto& folder = std::get<FileDescriptor>(opened);
     // Opening a pipe would wait for its other end.
     const FileDescriptor file =
         openAt(folder.number(), itemName(service, account).c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
@@ -276,10 +276,10 @@ CredentialStore::ReadResult FileCredentialStore::read(std::string_view service, 
 
 CredentialStatus FileCredentialStore::remove(std::string_view service, std::string_view account) {
     const OpenedFolder opened = existingFolder(dataDirectory_);
-    if (const CredentialStatus* const status = std::get_if<CredentialStatus>(&opened)) {
+    if (const auto* const status = std::get_if<CredentialStatus>(&opened)) {
         return *status;
     }
-    const FileDescriptor& folder = std::get<FileDescriptor>(opened);
+    const auto& folder = std::get<FileDescriptor>(opened);
     if (unlinkat(folder.number(), itemName(service, account).c_str(), 0) != 0) {
         return statusOf(errno);
     }
@@ -292,10 +292,10 @@ CredentialStatus FileCredentialStore::add(std::string_view service, std::string_
         return credential_status::notPermitted;
     }
     const OpenedFolder opened = folderMadeIfMissing(dataDirectory_);
-    if (const CredentialStatus* const status = std::get_if<CredentialStatus>(&opened)) {
+    if (const auto* const status = std::get_if<CredentialStatus>(&opened)) {
         return *status;
     }
-    const FileDescriptor& folder = std::get<FileDescriptor>(opened);
+    const auto& folder = std::get<FileDescriptor>(opened);
     removeWhatWasLeftBehind(folder);
     const std::string name = itemName(service, account);
     // In the moment between making a file and locking it, another process can take it for one left behind.

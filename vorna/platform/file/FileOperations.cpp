@@ -34,7 +34,8 @@ int makeFolders(const std::filesystem::path& path) {
 }
 
 bool syncFolder(const FileDescriptor& folder) {
-    return uninterrupted([&folder] { return fsync(folder.number()); }) == 0 || errno == EINVAL || errno == EROFS;
+    return uninterrupted([&folder] { return fsync(folder.number()); }) == 0 || errno == EINVAL ||
+           errno == EROFS;
 }
 
 bool writeAll(const FileDescriptor& file, std::string_view bytes) {

@@ -22,8 +22,8 @@ auto uninterrupted(Call call) {
     return result;
 }
 
-/// Opens what `name` means within the folder, never to be inherited by a program that the process starts. When
-/// it fails the result is not open, and errno says why.
+/// Opens what `name` means within the folder, never to be inherited by a program that the process starts.
+/// When it fails the result is not open, and errno says why.
 FileDescriptor openAt(int folder, const char* name, int flags, mode_t mode = 0);
 
 /// Makes the folder and what is missing above it, each for its owner alone. 0, or the number of the error.

@@ -39,7 +39,9 @@ std::variant<std::string, NoText> readText(const char* path) {
         const bool isForWantOfMeans = errno == EMFILE || errno == ENFILE || errno == ENOMEM;
         return isForWantOfMeans ? NoText::unknown : NoText::none;
     }
+
     struct stat status {};
+
     constexpr auto largest = static_cast<off_t>(JsonFilePreferences::largestFile);
     if (fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > largest) {
         return NoText::none;
@@ -47,8 +49,8 @@ std::variant<std::string, NoText> readText(const char* path) {
     std::string text(static_cast<std::size_t>(status.st_size), '\0');
     std::size_t size = 0;
     while (size < text.size()) {
-        const ssize_t count = uninterrupted(
-            [&] { return read(file.number(), text.data() + size, text.size() - size); });
+        const ssize_t count =
+            uninterrupted([&] { return read(file.number(), text.data() + size, text.size() - size); });
         if (count < 0) {
             return NoText::none;
         }
@@ -88,13 +90,14 @@ std::optional<std::filesystem::path> whereLinksLead(std::filesystem::path path) 
 class FolderLock {
   public:
     explicit FolderLock(const FileDescriptor& folder) : folder_(folder) {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(2);
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
         do {
             isHeld_ = uninterrupted([&] { return flock(folder.number(), LOCK_EX | LOCK_NB); }) == 0;
             if (isHeld_ || errno != EWOULDBLOCK) {
                 return;
             }
-            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+            // Short, because a process that saves again and again leaves the folder only for a moment.
+            std::this_thread::sleep_for(std::chrono::microseconds(200));
         } while (std::chrono::steady_clock::now() < deadline);
     }
 
@@ -138,10 +141,9 @@ bool replaceFile(const FileDescriptor& folder, const std::string& name, const st
         return false;
     }
     // The mode given above is cut by the process's mask; this one holds.
-    const bool isReplaced =
-        fchmod(file.number(), fileMode) == 0 && writeAll(file, text) &&
-        uninterrupted([&file] { return fsync(file.number()); }) == 0 &&
-        renameat(folder.number(), unfinished.c_str(), folder.number(), name.c_str()) == 0;
+    const bool isReplaced = fchmod(file.number(), fileMode) == 0 && writeAll(file, text) &&
+                            uninterrupted([&file] { return fsync(file.number()); }) == 0 &&
+                            renameat(folder.number(), unfinished.c_str(), folder.number(), name.c_str()) == 0;
     if (!isReplaced) {
         unlinkat(folder.number(), unfinished.c_str(), 0);
         return false;

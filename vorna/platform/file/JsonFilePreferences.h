@@ -2,9 +2,10 @@
 
 /// Preferences in one JSON file, readable to people and private to their owner (mode 0600).
 ///
-/// A save writes a new file beside the old one, brings it to the disk and gives it the old one's name, so that
-/// a crash or a loss of power leaves the old file or the new one. A torn, unreadable or foreign file counts as
-/// no values; the next save replaces it whole. Values of other programs in the file are kept as they are.
+/// A save writes a new file beside the old one, brings it to the disk and gives it the old one's name, so
+/// that a crash or a loss of power leaves the old file or the new one. A torn, unreadable or foreign file
+/// counts as no values; the next save replaces it whole. Values of other programs in the file are kept as
+/// they are.
 
 #include <vorna/platform/Preferences.h>
 
@@ -31,7 +32,7 @@ class JsonFilePreferences final : public Preferences {
     std::optional<PreferenceValue> value(std::string_view key) const override;
 
     /// False also for a key or text that is not UTF-8, a number that is not finite, and a value nested deeper
-    /// than 511. Waits for the disk, and at most two seconds for another process's save.
+    /// than 511. Waits for the disk, and at most ten seconds for another process's save.
     bool setValue(std::string_view key, PreferenceValue value) override;
 
   private:

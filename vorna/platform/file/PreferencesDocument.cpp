@@ -34,12 +34,18 @@ class DocumentReader {
 
     // The names from here on are those that the parser calls.
     // NOLINTBEGIN(readability-identifier-naming)
-    bool on_document_begin(Error&) { return true; }
-    bool on_document_end(Error&) { return true; }
+    static bool on_document_begin(Error&) { return true; }
+
+    static bool on_document_end(Error&) { return true; }
+
     bool on_object_begin(Error&) { return open(StoredValue::Object()); }
+
     bool on_object_end(std::size_t, Error&) { return close(); }
+
     bool on_array_begin(Error&) { return open(StoredValue::Array()); }
+
     bool on_array_end(std::size_t, Error&) { return close(); }
+
     bool on_key_part(Text part, std::size_t, Error&) { return gather(part); }
 
     bool on_key(Text rest, std::size_t, Error&) {
@@ -48,15 +54,25 @@ class DocumentReader {
     }
 
     bool on_string_part(Text part, std::size_t, Error&) { return gather(part); }
+
     bool on_string(Text rest, std::size_t, Error&) { return add({gathered(rest)}); }
+
     bool on_number_part(Text part, Error&) { return gather(part); }
+
     bool on_int64(std::int64_t, Text rest, Error&) { return addNumber(rest); }
+
     bool on_uint64(std::uint64_t, Text rest, Error&) { return addNumber(rest); }
+
     bool on_double(double, Text rest, Error&) { return addNumber(rest); }
+
     bool on_bool(bool value, Error&) { return add({value}); }
+
     bool on_null(Error&) { return add({}); }
-    bool on_comment_part(Text, Error&) { return true; }
-    bool on_comment(Text, Error&) { return true; }
+
+    static bool on_comment_part(Text, Error&) { return true; }
+
+    static bool on_comment(Text, Error&) { return true; }
+
     // NOLINTEND(readability-identifier-naming)
 
   private:
@@ -160,7 +176,9 @@ struct ToPreference {
     }
 
     std::optional<PreferenceValue> operator()(std::monostate) const { return std::nullopt; }
+
     std::optional<PreferenceValue> operator()(const std::string& text) const { return PreferenceValue{text}; }
+
     std::optional<PreferenceValue> operator()(bool value) const { return PreferenceValue{value}; }
 
     std::optional<PreferenceValue> operator()(const StoredValue::Number& number) const {
@@ -223,6 +241,7 @@ struct ToStored {
     }
 
     std::optional<StoredValue> operator()(std::string text) const { return StoredValue{std::move(text)}; }
+
     std::optional<StoredValue> operator()(bool value) const { return StoredValue{value}; }
 
     std::optional<StoredValue> operator()(std::int64_t integer) const {
@@ -262,12 +281,12 @@ struct ToStored {
             return std::nullopt;
         }
         StoredValue::Object values;
-        for (auto& [key, member] : dictionary) {
-            std::optional<StoredValue> value = ToStored{depth + 1}(std::move(member));
+        for (PreferenceValue::Dictionary::value_type& entry : dictionary) {
+            std::optional<StoredValue> value = ToStored{depth + 1}(std::move(entry.second));
             if (!value) {
                 return std::nullopt;
             }
-            values.emplace_hint(values.end(), key, std::move(*value));
+            values.emplace_hint(values.end(), entry.first, std::move(*value));
         }
         return StoredValue{std::move(values)};
     }

@@ -21,6 +21,7 @@ struct StoredValue {
     struct Number {
         std::string digits;
     };
+
     using Array = std::vector<StoredValue>;
     using Object = std::map<std::string, StoredValue, std::less<>>;
 

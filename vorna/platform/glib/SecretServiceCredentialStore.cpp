@@ -435,7 +435,7 @@ ReadResult converse(const std::function<ReadResult(GCancellable*)>& work, GCance
 
 ReadResult bounded(std::chrono::milliseconds bound, std::function<ReadResult(GCancellable*)> work) {
     const auto deadline = std::chrono::steady_clock::now() + bound;
-    const ReadResult none{credential_status::notAvailable, std::nullopt};
+    ReadResult none{credential_status::notAvailable, std::nullopt};
     if (processIsExiting()) {
         return none;
     }

@@ -48,7 +48,7 @@ std::string deviceModel(const std::optional<std::string>& deviceTree,
             continue;
         }
         // The device tree's texts end with a zero byte.
-        const std::string name(trimmed(std::string_view(*source).substr(0, source->find('\0'))));
+        std::string name(trimmed(std::string_view(*source).substr(0, source->find('\0'))));
         if (!name.empty() && !isPlaceholder(name)) {
             return name;
         }

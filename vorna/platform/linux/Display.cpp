@@ -52,14 +52,14 @@ std::optional<ScreenFacts> mainDisplay(const std::vector<DisplayConnector>& conn
 }
 
 std::vector<DisplayConnector> readDisplayConnectors(const std::string& root) {
-    const std::string folder = root + "/sys/class/drm";
+    const std::string folder = root + "/sys/class/drm/";
     std::vector<DisplayConnector> connectors;
     for (std::string& name : namesInFolder(folder)) {
         // Beside the connectors stand the cards themselves ("card0") and their render nodes.
         if (!name.starts_with("card") || name.find('-') == std::string::npos) {
             continue;
         }
-        const std::string connector = folder + "/" + name;
+        const std::string connector = folder + name;
         std::optional<std::string> status = readSystemFile(connector + "/status");
         std::optional<std::string> modes = readSystemFile(connector + "/modes");
         if (status && modes) {

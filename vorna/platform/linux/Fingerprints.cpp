@@ -1,9 +1,13 @@
 #include <vorna/platform/linux/Fingerprints.h>
 
 #include <gio/gio.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
+#include <csignal>
+#include <cstdint>
+#include <string_view>
 #include <utility>
 
 namespace vorna {
@@ -29,12 +33,36 @@ constexpr std::chrono::seconds patience{2};
 
 constexpr const char* service = "net.reactivated.Fprint";
 
-/// The bus does not answer at all, or not in time: both end like any other failure.
+/// Other kinds of addresses wait for networks, or start programs. Where there is no bus at all, as in a
+/// container, nothing of GLib's need be set up to find that out.
+bool mayBeReached(const std::string& address) {
+    constexpr std::string_view onePlace = "unix:path=";
+    if (address.starts_with(onePlace) && address.find_first_of("%;") == std::string::npos) {
+        const std::string path = address.substr(onePlace.size(), address.find(',') - onePlace.size());
+        return access(path.c_str(), F_OK) == 0;
+    }
+    return address.starts_with("unix:");
+}
+
+/// GLib has the whole process ignore SIGPIPE when it first uses a socket, and programs that the host starts
+/// would inherit that. Neither GLib's sockets, which never raise the signal, nor our threads need it.
+void useSocketsWithoutIgnoringSigpipe() {
+    struct sigaction before = {};
+    struct sigaction after = {};
+    sigaction(SIGPIPE, nullptr, &before);
+    g_type_class_unref(g_type_class_ref(G_TYPE_SOCKET));
+    sigaction(SIGPIPE, nullptr, &after);
+    if (after.sa_handler == SIG_IGN && before.sa_handler != SIG_IGN) {
+        sigaction(SIGPIPE, &before, nullptr);
+    }
+}
+
+/// Null when the bus does not answer at all, or not in time.
 Reference<GDBusConnection> connectTo(const std::string& address, GCancellable* cancellable) {
-    // Other kinds of addresses wait for networks, or start programs.
-    if (!address.starts_with("unix:")) {
+    if (!mayBeReached(address)) {
         return nullptr;
     }
+    useSocketsWithoutIgnoringSigpipe();
     gchar* guid = nullptr;
     const Reference<GIOStream> stream(
         g_dbus_address_get_stream_sync(address.c_str(), &guid, cancellable, nullptr));

@@ -103,14 +103,18 @@ BatteryFacts combined(const std::vector<Battery>& batteries) {
                                    [&](const Battery& battery) { return battery.status == status; });
     };
     BatteryFacts facts;
+    // Each outranks those before it.
+    if (any(ChargingStatus::notCharging)) {
+        facts.state = BatteryState::unplugged;
+    }
+    if (any(ChargingStatus::full)) {
+        facts.state = BatteryState::full;
+    }
+    if (any(ChargingStatus::discharging)) {
+        facts.state = BatteryState::unplugged;
+    }
     if (any(ChargingStatus::charging)) {
         facts.state = BatteryState::charging;
-    } else if (any(ChargingStatus::discharging)) {
-        facts.state = BatteryState::unplugged;
-    } else if (any(ChargingStatus::full)) {
-        facts.state = BatteryState::full;
-    } else if (any(ChargingStatus::notCharging)) {
-        facts.state = BatteryState::unplugged;
     }
     std::optional<double> level = weightedLevel(batteries, &Battery::fullEnergy);
     if (!level) {
@@ -126,10 +130,10 @@ BatteryFacts combined(const std::vector<Battery>& batteries) {
 }
 
 std::vector<Battery> readBatteries(const std::string& root) {
-    const std::string folder = root + "/sys/class/power_supply";
+    const std::string folder = root + "/sys/class/power_supply/";
     std::vector<Battery> batteries;
     for (const std::string& name : namesInFolder(folder)) {
-        const std::string supply = folder + "/" + name;
+        const std::string supply = folder + name;
         if (powersTheDevice(supply)) {
             batteries.push_back(readBattery(supply));
         }

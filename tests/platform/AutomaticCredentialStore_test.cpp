@@ -1,0 +1,551 @@
+#include <vorna/platform/AutomaticCredentialStore.h>
+
+#include <tests/support/ForkedProcess.h>
+#include <tests/support/InMemoryCredentialStore.h>
+#include <tests/support/KeyringSession.h>
+#include <tests/support/PrivateFolder.h>
+#include <tests/support/ProcessVariables.h>
+#include <tests/support/SettableClock.h>
+
+#include <vorna/device/KeychainHelper.h>
+#include <vorna/events/ULID.h>
+#include <vorna/platform/file/FileCredentialStore.h>
+#include <vorna/platform/glib/SecretServiceCredentialStore.h>
+#include <vorna/platform/linux/GetrandomSource.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+namespace vorna {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+using support::ForkedProcess;
+using support::InMemoryCredentialStore;
+using support::KeyringSession;
+using support::PrivateFolder;
+using support::SettableClock;
+using ::testing::Each;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::Not;
+
+constexpr std::string_view service = "io.vorna.vornasdk";
+constexpr std::string_view account = "userDetails";
+
+constexpr milliseconds longerThanAnyTest{60'000};
+constexpr milliseconds brief{30};
+
+class AutomaticStore : public ::testing::Test {
+  protected:
+    std::shared_ptr<InMemoryCredentialStore> file = std::make_shared<InMemoryCredentialStore>();
+    std::shared_ptr<InMemoryCredentialStore> keyring = std::make_shared<InMemoryCredentialStore>();
+    AutomaticCredentialStore store{file, keyring, longerThanAnyTest};
+    AutomaticCredentialStore hastyStore{file, keyring, brief};
+
+    void TearDown() override { keyring->letGo(); }
+
+    static bool comesToHold(const std::shared_ptr<InMemoryCredentialStore>& where,
+                            const std::optional<std::string>& value) {
+        return where->waitUntil(
+            [&value](const InMemoryCredentialStore& now) { return now.value(service, account) == value; });
+    }
+
+    static bool comesToHave(const std::shared_ptr<InMemoryCredentialStore>& where,
+                            const std::vector<std::string>& operations) {
+        return where->waitUntil(
+            [&operations](const InMemoryCredentialStore& now) { return now.operations() == operations; });
+    }
+};
+
+TEST_F(AutomaticStore, ReadsTheFileWithoutWaitingForTheKeyring) {
+    file->put(service, account, "value");
+    keyring->hold();
+    EXPECT_EQ(store.read(service, account).value, "value");
+    EXPECT_EQ(store.read(service, account).status, credential_status::success);
+}
+
+TEST_F(AutomaticStore, NeverCallsTheKeyringOnTheCallersThread) {
+    EXPECT_EQ(store.read(service, account).status, credential_status::itemNotFound);
+    store.add(service, account, "value");
+    store.read(service, account);
+    store.remove(service, account);
+    const std::vector<InMemoryCredentialStore::Call> calls = keyring->calls();
+    EXPECT_THAT(calls, Not(IsEmpty()));
+    for (const InMemoryCredentialStore::Call& call : calls) {
+        EXPECT_NE(call.thread, std::this_thread::get_id()) << call.operation;
+    }
+}
+
+TEST_F(AutomaticStore, ReadsTheKeyringWhenTheFileIsGoneAndBringsTheFileBack) {
+    keyring->put(service, account, "value");
+    EXPECT_EQ(store.read(service, account).value, "value");
+    EXPECT_TRUE(comesToHold(file, "value"));
+    EXPECT_EQ(keyring->value(service, account), "value");
+}
+
+TEST_F(AutomaticStore, CopiesToTheKeyringWhatOnlyTheFileHas) {
+    file->put(service, account, "value");
+    store.read(service, account);
+    EXPECT_TRUE(comesToHold(keyring, "value"));
+}
+
+TEST_F(AutomaticStore, LetsTheFileDecideWhereBothDiffer) {
+    file->put(service, account, "the file's");
+    keyring->put(service, account, "the keyring's");
+    EXPECT_EQ(store.read(service, account).value, "the file's");
+    EXPECT_TRUE(comesToHold(keyring, "the file's"));
+    EXPECT_EQ(file->value(service, account), "the file's");
+}
+
+TEST_F(AutomaticStore, LeavesBothAloneWhereTheyAgree) {
+    file->put(service, account, "value");
+    keyring->put(service, account, "value");
+    store.read(service, account);
+    ASSERT_TRUE(comesToHave(keyring, {"read"}));
+    // A second round shows that the first has come to its end.
+    store.read(service, account);
+    ASSERT_TRUE(comesToHave(keyring, {"read", "read"}));
+    EXPECT_THAT(file->operations(), Each(std::string("read")));
+}
+
+TEST_F(AutomaticStore, PutsTheKeyringsItemInPlaceOfAFileThatIsNotTrusted) {
+    file->put(service, account, "planted");
+    file->readStatus(credential_status::notTrusted);
+    keyring->put(service, account, "value");
+    EXPECT_EQ(store.read(service, account).value, "value");
+    EXPECT_TRUE(comesToHold(file, "value"));
+}
+
+TEST_F(AutomaticStore, DoesNotRemoveAFileThatCannotBeReadJustNow) {
+    file->put(service, account, "unreadable now");
+    file->readStatus(credential_status::notAvailable);
+    keyring->put(service, account, "the keyring's");
+    EXPECT_EQ(store.read(service, account).value, "the keyring's");
+    EXPECT_TRUE(comesToHave(file, {"read", "read", "add", "read"}));
+    EXPECT_EQ(file->value(service, account), "unreadable now");
+}
+
+TEST_F(AutomaticStore, AddsToBothAndRemovesFromBoth) {
+    EXPECT_EQ(store.add(service, account, "value"), credential_status::success);
+    EXPECT_EQ(file->value(service, account), "value");
+    EXPECT_EQ(keyring->value(service, account), "value");
+    EXPECT_EQ(store.remove(service, account), credential_status::success);
+    EXPECT_EQ(file->value(service, account), std::nullopt);
+    EXPECT_EQ(keyring->value(service, account), std::nullopt);
+}
+
+TEST_F(AutomaticStore, CopiesToTheKeyringWhatItMissedWhileItWasLocked) {
+    keyring->answerOnly(credential_status::interactionNotAllowed);
+    EXPECT_EQ(store.add(service, account, "value"), credential_status::success);
+    keyring->answerOnly(std::nullopt);
+    EXPECT_EQ(store.read(service, account).value, "value");
+    EXPECT_TRUE(comesToHold(keyring, "value"));
+}
+
+TEST_F(AutomaticStore, CopiesToTheFileWhatItMissedWhileItCouldNotBeWritten) {
+    file->addStatus(credential_status::notPermitted);
+    EXPECT_EQ(store.add(service, account, "value"), credential_status::success);
+    EXPECT_EQ(file->value(service, account), std::nullopt);
+    file->addStatus(std::nullopt);
+    EXPECT_EQ(store.read(service, account).value, "value");
+    EXPECT_TRUE(comesToHold(file, "value"));
+}
+
+TEST_F(AutomaticStore, LeavesTheKeyringAloneWhenTheFileHasTheItemAlready) {
+    file->put(service, account, "of another process");
+    EXPECT_EQ(store.add(service, account, "mine"), credential_status::duplicateItem);
+    EXPECT_TRUE(comesToHold(keyring, "of another process"));
+    for (const InMemoryCredentialStore::Call& call : keyring->calls()) {
+        EXPECT_NE(call.value, "mine");
+    }
+}
+
+TEST_F(AutomaticStore, ReplacesWhatTheKeyringHadWhenAnItemIsAdded) {
+    keyring->put(service, account, "of another process");
+    EXPECT_EQ(store.add(service, account, "mine"), credential_status::success);
+    EXPECT_TRUE(comesToHold(keyring, "mine"));
+}
+
+TEST_F(AutomaticStore, KeepsTheNewIdentityWhenASlowKeyringTurnsUpWithAnOldOne) {
+    keyring->put(service, account, "old");
+    keyring->hold();
+    EXPECT_EQ(hastyStore.read(service, account).status, credential_status::notAvailable);
+    EXPECT_EQ(hastyStore.remove(service, account), credential_status::notAvailable);
+    EXPECT_EQ(hastyStore.add(service, account, "new"), credential_status::success);
+    EXPECT_EQ(hastyStore.read(service, account).value, "new");
+    keyring->letGo();
+    EXPECT_TRUE(comesToHold(keyring, "new"));
+    EXPECT_EQ(file->value(service, account), "new");
+    EXPECT_EQ(hastyStore.read(service, account).value, "new");
+}
+
+TEST_F(AutomaticStore, WaitsForASlowKeyringOnceForAReadAndWhatFollows) {
+    AutomaticCredentialStore patientStore(file, keyring, milliseconds(1000));
+    keyring->hold();
+    const auto began = steady_clock::now();
+    EXPECT_EQ(patientStore.read(service, account).status, credential_status::notAvailable);
+    EXPECT_GE(steady_clock::now() - began, milliseconds(1000));
+    const auto afterRead = steady_clock::now();
+    patientStore.remove(service, account);
+    patientStore.add(service, account, "value");
+    EXPECT_LT(steady_clock::now() - afterRead, milliseconds(900));
+}
+
+TEST_F(AutomaticStore, NeverDoesLaterWhatACallerHasGivenUp) {
+    keyring->hold();
+    hastyStore.read(service, account);
+    hastyStore.remove(service, account);
+    hastyStore.add(service, account, "new");
+    keyring->letGo();
+    ASSERT_TRUE(comesToHold(keyring, "new"));
+    // The given-up read was under way; what comes after it is the repair.
+    EXPECT_THAT(keyring->operations(), ElementsAre("read", "read", "add"));
+}
+
+TEST_F(AutomaticStore, ARepairUnderWayDoesNotBringBackWhatACallerRemoves) {
+    AutomaticCredentialStore patientStore(file, keyring, milliseconds(1000));
+    keyring->put(service, account, "old");
+    keyring->hold(1);
+    ASSERT_EQ(patientStore.read(service, account).value, "old");
+    // The repair has seen that the file has no item, and now hangs in the keyring.
+    ASSERT_TRUE(comesToHave(keyring, {"read", "read"}));
+    patientStore.remove(service, account);
+    keyring->letGo();
+    // The keyring is asked in turn, so this answer means that the repair is over.
+    EXPECT_EQ(patientStore.read(service, "another").status, credential_status::itemNotFound);
+    EXPECT_EQ(file->value(service, account), std::nullopt);
+    EXPECT_EQ(patientStore.add(service, account, "new"), credential_status::success);
+    EXPECT_TRUE(comesToHold(keyring, "new"));
+    EXPECT_EQ(file->value(service, account), "new");
+}
+
+TEST_F(AutomaticStore, ARepairUnderWayEndsWithWhatACallerAdds) {
+    file->put(service, account, "no identity");
+    keyring->put(service, account, "old");
+    keyring->hold();
+    ASSERT_EQ(hastyStore.read(service, account).value, "no identity");
+    ASSERT_TRUE(comesToHave(keyring, {"read"}));
+    hastyStore.remove(service, account);
+    EXPECT_EQ(hastyStore.add(service, account, "new"), credential_status::success);
+    keyring->letGo();
+    EXPECT_TRUE(comesToHold(keyring, "new"));
+    EXPECT_EQ(file->value(service, account), "new");
+}
+
+TEST_F(AutomaticStore, DoesNotWaitForAHungKeyringInTheEnd) {
+    keyring->hold();
+    const auto began = steady_clock::now();
+    {
+        AutomaticCredentialStore shortLived(file, keyring, milliseconds(10));
+        shortLived.read(service, account);
+    }
+    EXPECT_LT(steady_clock::now() - began, std::chrono::seconds(10));
+    keyring->letGo();
+}
+
+TEST(AutomaticStoreProcess, ExitsWhileTheKeyringHangs) {
+    ForkedProcess process([](const std::string&) {
+        const auto file = std::make_shared<InMemoryCredentialStore>();
+        const auto keyring = std::make_shared<InMemoryCredentialStore>();
+        file->put(service, account, "value");
+        keyring->hold();
+        static AutomaticCredentialStore store(file, keyring);
+        return store.read(service, account).value == "value" ? 0 : 1;
+    });
+    const auto began = steady_clock::now();
+    process.start();
+    EXPECT_EQ(process.wait(), 0);
+    EXPECT_LT(steady_clock::now() - began, milliseconds(1500));
+}
+
+struct Outcome {
+    const char* name;
+    CredentialStatus file;
+    CredentialStatus keyring;
+    CredentialStatus ofReading;
+    CredentialStatus ofAdding;
+    CredentialStatus ofRemoving;
+};
+
+std::ostream& operator<<(std::ostream& stream, const Outcome& outcome) {
+    return stream << outcome.name;
+}
+
+class AutomaticStoreStatus : public AutomaticStore, public ::testing::WithParamInterface<Outcome> {};
+
+TEST_P(AutomaticStoreStatus, IsThatOfTheStoreThatMayHaveTheItem) {
+    file->answerOnly(GetParam().file);
+    keyring->answerOnly(GetParam().keyring);
+    EXPECT_EQ(store.read(service, account).status, GetParam().ofReading);
+    EXPECT_EQ(store.add(service, account, "value"), GetParam().ofAdding);
+    EXPECT_EQ(store.remove(service, account), GetParam().ofRemoving);
+}
+
+constexpr CredentialStatus none = credential_status::itemNotFound;
+constexpr CredentialStatus locked = credential_status::interactionNotAllowed;
+constexpr CredentialStatus noKeyring = credential_status::notAvailable;
+constexpr CredentialStatus readOnly = credential_status::notPermitted;
+constexpr CredentialStatus planted = credential_status::notTrusted;
+
+INSTANTIATE_TEST_SUITE_P(
+    AutomaticStore, AutomaticStoreStatus,
+    ::testing::Values(Outcome{"NeitherHasIt", none, none, none, none, none},
+                      Outcome{"NoKeyring", none, noKeyring, none, none, none},
+                      Outcome{"LockedKeyring", none, locked, locked, none, locked},
+                      Outcome{"ReadOnlyFile", readOnly, none, readOnly, readOnly, readOnly},
+                      Outcome{"ReadOnlyFileAndLockedKeyring", readOnly, locked, readOnly, readOnly, readOnly},
+                      Outcome{"PlantedFileAndNoKeyring", planted, noKeyring, planted, planted, planted}),
+    [](const auto& row) { return row.param.name; });
+
+// From here on with the real parts: a private file, gnome-keyring, and the identity that is kept in them.
+
+bool eventually(const std::function<bool()>& condition) {
+    const auto deadline = steady_clock::now() + std::chrono::seconds(30);
+    while (!condition()) {
+        if (steady_clock::now() > deadline) {
+            return false;
+        }
+        std::this_thread::sleep_for(milliseconds(10));
+    }
+    return true;
+}
+
+class AutomaticIdentity : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        if (!KeyringSession::isPossible()) {
+            GTEST_SKIP() << "dbus-daemon, dbus-monitor or gnome-keyring-daemon is not installed";
+        }
+    }
+
+    PrivateFolder temporary;
+    std::filesystem::path data = temporary.path() / "data";
+    std::string output;
+
+    std::shared_ptr<AutomaticCredentialStore> newStore() const {
+        return std::make_shared<AutomaticCredentialStore>(
+            std::make_shared<FileCredentialStore>(data.string()),
+            std::make_shared<SecretServiceCredentialStore>("app"));
+    }
+
+    static KeyChainData load(const std::shared_ptr<CredentialStore>& store) {
+        const auto random = std::make_shared<GetrandomSource>();
+        const KeychainHelper helper(store, std::make_shared<SettableClock>(),
+                                    [random](Date date) { return ULID(date, *random).ulidString(); });
+        return helper.loadOrCreateIdentity();
+    }
+
+    /// One run of the application; the store stays as long as the caller keeps it, so that repairs can end.
+    KeyChainData run(const std::shared_ptr<CredentialStore>& store) {
+        ::testing::internal::CaptureStdout();
+        KeyChainData identity = load(store);
+        output = ::testing::internal::GetCapturedStdout();
+        return identity;
+    }
+
+    KeyChainData run() {
+        stores.push_back(newStore());
+        return run(stores.back());
+    }
+
+    static std::optional<std::string> userIn(CredentialStore& store) {
+        const CredentialStore::ReadResult result = store.read(service, account);
+        if (!result.value) {
+            return std::nullopt;
+        }
+        return KeychainHelper::decode(*result.value).value_or(KeyChainData{"undecodable", 0}).userId;
+    }
+
+    std::optional<std::string> userInFile() const {
+        FileCredentialStore store(data.string());
+        return userIn(store);
+    }
+
+    static std::optional<std::string> userInKeyring() {
+        SecretServiceCredentialStore store("app");
+        return userIn(store);
+    }
+
+    std::vector<std::shared_ptr<CredentialStore>> stores;
+};
+
+TEST_F(AutomaticIdentity, IsKeptInBothFromTheFirstRunOn) {
+    const KeyringSession session;
+    const KeyChainData identity = run();
+    EXPECT_EQ(output, "Error reading from Keychain: -25300\n");
+    EXPECT_EQ(userInFile(), identity.userId);
+    EXPECT_EQ(userInKeyring(), identity.userId);
+    EXPECT_EQ(run(), identity);
+    EXPECT_EQ(output, "");
+}
+
+TEST_F(AutomaticIdentity, SurvivesAReinstallation) {
+    const KeyringSession session;
+    const KeyChainData identity = run();
+    stores.clear();
+    std::filesystem::remove_all(data);
+    EXPECT_EQ(run(), identity);
+    EXPECT_EQ(output, "");
+    EXPECT_TRUE(eventually([&] { return userInFile() == identity.userId; }));
+}
+
+TEST_F(AutomaticIdentity, SurvivesTheLossOfTheKeyring) {
+    const KeyringSession session;
+    const KeyChainData identity = run();
+    SecretServiceCredentialStore keyring("app");
+    ASSERT_EQ(keyring.remove(service, account), credential_status::success);
+    EXPECT_EQ(run(), identity);
+    EXPECT_TRUE(eventually([&] { return userInKeyring() == identity.userId; }));
+}
+
+TEST_F(AutomaticIdentity, SurvivesALockedKeyring) {
+    const KeyringSession session;
+    const KeyChainData identity = run();
+    session.lockKeyring();
+    EXPECT_EQ(run(), identity);
+    EXPECT_EQ(output, "");
+    EXPECT_EQ(session.promptCount(), 0U);
+}
+
+TEST_F(AutomaticIdentity, MadeWhileTheKeyringIsLockedReachesItLater) {
+    KeyringSession session;
+    session.lockKeyring();
+    const KeyChainData identity = run();
+    EXPECT_EQ(output, "Error reading from Keychain: -25308\n");
+    EXPECT_EQ(userInFile(), identity.userId);
+    session.stopKeyring();
+    session.startKeyring();
+    EXPECT_EQ(run(), identity);
+    EXPECT_TRUE(eventually([&] { return userInKeyring() == identity.userId; }));
+    EXPECT_EQ(session.promptCount(), 0U);
+}
+
+TEST_F(AutomaticIdentity, MadeWhileTheKeyringIsLockedIsNotGivenUpForTheOneInIt) {
+    KeyringSession session;
+    const KeyChainData old = run();
+    stores.clear();
+    std::filesystem::remove_all(data);
+    session.lockKeyring();
+    const KeyChainData identity = run();
+    ASSERT_NE(identity, old);
+    session.stopKeyring();
+    session.startKeyring();
+    EXPECT_EQ(run(), identity);
+    EXPECT_TRUE(eventually([&] { return userInKeyring() == identity.userId; }));
+    stores.clear();
+    std::filesystem::remove_all(data);
+    EXPECT_EQ(run(), identity);
+}
+
+TEST_F(AutomaticIdentity, NeedsNoKeyring) {
+    const KeyringSession session(KeyringSession::Keyring::absent);
+    const KeyChainData identity = run();
+    EXPECT_EQ(output, "Error reading from Keychain: -25300\n");
+    EXPECT_EQ(run(), identity);
+    EXPECT_EQ(output, "");
+}
+
+TEST_F(AutomaticIdentity, NeedsNoBus) {
+    support::setVariable("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus");
+    const KeyChainData identity = run();
+    EXPECT_EQ(output, "Error reading from Keychain: -25300\n");
+    EXPECT_EQ(run(), identity);
+    EXPECT_EQ(output, "");
+}
+
+TEST_F(AutomaticIdentity, ReachesAKeyringThatIsStartedLater) {
+    KeyringSession session(KeyringSession::Keyring::absent);
+    const KeyChainData identity = run();
+    session.startKeyring();
+    EXPECT_EQ(run(), identity);
+    EXPECT_TRUE(eventually([&] { return userInKeyring() == identity.userId; }));
+}
+
+TEST_F(AutomaticIdentity, WaitsTwoSecondsInAllForAKeyringThatHangsOnTheFirstRun) {
+    KeyringSession session;
+    const KeyChainData old = run();
+    stores.clear();
+    std::filesystem::remove_all(data);
+    session.freezeKeyring();
+    const auto began = steady_clock::now();
+    const KeyChainData identity = run();
+    const auto duration = steady_clock::now() - began;
+    EXPECT_GE(duration, milliseconds(2000));
+    EXPECT_LT(duration, milliseconds(3500));
+    EXPECT_EQ(output, "Error reading from Keychain: -25291\n");
+    EXPECT_NE(identity, old);
+    session.thawKeyring();
+    EXPECT_EQ(run(), identity);
+    EXPECT_TRUE(eventually([&] { return userInKeyring() == identity.userId; }));
+    EXPECT_EQ(userInFile(), identity.userId);
+}
+
+TEST_F(AutomaticIdentity, DoesNotWaitForTheBusOnceThereIsAFile) {
+    const KeyringSession session;
+    const KeyChainData identity = run();
+    for (const bool wholeBus : {false, true}) {
+        wholeBus ? session.freezeBus() : session.freezeKeyring();
+        const auto began = steady_clock::now();
+        EXPECT_EQ(run(), identity);
+        EXPECT_LT(steady_clock::now() - began, milliseconds(1500));
+    }
+    session.thawBus();
+    session.thawKeyring();
+}
+
+TEST_F(AutomaticIdentity, IsOneAndTheSameForTwoProcessesThatMadeItAtOnce) {
+    const auto firstRun = [this](const std::string& busAddress) {
+        support::setVariable("DBUS_SESSION_BUS_ADDRESS", busAddress);
+        load(newStore());
+        return 0;
+    };
+    ::testing::internal::CaptureStdout();
+    ForkedProcess one(firstRun);
+    ForkedProcess two(firstRun);
+    const KeyringSession session;
+    one.start(session.busAddress());
+    two.start(session.busAddress());
+    EXPECT_EQ(one.wait(), 0);
+    EXPECT_EQ(two.wait(), 0);
+    ::testing::internal::GetCapturedStdout();
+    const KeyChainData identity = run();
+    EXPECT_EQ(output, "");
+    EXPECT_EQ(run(), identity);
+    EXPECT_TRUE(eventually([&] { return userInKeyring() == identity.userId; }));
+    EXPECT_EQ(session.itemCount(std::string(service), std::string(account)), 1U);
+}
+
+TEST_F(AutomaticIdentity, LetsAProcessExitWhileItIsBeingRepaired) {
+    ForkedProcess process([this](const std::string& busAddress) {
+        support::setVariable("DBUS_SESSION_BUS_ADDRESS", busAddress);
+        load(newStore());
+        static const std::shared_ptr<CredentialStore> kept = newStore();
+        load(kept);
+        return 0;
+    });
+    const KeyringSession session;
+    const KeyChainData identity = run();
+    session.freezeKeyring();
+    const auto began = steady_clock::now();
+    process.start(session.busAddress());
+    EXPECT_EQ(process.wait(), 0);
+    EXPECT_LT(steady_clock::now() - began, milliseconds(1500));
+    session.thawKeyring();
+    EXPECT_EQ(run(), identity);
+}
+
+}  // namespace
+}  // namespace vorna

@@ -1,0 +1,269 @@
+#include <vorna/platform/curl/CurlHttpClient.h>
+
+#include <tests/platform/curl/CurlHttpClientOutcomes.h>
+#include <tests/platform/curl/LocalAuthority.h>
+#include <tests/support/Nginx.h>
+#include <tests/support/RawServer.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <future>
+#include <memory>
+#include <optional>
+#include <string>
+#include <thread>
+
+namespace vorna {
+namespace {
+
+using support::Nginx;
+using support::RawServer;
+
+constexpr std::string_view emptyAnswer = "HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n";
+
+TEST(HttpClientDestruction, EndsWhatIsUnderWayAndWhatWaitsWithAnError) {
+    RawServer server([](RawServer::Connection& connection) { connection.hang(); });
+    HttpOutcomes outcomes;
+    {
+        CurlHttpClient client("");
+        for (int count = 0; count < 1000; ++count) {
+            client.start(posting(server.url("/"), "{}"), outcomes.next());
+        }
+        EXPECT_TRUE(server.waitForConnections(6));
+    }
+    EXPECT_EQ(outcomes.countWithError(), 1000U);
+    EXPECT_EQ(outcomes.firstError(), "The HTTP client has been closed");
+}
+
+TEST(HttpClientDestruction, EndsRequestsThatNobodyHasLookedAtYet) {
+    HttpOutcomes outcomes;
+    std::promise<void> entered;
+    std::promise<void> released;
+    std::thread releaser;
+    {
+        CurlHttpClient client("");
+        client.start(getting("ftp://127.0.0.1/"), [&](auto, auto, auto) {
+            entered.set_value();
+            released.get_future().wait();
+        });
+        entered.get_future().wait();
+        for (int count = 0; count < 100; ++count) {
+            client.start(getting("https://service.vorna.invalid/"), outcomes.next());
+        }
+        releaser = std::thread([&] { released.set_value(); });
+    }
+    releaser.join();
+    EXPECT_EQ(outcomes.countWithError(), 100U);
+}
+
+TEST(HttpClientDestruction, OfAnUnusedClientDoesNothing) {
+    const CurlHttpClient client("");
+}
+
+TEST(HttpClientDestruction, WaitsForNoNameServer) {
+    HttpOutcomes outcomes;
+    {
+        CurlHttpClient client("");
+        client.start(getting("https://service.vorna.invalid/"), outcomes.next());
+    }
+    EXPECT_EQ(outcomes.countWithError(), 1U);
+}
+
+TEST(HttpClientDestruction, OverHttp2EndsAllStreams) {
+    if (!Nginx::isInstalled() || !Nginx::canSleep()) {
+        GTEST_SKIP() << "nginx is not installed, or not its echo module";
+    }
+    const LocalAuthority authority;
+    const Nginx nginx(authority.nginx("location / { echo_sleep 600; } location /first { return 200; }"));
+    HttpOutcomes outcomes;
+    {
+        CurlHttpClient client(authority.file());
+        EXPECT_EQ(fetch(client, getting(nginx.url("/first"))).status(), 200);
+        for (int count = 0; count < 1000; ++count) {
+            client.start(posting(nginx.url("/"), "{}"), outcomes.next());
+        }
+        EXPECT_EQ(fetch(client, getting("ftp://127.0.0.1/")).status(), 0);
+    }
+    EXPECT_EQ(outcomes.countWithError(), 1000U);
+}
+
+TEST(HttpClientDestruction, MayComeFromACompletion) {
+    RawServer server([](RawServer::Connection& connection) {
+        if (connection.number() == 0) {
+            connection.readRequest();
+            connection.send(emptyAnswer);
+        }
+        connection.hang();
+    });
+    HttpOutcomes outcomes;
+    auto client = std::make_unique<CurlHttpClient>("");
+    HttpClient::Completion first = outcomes.next();
+    std::promise<void> isSet;
+    client->start(getting(server.url("/")), [&](auto body, auto response, auto error) {
+        isSet.get_future().wait();
+        client.reset();
+        first(std::move(body), std::move(response), std::move(error));
+    });
+    for (int count = 0; count < 100; ++count) {
+        client->start(posting(server.url("/"), "{}"), outcomes.next());
+    }
+    isSet.set_value();
+    EXPECT_TRUE(outcomes.waitForAll());
+    EXPECT_EQ(outcomes.countWithStatus(200), 1U);
+    EXPECT_EQ(outcomes.countWithError(), 100U);
+}
+
+TEST(HttpClientDestruction, MayComeWithTheLastCompletionThatHoldsTheClient) {
+    const RawServer server([](RawServer::Connection& connection) {
+        connection.readRequest();
+        connection.send(RawServer::httpAnswer(200, ""));
+    });
+    HttpOutcomes outcomes;
+    std::weak_ptr<CurlHttpClient> watch;
+    {
+        auto client = std::make_shared<CurlHttpClient>("");
+        watch = client;
+        client->start(getting(server.url("/")),
+                      [client, next = outcomes.next()](auto body, auto response, auto error) {
+                          next(std::move(body), std::move(response), std::move(error));
+                      });
+    }
+    EXPECT_TRUE(outcomes.waitForAll());
+    EXPECT_EQ(outcomes.countWithStatus(200), 1U);
+    while (!watch.expired()) {
+        std::this_thread::yield();
+    }
+}
+
+TEST(HttpClientDestruction, EndsThoughEachCompletionStartsAnotherRequest) {
+    RawServer server([](RawServer::Connection& connection) { connection.hang(); });
+    int count = 0;
+    std::function<void()> startAgain;
+    {
+        CurlHttpClient client("");
+        startAgain = [&] {
+            ++count;
+            client.start(getting(server.url("/")), [&](auto, auto, auto) { startAgain(); });
+        };
+        startAgain();
+        EXPECT_TRUE(server.waitForConnections(1));
+    }
+    EXPECT_EQ(count, 2);
+}
+
+TEST(HttpClientDestruction, RacesWithNothing) {
+    const RawServer server([](RawServer::Connection& connection) {
+        while (!connection.readRequest().empty()) {
+            connection.send(emptyAnswer);
+        }
+    });
+    HttpOutcomes outcomes;
+    for (int round = 0; round < 50; ++round) {
+        CurlHttpClient client("");
+        for (int count = 0; count < 20; ++count) {
+            client.start(posting(server.url("/"), "{}"), outcomes.next());
+        }
+        EXPECT_TRUE(outcomes.waitFor(static_cast<std::size_t>(round) * 20 + 1));
+    }
+    EXPECT_TRUE(outcomes.waitForAll());
+    EXPECT_EQ(outcomes.countWithStatus(200) + outcomes.countWithError(), 1000U);
+}
+
+/// The end of the process, in a process of its own. Its bound is that it ends at all: it is killed when it
+/// does not for so long that only a hang explains it.
+class ProcessExitUnderLoad : public testing::Test {
+  protected:
+    ProcessExitUnderLoad() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
+
+    static void boundTheProcess() { alarm(60); }
+};
+
+TEST_F(ProcessExitUnderLoad, OverHttp2IsClean) {
+    if (!Nginx::isInstalled()) {
+        GTEST_SKIP() << "nginx is not installed";
+    }
+    EXPECT_EXIT(
+        {
+            boundTheProcess();
+            const LocalAuthority authority;
+            const Nginx nginx(authority.nginx("location / { return 200; }"));
+            auto outcomes = std::make_unique<HttpOutcomes>();
+            CurlHttpClient client(authority.file());
+            for (int count = 0; count < 5000; ++count) {
+                client.start(posting(nginx.url("/"), std::string(850, 'e')), outcomes->next());
+            }
+            outcomes->waitFor(500);
+            std::exit(0);  // NOLINT(concurrency-mt-unsafe): that is the question
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+TEST_F(ProcessExitUnderLoad, WithAServerThatHangsIsClean) {
+    EXPECT_EXIT(
+        {
+            boundTheProcess();
+            RawServer server([](RawServer::Connection& connection) { connection.hang(); });
+            CurlHttpClient client("");
+            for (int count = 0; count < 5000; ++count) {
+                client.start(posting(server.url("/"), std::string(850, 'e')),
+                             [](auto, auto, auto) { abort(); });
+            }
+            server.waitForConnections(6);
+            std::exit(0);  // NOLINT(concurrency-mt-unsafe): that is the question
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+TEST_F(ProcessExitUnderLoad, InTheFirstMomentIsClean) {
+    EXPECT_EXIT(
+        {
+            boundTheProcess();
+            CurlHttpClient client("");
+            client.start(getting("https://service.vorna.invalid/"), [](auto, auto, auto) {});
+            std::exit(0);  // NOLINT(concurrency-mt-unsafe): that is the question
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+TEST_F(ProcessExitUnderLoad, FromACompletionIsClean) {
+    EXPECT_EXIT(
+        {
+            boundTheProcess();
+            const RawServer server([](RawServer::Connection& connection) {
+                connection.readRequest();
+                connection.send(emptyAnswer);
+                connection.hang();
+            });
+            CurlHttpClient client("");
+            for (int count = 0; count < 1000; ++count) {
+                client.start(getting(server.url("/")),
+                             [](auto, auto, auto) { std::exit(0); });  // NOLINT(concurrency-mt-unsafe)
+            }
+            for (;;) {
+                pause();
+            }
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+TEST_F(ProcessExitUnderLoad, WithAClientThatIsDestroyedWithTheStaticsIsClean) {
+    EXPECT_EXIT(
+        {
+            boundTheProcess();
+            RawServer server([](RawServer::Connection& connection) { connection.hang(); });
+            static const auto client = std::make_unique<CurlHttpClient>("");
+            for (int count = 0; count < 1000; ++count) {
+                client->start(getting(server.url("/")), [](auto, auto, auto) {});
+            }
+            server.waitForConnections(6);
+            std::exit(0);  // NOLINT(concurrency-mt-unsafe): that is the question
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+}  // namespace
+}  // namespace vorna

@@ -1,0 +1,481 @@
+#include <vorna/platform/curl/CurlHttpClient.h>
+
+#include <tests/platform/curl/CurlHttpClientOutcomes.h>
+#include <tests/platform/curl/LocalAuthority.h>
+#include <tests/support/Nginx.h>
+#include <tests/support/RawServer.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <malloc.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <future>
+#include <map>
+#include <mutex>
+#include <set>
+#include <string>
+#include <thread>
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool isSanitized = true;
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+constexpr bool isSanitized = true;
+#else
+constexpr bool isSanitized = false;
+#endif
+#else
+constexpr bool isSanitized = false;
+#endif
+
+namespace vorna {
+namespace {
+
+using namespace std::chrono_literals;
+using support::Nginx;
+using support::RawServer;
+
+constexpr std::string_view emptyAnswer = "HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n";
+
+/// Opens when so many stand before it at one time.
+class Gate {
+  public:
+    explicit Gate(std::size_t wanted) : wanted_(wanted) {}
+
+    /// False when the others do not come even after a time that is long enough for anything.
+    bool pass() {
+        std::unique_lock lock(mutex_);
+        ++count_;
+        changed_.notify_all();
+        return changed_.wait_for(lock, 60s, [this] { return count_ >= wanted_; });
+    }
+
+  private:
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::size_t wanted_;
+    std::size_t count_ = 0;
+};
+
+TEST(Http1Connections, AreSixAndUsedAgainAndAgain) {
+    // The first answer waits until six requests are there together; a seventh connection would be counted.
+    Gate gate(6);
+    const RawServer server([&](RawServer::Connection& connection) {
+        for (bool isFirst = true; !connection.readRequest().empty(); isFirst = false) {
+            if (isFirst && !gate.pass()) {
+                return;
+            }
+            connection.send(emptyAnswer);
+        }
+    });
+    CurlHttpClient client("");
+    HttpOutcomes outcomes;
+    for (int count = 0; count < 300; ++count) {
+        client.start(posting(server.url("/v1/event"), "{}"), outcomes.next());
+    }
+    EXPECT_TRUE(outcomes.waitForAll());
+    EXPECT_EQ(outcomes.countWithStatus(200), 300U) << outcomes.firstError();
+    EXPECT_EQ(server.connectionCount(), 6U);
+}
+
+TEST(Http1Connections, OverTlsAreSix) {
+    if (!Nginx::isInstalled()) {
+        GTEST_SKIP() << "nginx is not installed";
+    }
+    Gate gate(6);
+    const RawServer behind([&](RawServer::Connection& connection) {
+        connection.readRequest();
+        if (connection.number() >= 6 || gate.pass()) {
+            connection.send(RawServer::httpAnswer(200, ""));
+        }
+    });
+    const LocalAuthority authority;
+    Nginx nginx(authority.nginx(
+        "location / { proxy_pass http://127.0.0.1:" + std::to_string(behind.port()) + "; }", false));
+    CurlHttpClient client(authority.file());
+    HttpOutcomes outcomes;
+    for (int count = 0; count < 100; ++count) {
+        client.start(posting(nginx.url("/v1/event"), "{}"), outcomes.next());
+    }
+    // One goes ahead to learn the protocol; with its answer there, the others follow on six connections.
+    EXPECT_TRUE(outcomes.waitForAll());
+    EXPECT_EQ(outcomes.countWithStatus(200), 100U) << outcomes.firstError();
+    nginx.stop();
+    std::set<std::uint64_t> connections;
+    for (const Nginx::Request& request : nginx.requests()) {
+        EXPECT_EQ(request.protocol, "HTTP/1.1");
+        connections.insert(request.connection);
+    }
+    EXPECT_EQ(connections.size(), 6U);
+}
+
+TEST(HttpRequests, ToOneServerStartInTheOrderGiven) {
+    const RawServer server([](RawServer::Connection& connection) {
+        while (!connection.readRequest().empty()) {
+            connection.send(emptyAnswer);
+        }
+    });
+    CurlHttpClient client("");
+    HttpOutcomes outcomes;
+    for (int number = 0; number < 60; ++number) {
+        client.start(getting(server.url("/" + std::to_string(number + 100))), outcomes.next());
+    }
+    ASSERT_TRUE(outcomes.waitForAll());
+    // What connections run side by side do is their affair; on each of them the numbers ascend.
+    for (const std::string& received : server.received()) {
+        int last = 0;
+        for (std::size_t at = received.find("GET /"); at != std::string::npos;
+             at = received.find("GET /", at + 1)) {
+            const int number = std::stoi(received.substr(at + 5, 3));
+            EXPECT_GT(number, last);
+            last = number;
+        }
+    }
+}
+
+TEST(HttpRequests, AreNotHeldUpByAnotherServerThatHangs) {
+    RawServer hanging([](RawServer::Connection& connection) { connection.hang(); });
+    const RawServer working([](RawServer::Connection& connection) {
+        while (!connection.readRequest().empty()) {
+            connection.send(emptyAnswer);
+        }
+    });
+    HttpOutcomes hung;
+    HttpOutcomes outcomes;
+    CurlHttpClient client("");
+    for (int count = 0; count < 50; ++count) {
+        client.start(posting(hanging.url("/"), "{}"), hung.next());
+    }
+    ASSERT_TRUE(hanging.waitForConnections(6));
+    for (int count = 0; count < 50; ++count) {
+        client.start(posting(working.url("/"), "{}"), outcomes.next());
+    }
+    EXPECT_TRUE(outcomes.waitForAll());
+    EXPECT_EQ(outcomes.countWithStatus(200), 50U) << outcomes.firstError();
+    EXPECT_EQ(hung.count(), 0U);
+}
+
+TEST(HttpRequests, AreNotHeldUpByAnotherServerThatHangsInTheHandshake) {
+    if (!Nginx::isInstalled()) {
+        GTEST_SKIP() << "nginx is not installed";
+    }
+    RawServer hanging([](RawServer::Connection& connection) { connection.hang(); });
+    const LocalAuthority authority;
+    const Nginx nginx(authority.nginx("location / { return 200; }"));
+    HttpOutcomes hung;
+    HttpOutcomes outcomes;
+    CurlHttpClient client(authority.file());
+    for (int count = 0; count < 50; ++count) {
+        client.start(posting("https://localhost:" + std::to_string(hanging.port()) + "/", "{}"), hung.next());
+    }
+    ASSERT_TRUE(hanging.waitForConnections(1));
+    for (int count = 0; count < 50; ++count) {
+        client.start(posting(nginx.url("/"), "{}"), outcomes.next());
+    }
+    EXPECT_TRUE(outcomes.waitForAll());
+    EXPECT_EQ(outcomes.countWithStatus(200), 50U) << outcomes.firstError();
+    EXPECT_EQ(hung.count(), 0U);
+}
+
+TEST(HttpTimeout, DoesNotCountWhileARequestWaits) {
+    // Six at a time, so that the last of the requests comes to its turn long after the time-out.
+    const RawServer server([](RawServer::Connection& connection) {
+        while (!connection.readRequest().empty()) {
+            std::this_thread::sleep_for(250ms);
+            connection.send(emptyAnswer);
+        }
+    });
+    CurlHttpClient client("");
+    HttpOutcomes outcomes;
+    for (int count = 0; count < 48; ++count) {
+        HttpRequest request = posting(server.url("/v1/event"), "{}");
+        request.timeout = 1500ms;
+        client.start(std::move(request), outcomes.next());
+    }
+    EXPECT_TRUE(outcomes.waitForAll());
+    EXPECT_EQ(outcomes.countWithStatus(200), 48U) << outcomes.firstError();
+}
+
+TEST(HttpTimeout, DoesNotCountWhileARequestWaitsForAStream) {
+    if (!Nginx::isInstalled() || !Nginx::canSleep()) {
+        GTEST_SKIP() << "nginx is not installed, or not its echo module";
+    }
+    const LocalAuthority authority;
+    // Two streams on each of six connections: more wait inside libcurl than are on their way.
+    const Nginx nginx(
+        authority.nginx("http2_max_concurrent_streams 2; "
+                        "location / { echo_sleep 0.25; echo ok; } location /first { return 200; }"));
+    CurlHttpClient client(authority.file());
+    EXPECT_EQ(fetch(client, getting(nginx.url("/first"))).status(), 200);
+    HttpOutcomes outcomes;
+    for (int count = 0; count < 96; ++count) {
+        HttpRequest request = posting(nginx.url("/v1/event"), "{}");
+        request.timeout = 1500ms;
+        client.start(std::move(request), outcomes.next());
+    }
+    EXPECT_TRUE(outcomes.waitForAll());
+    EXPECT_EQ(outcomes.countWithStatus(200), 96U) << outcomes.firstError();
+}
+
+TEST(HttpTimeout, EndsARequestToAServerThatHangs) {
+    const RawServer server([](RawServer::Connection& connection) { connection.hang(); });
+    CurlHttpClient client("");
+    HttpRequest request = posting(server.url("/v1/event"), "{}");
+    request.timeout = 200ms;
+    const HttpOutcome outcome = fetch(client, request);
+    EXPECT_EQ(outcome.errorText(), "The request timed out");
+    EXPECT_FALSE(outcome.body);
+    EXPECT_FALSE(outcome.response);
+}
+
+TEST(HttpTimeout, EndsAnAnswerThatStopsHalfway) {
+    const RawServer server([](RawServer::Connection& connection) {
+        connection.readRequest();
+        connection.send("HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nhalf");
+        connection.hang();
+    });
+    CurlHttpClient client("");
+    HttpRequest request = posting(server.url("/v1/event"), "{}");
+    request.timeout = 200ms;
+    const HttpOutcome outcome = fetch(client, request);
+    EXPECT_EQ(outcome.errorText(), "The request timed out");
+    EXPECT_FALSE(outcome.body);
+    EXPECT_EQ(outcome.status(), 200);
+}
+
+TEST(HttpTimeout, EndsAHandshakeThatHangs) {
+    const RawServer server([](RawServer::Connection& connection) { connection.hang(); });
+    CurlHttpClient client("");
+    HttpRequest request = posting("https://127.0.0.1:" + std::to_string(server.port()) + "/", "{}");
+    request.timeout = 200ms;
+    HttpOutcomes outcomes;
+    client.start(request, outcomes.next());
+    client.start(request, outcomes.next());
+    EXPECT_TRUE(outcomes.waitForAll());
+    EXPECT_EQ(outcomes.countWithError(), 2U);
+}
+
+TEST(HttpTimeout, OfOneRequestLeavesTheOthersOfItsConnectionAlone) {
+    if (!Nginx::isInstalled()) {
+        GTEST_SKIP() << "nginx is not installed";
+    }
+    std::promise<void> timedOut;
+    const std::shared_future<void> hasTimedOut = timedOut.get_future().share();
+    const RawServer slow([hasTimedOut](RawServer::Connection& connection) {
+        connection.readRequest();
+        hasTimedOut.wait();
+        connection.send(RawServer::httpAnswer(200, ""));
+    });
+    const RawServer hanging([](RawServer::Connection& connection) { connection.hang(); });
+    const LocalAuthority authority;
+    Nginx nginx(authority.nginx("location / { return 200; }"
+                                "location /slow { proxy_pass http://127.0.0.1:" +
+                                std::to_string(slow.port()) +
+                                "; }"
+                                "location /never { proxy_pass http://127.0.0.1:" +
+                                std::to_string(hanging.port()) + "; }"));
+    CurlHttpClient client(authority.file());
+    EXPECT_EQ(fetch(client, getting(nginx.url("/"))).status(), 200);
+    HttpOutcomes outcomes;
+    for (int count = 0; count < 10; ++count) {
+        client.start(posting(nginx.url("/slow"), "{}"), outcomes.next());
+    }
+    HttpRequest request = posting(nginx.url("/never"), "{}");
+    request.timeout = 200ms;
+    EXPECT_EQ(fetch(client, std::move(request)).errorText(), "The request timed out");
+    EXPECT_EQ(outcomes.count(), 0U);
+    timedOut.set_value();
+    EXPECT_TRUE(outcomes.waitForAll());
+    EXPECT_EQ(outcomes.countWithStatus(200), 10U) << outcomes.firstError();
+    EXPECT_EQ(fetch(client, getting(nginx.url("/"))).status(), 200);
+    nginx.stop();
+    std::set<std::uint64_t> connections;
+    for (const Nginx::Request& logged : nginx.requests()) {
+        connections.insert(logged.connection);
+    }
+    EXPECT_EQ(connections.size(), 1U);
+}
+
+TEST(HttpTimeout, MayBeAbsurd) {
+    const RawServer server([](RawServer::Connection& connection) {
+        connection.readRequest();
+        connection.send(RawServer::httpAnswer(200, ""));
+    });
+    CurlHttpClient client("");
+    HttpRequest request = getting(server.url("/"));
+    request.timeout = std::chrono::milliseconds::max();
+    EXPECT_EQ(fetch(client, request).status(), 200);
+    request.timeout = std::chrono::milliseconds::min();
+    EXPECT_TRUE(fetch(client, request).error);
+}
+
+/// HTTP/2 as nginx speaks it.
+class Http2 : public testing::Test {
+  protected:
+    void SetUp() override {
+        if (!Nginx::isInstalled()) {
+            GTEST_SKIP() << "nginx is not installed";
+        }
+    }
+
+    /// Posts to that many different paths and expects each to be answered, and to have been received, once.
+    void expectEachOnce(Nginx& nginx, std::size_t count) const {
+        CurlHttpClient client(authority_.file());
+        HttpOutcomes outcomes;
+        for (std::size_t number = 0; number < count; ++number) {
+            client.start(posting(nginx.url("/event/" + std::to_string(number)), std::string(850, 'e')),
+                         outcomes.next());
+        }
+        EXPECT_TRUE(outcomes.waitForAll());
+        EXPECT_EQ(outcomes.countWithStatus(200), count) << outcomes.firstError();
+        nginx.stop();
+        std::map<std::string, int> received;
+        for (const Nginx::Request& request : nginx.requests()) {
+            EXPECT_EQ(request.protocol, "HTTP/2.0");
+            ++received[request.path];
+        }
+        EXPECT_EQ(received.size(), count);
+        for (const auto& [path, times] : received) {
+            EXPECT_EQ(times, 1) << path;
+        }
+    }
+
+    const LocalAuthority authority_;
+};
+
+TEST_F(Http2, CarriesManyRequestsAtOnceOnOneConnection) {
+    Gate gate(64);
+    const RawServer behind([&](RawServer::Connection& connection) {
+        connection.readRequest();
+        if (gate.pass()) {
+            connection.send(RawServer::httpAnswer(200, ""));
+        }
+    });
+    Nginx nginx(authority_.nginx("location / { proxy_pass http://127.0.0.1:" + std::to_string(behind.port()) +
+                                 "; } location /first { return 200; }"));
+    CurlHttpClient client(authority_.file());
+    EXPECT_EQ(fetch(client, getting(nginx.url("/first"))).status(), 200);
+    HttpOutcomes outcomes;
+    for (int count = 0; count < 64; ++count) {
+        client.start(posting(nginx.url("/v1/event"), "{}"), outcomes.next());
+    }
+    // None of them is answered before all 64 are there.
+    EXPECT_TRUE(outcomes.waitForAll());
+    EXPECT_EQ(outcomes.countWithStatus(200), 64U) << outcomes.firstError();
+    nginx.stop();
+    std::set<std::uint64_t> connections;
+    for (const Nginx::Request& request : nginx.requests()) {
+        EXPECT_EQ(request.protocol, "HTTP/2.0");
+        connections.insert(request.connection);
+    }
+    EXPECT_EQ(connections.size(), 1U);
+}
+
+TEST_F(Http2, OpensOneConnectionForABurstFromTheStart) {
+    Nginx nginx(authority_.nginx("location / { return 200; }"));
+    CurlHttpClient client(authority_.file());
+    HttpOutcomes outcomes;
+    for (int count = 0; count < 500; ++count) {
+        client.start(posting(nginx.url("/v1/event"), "{}"), outcomes.next());
+    }
+    EXPECT_TRUE(outcomes.waitForAll());
+    EXPECT_EQ(outcomes.countWithStatus(200), 500U) << outcomes.firstError();
+    nginx.stop();
+    std::set<std::uint64_t> connections;
+    for (const Nginx::Request& request : nginx.requests()) {
+        connections.insert(request.connection);
+    }
+    EXPECT_EQ(connections.size(), 1U);
+}
+
+TEST_F(Http2, LosesNothingWhenTheServerRenewsItsConnections) {
+    // After each 1,000 requests of a connection nginx takes no further ones on it.
+    Nginx nginx(authority_.nginx("location / { return 200; }"));
+    expectEachOnce(nginx, 5000);
+}
+
+TEST_F(Http2, LosesNothingWhenTheServerRenewsItsConnectionsAllTheTime) {
+    // Often enough for every handle of libcurl to meet it more than five times.
+    Nginx nginx(authority_.nginx("keepalive_requests 50; location / { return 200; }"));
+    expectEachOnce(nginx, 5000);
+}
+
+TEST_F(Http2, LosesNothingWhenTheServerTakesFewStreams) {
+    Nginx nginx(authority_.nginx("http2_max_concurrent_streams 8; location / { return 200; }"));
+    expectEachOnce(nginx, 5000);
+}
+
+TEST_F(Http2, TakesAnAnswerThatComesBeforeTheRequestIsAllSent) {
+    // nginx answers as soon as it has seen the head, and ends the stream.
+    Nginx nginx(authority_.nginx("location / { return 204; }"));
+    CurlHttpClient client(authority_.file());
+    HttpOutcomes outcomes;
+    for (int count = 0; count < 500; ++count) {
+        client.start(posting(nginx.url("/v1/event"), std::string(850, 'e')), outcomes.next());
+    }
+    EXPECT_TRUE(outcomes.waitForAll());
+    EXPECT_EQ(outcomes.countWithStatus(204), 500U) << outcomes.firstError();
+}
+
+TEST_F(Http2, CarriesLargeBodiesBothWays) {
+    const std::string large(std::size_t{8} << 20U, 'l');
+    Nginx nginx(authority_.nginx("root .; location / { }"
+                                 "location /v1/ { proxy_pass http://127.0.0.1:1; }"));
+    support::writeFile(nginx.folder() / "large.bin", large);
+    CurlHttpClient client(authority_.file());
+    EXPECT_TRUE(fetch(client, getting(nginx.url("/large.bin"))).body == large);
+    // nginx takes the whole body in before it finds nobody to pass it on to.
+    EXPECT_EQ(fetch(client, posting(nginx.url("/v1/event"), large)).status(), 502);
+}
+
+TEST(WaitingHttpRequests, CostLittleMoreThanTheirBodies) {
+    if (isSanitized) {
+        GTEST_SKIP() << "a sanitizer's memory is not the program's";
+    }
+    const RawServer hanging([](RawServer::Connection& connection) { connection.hang(); });
+    const RawServer working([](RawServer::Connection& connection) {
+        while (!connection.readRequest().empty()) {
+            connection.send(emptyAnswer);
+        }
+    });
+    std::size_t ended = 0;
+    constexpr std::size_t count = 100'000;
+    constexpr std::size_t bodySize = 850;
+    {
+        CurlHttpClient client("");
+        // Six on their way are no waiting ones.
+        for (int number = 0; number < 6; ++number) {
+            client.start(posting(hanging.url("/v1/event"), "{}"), [](auto, auto, auto) {});
+        }
+        EXPECT_TRUE(hanging.waitForConnections(6));
+        EXPECT_EQ(fetch(client, getting(working.url("/"))).status(), 200);
+
+        const auto used = [] {
+            const struct mallinfo2 info = mallinfo2();
+            return info.uordblks + info.hblkhd;
+        };
+        const std::size_t before = used();
+        for (std::size_t number = 0; number < count; ++number) {
+            // As an encoder leaves it: with room to grow.
+            std::string body;
+            while (body.size() < bodySize) {
+                body += "0123456789";
+            }
+            client.start(posting(hanging.url("/v1/event"), std::move(body)),
+                         [&ended](auto, auto, auto) { ++ended; });
+        }
+        // Answered only after all of them have been taken over and sorted.
+        EXPECT_EQ(fetch(client, getting(working.url("/"))).status(), 200);
+        const double perRequest = static_cast<double>(used() - before) / static_cast<double>(count);
+        RecordProperty("bytesPerWaitingRequest", std::to_string(perRequest));
+        EXPECT_LE(perRequest, bodySize * 1.15);
+        EXPECT_GE(perRequest, bodySize) << "the measurement itself is wrong";
+    }
+    EXPECT_EQ(ended, count);
+}
+
+}  // namespace
+}  // namespace vorna
