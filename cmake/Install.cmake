@@ -22,6 +22,8 @@ write_basic_package_version_file("${PROJECT_BINARY_DIR}/VornaConfigVersion.cmake
 install(FILES "${PROJECT_BINARY_DIR}/VornaConfig.cmake" "${PROJECT_BINARY_DIR}/VornaConfigVersion.cmake"
     DESTINATION "${package_dir}")
 
+# Relative, so that the installed tree may be moved.
+file(RELATIVE_PATH prefix_from_pkgconfig "/prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/prefix")
 configure_file(cmake/vorna-core.pc.in "${PROJECT_BINARY_DIR}/vorna-core.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/vorna-core.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 

@@ -187,7 +187,3 @@ class InMemoryCredentialStore final : public CredentialStore {
 };
 
 }  // namespace vorna::support
-
-namespace vorna {
-namespace test = support;
-}  // namespace vorna

@@ -106,7 +106,6 @@ TEST_F(HttpsServer, OfTls11IsRefused) {
 
 TEST_F(HttpsServer, ThatSpeaksPlainHttpIsRefused) {
     const RawServer plain([](RawServer::Connection& connection) {
-        connection.readRequest();
         connection.send(RawServer::httpAnswer(200, "in the clear"));
     });
     CurlHttpClient client(authority_.file());

@@ -287,6 +287,13 @@ bool isCompleteAllTheSame(const Transfer& transfer, CURLcode code) {
                          : code == CURLE_HTTP2_STREAM && transfer.error.front() == '\0';
 }
 
+bool isAnsweredBeforeItIsSent(const Transfer& transfer) {
+    curl_off_t sent = 0;
+    return transfer.hasHead && transfer.request.plan->method == HttpMethod::post &&
+           curl_easy_getinfo(transfer.easy.get(), CURLINFO_SIZE_UPLOAD_T, &sent) == CURLE_OK &&
+           sent < static_cast<curl_off_t>(transfer.request.body.size());
+}
+
 bool mayBeSentTo(const URL& url) {
     return url.scheme() == "https" || (url.scheme() == "http" && url.isLoopback());
 }
@@ -334,6 +341,7 @@ class CurlHttpClient::Engine {
     bool isOverdue(Transfer& transfer, Time now);
     void recycle(Transfer& transfer);
     void tidy();
+    std::chrono::milliseconds longestPause() const;
     void waitForWork();
     void endAll();
     [[noreturn]] void restForEver();
@@ -815,6 +823,22 @@ void CurlHttpClient::Engine::tidy() {
     }
 }
 
+std::chrono::milliseconds CurlHttpClient::Engine::longestPause() const {
+    constexpr std::chrono::milliseconds longest = std::chrono::minutes(1);
+    // libcurl may sleep over the end of an HTTP/2 stream whose answer came before the request was all sent,
+    // until something else makes it look.
+    constexpr std::chrono::milliseconds untilALook(20);
+    if (std::any_of(underWay_.begin(), underWay_.end(), isAnsweredBeforeItIsSent)) {
+        return untilALook;
+    }
+    if (nextDeadline_ == Time::max()) {
+        return longest;
+    }
+    return std::clamp(
+        std::chrono::ceil<std::chrono::milliseconds>(nextDeadline_ - std::chrono::steady_clock::now()),
+        std::chrono::milliseconds(0), longest);
+}
+
 void CurlHttpClient::Engine::waitForWork() {
     tidy();
     {
@@ -824,15 +848,8 @@ void CurlHttpClient::Engine::waitForWork() {
         }
         waits_ = true;
     }
-    constexpr std::chrono::milliseconds longest = std::chrono::minutes(1);
-    std::chrono::milliseconds pause = longest;
-    if (nextDeadline_ != Time::max()) {
-        pause = std::clamp(
-            std::chrono::ceil<std::chrono::milliseconds>(nextDeadline_ - std::chrono::steady_clock::now()),
-            std::chrono::milliseconds(0), longest);
-    }
     const CURLMcode code =
-        curl_multi_poll(multi_.get(), nullptr, 0, static_cast<int>(pause.count()), nullptr);
+        curl_multi_poll(multi_.get(), nullptr, 0, static_cast<int>(longestPause().count()), nullptr);
     if (code != CURLM_OK) {
         // Out of memory, most likely: rather slow than spinning.
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
