@@ -1,15 +1,18 @@
-// What a lookup in the remote configuration costs, alone and beside seven others while tables are swapped, and
-// what it costs to read an answer of the service and to put it in force.
+// What a lookup in the remote configuration costs, alone and beside seven others while tables are swapped,
+// and what it costs to read an answer of the service and to put it in force.
 //
-// Arguments: the number of keys. "Swapped" lookups run while a further thread replaces the table all the time.
+// Arguments: the number of keys. "Swapped" lookups run while a further thread replaces the table all the
+// time.
 
 #include <vorna/config/RemoteConfigResponse.h>
 #include <vorna/config/RemoteConfigTable.h>
 #include <vorna/config/RemoteConfigsInForce.h>
+#include <vorna/json/Encoding.h>
 
 #include <benchmark/benchmark.h>
 
 #include <atomic>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -109,11 +112,7 @@ void putInForce(benchmark::State& state) {
 }
 
 void readAnswer(benchmark::State& state) {
-    std::string body = R"({"configs":{)";
-    for (const auto& [key, value] : configsOf(state.range(0))) {
-        body += (body.back() == '{' ? "\"" : ",\"") + key + "\":\"" + value + '"';
-    }
-    body += "}}";
+    const auto body = std::get<std::string>(json::encode(RemoteConfigResponse{configsOf(state.range(0))}));
     for (auto _ : state) {
         const json::Decoded<RemoteConfigResponse> decoded = decodeRemoteConfigResponse(body);
         if (!std::holds_alternative<RemoteConfigResponse>(decoded)) {
