@@ -27,8 +27,7 @@ struct RecordedEvents {
     std::shared_ptr<SettableClock> clock = std::make_shared<SettableClock>();
     std::shared_ptr<FixedSystem> system = std::make_shared<FixedSystem>();
     std::shared_ptr<RecordingHttpClient> http = std::make_shared<RecordingHttpClient>();
-    std::shared_ptr<InMemoryCredentialStore> credentials =
-        std::make_shared<InMemoryCredentialStore>();
+    std::shared_ptr<InMemoryCredentialStore> credentials = std::make_shared<InMemoryCredentialStore>();
     std::shared_ptr<InMemoryPreferences> preferences = std::make_shared<InMemoryPreferences>();
 
     RecordedEvents() {

@@ -2,10 +2,10 @@
 
 #include <vorna/platform/NeverDestroyed.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <mutex>
-#include <ranges>
 #include <utility>
 #include <vector>
 
@@ -35,7 +35,8 @@ void runStops() {
         registered.swap(stops().registered);
     }
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(80);
-    for (const Stop& stop : std::views::reverse(registered)) {
+    std::reverse(registered.begin(), registered.end());
+    for (const Stop& stop : registered) {
         stop(deadline);
     }
 }

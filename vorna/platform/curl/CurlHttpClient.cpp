@@ -151,6 +151,8 @@ struct Transfer {
     bool hasHead = false;
     std::vector<HttpHeader> headers;
     std::string body;
+    /// When the answer was first found whole although libcurl still waits.
+    std::optional<Time> wholeSince;
     /// Why the answer was given up, when that was our decision.
     const char* refusal = nullptr;
     std::array<char, CURL_ERROR_SIZE> error{};
@@ -187,7 +189,9 @@ std::string_view trimmed(std::string_view text) {
 void receiveHeaderLine(Transfer& transfer, std::string_view line) {
     CURL* const easy = transfer.easy.get();
     if (line.starts_with("HTTP/")) {
+        constexpr std::size_t usually = 8;
         transfer.headers.clear();
+        transfer.headers.reserve(usually);
         transfer.hasHead = false;
         transfer.headSize = line.size();
         return;
@@ -264,14 +268,10 @@ curl_socket_t openLoopbackSocket(void* context, curlsocktype purpose, curl_socka
     return isLoopback(address->addr) ? openSocket(context, purpose, address) : CURL_SOCKET_BAD;
 }
 
-/// A server may answer, and end the stream or the connection, before the request's body is all sent. To
-/// libcurl that is an error at times; the answer counts when it is whole.
-bool isCompleteAllTheSame(const Transfer& transfer, CURLcode code) {
-    constexpr std::array<CURLcode, 5> aboutTheConnection{CURLE_HTTP2_STREAM, CURLE_HTTP2, CURLE_PARTIAL_FILE,
-                                                         CURLE_SEND_ERROR, CURLE_RECV_ERROR};
+/// Whether an answer has come to its last byte, as far as its head tells how many there are.
+bool isWhole(const Transfer& transfer) {
     const bool isRedirect = transfer.status >= 300 && transfer.status < 400;
-    if (!transfer.hasHead || isRedirect || transfer.refusal != nullptr ||
-        std::find(aboutTheConnection.begin(), aboutTheConnection.end(), code) == aboutTheConnection.end()) {
+    if (!transfer.hasHead || isRedirect || transfer.refusal != nullptr) {
         return false;
     }
     constexpr int noContent = 204;
@@ -282,16 +282,30 @@ bool isCompleteAllTheSame(const Transfer& transfer, CURLcode code) {
     curl_off_t received = 0;
     curl_easy_getinfo(transfer.easy.get(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &declared);
     curl_easy_getinfo(transfer.easy.get(), CURLINFO_SIZE_DOWNLOAD_T, &received);
-    // Where the server has not declared a length, libcurl describes every error but this one.
-    return declared >= 0 ? received == declared
-                         : code == CURLE_HTTP2_STREAM && transfer.error.front() == '\0';
+    return declared >= 0 && received == declared;
 }
 
-bool isAnsweredBeforeItIsSent(const Transfer& transfer) {
+bool isSent(const Transfer& transfer) {
     curl_off_t sent = 0;
-    return transfer.hasHead && transfer.request.plan->method == HttpMethod::post &&
-           curl_easy_getinfo(transfer.easy.get(), CURLINFO_SIZE_UPLOAD_T, &sent) == CURLE_OK &&
-           sent < static_cast<curl_off_t>(transfer.request.body.size());
+    curl_easy_getinfo(transfer.easy.get(), CURLINFO_SIZE_UPLOAD_T, &sent);
+    return sent >= static_cast<curl_off_t>(transfer.request.body.size());
+}
+
+/// A server may answer, and end the stream or the connection, before the request's body is all sent. To
+/// libcurl that is an error at times; a whole answer counts all the same.
+bool isAnsweredDespite(CURLcode code, const Transfer& transfer) {
+    switch (code) {
+    case CURLE_HTTP2_STREAM:
+        // Every error of a stream is described but this one.
+        return isWhole(transfer) || transfer.error.front() == '\0';
+    case CURLE_HTTP2:
+    case CURLE_PARTIAL_FILE:
+    case CURLE_SEND_ERROR:
+    case CURLE_RECV_ERROR:
+        return isWhole(transfer);
+    default:
+        return false;
+    }
 }
 
 bool mayBeSentTo(const URL& url) {
@@ -338,6 +352,7 @@ class CurlHttpClient::Engine {
     bool finishDone();
     void finish(Transfer& transfer, CURLcode code);
     bool endOverdue();
+    bool finishForgotten();
     bool isOverdue(Transfer& transfer, Time now);
     void recycle(Transfer& transfer);
     void tidy();
@@ -376,6 +391,8 @@ class CurlHttpClient::Engine {
     std::list<Transfer> idle_;
     /// No deadline lies before this.
     Time nextDeadline_ = Time::max();
+    /// Some request with a body has an answer that has begun and not ended.
+    bool hasAnsweredPost_ = false;
 };
 
 CurlHttpClient::Engine::Engine(std::string certificateAuthorityFile)
@@ -491,7 +508,8 @@ void CurlHttpClient::Engine::run() noexcept {
         curl_multi_perform(multi_.get(), &running);
         const bool hasFinished = finishDone();
         const bool hasEnded = endOverdue();
-        if (!hasFinished && !hasEnded && !canAdmit()) {
+        const bool hasRemembered = finishForgotten();
+        if (!hasFinished && !hasEnded && !hasRemembered && !canAdmit()) {
             waitForWork();
         }
     }
@@ -606,6 +624,7 @@ CURLcode CurlHttpClient::Engine::prepare(Transfer& transfer) const {
     transfer.hasHead = false;
     transfer.headers.clear();
     transfer.body.clear();
+    transfer.wholeSince.reset();
     transfer.refusal = nullptr;
     transfer.error.front() = '\0';
     return CURLE_OK;
@@ -721,7 +740,7 @@ void CurlHttpClient::Engine::finish(Transfer& transfer, CURLcode code) {
         response->statusCode = transfer.status;
         response->headers = std::move(transfer.headers);
     }
-    if (response && (code == CURLE_OK || isCompleteAllTheSame(transfer, code))) {
+    if (response && (code == CURLE_OK || isAnsweredDespite(code, transfer))) {
         complete(transfer.request, std::move(transfer.body), std::move(response), std::nullopt);
         return;
     }
@@ -761,6 +780,35 @@ bool CurlHttpClient::Engine::endOverdue() {
         // What the handle went through is not known to us.
         transfer.preparedFor.reset();
         finish(transfer, CURLE_OPERATION_TIMEDOUT);
+        recycle(transfer);
+    }
+    return any;
+}
+
+/// Where a server answers before the request is all sent, libcurl may sleep over the end of the HTTP/2
+/// stream: until something else makes it look, or for good.
+bool CurlHttpClient::Engine::finishForgotten() {
+    constexpr std::chrono::milliseconds patience(200);
+    bool any = false;
+    hasAnsweredPost_ = false;
+    for (auto next = underWay_.begin(); next != underWay_.end();) {
+        Transfer& transfer = *next++;
+        if (!transfer.hasHead || transfer.request.plan->method != HttpMethod::post) {
+            continue;
+        }
+        hasAnsweredPost_ = true;
+        if (!isWhole(transfer) || !isSent(transfer)) {
+            continue;
+        }
+        const Time now = std::chrono::steady_clock::now();
+        if (now - transfer.wholeSince.value_or(now) < patience) {
+            transfer.wholeSince = transfer.wholeSince.value_or(now);
+            continue;
+        }
+        any = true;
+        curl_multi_remove_handle(multi_.get(), transfer.easy.get());
+        transfer.preparedFor.reset();
+        finish(transfer, CURLE_OK);
         recycle(transfer);
     }
     return any;
@@ -825,10 +873,8 @@ void CurlHttpClient::Engine::tidy() {
 
 std::chrono::milliseconds CurlHttpClient::Engine::longestPause() const {
     constexpr std::chrono::milliseconds longest = std::chrono::minutes(1);
-    // libcurl may sleep over the end of an HTTP/2 stream whose answer came before the request was all sent,
-    // until something else makes it look.
     constexpr std::chrono::milliseconds untilALook(20);
-    if (std::any_of(underWay_.begin(), underWay_.end(), isAnsweredBeforeItIsSent)) {
+    if (hasAnsweredPost_) {
         return untilALook;
     }
     if (nextDeadline_ == Time::max()) {

@@ -3,8 +3,8 @@
 /// The default HTTP client: one thread around libcurl's multi interface.
 ///
 /// HTTP/2 with multiplexing where the server offers it over TLS, HTTP/1.1 with at most six connections a
-/// server otherwise; connections are kept alive and handles are used again. What waits for its turn is a small
-/// record, not a handle, so a hundred thousand waiting requests cost little more than their bodies.
+/// server otherwise; connections are kept alive and handles are used again. What waits for its turn is a
+/// small record, not a handle, so a hundred thousand waiting requests cost little more than their bodies.
 ///
 /// Only https is sent, except to loopback addresses, and a redirect never leaves https. TLS is 1.2 or newer
 /// with the server's name checked. Proxies are taken from the usual environment variables.
