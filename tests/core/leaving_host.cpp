@@ -63,6 +63,7 @@ int main(int count, char** arguments) {
     std::thread other(record);
     record();
     if (way == "exit-while-recording") {
+        other.detach();
         std::exit(properExit);  // NOLINT(concurrency-mt-unsafe): that is the point
     }
     other.join();

@@ -5,7 +5,6 @@
 #include <vorna/platform/Log.h>
 #include <vorna/platform/NotificationCenter.h>
 #include <vorna/platform/ProcessExit.h>
-#include <vorna/platform/URL.h>
 
 #include <chrono>
 #include <condition_variable>
@@ -80,7 +79,8 @@ VornaQueueWorker::VornaQueueWorker(std::shared_ptr<VornaTaskQueue> taskQueue,
       eventListManager_(std::move(eventListManager)),
       httpClient_(std::move(httpClient)),
       remoteConfigHelper_(std::move(remoteConfigHelper)),
-      eventURL_(std::move(eventURL)) {}
+      eventURL_(std::move(eventURL)),
+      eventAddress_(URL::parse(eventURL_)) {}
 
 void VornaQueueWorker::start() {
     auto loop = std::make_shared<Loop>();
@@ -135,7 +135,7 @@ void VornaQueueWorker::perform(VornaTask task) {
 }
 
 void VornaQueueWorker::sendEvent(const EventData& event, std::string_view url) {
-    std::optional<URL> address = URL::parse(url);
+    std::optional<URL> address = url == eventURL_ ? eventAddress_ : URL::parse(url);
     if (!address) {
         log::debug({"Invalid URL"});
         return;

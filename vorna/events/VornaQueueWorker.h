@@ -8,8 +8,10 @@
 #include <vorna/events/EventListManager.h>
 #include <vorna/events/VornaTaskQueue.h>
 #include <vorna/platform/HttpClient.h>
+#include <vorna/platform/URL.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -48,6 +50,8 @@ class VornaQueueWorker : public std::enable_shared_from_this<VornaQueueWorker> {
     const std::shared_ptr<HttpClient> httpClient_;
     const std::shared_ptr<RemoteConfigHelper> remoteConfigHelper_;
     const std::string eventURL_;
+    /// The same, parsed; absent when it is no URL.
+    const std::optional<URL> eventAddress_;
 };
 
 }  // namespace vorna

@@ -9,20 +9,32 @@ namespace {
 /// Waits for the semaphore and signals it again at the end of the scope.
 class SemaphoreLock {
   public:
-    explicit SemaphoreLock(std::binary_semaphore& semaphore) : semaphore_(semaphore) { semaphore_.acquire(); }
+    explicit SemaphoreLock(sem_t& semaphore) : semaphore_(semaphore) {
+        // A signal handler of the host's may end the wait early.
+        while (sem_wait(&semaphore_) != 0) {
+        }
+    }
 
     SemaphoreLock(const SemaphoreLock&) = delete;
     SemaphoreLock& operator=(const SemaphoreLock&) = delete;
     SemaphoreLock(SemaphoreLock&&) = delete;
     SemaphoreLock& operator=(SemaphoreLock&&) = delete;
 
-    ~SemaphoreLock() { semaphore_.release(); }
+    ~SemaphoreLock() { sem_post(&semaphore_); }
 
   private:
-    std::binary_semaphore& semaphore_;
+    sem_t& semaphore_;
 };
 
 }  // namespace
+
+VornaTaskQueue::VornaTaskQueue() {
+    sem_init(&semaphore_, 0, 1);
+}
+
+VornaTaskQueue::~VornaTaskQueue() {
+    sem_destroy(&semaphore_);
+}
 
 void VornaTaskQueue::enqueue(VornaTask task) {
     const SemaphoreLock lock(semaphore_);

@@ -4,16 +4,24 @@
 
 #include <vorna/events/VornaTask.h>
 
+#include <semaphore.h>
+
 #include <cstddef>
 #include <deque>
 #include <optional>
-#include <semaphore>
 
 namespace vorna {
 
 /// Any thread. The semaphore is held only while a task is put in or taken out.
 class VornaTaskQueue {
   public:
+    VornaTaskQueue();
+    VornaTaskQueue(const VornaTaskQueue&) = delete;
+    VornaTaskQueue& operator=(const VornaTaskQueue&) = delete;
+    VornaTaskQueue(VornaTaskQueue&&) = delete;
+    VornaTaskQueue& operator=(VornaTaskQueue&&) = delete;
+    ~VornaTaskQueue();
+
     void enqueue(VornaTask task);
 
     /// The first task, or nothing when none waits. Never blocks for one.
@@ -22,7 +30,9 @@ class VornaTaskQueue {
     std::size_t size() const;
 
   private:
-    mutable std::binary_semaphore semaphore_{1};
+    /// Created with the value 1. The C library's: that of libstdc++ 12 calls the kernel at every release,
+    /// whether anybody waits or not.
+    mutable sem_t semaphore_{};
     std::deque<VornaTask> queue_;
 };
 

@@ -324,6 +324,9 @@ class CurlHttpClient::Engine {
   public:
     explicit Engine(std::string certificateAuthorityFile);
 
+    /// Starts the thread now: one that the worker started would inherit its low priority for good.
+    static void begin(const std::shared_ptr<Engine>& self);
+
     static void start(const std::shared_ptr<Engine>& self, HttpRequest request, Completion completion);
 
     /// Ends all requests with an error, frees everything, and joins the thread.
@@ -405,6 +408,11 @@ CurlHttpClient::Engine::Engine(std::string certificateAuthorityFile)
     curl_multi_setopt(multi, CURLMOPT_PIPELINING, CURLPIPE_MULTIPLEX);
     curl_multi_setopt(multi, CURLMOPT_MAX_HOST_CONNECTIONS, static_cast<long>(mostConnectionsPerServer));
     curl_multi_setopt(multi, CURLMOPT_MAX_CONCURRENT_STREAMS, static_cast<long>(mostStreamsPerServer));
+}
+
+void CurlHttpClient::Engine::begin(const std::shared_ptr<Engine>& self) {
+    const std::scoped_lock lock(self->mutex_);
+    self->ensureThread(self);
 }
 
 void CurlHttpClient::Engine::start(const std::shared_ptr<Engine>& self, HttpRequest request,
@@ -666,7 +674,6 @@ CURLcode CurlHttpClient::Engine::setOptions(CURL* easy, Transfer& transfer) cons
     }
     curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(easy, CURLOPT_ACCEPT_ENCODING, "");
-    curl_easy_setopt(easy, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
     // A name server that is silent holds up neither the other requests nor the end.
     curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);
 
@@ -944,6 +951,7 @@ CurlHttpClient::CurlHttpClient(std::string certificateAuthorityFile) {
     // our thread.
     initialiseLibcurl();
     engine_ = std::make_shared<Engine>(std::move(certificateAuthorityFile));
+    Engine::begin(engine_);
 }
 
 CurlHttpClient::~CurlHttpClient() {
