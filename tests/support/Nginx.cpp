@@ -42,7 +42,7 @@ int listen(std::uint16_t& port) {
     return listener;
 }
 
-std::string configuration(const Nginx::Options& options, std::uint16_t port) {
+std::string configuration(const Nginx::Options& options, const std::string& folder, std::uint16_t port) {
     const bool isSecure = !options.certificate.empty();
     std::ostringstream text;
     if (Nginx::canSleep()) {
@@ -63,7 +63,9 @@ std::string configuration(const Nginx::Options& options, std::uint16_t port) {
     for (const char* const kind : {"client_body", "proxy", "fastcgi", "uwsgi", "scgi"}) {
         text << "  " << kind << "_temp_path " << kind << ";\n";
     }
-    text << "  server {\n"
+    text << "  upstream accepting { server unix:" << folder << "/accepting; }\n"
+         << "  server { listen unix:" << folder << "/accepting; access_log off; return 200; }\n"
+         << "  server {\n"
          << "    listen 127.0.0.1:" << port << (isSecure ? " ssl" : "")
          << (isSecure && options.offersHttp2 ? " http2" : "") << ";\n";
     if (isSecure) {
@@ -87,7 +89,7 @@ Nginx::Nginx(const Options& options) : isSecure_(!options.certificate.empty()) {
     writeFile(folder() / "certificate.pem", options.certificate);
     writeFile(folder() / "key.pem", options.privateKey);
     const int listener = listen(port_);
-    writeFile(folder() / "nginx.conf", configuration(options, port_));
+    writeFile(folder() / "nginx.conf", configuration(options, folder().string(), port_));
 
     // nginx takes over a socket that listens already, as it does when it is replaced by a newer one. So the
     // port is ours from the start, and whoever connects before nginx is ready just waits.

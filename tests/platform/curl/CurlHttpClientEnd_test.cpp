@@ -10,7 +10,9 @@
 
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdlib>
+#include <functional>
 #include <future>
 #include <memory>
 #include <optional>
@@ -20,6 +22,7 @@
 namespace vorna {
 namespace {
 
+using namespace std::chrono_literals;
 using support::Nginx;
 using support::RawServer;
 
@@ -28,13 +31,16 @@ constexpr std::string_view emptyAnswer = "HTTP/1.1 200 OK\r\nContent-Length: 0\r
 TEST(HttpClientDestruction, EndsWhatIsUnderWayAndWhatWaitsWithAnError) {
     RawServer server([](RawServer::Connection& connection) { connection.hang(); });
     HttpOutcomes outcomes;
+    std::chrono::steady_clock::time_point begin;
     {
         CurlHttpClient client("");
         for (int count = 0; count < 1000; ++count) {
             client.start(posting(server.url("/"), "{}"), outcomes.next());
         }
         EXPECT_TRUE(server.waitForConnections(6));
+        begin = std::chrono::steady_clock::now();
     }
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 30s) << "the thread was not woken";
     EXPECT_EQ(outcomes.countWithError(), 1000U);
     EXPECT_EQ(outcomes.firstError(), "The HTTP client has been closed");
 }

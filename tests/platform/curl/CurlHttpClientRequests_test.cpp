@@ -217,6 +217,20 @@ TEST(HttpClientStart, ReturnsThoughTheServerIsSilent) {
     EXPECT_EQ(outcomes.countWithError(), 2U);
 }
 
+TEST(HttpClientStart, WakesAClientThatHasNothingToDo) {
+    const RawServer server([](RawServer::Connection& connection) {
+        while (!connection.readRequest().empty()) {
+            connection.send("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n");
+        }
+    });
+    CurlHttpClient client("");
+    const auto begin = std::chrono::steady_clock::now();
+    for (int count = 0; count < 50; ++count) {
+        EXPECT_EQ(fetch(client, getting(server.url("/"))).status(), 200);
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30)) << "it has slept on";
+}
+
 TEST(HttpClientStart, WorksFromInsideACompletion) {
     const RawServer server(answerOk);
     CurlHttpClient client("");

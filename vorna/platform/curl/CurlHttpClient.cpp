@@ -353,7 +353,7 @@ class CurlHttpClient::Engine {
     CURLcode prepare(Transfer& transfer) const;
     CURLcode setOptions(CURL* easy, Transfer& transfer) const;
     bool finishDone();
-    void finish(Transfer& transfer, CURLcode code);
+    static void finish(Transfer& transfer, CURLcode code);
     bool endOverdue();
     bool finishForgotten();
     bool isOverdue(Transfer& transfer, Time now);
