@@ -164,8 +164,7 @@ measure_sizes() {
     done
     size_row 'the shared library' "$(stripped_size "$bench/libsize_shared.so")" \
         "$(loaded_size "$bench/libsize_shared.so")" 0
-    echo "  Built as $(sed -n 's/^CMAKE_BUILD_TYPE:[A-Z]*=//p' "$build/CMakeCache.txt") with" \
-        "$(sed -n 's/^CMAKE_CXX_FLAGS_RELEASE:[A-Z]*=//p' "$build/CMakeCache.txt")." \
+    echo "  Built as $(sed -n 's/^CMAKE_BUILD_TYPE:[A-Z]*=//p' "$build/CMakeCache.txt"), the library for size but for its hot files." \
         'System libraries (libcurl, Boost.JSON, GLib, libsecret, utf8proc) are shared and not counted.'
 }
 
