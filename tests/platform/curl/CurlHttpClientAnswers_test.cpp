@@ -115,6 +115,9 @@ TEST(HttpRedirect, ToAnotherHostIsFollowedWithGet) {
     EXPECT_EQ(outcome.response.value_or(HttpResponse{}).url, there);
     EXPECT_FALSE(outcome.header("Location")) << "the first answer's headers are not the last one's";
     EXPECT_THAT(target.received().at(0), StartsWith("GET /there HTTP/1.1\r\n"));
+    // The next request of that kind is a POST again.
+    EXPECT_EQ(fetch(client, posting(server.url("/here"), "{}")).status(), 200);
+    EXPECT_THAT(server.received().at(1), StartsWith("POST /here HTTP/1.1\r\n"));
 }
 
 TEST(HttpRedirect, Of307And308KeepsMethodAndBody) {

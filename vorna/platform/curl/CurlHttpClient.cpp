@@ -121,7 +121,7 @@ struct Lane {
     /// Learned from the server's last answer.
     bool multiplexes = false;
     /// When a request was last put on the wire, or answered.
-    Time progressed;
+    std::optional<Time> progressed;
 
     bool canAdmit() const { return !waiting.empty() && room() > 0; }
 
@@ -229,10 +229,11 @@ std::size_t receiveHeader(const char* bytes, std::size_t, std::size_t count, voi
 int countSending(void* context, char*, char*, int, int) noexcept {
     Transfer& transfer = *static_cast<Transfer*>(context);
     Lane& lane = *transfer.lane;
-    lane.progressed = std::chrono::steady_clock::now();
+    const Time now = std::chrono::steady_clock::now();
+    lane.progressed = now;
     lane.isReachable = true;
     if (transfer.sendings == 0) {
-        transfer.deadline = lane.progressed + transfer.request.plan->timeout;
+        transfer.deadline = now + transfer.request.plan->timeout;
     }
     ++transfer.sendings;
     return CURL_PREREQFUNC_OK;
@@ -365,7 +366,7 @@ class CurlHttpClient::Engine {
     [[noreturn]] void restForEver();
     static void complete(Waiting& request, std::optional<std::string> body,
                          std::optional<HttpResponse> response, std::optional<HttpError> error) noexcept;
-    static void fail(Waiting& request, std::string description,
+    static void fail(Waiting& request, std::string_view description,
                      std::optional<HttpResponse> response = std::nullopt) noexcept;
 
     const std::string certificateAuthorityFile_;
@@ -751,19 +752,16 @@ void CurlHttpClient::Engine::finish(Transfer& transfer, CURLcode code) {
         complete(transfer.request, std::move(transfer.body), std::move(response), std::nullopt);
         return;
     }
-    std::string description;
-    try {
-        description = transfer.refusal != nullptr ? transfer.refusal : trimmed(transfer.error.data());
-        if (code == CURLE_OK) {
-            // libcurl takes what has come for the whole head when the connection ends within it.
-            description = "The response's head was cut off";
-        } else if (description.empty()) {
-            description = curl_easy_strerror(code);
-        }
-    } catch (const std::exception&) {
-        description = outOfMemory;
+    std::string_view description = trimmed(transfer.error.data());
+    if (transfer.refusal != nullptr) {
+        description = transfer.refusal;
+    } else if (code == CURLE_OK) {
+        // libcurl takes what has come for the whole head when the connection ends within it.
+        description = "The response's head was cut off";
+    } else if (description.empty()) {
+        description = curl_easy_strerror(code);
     }
-    fail(transfer.request, std::move(description), std::move(response));
+    fail(transfer.request, description, std::move(response));
 }
 
 /// Ends what has been on the wire for too long, and what could not get there.
@@ -826,7 +824,8 @@ bool CurlHttpClient::Engine::isOverdue(Transfer& transfer, Time now) {
         return false;
     }
     const std::chrono::milliseconds timeout = transfer.request.plan->timeout;
-    if (transfer.sendings > 0 || now >= transfer.lane->progressed + timeout) {
+    const std::optional<Time> progressed = transfer.lane->progressed;
+    if (transfer.sendings > 0 || !progressed || now - *progressed >= timeout) {
         return true;
     }
     // It waits inside libcurl while others of its server get through. That does not count; to be sure that it
@@ -847,9 +846,16 @@ void CurlHttpClient::Engine::complete(Waiting& request, std::optional<std::strin
     }
 }
 
-void CurlHttpClient::Engine::fail(Waiting& request, std::string description,
+void CurlHttpClient::Engine::fail(Waiting& request, std::string_view description,
                                   std::optional<HttpResponse> response) noexcept {
-    complete(request, std::nullopt, std::move(response), HttpError{std::move(description)});
+    HttpError error;
+    try {
+        error.description = description;
+    } catch (const std::exception&) {
+        // Short enough to need no memory of its own.
+        error.description = outOfMemory;
+    }
+    complete(request, std::nullopt, std::move(response), std::move(error));
 }
 
 void CurlHttpClient::Engine::recycle(Transfer& transfer) {
