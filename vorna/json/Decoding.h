@@ -4,6 +4,7 @@
 /// that is not optional must be there; a null counts as absent; keys that the record does not know are
 /// ignored.
 
+#include <vorna/json/DecodingError.h>
 #include <vorna/json/Encoding.h>
 #include <vorna/json/Value.h>
 
@@ -197,7 +198,10 @@ template <Record T>
 Decoded<T> decodeTree(const boost::json::value& tree) {
     T record;
     if (const detail::Problem problem = detail::read(tree, record)) {
-        return DecodingError{problem.place.empty() ? problem.what : problem.place + ": " + problem.what};
+        DecodingError error;
+        error.description = problem.place.empty() ? problem.what : problem.place + ": " + problem.what;
+        error.path = problem.place;
+        return error;
     }
     return record;
 }

@@ -16,6 +16,7 @@
 /// and that list drives encoding here and decoding in Decoding.h. An optional field that is empty is left
 /// out.
 
+#include <vorna/json/EncodingError.h>
 #include <vorna/json/Writer.h>
 
 #include <concepts>
@@ -30,11 +31,6 @@
 #include <vector>
 
 namespace vorna::json {
-
-struct EncodingError {
-    /// Where and what, on one line.
-    std::string description;
-};
 
 /// The JSON text, or why there is none.
 using Encoded = std::variant<std::string, EncodingError>;
@@ -142,14 +138,15 @@ bool write(Writer& writer, const T& record) {
 
 }  // namespace detail
 
-/// Any thread.
-template <Record T>
+/// Encodes a record, or any other value that a `write` is found for beside its type. Any thread.
+template <class T>
 Encoded encode(const T& record) {
     std::string text;
     // Records of this library are a little under this size; one allocation serves.
     text.reserve(1024);
     Writer writer(text);
-    if (!detail::write(writer, record)) {
+    using detail::write;
+    if (!write(writer, record)) {
         return EncodingError{writer.problem()};
     }
     return text;

@@ -9,9 +9,9 @@ namespace vorna::utf8 {
 
 /// True when the bytes are well-formed UTF-8: no overlong forms, no surrogates, nothing above U+10FFFF.
 /// Empty text is well-formed.
-bool isValid(std::string_view text) noexcept;
+[[gnu::visibility("default")]] bool isValid(std::string_view text) noexcept;
 
 /// The text with each byte that does not belong to a well-formed sequence replaced by U+FFFD.
-std::string repaired(std::string_view text);
+[[gnu::visibility("default")]] std::string repaired(std::string_view text);
 
 }  // namespace vorna::utf8

@@ -1,0 +1,15 @@
+#pragma once
+
+/// The kinds of JSON values, and how an error names them.
+
+#include <cstdint>
+#include <string_view>
+
+namespace vorna::json {
+
+enum class Kind : std::uint8_t { null, boolean, number, string, array, object };
+
+/// "null", "a boolean", "a number", "a string", "an array", "an object".
+[[gnu::visibility("default")]] std::string_view kindName(Kind kind) noexcept;
+
+}  // namespace vorna::json

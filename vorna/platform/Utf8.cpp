@@ -1,1 +1,0 @@
-#include <vorna/text/Utf8.cpp>

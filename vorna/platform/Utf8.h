@@ -1,2 +1,0 @@
-#pragma once
-#include <vorna/text/Utf8.h>

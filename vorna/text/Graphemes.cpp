@@ -1,0 +1,49 @@
+#include <vorna/text/Graphemes.h>
+
+#include <vorna/text/CodePoints.h>
+
+#include <utf8proc.h>
+
+#include <limits>
+
+namespace vorna::text {
+
+namespace {
+
+struct Counted {
+    std::size_t characters = 0;
+    std::size_t bytes = 0;
+};
+
+/// Counts characters until the text ends or there are so many.
+Counted counted(std::string_view text, std::size_t most) noexcept {
+    Counted sum;
+    char32_t previous = 0;
+    utf8proc_int32_t state = 0;
+    while (sum.bytes < text.size()) {
+        const CodePoint next = firstCodePoint(text.substr(sum.bytes));
+        if (sum.bytes == 0 ||
+            utf8proc_grapheme_break_stateful(static_cast<utf8proc_int32_t>(previous),
+                                             static_cast<utf8proc_int32_t>(next.value), &state)) {
+            if (sum.characters == most) {
+                break;
+            }
+            ++sum.characters;
+        }
+        previous = next.value;
+        sum.bytes += next.length;
+    }
+    return sum;
+}
+
+}  // namespace
+
+std::size_t characterCount(std::string_view text) noexcept {
+    return counted(text, std::numeric_limits<std::size_t>::max()).characters;
+}
+
+std::string_view firstCharacters(std::string_view text, std::size_t count) noexcept {
+    return text.substr(0, counted(text, count).bytes);
+}
+
+}  // namespace vorna::text

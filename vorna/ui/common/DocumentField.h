@@ -1,0 +1,98 @@
+#pragma once
+
+/// What a field of a screen's document is, apart from any document. Each record type (`PaidProduct`,
+/// `PaywallParameters`, `OnboardingStepsParameters`) has one table of its fields, which `fields()` gives out
+/// in the order of the document; it drives decoding, encoding and validation, and whoever describes or judges
+/// documents can go through it too.
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include <optional>
+
+namespace vorna {
+
+class PaidProduct;
+
+/// What a field means.
+enum class FieldKind : std::uint8_t {
+    /// Text for the user's eyes.
+    text,
+    /// A colour string, as `UIColor` reads it.
+    colour,
+    /// A web address.
+    url,
+    /// A name for the host; no user sees it.
+    identifier,
+    /// Which kind of step this is: one of `stepTypes`.
+    stepType,
+    /// A whole number of seconds.
+    delay,
+    /// Lines of text.
+    lines,
+    /// Products.
+    products,
+};
+
+/// The kinds of step.
+inline constexpr std::string_view basicStep = "basic";
+inline constexpr std::string_view paywallStep = "paywall";
+
+/// What a document holds under the key.
+enum class FieldType : std::uint8_t { string, integer, strings, products };
+
+/// When a document without the field, or with nothing but white space in it, is refused.
+enum class FieldRequirement : std::uint8_t { never, always, onPaywallSteps };
+
+struct DocumentField {
+    std::string_view key;
+    FieldKind kind = FieldKind::text;
+    FieldRequirement required = FieldRequirement::never;
+    /// What an absent field or a null stands for. Lists are empty then.
+    std::string_view textDefault = {};
+    std::int64_t numberDefault = 0;
+
+    constexpr FieldType type() const noexcept {
+        switch (kind) {
+        case FieldKind::text:
+        case FieldKind::colour:
+        case FieldKind::url:
+        case FieldKind::identifier:
+        case FieldKind::stepType:
+            return FieldType::string;
+        case FieldKind::delay:
+            return FieldType::integer;
+        case FieldKind::lines:
+            return FieldType::strings;
+        case FieldKind::products:
+            return FieldType::products;
+        }
+        return FieldType::string;
+    }
+};
+
+/// A field together with the member that holds it.
+template <class Record>
+struct RecordField : DocumentField {
+    template <class Value>
+    using Member = Value Record::*;
+
+    std::variant<Member<std::string>, Member<std::optional<std::string>>, Member<std::int64_t>,
+                 Member<std::vector<std::string>>, Member<std::vector<PaidProduct>>>
+        member;
+};
+
+/// Calls `visit(field, value)` for every field of the record in the order of the document, where `value` is
+/// the record's member itself.
+template <class Record, class Visit>
+void visitFields(Record& record, Visit&& visit) {
+    for (const auto& field : Record::fields()) {
+        std::visit([&](auto member) { visit(field, record.*member); }, field.member);
+    }
+}
+
+}  // namespace vorna

@@ -1,0 +1,17 @@
+#include <vorna/ui/paywall/PaywallValidation.h>
+
+#include <vorna/ui/common/DocumentCoding.h>
+
+namespace vorna {
+
+std::vector<std::string> missingFields(const PaywallParameters& paywall) {
+    return document::missingFields(paywall, true);
+}
+
+std::vector<std::string> validate(const PaywallParameters& paywall) {
+    std::vector<std::string> names = missingFields(paywall);
+    document::print(names);
+    return names;
+}
+
+}  // namespace vorna
