@@ -349,6 +349,8 @@ class ThrowingSystem final : public System {
 
     void setScreen(const ScreenFacts&) override {}
 
+    void supplyBundle(const BundleFacts&) override {}
+
     std::optional<FileSystemSize> homeFileSystem() const override { return std::nullopt; }
 
     std::optional<std::string> documentsDirectory() const override { return "/documents"; }

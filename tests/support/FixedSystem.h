@@ -57,6 +57,8 @@ class FixedSystem final : public System {
         facts_ = std::move(changed);
     }
 
+    void supplyBundle(const BundleFacts&) override {}
+
     std::optional<FileSystemSize> homeFileSystem() const override { return fileSystem; }
 
     std::optional<std::string> documentsDirectory() const override { return documents; }

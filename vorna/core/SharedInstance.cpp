@@ -1,6 +1,7 @@
 #include <vorna/core/SharedInstance.h>
 
 #include <vorna/config/RemoteConfigNotifications.h>
+#include <vorna/core/ScreensSlot.h>
 #include <vorna/events/ULID.h>
 #include <vorna/platform/Log.h>
 #include <vorna/platform/NeverDestroyed.h>
@@ -103,7 +104,9 @@ SharedInstance::SharedInstance(Platform thePlatform)
                [randomSource = platform.randomSource](Date date) {
                    return ULID(date, *randomSource).ulidString();
                }),
-      lifecycle(platform.clock, platform.randomSource, recorder) {}
+      lifecycle(platform.clock, platform.randomSource, recorder) {
+    screens::provide({platform.httpClient, platform.system, eventListManager});
+}
 
 void SharedInstance::initialise(std::string appID) {
     const std::scoped_lock lock(initialising_);

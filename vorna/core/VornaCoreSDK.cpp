@@ -2,6 +2,7 @@
 
 #include <vorna/config/RemoteConfigNotifications.h>
 #include <vorna/core/EventCatalogue.h>
+#include <vorna/core/ScreensSlot.h>
 #include <vorna/core/SharedInstance.h>
 #include <vorna/events/VornaQueueWorker.h>
 #include <vorna/platform/Log.h>
@@ -56,6 +57,25 @@ void record(const PredefinedEvent& event, std::string_view argument = {}) {
         } else {
             recorder.event(event.name, argument);
         }
+    });
+}
+
+/// Runs an operation of the screens. They need the library's instance for media and for the event list.
+void operate(std::string_view operation, void (Screens::*run)()) {
+    quietly(operation, [&] {
+        SharedInstance::get();
+        (*screens::installed().*run)();
+    });
+}
+
+void show(std::string_view operation, std::string_view jsonString, void (Screens::*run)(std::string)) {
+    quietly(operation, [&] {
+        if (!utf8::isValid(jsonString)) {
+            log::debug({"❌ Failed to convert JSON string to Data"});
+            return;
+        }
+        SharedInstance::get();
+        (*screens::installed().*run)(std::string(jsonString));
     });
 }
 
@@ -230,6 +250,38 @@ void VornaCoreSDK::DailyStreakClaimed() {
 
 void VornaCoreSDK::DailyStreakClosed() {
     record(predefinedEvent("DailyStreakClosed"));
+}
+
+void VornaCoreSDK::ShowPaywall(std::string_view jsonString) {
+    show("ShowPaywall", jsonString, &Screens::showPaywall);
+}
+
+void VornaCoreSDK::ClosePaywall() {
+    operate("ClosePaywall", &Screens::closePaywall);
+}
+
+void VornaCoreSDK::ShowPaidProductLoadingScreen() {
+    operate("ShowPaidProductLoadingScreen", &Screens::showPaidProductLoadingScreen);
+}
+
+void VornaCoreSDK::ClosePaidProductLoadingScreen() {
+    operate("ClosePaidProductLoadingScreen", &Screens::closePaidProductLoadingScreen);
+}
+
+void VornaCoreSDK::ShowOnboarding(std::string_view jsonString) {
+    show("ShowOnboarding", jsonString, &Screens::showOnboarding);
+}
+
+void VornaCoreSDK::CloseOnboarding() {
+    operate("CloseOnboarding", &Screens::closeOnboarding);
+}
+
+void VornaCoreSDK::ShowEventList() {
+    operate("ShowEventList", &Screens::showEventList);
+}
+
+void VornaCoreSDK::CloseEventList() {
+    operate("CloseEventList", &Screens::closeEventList);
 }
 
 }  // namespace vorna

@@ -128,16 +128,46 @@ class [[gnu::visibility("default")]] VornaCoreSDK {
     static void DailyStreakClaimed();
     static void DailyStreakClosed();
 
+    // Screens. They need a window that was given to `vorna::ui::attach`; without one the operations log that
+    // there is nothing to show a screen over. The calls return at once. A document is JSON text; one that is
+    // not UTF-8, does not decode, or lacks what its screen needs is told in a log line or on an error screen.
+    // What the user does is posted under the names below; nothing closes a screen but these operations.
+
+    /// Shows the paywall that the document describes, over whatever is on show.
+    static void ShowPaywall(std::string_view jsonString);
+    /// Closes the paywall that was shown last.
+    static void ClosePaywall();
+
+    /// Dims the screen and shows a spinning arc until the purchase is over.
+    static void ShowPaidProductLoadingScreen();
+    static void ClosePaidProductLoadingScreen();
+
+    /// Shows the first of the steps that the document, an array, describes; each step's button shows the
+    /// next. Call it on the main thread.
+    static void ShowOnboarding(std::string_view jsonString);
+    /// Closes all steps on show, newest first. Call it on the main thread.
+    static void CloseOnboarding();
+
+    /// Shows the events of this run, newest first: a help for developers.
+    static void ShowEventList();
+    static void CloseEventList();
+
     // Names of the notifications that the library posts on `NotificationCenter::defaultCenter()`. Observers
     // run on the thread that posts, which is often one of the library's own.
 
     /// A fetch of the remote configuration has ended: "remoteConfigFetched" (bool) says how.
     static constexpr std::string_view RemoteConfigsReady = "Vorna_RemoteConfigsReady";
+    /// A product was tapped: "identifier" (text).
     static constexpr std::string_view PaidProductClicked = "Vorna_PaidProductClicked";
+    /// The last step's button was tapped: "identifier" (text) of the product chosen there, or empty.
     static constexpr std::string_view OnboardingScreensFinished = "Vorna_OnboardingScreensFinished";
+    /// The close button was tapped: "success" (true).
     static constexpr std::string_view PaywallScreenClosed = "Vorna_PaywallScreenClosed";
+    /// The close button was tapped: "success" (true).
     static constexpr std::string_view OnboardingScreenClosed = "Vorna_OnboardingScreenClosed";
+    /// The purchase button was tapped: "identifier" (text) of the product selected.
     static constexpr std::string_view PaywallScreenFinished = "Vorna_PaywallScreenFinished";
+    /// "Restore Purchase" was tapped: "success" (true).
     static constexpr std::string_view RestorePurchaseClicked = "Vorna_RestorePurchaseClicked";
     /// An event was handed to the network and stands in the event list; carries nothing.
     static constexpr std::string_view EventListUpdated = "Vorna_EventListUpdated";

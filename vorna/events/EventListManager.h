@@ -20,7 +20,7 @@ struct EventShortData {
 };
 
 /// Any thread.
-class EventListManager {
+class [[gnu::visibility("default")]] EventListManager {
   public:
     void append(EventShortData event);
 

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -35,6 +36,8 @@ struct HttpRequest {
     std::chrono::milliseconds timeout{60'000};
     /// A response's body that grows beyond this many bytes is a transport error.
     std::size_t responseLimit = std::size_t{16} * 1024 * 1024;
+    /// Asked to stop, the request ends soon with an error, wherever it is.
+    std::stop_token stop{};
 };
 
 struct HttpResponse {

@@ -14,10 +14,10 @@ namespace vorna::log {
 
 /// Prints "[VornaSDK] " and the pieces, joined without anything between them, as one line; nothing while the
 /// switch is off. Bytes that are not UTF-8 are shown as U+FFFD. Any thread; lines never mix.
-void debug(std::initializer_list<std::string_view> pieces);
+[[gnu::visibility("default")]] void debug(std::initializer_list<std::string_view> pieces);
 
 /// Prints the pieces as one line without the prefix, whatever the switch says: for the few errors of the
 /// credential store and the file system that a host must see.
-void always(std::initializer_list<std::string_view> pieces);
+[[gnu::visibility("default")]] void always(std::initializer_list<std::string_view> pieces);
 
 }  // namespace vorna::log

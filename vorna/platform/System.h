@@ -103,6 +103,10 @@ class [[gnu::visibility("default")]] System {
     /// The screens' module reports the main screen here, and again whenever it changes.
     virtual void setScreen(const ScreenFacts& screen) = 0;
 
+    /// The screens' module reports how the toolkit describes the application. What the host has given in its
+    /// options counts for more: only what is absent is taken from here.
+    virtual void supplyBundle(const BundleFacts& bundle) = 0;
+
     /// The file system that holds the user's home folder; absent when it cannot be asked.
     virtual std::optional<FileSystemSize> homeFileSystem() const = 0;
 

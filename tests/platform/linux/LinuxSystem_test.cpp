@@ -141,6 +141,14 @@ TEST(LinuxSystemFacts, HandedOutStayAsTheyWere) {
     EXPECT_NE(system.facts(), before);
 }
 
+TEST(LinuxSystemBundle, IsSuppliedOnlyWhereTheOptionsAreSilent) {
+    LinuxSystemOptions options = optionsFor(systemTree("alpine-container"));
+    options.bundle = {std::nullopt, "2.0", std::nullopt};
+    LinuxSystem system(options);
+    system.supplyBundle({"com.example.app", "1.0", std::nullopt});
+    EXPECT_EQ(system.facts()->bundle, (BundleFacts{"com.example.app", "2.0", std::nullopt}));
+}
+
 TEST(LinuxSystemScreen, IsFoundInTheBackground) {
     const LinuxSystem system(optionsFor(systemTree("librem5-pureos")));
     EXPECT_TRUE(eventually([&] { return system.facts()->screen == ScreenFacts{720, 1440, 1}; }));

@@ -70,11 +70,19 @@ struct Plan {
     std::vector<HttpHeader> headers;
     std::chrono::milliseconds timeout{};
     std::size_t responseLimit = 0;
+    std::stop_token stop;
     HeaderList list;
+
+    /// When a request of this kind is to be looked at again.
+    Time nextLook(Time deadline) const {
+        constexpr std::chrono::milliseconds interval(200);
+        return stop.stop_possible() ? std::min(deadline, std::chrono::steady_clock::now() + interval)
+                                    : deadline;
+    }
 
     bool serves(const HttpRequest& request) const {
         return url == request.url && method == request.method && headers == request.headers &&
-               timeout == request.timeout && responseLimit == request.responseLimit;
+               timeout == request.timeout && responseLimit == request.responseLimit && stop == request.stop;
     }
 };
 
@@ -93,8 +101,8 @@ void append(HeaderList& list, const std::string& line) {
 }
 
 std::shared_ptr<const Plan> makePlan(const HttpRequest& request) {
-    auto plan = std::make_shared<Plan>(
-        Plan{request.url, request.method, request.headers, request.timeout, request.responseLimit, nullptr});
+    auto plan = std::make_shared<Plan>(Plan{request.url, request.method, request.headers, request.timeout,
+                                            request.responseLimit, request.stop, nullptr});
     // libcurl adds these of its own accord; a name without a value takes them away again.
     for (const char* const unwanted : {"Accept:", "Expect:", "Content-Type:"}) {
         append(plan->list, unwanted);
@@ -159,6 +167,7 @@ struct Transfer {
 };
 
 constexpr const char* outOfMemory = "Out of memory";
+constexpr const char* cancelled = "The request was cancelled";
 
 std::size_t refuse(Transfer& transfer, const char* reason) noexcept {
     transfer.refusal = reason;
@@ -568,7 +577,12 @@ bool CurlHttpClient::Engine::canAdmit() const {
 void CurlHttpClient::Engine::admit() {
     for (auto& [server, lane] : lanes_) {
         while (lane.canAdmit()) {
-            begin(lane.waiting.front(), lane);
+            Waiting& next = lane.waiting.front();
+            if (next.plan->stop.stop_requested()) {
+                fail(next, cancelled);
+            } else {
+                begin(next, lane);
+            }
             lane.waiting.pop_front();
         }
     }
@@ -606,7 +620,7 @@ void CurlHttpClient::Engine::begin(Waiting& request, Lane& lane) {
         return;
     }
     transfer.deadline = std::chrono::steady_clock::now() + transfer.request.plan->timeout;
-    nextDeadline_ = std::min(nextDeadline_, transfer.deadline);
+    nextDeadline_ = std::min(nextDeadline_, transfer.request.plan->nextLook(transfer.deadline));
     ++lane.underWay;
     underWay_.splice(underWay_.end(), idle_, transfer.self);
 }
@@ -764,7 +778,7 @@ void CurlHttpClient::Engine::finish(Transfer& transfer, CURLcode code) {
     fail(transfer.request, description, std::move(response));
 }
 
-/// Ends what has been on the wire for too long, and what could not get there.
+/// Ends what has been on the wire for too long, what could not get there, and what nobody wants any more.
 bool CurlHttpClient::Engine::endOverdue() {
     const Time now = std::chrono::steady_clock::now();
     if (now < nextDeadline_) {
@@ -774,14 +788,15 @@ bool CurlHttpClient::Engine::endOverdue() {
     nextDeadline_ = Time::max();
     for (auto next = underWay_.begin(); next != underWay_.end();) {
         Transfer& transfer = *next++;
-        if (!isOverdue(transfer, now)) {
-            nextDeadline_ = std::min(nextDeadline_, transfer.deadline);
+        const bool isCancelled = transfer.request.plan->stop.stop_requested();
+        if (!isCancelled && !isOverdue(transfer, now)) {
+            nextDeadline_ = std::min(nextDeadline_, transfer.request.plan->nextLook(transfer.deadline));
             continue;
         }
         any = true;
         curl_multi_remove_handle(multi_.get(), transfer.easy.get());
         transfer.lane->isReachable = transfer.lane->isReachable && transfer.sendings > 0;
-        transfer.refusal = "The request timed out";
+        transfer.refusal = isCancelled ? cancelled : "The request timed out";
         // What the handle went through is not known to us.
         transfer.preparedFor.reset();
         finish(transfer, CURLE_OPERATION_TIMEDOUT);

@@ -29,6 +29,21 @@ void FactsBoard::reportScreen(const ScreenFacts& screen) {
     change([&](SystemFacts& facts) { facts.screen = screen; });
 }
 
+void FactsBoard::supplyBundle(const BundleFacts& bundle) {
+    const std::scoped_lock lock(changing_);
+    change([&](SystemFacts& facts) {
+        const auto supply = [](std::optional<std::string>& known,
+                               const std::optional<std::string>& supplied) {
+            if (!known) {
+                known = supplied;
+            }
+        };
+        supply(facts.bundle.identifier, bundle.identifier);
+        supply(facts.bundle.shortVersion, bundle.shortVersion);
+        supply(facts.bundle.version, bundle.version);
+    });
+}
+
 void FactsBoard::detectScreen(const ScreenFacts& screen) {
     const std::scoped_lock lock(changing_);
     if (!isScreenReported_) {

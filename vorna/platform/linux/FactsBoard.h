@@ -22,6 +22,9 @@ class FactsBoard {
     /// The screen as those who draw on it know it.
     void reportScreen(const ScreenFacts& screen);
 
+    /// What the options left open of the application's own values.
+    void supplyBundle(const BundleFacts& bundle);
+
     /// The screen as the kernel knows it; counts until one has been reported.
     void detectScreen(const ScreenFacts& screen);
 

@@ -92,6 +92,10 @@ void LinuxSystem::setScreen(const ScreenFacts& screen) {
     board_->reportScreen(screen);
 }
 
+void LinuxSystem::supplyBundle(const BundleFacts& bundle) {
+    board_->supplyBundle(bundle);
+}
+
 std::optional<FileSystemSize> LinuxSystem::homeFileSystem() const {
     struct statvfs fileSystem = {};
     if (!home_ || statvfs(home_->c_str(), &fileSystem) != 0) {

@@ -48,6 +48,7 @@ class LinuxSystem final : public System {
     std::shared_ptr<const SystemFacts> facts() const override;
     void enableBatteryMonitoring() override;
     void setScreen(const ScreenFacts& screen) override;
+    void supplyBundle(const BundleFacts& bundle) override;
     std::optional<FileSystemSize> homeFileSystem() const override;
     std::optional<std::string> documentsDirectory() const override;
     ItemCreation creation(const std::string& path) const override;

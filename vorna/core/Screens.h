@@ -1,0 +1,52 @@
+#pragma once
+
+/// The facade's view of the screens: what can be shown and closed. `vorna/ui` implements it and installs it
+/// with `vorna::ui::attach`; a program without screens has none.
+
+#include <vorna/events/EventListManager.h>
+#include <vorna/platform/HttpClient.h>
+#include <vorna/platform/System.h>
+
+#include <memory>
+#include <string>
+
+namespace vorna {
+
+/// What the screens take from the library: its HTTP client for media, the system that is told of the main
+/// screen, the list of sent events.
+struct ScreenServices {
+    std::shared_ptr<HttpClient> httpClient;
+    std::shared_ptr<System> system;
+    std::shared_ptr<EventListManager> eventListManager;
+};
+
+/// All operations may be called from any thread; an implementation takes them to its main thread. Documents
+/// are handed over as the host gave them. An exception that leaves an operation is logged and dropped.
+class [[gnu::visibility("default")]] Screens {
+  public:
+    Screens() = default;
+    Screens(const Screens&) = delete;
+    Screens& operator=(const Screens&) = delete;
+    Screens(Screens &&) = delete;
+    Screens& operator=(Screens&&) = delete;
+    virtual ~Screens() = default;
+
+    /// Called once, when the library's instance exists and the screens are installed, on the thread that did
+    /// the latter of the two.
+    virtual void start(const ScreenServices& services) = 0;
+
+    virtual void showPaywall(std::string jsonString) = 0;
+    virtual void closePaywall() = 0;
+    virtual void showPaidProductLoadingScreen() = 0;
+    virtual void closePaidProductLoadingScreen() = 0;
+    virtual void showOnboarding(std::string jsonString) = 0;
+    virtual void closeOnboarding() = 0;
+    virtual void showEventList() = 0;
+    virtual void closeEventList() = 0;
+};
+
+/// Makes the facade's screen operations reach these screens from now on, for the life of the process. Only
+/// the first call counts. Any thread.
+[[gnu::visibility("default")]] void installScreens(std::shared_ptr<Screens> screens);
+
+}  // namespace vorna
