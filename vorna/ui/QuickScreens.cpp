@@ -1,0 +1,65 @@
+#include <vorna/ui/QuickScreens.h>
+
+#include <vorna/platform/NeverDestroyed.h>
+#include <vorna/ui/SystemReports.h>
+#include <vorna/ui/common/MainQueue.h>
+#include <vorna/ui/common/Services.h>
+
+#include <functional>
+#include <utility>
+
+namespace vorna::ui {
+
+struct QuickScreens::Flows {
+    ScreensOnShow onShow;
+    OnboardingFlow onboarding{onShow};
+
+    static Flows& get() {
+        static NeverDestroyed<Flows> value;
+        return *value;
+    }
+};
+
+namespace {
+
+/// The onboarding operations run at once where they are called as they should be.
+void onMainThread(std::function<void()> work) {
+    if (mainQueue::isCurrent()) {
+        work();
+    } else {
+        mainQueue::async(std::move(work));
+    }
+}
+
+}  // namespace
+
+QuickScreens::QuickScreens() : flows_(Flows::get()) {}
+
+QuickScreens::~QuickScreens() = default;
+
+void QuickScreens::start(const ScreenServices& services) {
+    services::provide(services);
+    SystemReports::send();
+}
+
+void QuickScreens::showOnboarding(std::string jsonString) {
+    onMainThread([this, json = std::move(jsonString)] { flows_.onboarding.showOnboarding(json); });
+}
+
+void QuickScreens::closeOnboarding() {
+    onMainThread([this] { flows_.onboarding.closeOnboarding(); });
+}
+
+void QuickScreens::showPaywall(std::string /*jsonString*/) {}
+
+void QuickScreens::closePaywall() {}
+
+void QuickScreens::showPaidProductLoadingScreen() {}
+
+void QuickScreens::closePaidProductLoadingScreen() {}
+
+void QuickScreens::showEventList() {}
+
+void QuickScreens::closeEventList() {}
+
+}  // namespace vorna::ui

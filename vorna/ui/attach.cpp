@@ -1,0 +1,25 @@
+#include <vorna/ui/attach.h>
+
+#include <vorna/core/Screens.h>
+#include <vorna/ui/ApplicationSignals.h>
+#include <vorna/ui/QuickScreens.h>
+#include <vorna/ui/SystemReports.h>
+
+#include <memory>
+
+namespace vorna::ui {
+
+Window& attach(QQuickWindow& quickWindow) {
+    Window& window = Window::forQuickWindow(quickWindow);
+    window.makeKey();
+    static const bool installed = [] {
+        installScreens(std::make_shared<QuickScreens>());
+        return true;
+    }();
+    static_cast<void>(installed);
+    ApplicationSignals::deliver();
+    SystemReports::follow(window);
+    return window;
+}
+
+}  // namespace vorna::ui

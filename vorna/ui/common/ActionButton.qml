@@ -1,0 +1,53 @@
+// The wide button that moves a screen on: a capsule with a gradient and a title.
+import QtQuick
+import Vorna.Ui
+import QtQuick.Templates as T
+
+T.AbstractButton {
+    id: root
+
+    required property color firstColor
+    required property color secondColor
+    required property color titleColor
+    property bool showsArrow: false
+    // Where the arrow's left edge lies in the button.
+    property real arrowX: 0
+
+    font.pixelSize: 18
+    font.bold: true
+    opacity: down ? 0.8 : 1
+    Accessible.role: Accessible.Button
+    Accessible.name: text
+    Keys.onReturnPressed: click()
+    Keys.onEnterPressed: click()
+
+    background: GradientBackground {
+        objectName: "gradient"
+        firstColor: root.firstColor
+        secondColor: root.secondColor
+
+        FocusRing {
+            shown: root.visualFocus
+            radius: height / 2
+        }
+
+        ArrowSymbol {
+            objectName: "arrow"
+            visible: root.showsArrow
+            x: root.arrowX
+            anchors.verticalCenter: parent.verticalCenter
+        }
+    }
+
+    contentItem: Text {
+        text: root.text
+        textFormat: Text.PlainText
+        font: root.font
+        color: root.titleColor
+        elide: Text.ElideRight
+        horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
+        leftPadding: 20
+        rightPadding: 20
+    }
+}

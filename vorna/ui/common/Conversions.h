@@ -1,0 +1,39 @@
+#pragma once
+
+/// Our values as Qt's: UTF-8 text, lists of lines, colours.
+
+#include <vorna/ui/common/UIColor.h>
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+#include <QtGui/QColor>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vorna::ui {
+
+inline QString toQString(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+inline QStringList toQStringList(const std::vector<std::string>& lines) {
+    QStringList list;
+    for (const std::string& line : lines) {
+        list.append(toQString(line));
+    }
+    return list;
+}
+
+inline QColor toQColor(const UIColor& color) {
+    return QColor::fromRgbF(static_cast<float>(color.red), static_cast<float>(color.green),
+                            static_cast<float>(color.blue), static_cast<float>(color.alpha));
+}
+
+/// The colour that a colour string names; black where it names none.
+inline QColor colorOf(std::string_view hex) {
+    return toQColor(UIColor(hex));
+}
+
+}  // namespace vorna::ui

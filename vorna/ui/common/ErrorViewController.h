@@ -1,0 +1,31 @@
+#pragma once
+
+/// The screen that tells a developer what a document lacks. It has no way to be closed from within.
+
+#include <vorna/ui/common/ViewController.h>
+
+#include <QtCore/QString>
+
+#include <string_view>
+
+namespace vorna::ui {
+
+class ErrorViewController final : public ViewController {
+    Q_OBJECT
+    Q_PROPERTY(QString text READ text CONSTANT)
+    QML_ELEMENT
+    QML_UNCREATABLE("made by showJSONErrorScreen")
+
+  public:
+    ErrorViewController(std::string_view title, std::string_view message);
+
+    QString text() const { return text_; }
+
+  protected:
+    QUrl viewSource() const override;
+
+  private:
+    const QString text_;
+};
+
+}  // namespace vorna::ui

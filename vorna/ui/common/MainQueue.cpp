@@ -1,0 +1,108 @@
+#include <vorna/ui/common/MainQueue.h>
+
+#include <vorna/platform/Log.h>
+#include <vorna/platform/NeverDestroyed.h>
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDeadlineTimer>
+#include <QtCore/QObject>
+#include <QtCore/QThread>
+#include <QtCore/QTimer>
+
+#include <algorithm>
+#include <chrono>
+#include <exception>
+#include <limits>
+#include <utility>
+
+namespace vorna::ui {
+
+namespace {
+
+void run(const std::function<void()>& work) {
+    try {
+        work();
+    } catch (const std::exception& problem) {
+        log::debug({"A screen operation has failed: ", problem.what()});
+    } catch (...) {
+        log::debug({"A screen operation has failed"});
+    }
+}
+
+QThread* mainThread() {
+    const QCoreApplication* const application = QCoreApplication::instance();
+    return application == nullptr ? nullptr : application->thread();
+}
+
+/// Receives what is posted. It outlives the application object, so that a late post finds it still there.
+QObject* receiver() {
+    static QObject* const object = [] {
+        static NeverDestroyed<QObject> value;
+        value->moveToThread(mainThread());
+        return &*value;
+    }();
+    return object;
+}
+
+}  // namespace
+
+bool mainQueue::isCurrent() {
+    return QThread::currentThread() == mainThread();
+}
+
+void mainQueue::async(std::function<void()> work) {
+    if (mainThread() == nullptr) {
+        return;
+    }
+    QMetaObject::invokeMethod(
+        receiver(), [work = std::move(work)] { run(work); }, Qt::QueuedConnection);
+}
+
+/// Counts in steps that QTimer can hold.
+class DelayedTask::Timer {
+  public:
+    Timer(std::int64_t seconds, std::function<void()> work) : work_(std::move(work)) {
+        constexpr std::int64_t longest = std::numeric_limits<std::int64_t>::max() / 1'000'000'000;
+        const std::int64_t wait = std::clamp<std::int64_t>(seconds, 0, longest);
+        // A deadline that its clock cannot reach counts as one that never comes.
+        if (wait < longest / 2) {
+            deadline_ = QDeadlineTimer(std::chrono::seconds(wait), Qt::PreciseTimer);
+        }
+        timer_.setSingleShot(true);
+        timer_.setTimerType(Qt::PreciseTimer);
+        QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { step(); });
+        start();
+    }
+
+  private:
+    void start() {
+        constexpr std::int64_t longestStep = std::int64_t{24} * 60 * 60 * 1000;
+        const std::int64_t left = deadline_.isForever() ? longestStep : deadline_.remainingTime();
+        timer_.start(static_cast<int>(std::min(left, longestStep)));
+    }
+
+    void step() {
+        if (!deadline_.hasExpired()) {
+            start();
+            return;
+        }
+        // The work may end this task.
+        const std::function<void()> work = std::move(work_);
+        run(work);
+    }
+
+    std::function<void()> work_;
+    QDeadlineTimer deadline_{QDeadlineTimer::Forever};
+    QTimer timer_;
+};
+
+DelayedTask::DelayedTask() noexcept = default;
+
+DelayedTask::DelayedTask(std::int64_t seconds, std::function<void()> work)
+    : timer_(std::make_unique<Timer>(seconds, std::move(work))) {}
+
+DelayedTask::DelayedTask(DelayedTask&&) noexcept = default;
+DelayedTask& DelayedTask::operator=(DelayedTask&&) noexcept = default;
+DelayedTask::~DelayedTask() = default;
+
+}  // namespace vorna::ui

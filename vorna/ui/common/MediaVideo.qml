@@ -1,0 +1,41 @@
+// A video that plays with sound, over and over, until it is destroyed.
+import QtQuick
+import Vorna.Ui
+import QtMultimedia
+
+Item {
+    id: root
+
+    readonly property alias player: player
+    readonly property alias output: output
+
+    function play(media: MediaLoader) {
+        if (devices.defaultAudioOutput.description === "")
+            media.reportSilence();
+        else
+            player.audioOutput = speaker.createObject(root);
+        player.source = media.video;
+        player.play();
+    }
+
+    MediaDevices {
+        id: devices
+    }
+
+    Component {
+        id: speaker
+        AudioOutput {}
+    }
+
+    MediaPlayer {
+        id: player
+        loops: MediaPlayer.Infinite
+        videoOutput: output
+    }
+
+    VideoOutput {
+        id: output
+        anchors.fill: parent
+        fillMode: VideoOutput.PreserveAspectFit
+    }
+}

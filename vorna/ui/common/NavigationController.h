@@ -1,0 +1,40 @@
+#pragma once
+
+/// A controller that shows one of a stack of others.
+///
+/// A host with a navigation of its own, a StackView say, hands over one that answers from it:
+///
+///     auto page = std::make_shared<vorna::ui::ViewController>();
+///     window.setRootViewController(std::make_shared<vorna::ui::NavigationController>([page] { return page;
+///     }));
+
+#include <vorna/ui/common/ViewController.h>
+
+#include <functional>
+#include <memory>
+
+namespace vorna::ui {
+
+class [[gnu::visibility("default")]] NavigationController : public ViewController {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by hosts and flows")
+
+  public:
+    using Answer = std::function<std::shared_ptr<ViewController>()>;
+
+    /// Asked on the main thread whenever a screen is to be shown; may answer null.
+    explicit NavigationController(Answer topViewController);
+    /// Shows that one controller, whose view it loads as its own, under a navigation bar.
+    explicit NavigationController(std::shared_ptr<ViewController> rootViewController);
+
+    /// What was presented over this controller, or else the one on top of its stack. Null without either.
+    std::shared_ptr<ViewController> visibleViewController();
+
+    std::shared_ptr<ViewController> topViewController();
+
+  private:
+    const Answer answer_;
+};
+
+}  // namespace vorna::ui

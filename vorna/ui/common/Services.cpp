@@ -1,0 +1,33 @@
+#include <vorna/ui/common/Services.h>
+
+#include <vorna/platform/NeverDestroyed.h>
+
+#include <mutex>
+
+namespace vorna::ui {
+
+namespace {
+
+struct Provided {
+    std::mutex mutex;
+    ScreenServices services;
+};
+
+Provided& provided() {
+    static NeverDestroyed<Provided> value;
+    return *value;
+}
+
+}  // namespace
+
+void services::provide(const ScreenServices& services) {
+    const std::scoped_lock lock(provided().mutex);
+    provided().services = services;
+}
+
+ScreenServices services::get() {
+    const std::scoped_lock lock(provided().mutex);
+    return provided().services;
+}
+
+}  // namespace vorna::ui

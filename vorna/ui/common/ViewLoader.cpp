@@ -1,0 +1,72 @@
+#include <vorna/ui/common/ViewLoader.h>
+
+#include <vorna/platform/Log.h>
+#include <vorna/ui/common/ViewController.h>
+
+#include <QtQml/QQmlComponent>
+#include <QtQml/QQmlEngine>
+#include <QtQml/QQmlExtensionPlugin>
+
+#include <utility>
+
+// Keeps the types and files of our QML module in a program that links the library statically.
+extern void qml_register_types_Vorna_Ui();
+
+static void initialiseResources() {
+    Q_INIT_RESOURCE(qmake_Vorna_Ui);
+    Q_INIT_RESOURCE(vorna_ui_raw_qml_0);
+    Q_INIT_RESOURCE(qmlcache_vorna_ui);
+}
+
+namespace vorna::ui {
+
+std::shared_ptr<QQmlEngine> sharedEngine() {
+    static std::weak_ptr<QQmlEngine> shared;
+    std::shared_ptr<QQmlEngine> engine = shared.lock();
+    if (!engine) {
+        static const bool registered = [] {
+            initialiseResources();
+            qml_register_types_Vorna_Ui();
+            return true;
+        }();
+        Q_UNUSED(registered)
+        engine = std::make_shared<QQmlEngine>();
+        engine->addImportPath(QStringLiteral("qrc:/vorna/qml"));
+        engine->setOutputWarningsToStandardError(true);
+        shared = engine;
+    }
+    return engine;
+}
+
+QUrl viewFile(const char* path) {
+    return QUrl(QStringLiteral("qrc:/vorna/qml/Vorna/Ui/") + QString::fromLatin1(path));
+}
+
+QQuickItem* loadViewFrom(const QUrl& file, ViewController& controller, QQuickItem& parent) {
+    const std::shared_ptr<QQmlEngine> engine = sharedEngine();
+    QQmlComponent component(engine.get(), file);
+    QVariantMap properties;
+    properties[QStringLiteral("controller")] = QVariant::fromValue(&controller);
+    // Qt 6.4 does not survive being asked for an object of a component with errors.
+    std::unique_ptr<QObject> object(component.isReady() ? component.createWithInitialProperties(properties)
+                                                        : nullptr);
+    auto* const item = qobject_cast<QQuickItem*>(object.get());
+    if (item == nullptr) {
+        log::debug({"❌ A screen could not be made: ", component.errorString().toStdString()});
+        return nullptr;
+    }
+    std::ignore = object.release();
+    item->setParent(&parent);
+    item->setParentItem(&parent);
+    fillParent(*item, parent);
+    return item;
+}
+
+void fillParent(QQuickItem& item, QQuickItem& parent) {
+    const auto resize = [&item, &parent] { item.setSize(parent.size()); };
+    QObject::connect(&parent, &QQuickItem::widthChanged, &item, resize);
+    QObject::connect(&parent, &QQuickItem::heightChanged, &item, resize);
+    resize();
+}
+
+}  // namespace vorna::ui
