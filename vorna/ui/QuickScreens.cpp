@@ -13,6 +13,8 @@ namespace vorna::ui {
 struct QuickScreens::Flows {
     ScreensOnShow onShow;
     OnboardingFlow onboarding{onShow};
+    PaywallFlow paywall{onShow};
+    LoadingOverlayFlow loadingOverlay{onShow};
 
     static Flows& get() {
         static NeverDestroyed<Flows> value;
@@ -50,13 +52,21 @@ void QuickScreens::closeOnboarding() {
     onMainThread([this] { flows_.onboarding.closeOnboarding(); });
 }
 
-void QuickScreens::showPaywall(std::string /*jsonString*/) {}
+void QuickScreens::showPaywall(std::string jsonString) {
+    mainQueue::async([this, json = std::move(jsonString)] { flows_.paywall.showPaywall(json); });
+}
 
-void QuickScreens::closePaywall() {}
+void QuickScreens::closePaywall() {
+    mainQueue::async([this] { flows_.paywall.closePaywall(); });
+}
 
-void QuickScreens::showPaidProductLoadingScreen() {}
+void QuickScreens::showPaidProductLoadingScreen() {
+    mainQueue::async([this] { flows_.loadingOverlay.show(); });
+}
 
-void QuickScreens::closePaidProductLoadingScreen() {}
+void QuickScreens::closePaidProductLoadingScreen() {
+    mainQueue::async([this] { flows_.loadingOverlay.close(); });
+}
 
 void QuickScreens::showEventList() {}
 

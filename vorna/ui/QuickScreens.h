@@ -5,6 +5,8 @@
 #include <vorna/core/Screens.h>
 #include <vorna/ui/common/ScreensOnShow.h>
 #include <vorna/ui/onboarding/OnboardingFlow.h>
+#include <vorna/ui/paywall/LoadingOverlayFlow.h>
+#include <vorna/ui/paywall/PaywallFlow.h>
 
 #include <memory>
 #include <string>

@@ -10,8 +10,8 @@ T.AbstractButton {
     required property color secondColor
     required property color titleColor
     property bool showsArrow: false
-    // Where the arrow's left edge lies in the button.
-    property real arrowX: 0
+    // How far the arrow's right edge lies inside the button's; without a number it lies at the leading edge.
+    property real arrowTrailing: NaN
 
     font.pixelSize: 18
     font.bold: true
@@ -34,7 +34,8 @@ T.AbstractButton {
         ArrowSymbol {
             objectName: "arrow"
             visible: root.showsArrow
-            x: root.arrowX
+            x: isNaN(root.arrowTrailing) === root.mirrored ? parent.width - width - (root.mirrored ? 0 : root.arrowTrailing) : root.mirrored ? root.arrowTrailing : 0
+            rotation: root.mirrored ? 180 : 0
             anchors.verticalCenter: parent.verticalCenter
         }
     }

@@ -4,6 +4,7 @@
 
 #include <vorna/ui/common/MediaScreenViewController.h>
 #include <vorna/ui/onboarding/OnboardingStepsParameters.h>
+#include <vorna/ui/onboarding/StepPosition.h>
 
 #include <QtCore/QString>
 #include <QtGui/QColor>
@@ -13,15 +14,6 @@
 #include <memory>
 
 namespace vorna::ui {
-
-/// What the flow adds to a step's own fields.
-struct StepPosition {
-    /// Zero-based.
-    int stepIndex = 0;
-    int stepCount = 0;
-    bool showExitButton = false;
-    bool showArrow = false;
-};
 
 class OnboardingBasicScreenViewController final : public MediaScreenViewController {
     Q_OBJECT

@@ -8,6 +8,7 @@
 #include <vorna/ui/common/showJSONErrorScreen.h>
 #include <vorna/ui/common/topViewController.h>
 #include <vorna/ui/onboarding/OnboardingBasicScreenViewController.h>
+#include <vorna/ui/onboarding/OnboardingPaywallScreenViewController.h>
 #include <vorna/ui/onboarding/OnboardingValidation.h>
 
 #include <utility>
@@ -81,6 +82,12 @@ std::shared_ptr<ViewController> OnboardingFlow::makeScreen(const std::weak_ptr<V
         return std::make_shared<OnboardingBasicScreenViewController>(
             step, position,
             [this, host, steps, index] { presentOnboardingStep(host, steps, index + 1, ""); });
+    }
+    if (step->type == "paywall") {
+        return std::make_shared<OnboardingPaywallScreenViewController>(
+            step, position, [this, host, steps, index](const std::string& identifier) {
+                presentOnboardingStep(host, steps, index + 1, identifier);
+            });
     }
     // Validation lets no other type through.
     return nullptr;

@@ -1,0 +1,15 @@
+#pragma once
+
+/// The two web links at the foot of paid screens.
+
+#include <QtCore/QString>
+
+#include <string_view>
+
+namespace vorna::ui {
+
+/// Opens the address that belongs to a link's title, "Terms of Use" or "Privacy Policy", with the desktop's
+/// opener. Does nothing for another title or for text that is no address. Main thread.
+void openLink(const QString& title, std::string_view termsOfUseURL, std::string_view privacyPolicyURL);
+
+}  // namespace vorna::ui

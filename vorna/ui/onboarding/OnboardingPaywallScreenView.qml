@@ -1,0 +1,140 @@
+// A step of an onboarding that offers products: media, title, heading, dots, products, a button and what is
+// said below it.
+import QtQuick
+import Vorna.Ui
+
+Rectangle {
+    id: root
+
+    required property OnboardingPaywallScreenViewController controller
+    readonly property Window window: controller.window
+    readonly property real screenHeight: window.screenHeight
+
+    color: controller.backgroundColor
+    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
+    LayoutMirroring.childrenInherit: true
+
+    MediaArea {
+        objectName: "mediaView"
+        y: 40 - root.controller.firstWindowSafeAreaTop
+        width: parent.width
+        media: root.controller.media
+        screenWidth: root.window.screenWidth
+        freeHeight: title.y - y - 12
+    }
+
+    Label {
+        id: title
+        objectName: "titleLabel"
+        anchors.verticalCenter: parent.verticalCenter
+        anchors.verticalCenterOffset: root.screenHeight < 700 ? -40 : 0
+        text: root.controller.titleText
+        color: root.controller.headingColor
+        font.pixelSize: 30
+        font.bold: true
+    }
+
+    Label {
+        id: heading
+        objectName: "headingLabel"
+        anchors.top: title.bottom
+        anchors.topMargin: 14
+        text: root.controller.headingText
+        color: root.controller.headingColor
+        font.pixelSize: 16
+        font.bold: true
+    }
+
+    StepDots {
+        objectName: "stepIndicatorStackView"
+        anchors.top: heading.bottom
+        anchors.topMargin: 4
+        anchors.horizontalCenter: parent.horizontalCenter
+        stepIndex: root.controller.stepIndex
+        stepCount: root.controller.stepCount
+    }
+
+    ActionButton {
+        id: actionButton
+        objectName: "actionButton"
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: root.window.safeAreaBottom + (root.screenHeight <= 667 ? 60 : 40)
+        anchors.horizontalCenter: parent.horizontalCenter
+        width: 350
+        height: root.screenHeight > 736 ? 70 : 50
+        text: root.controller.buttonTitle
+        titleColor: root.controller.buttonTitleColor
+        firstColor: root.controller.actionButtonColor1
+        secondColor: root.controller.actionButtonColor2
+        showsArrow: root.controller.showArrow
+        arrowTrailing: 20
+        focus: true
+        onClicked: root.controller.actionButtonTapped()
+    }
+
+    ProductRowView {
+        objectName: "collectionView"
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.bottom: actionButton.top
+        anchors.bottomMargin: -5
+        width: parent.width * 0.9
+        height: root.screenHeight > 667 ? 190 : 160
+        itemHeight: root.screenHeight > 736 ? 178 : root.screenHeight > 667 ? 160 : 150
+        row: root.controller.productRow
+    }
+
+    Label {
+        id: footNote
+        objectName: "footnoteLabel"
+        anchors.top: actionButton.bottom
+        anchors.topMargin: 10
+        text: root.controller.footNote
+        color: root.controller.footNoteColor
+        font.pixelSize: 12
+    }
+
+    Row {
+        objectName: "footerStackView"
+        anchors.top: footNote.bottom
+        anchors.topMargin: 10
+        anchors.horizontalCenter: parent.horizontalCenter
+        spacing: 35
+
+        LinkButton {
+            objectName: "termsOfUseButton"
+            text: "Terms of Use"
+            titleColor: root.controller.termsOfUseColor
+            Accessible.role: Accessible.Link
+            onClicked: root.controller.linkButtonTapped(text)
+        }
+
+        LinkButton {
+            objectName: "restoreButton"
+            text: "Restore Purchase"
+            titleColor: root.controller.restoreButtonColor
+            onClicked: root.controller.restorePurchaseTapped()
+        }
+
+        LinkButton {
+            objectName: "privacyPolicyButton"
+            text: "Privacy Policy"
+            titleColor: root.controller.privacyPolicyColor
+            Accessible.role: Accessible.Link
+            onClicked: root.controller.linkButtonTapped(text)
+        }
+    }
+
+    Loader {
+        active: root.controller.isExitButtonShown
+        sourceComponent: CloseButton {
+            objectName: "exitButton"
+            parent: root
+            glyphTop: root.window.safeAreaTop + 10
+            glyphLeft: 10
+            glyphColor: root.controller.exitButtonColor
+            font.pixelSize: 24
+            font.bold: true
+            onClicked: root.controller.exitButtonTapped()
+        }
+    }
+}

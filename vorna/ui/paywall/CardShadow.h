@@ -1,0 +1,40 @@
+#pragma once
+
+/// The soft shadow under a card with round corners. It is drawn around the item, which lies where the card
+/// lies, and spares what the card covers.
+
+#include <QtGui/QColor>
+#include <QtQmlIntegration/qqmlintegration.h>
+#include <QtQuick/QQuickPaintedItem>
+
+namespace vorna::ui {
+
+class CardShadow : public QQuickPaintedItem {
+    Q_OBJECT
+    Q_PROPERTY(QColor color MEMBER color_ NOTIFY changed)
+    /// From 0 to 1, beside the colour's own.
+    Q_PROPERTY(double strength MEMBER strength_ NOTIFY changed)
+    /// How far the edge is blurred: the standard deviation, in logical pixels.
+    Q_PROPERTY(double blurRadius MEMBER blurRadius_ NOTIFY changed)
+    Q_PROPERTY(double cornerRadius MEMBER cornerRadius_ NOTIFY changed)
+    /// How far the item reaches beyond the card on each side, to have room for the shadow.
+    Q_PROPERTY(double margin MEMBER margin_ NOTIFY changed)
+    QML_ELEMENT
+
+  public:
+    explicit CardShadow(QQuickItem* parent = nullptr);
+
+    void paint(QPainter* painter) override;
+
+  Q_SIGNALS:
+    void changed();
+
+  private:
+    QColor color_ = Qt::black;
+    double strength_ = 0;
+    double blurRadius_ = 4;
+    double cornerRadius_ = 18;
+    double margin_ = 0;
+};
+
+}  // namespace vorna::ui

@@ -1,0 +1,23 @@
+#pragma once
+
+/// The dimmed overlay with the spinning arc.
+
+#include <vorna/ui/common/ViewController.h>
+
+#include <QtQmlIntegration/qqmlintegration.h>
+
+namespace vorna::ui {
+
+class PaidProductLoadingScreenView : public ViewController {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the overlay's flow")
+
+  public:
+    PaidProductLoadingScreenView();
+
+  protected:
+    QUrl viewSource() const override;
+};
+
+}  // namespace vorna::ui

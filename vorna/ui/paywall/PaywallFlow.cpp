@@ -1,0 +1,54 @@
+#include <vorna/ui/paywall/PaywallFlow.h>
+
+#include <vorna/platform/Log.h>
+#include <vorna/text/Utf8.h>
+#include <vorna/ui/common/showJSONErrorScreen.h>
+#include <vorna/ui/common/topViewController.h>
+#include <vorna/ui/paywall/PaywallScreenViewController.h>
+#include <vorna/ui/paywall/PaywallValidation.h>
+
+#include <memory>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace vorna::ui {
+
+void PaywallFlow::showPaywall(std::string_view jsonString) {
+    if (!utf8::isValid(jsonString)) {
+        log::debug({"❌ Failed to convert JSON string to Data"});
+        return;
+    }
+    const auto decoded = PaywallParameters::decode(jsonString);
+    if (const auto* const error = std::get_if<json::DecodingError>(&decoded)) {
+        log::debug({"❌ JSON Parsing Error: ", error->description});
+        return;
+    }
+    const std::shared_ptr<ViewController> top = topViewController();
+    if (!top) {
+        log::debug({"❌ Failed to find top view controller"});
+        return;
+    }
+    const PaywallParameters& paywall = std::get<PaywallParameters>(decoded);
+    if (const std::vector<std::string> missing = validate(paywall); !missing.empty()) {
+        showJSONErrorScreen("Paywall", missingFieldsMessage(missing));
+        return;
+    }
+    const auto screen = std::make_shared<PaywallScreenViewController>(paywall);
+    screen->modalPresentationStyle = ModalPresentationStyle::fullScreen;
+    onShow_.currentPaywallScreen = screen;
+    top->present(screen, true);
+}
+
+void PaywallFlow::closePaywall() {
+    if (!onShow_.currentPaywallScreen) {
+        log::debug({"No paywall screen to close"});
+        return;
+    }
+    onShow_.currentPaywallScreen->dismiss(true, [this] {
+        onShow_.currentOnboardingScreen = nullptr;
+        log::debug({"Paywall screen closed"});
+    });
+}
+
+}  // namespace vorna::ui
