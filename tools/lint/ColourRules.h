@@ -1,0 +1,14 @@
+#pragma once
+
+// Rules about colours: can they be read, are they there, can a text be read in front of them.
+
+#include <tools/lint/Rules.h>
+
+namespace vorna::lint {
+
+void findUnreadableColours(const Document& document, Reporter& reporter);
+void findStrayCharactersInColours(const Document& document, Reporter& reporter);
+void findMissingColours(const Document& document, Reporter& reporter);
+void findLowContrasts(const Document& document, Reporter& reporter);
+
+}  // namespace vorna::lint

@@ -1,0 +1,17 @@
+#pragma once
+
+// Rules about what a well-formed document says: addresses, products, delays, lines that do not fit.
+
+#include <tools/lint/Rules.h>
+
+namespace vorna::lint {
+
+void findUnreadableAddresses(const Document& document, Reporter& reporter);
+void findInsecureAddresses(const Document& document, Reporter& reporter);
+void findUnknownSelectedProducts(const Document& document, Reporter& reporter);
+void findDuplicateProducts(const Document& document, Reporter& reporter);
+void findDetailLinesThatAreCut(const Document& document, Reporter& reporter);
+void findNegativeDelays(const Document& document, Reporter& reporter);
+void findLongDelays(const Document& document, Reporter& reporter);
+
+}  // namespace vorna::lint
