@@ -1,6 +1,6 @@
 # Each target does all the set-up it needs and may be run again at any time.
 
-.PHONY: help setup build demo test sanitize bench check format fuzz clean
+.PHONY: help setup build demo test sanitize bench check format schemas fuzz clean
 
 help:
 	@echo "make demo      run the library against a local service and show what the service received"
@@ -10,6 +10,7 @@ help:
 	@echo "make check     format, static analysis, rules of the house"
 	@echo "make fuzz      run each fuzz target for a minute (FUZZ_SECONDS=60)"
 	@echo "make format    format all sources in place"
+	@echo "make schemas   write what is generated from the tables of fields: JSON Schemas, tables of docs/documents.md"
 	@echo "make setup     install the Debian packages that are missing"
 
 setup:
@@ -41,6 +42,9 @@ check: build-dev
 
 format: setup
 	@scripts/sources.sh | xargs clang-format -i
+
+schemas: build-dev
+	@scripts/schemas.sh write
 
 FUZZ_SECONDS ?= 60
 fuzz: build-fuzz

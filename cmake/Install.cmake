@@ -28,5 +28,7 @@ configure_file(cmake/vorna-core.pc.in "${PROJECT_BINARY_DIR}/vorna-core.pc" @ONL
 install(FILES "${PROJECT_BINARY_DIR}/vorna-core.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 
 if(VORNA_BUILD_TOOLS)
-    install(TARGETS vorna-devserver RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+    install(TARGETS vorna-devserver vorna-lint RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+    install(DIRECTORY docs/schemas/ DESTINATION "${CMAKE_INSTALL_DATADIR}/vorna/schemas"
+        FILES_MATCHING PATTERN "*.schema.json")
 endif()

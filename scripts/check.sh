@@ -72,6 +72,10 @@ done | rule 'a test that no build knows'
 ctest --test-dir build/dev --show-only 2>/dev/null | grep -E 'NOT_BUILT|Disabled' | rule 'tests that are not built or disabled'
 grep -rnE 'DISABLED_' tests --include='*_test.cpp' | rule 'a disabled test'
 
+echo "check: example documents"
+scripts/documents.sh 2>&1 >/dev/null | rule 'an example document is not what vorna-lint should find in it'
+scripts/schemas.sh check 2>&1 | rule 'generated files are out of date'
+
 echo "check: words"
 words='\b[Pp]arts? [0-9]+\.[0-9]|\bspec\.md\b|\bthe (spec|specification)\b|\b(per|in|by|see) (the )?spec\b|\bissue #?[0-9]+\b|\bshared/(spec|design|style)'
 git grep -nIE --untracked "$words" -- . ':!scripts/check.sh' | rule 'words that do not belong in the project'
