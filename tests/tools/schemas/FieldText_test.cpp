@@ -1,0 +1,30 @@
+#include <gtest/gtest.h>
+#include <tools/lint/Fields.h>
+#include <tools/schemas/FieldText.h>
+
+namespace vorna::schemas {
+namespace {
+
+TEST(FieldText, DescribesEveryField) {
+    for (const RecordType record : {RecordType::paywall, RecordType::step, RecordType::product}) {
+        for (const DocumentField& field : lint::fieldsOf(record)) {
+            EXPECT_FALSE(fieldText(record, field.key).empty()) << field.key;
+        }
+    }
+}
+
+TEST(FieldText, DescribesNothingElseAndNothingTwice) {
+    std::size_t fields = 0;
+    for (const RecordType record : {RecordType::paywall, RecordType::step, RecordType::product}) {
+        fields += lint::fieldsOf(record).size();
+    }
+    EXPECT_EQ(fieldTexts().size(), fields);
+    for (const FieldText& text : fieldTexts()) {
+        EXPECT_NE(lint::findField(text.record, text.key), nullptr) << text.key;
+        EXPECT_EQ(fieldText(text.record, text.key).data(), text.text.data()) << text.key << " is there twice";
+        EXPECT_EQ(text.text.find('|'), std::string_view::npos) << "a table's cell would end there";
+    }
+}
+
+}  // namespace
+}  // namespace vorna::schemas
