@@ -156,6 +156,26 @@ TEST(JsonDecoding, IsStrictAboutTheText) {
     EXPECT_NE(decodingProblem("{\"number\":NaN}"), "none");
 }
 
+TEST(JsonDecoding, TakesAnyValueAtTheTop) {
+    EXPECT_EQ(std::get<boost::json::value>(parse("7")), boost::json::value(7));
+    EXPECT_EQ(std::get<boost::json::value>(parse(" -1.5 ")), boost::json::value(-1.5));
+    EXPECT_EQ(std::get<boost::json::value>(parse("null")), boost::json::value(nullptr));
+    EXPECT_EQ(std::get<boost::json::value>(parse("\"x\"")), boost::json::value("x"));
+    EXPECT_EQ(decodingProblem("7"), "expected an object, found a number");
+    EXPECT_EQ(decodingProblem("-"), "line 1, column 2: incomplete JSON");
+    EXPECT_EQ(decodingProblem("7 7"), "line 1, column 3: extra data");
+}
+
+TEST(JsonDecoding, ComesApartIntoPlaceAndReason) {
+    const auto error = std::get<DecodingError>(decode<Outer>(changed(R"({"title":"b"})", R"({"title":7})")));
+    EXPECT_EQ(error.path, "inners[1].title");
+    EXPECT_EQ(error.line, 0U) << "not known";
+    const auto malformed = std::get<DecodingError>(decode<Outer>("{\n ğ"));
+    EXPECT_EQ(malformed.path, "");
+    EXPECT_EQ(malformed.line, 2U);
+    EXPECT_EQ(malformed.column, 2U);
+}
+
 TEST(JsonDecoding, AllowsNestingUpToFiveHundredAndTwelve) {
     const auto nested = [](std::size_t depth) { return std::string(depth, '[') + std::string(depth, ']'); };
     EXPECT_TRUE(std::holds_alternative<boost::json::value>(parse(nested(512))));

@@ -12,6 +12,7 @@ json::Decoded<RemoteConfigResponse> decodeRemoteConfigResponse(std::string_view 
             return static_cast<unsigned char>(character) < 0x20U || character == '\x7F';
         };
         std::replace_if(error->description.begin(), error->description.end(), isControl, ' ');
+        std::replace_if(error->path.begin(), error->path.end(), isControl, ' ');
     }
     return decoded;
 }

@@ -36,4 +36,30 @@ CodePoint lastCodePoint(std::string_view text) noexcept {
     return text.empty() ? CodePoint{} : CodePoint{replacement, 1};
 }
 
+UpperCase upperCase(char32_t codePoint) noexcept {
+    const auto whole = static_cast<utf8proc_int32_t>(codePoint);
+    UpperCase upper;
+    std::array<utf8proc_int32_t, 4> parts{whole};
+    upper.count = 1;
+    // Folding takes apart the letters whose upper case is several; what is upper case already stays whole.
+    if (codePoint >= 0x80 && utf8proc_category(whole) != UTF8PROC_CATEGORY_LU) {
+        int boundary = 0;
+        const utf8proc_ssize_t count = utf8proc_decompose_char(
+            whole, parts.data(), static_cast<utf8proc_ssize_t>(parts.size()), UTF8PROC_CASEFOLD, &boundary);
+        upper.count = static_cast<std::size_t>(std::clamp<utf8proc_ssize_t>(count, 1, parts.size()));
+    }
+    for (std::size_t index = 0; index < upper.count; ++index) {
+        upper.codePoints[index] = static_cast<char32_t>(utf8proc_toupper(parts[index]));
+    }
+    return upper;
+}
+
+bool CharacterCounter::take(char32_t codePoint) noexcept {
+    const auto next = static_cast<utf8proc_int32_t>(codePoint);
+    const bool begins = count_ == 0 || utf8proc_grapheme_break_stateful(previous_, next, &state_);
+    previous_ = next;
+    count_ += begins ? 1 : 0;
+    return begins;
+}
+
 }  // namespace vorna::text

@@ -2,8 +2,6 @@
 
 #include <vorna/text/CodePoints.h>
 
-#include <utf8proc.h>
-
 #include <limits>
 
 namespace vorna::text {
@@ -18,19 +16,13 @@ struct Counted {
 /// Counts characters until the text ends or there are so many.
 Counted counted(std::string_view text, std::size_t most) noexcept {
     Counted sum;
-    char32_t previous = 0;
-    utf8proc_int32_t state = 0;
+    CharacterCounter counter;
     while (sum.bytes < text.size()) {
         const CodePoint next = firstCodePoint(text.substr(sum.bytes));
-        if (sum.bytes == 0 ||
-            utf8proc_grapheme_break_stateful(static_cast<utf8proc_int32_t>(previous),
-                                             static_cast<utf8proc_int32_t>(next.value), &state)) {
-            if (sum.characters == most) {
-                break;
-            }
-            ++sum.characters;
+        if (counter.take(next.value) && counter.count() > most) {
+            break;
         }
-        previous = next.value;
+        sum.characters = counter.count();
         sum.bytes += next.length;
     }
     return sum;

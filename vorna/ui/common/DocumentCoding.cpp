@@ -71,10 +71,11 @@ bool read(const boost::json::value& from, std::int64_t& into, Fault& fault) {
         into = *number;
         return true;
     }
-    // With a fraction of zero or an exponent, as in 5.0 or 5e0. 2 to the 63rd is the first that is too large.
+    // With a fraction of zero or an exponent, as in 5.0 or 5e0. At 2 to the 63rd and beyond, on both sides, a
+    // double may stand for an integer that 64 bits do not hold.
     constexpr double end = 0x1p63;
     if (const double* const number = from.if_double();
-        number != nullptr && std::trunc(*number) == *number && *number >= -end && *number < end) {
+        number != nullptr && std::trunc(*number) == *number && std::abs(*number) < end) {
         into = static_cast<std::int64_t>(*number);
         return true;
     }

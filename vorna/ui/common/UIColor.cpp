@@ -4,12 +4,9 @@
 #include <vorna/text/Utf8.h>
 #include <vorna/text/Whitespace.h>
 
-#include <utf8proc.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <limits>
-#include <span>
 
 namespace vorna {
 
@@ -58,47 +55,6 @@ class HexScanner {
     std::uint64_t number_ = 0;
 };
 
-/// Counts characters as a reader does, one code point after the other.
-class CharacterCounter {
-  public:
-    void take(char32_t codePoint) noexcept {
-        const auto next = static_cast<utf8proc_int32_t>(codePoint);
-        if (count_ == 0 || utf8proc_grapheme_break_stateful(previous_, next, &state_)) {
-            ++count_;
-        }
-        previous_ = next;
-    }
-
-    std::size_t count() const noexcept { return count_; }
-
-  private:
-    std::size_t count_ = 0;
-    utf8proc_int32_t previous_ = 0;
-    utf8proc_int32_t state_ = 0;
-};
-
-/// The upper case of a code point, which may be several: "ß" is "SS" and the ligature "ﬀ" is "FF". Folding
-/// takes such letters apart; what is upper case already stays whole.
-template <class Visit>
-void forEachUpperCase(char32_t codePoint, const Visit& visit) noexcept {
-    const auto whole = static_cast<utf8proc_int32_t>(codePoint);
-    if (codePoint < 0x80 || utf8proc_category(whole) == UTF8PROC_CATEGORY_LU) {
-        visit(static_cast<char32_t>(utf8proc_toupper(whole)));
-        return;
-    }
-    utf8proc_int32_t folded[4] = {};
-    int boundary = 0;
-    const utf8proc_ssize_t count = utf8proc_decompose_char(
-        whole, folded, static_cast<utf8proc_ssize_t>(std::size(folded)), UTF8PROC_CASEFOLD, &boundary);
-    if (count < 1 || count > static_cast<utf8proc_ssize_t>(std::size(folded))) {
-        visit(codePoint);
-        return;
-    }
-    for (const utf8proc_int32_t part : std::span(folded).first(static_cast<std::size_t>(count))) {
-        visit(static_cast<char32_t>(utf8proc_toupper(part)));
-    }
-}
-
 double part(std::uint64_t number, unsigned lowestBit) noexcept {
     return static_cast<double>(number >> lowestBit & 0xFFU) / 255.0;
 }
@@ -114,13 +70,13 @@ std::optional<UIColor> UIColor::read(std::string_view hex) noexcept {
         hex.remove_prefix(1);
     }
     HexScanner scanner;
-    CharacterCounter counter;
+    text::CharacterCounter counter;
     while (!hex.empty()) {
         const text::CodePoint next = text::firstCodePoint(hex);
-        forEachUpperCase(next.value, [&](char32_t upper) {
+        for (const char32_t upper : text::upperCase(next.value)) {
             scanner.take(upper);
             counter.take(upper);
-        });
+        }
         hex.remove_prefix(next.length);
     }
     const std::optional<std::uint64_t> number = scanner.number();

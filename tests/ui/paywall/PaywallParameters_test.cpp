@@ -1,0 +1,174 @@
+#include <vorna/ui/paywall/PaywallParameters.h>
+
+#include <tests/ui/support/Documents.h>
+
+#include <gtest/gtest.h>
+
+#include <concepts>
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace vorna {
+namespace {
+
+using test::filledObject;
+using test::paywallFields;
+using test::sampleProduct;
+
+static_assert(!std::default_initializable<PaywallParameters>);
+
+PaywallParameters samplePaywall() {
+    return {"of media",
+            "of heading",
+            {"a line"},
+            {sampleProduct()},
+            7,
+            "of selectedPaidProduct",
+            "of buttonTitle",
+            "of termsOfUse",
+            "of privacyPolicy",
+            "of footNote",
+            "of backgroundColor",
+            "of actionButtonColor1",
+            "of actionButtonColor2",
+            "of headingColor",
+            "of buttonTitleColor",
+            "of termsOfUseColor",
+            "of footNoteColor",
+            "of restoreButtonColor",
+            "of privacyPolicyColor",
+            "of detailsColor",
+            "of exitButtonColor"};
+}
+
+TEST(PaywallParameters, TakesAllValuesInTheOrderOfTheDocument) {
+    const PaywallParameters paywall = samplePaywall();
+    EXPECT_EQ(paywall.media, "of media");
+    EXPECT_EQ(paywall.heading, "of heading");
+    EXPECT_EQ(paywall.details, std::vector<std::string>{"a line"});
+    EXPECT_EQ(paywall.paidProducts, std::vector<PaidProduct>{sampleProduct()});
+    EXPECT_EQ(paywall.exitButtonDelay, 7);
+    EXPECT_EQ(paywall.selectedPaidProduct, "of selectedPaidProduct");
+    EXPECT_EQ(paywall.buttonTitle, "of buttonTitle");
+    EXPECT_EQ(paywall.termsOfUse, "of termsOfUse");
+    EXPECT_EQ(paywall.privacyPolicy, "of privacyPolicy");
+    EXPECT_EQ(paywall.footNote, "of footNote");
+    EXPECT_EQ(paywall.backgroundColor, "of backgroundColor");
+    EXPECT_EQ(paywall.actionButtonColor1, "of actionButtonColor1");
+    EXPECT_EQ(paywall.actionButtonColor2, "of actionButtonColor2");
+    EXPECT_EQ(paywall.headingColor, "of headingColor");
+    EXPECT_EQ(paywall.buttonTitleColor, "of buttonTitleColor");
+    EXPECT_EQ(paywall.termsOfUseColor, "of termsOfUseColor");
+    EXPECT_EQ(paywall.footNoteColor, "of footNoteColor");
+    EXPECT_EQ(paywall.restoreButtonColor, "of restoreButtonColor");
+    EXPECT_EQ(paywall.privacyPolicyColor, "of privacyPolicyColor");
+    EXPECT_EQ(paywall.detailsColor, "of detailsColor");
+    EXPECT_EQ(paywall.exitButtonColor, "of exitButtonColor");
+}
+
+TEST(PaywallParameters, AreEncodedInThatOrderAndReadBack) {
+    const std::string text = std::get<std::string>(encode(samplePaywall()));
+    EXPECT_EQ(text, filledObject(paywallFields(), {{"exitButtonDelay", "7"}}));
+    EXPECT_EQ(std::get<PaywallParameters>(PaywallParameters::decode(text)), samplePaywall());
+}
+
+TEST(PaywallParameters, AreMadeOfDefaultsByAnEmptyObject) {
+    const auto paywall = std::get<PaywallParameters>(PaywallParameters::decode("{}"));
+    EXPECT_EQ(paywall.exitButtonDelay, 3);
+    EXPECT_EQ(paywall.exitButtonColor, "#ffffff");
+    EXPECT_EQ(paywall.heading, "");
+    EXPECT_TRUE(paywall.details.empty());
+    EXPECT_TRUE(paywall.paidProducts.empty());
+}
+
+TEST(PaywallParameters, AreOneObject) {
+    for (const char* const text : {"[]", "\"text\"", "null", "7", "true"}) {
+        const auto decoded = PaywallParameters::decode(text);
+        ASSERT_TRUE(std::holds_alternative<json::DecodingError>(decoded)) << text;
+        EXPECT_EQ(std::get<json::DecodingError>(decoded).expected, "an object") << text;
+    }
+}
+
+TEST(PaywallParameters, CannotBeEncodedWithTextThatIsNotUtf8) {
+    PaywallParameters paywall = samplePaywall();
+    paywall.paidProducts.push_back(sampleProduct());
+    paywall.paidProducts[1].price = "\xFF";
+    EXPECT_EQ(std::get<json::EncodingError>(encode(paywall)).description,
+              "paidProducts[1].price: the text is not UTF-8");
+}
+
+struct NumberCase {
+    const char* name;
+    const char* text;
+    std::optional<std::int64_t> number;
+    const char* found = "";
+};
+
+class ExitButtonDelay : public testing::TestWithParam<NumberCase> {};
+
+TEST_P(ExitButtonDelay, IsAnIntegerInWhateverFormItIsWritten) {
+    const std::string text = std::string(R"({"exitButtonDelay":)") + GetParam().text + "}";
+    const auto decoded = PaywallParameters::decode(text);
+    if (GetParam().number) {
+        ASSERT_TRUE(std::holds_alternative<PaywallParameters>(decoded));
+        EXPECT_EQ(std::get<PaywallParameters>(decoded).exitButtonDelay, GetParam().number);
+    } else {
+        ASSERT_TRUE(std::holds_alternative<json::DecodingError>(decoded));
+        const auto& error = std::get<json::DecodingError>(decoded);
+        EXPECT_EQ(error.path, "exitButtonDelay");
+        EXPECT_EQ(error.expected, "an integer of at most 64 bits");
+        EXPECT_EQ(error.found, GetParam().found);
+    }
+}
+
+constexpr auto least = std::numeric_limits<std::int64_t>::min();
+constexpr auto most = std::numeric_limits<std::int64_t>::max();
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, ExitButtonDelay,
+    testing::Values(
+        NumberCase{"Plain", "5", 5}, NumberCase{"Zero", "0", 0}, NumberCase{"MinusZero", "-0", 0},
+        NumberCase{"MinusZeroWithFraction", "-0.0", 0}, NumberCase{"Negative", "-5", -5},
+        NumberCase{"ZeroFraction", "5.0", 5}, NumberCase{"LongZeroFraction", "5.000000000000000000000000", 5},
+        NumberCase{"ZeroExponent", "5e0", 5}, NumberCase{"ZeroFractionAndExponent", "5.00e0", 5},
+        NumberCase{"Exponent", "5E+2", 500}, NumberCase{"FractionThatTheExponentTakes", "0.5e1", 5},
+        NumberCase{"NegativeExponent", "50e-1", 5}, NumberCase{"Null", "null", 3},
+        NumberCase{"Largest", "9223372036854775807", most},
+        NumberCase{"Smallest", "-9223372036854775808", least},
+        NumberCase{"SmallestWithFraction", "-9223372036854775808.0", std::nullopt,
+                   "the number -9223372036854775808.0"},
+        NumberCase{"OneTooLarge", "9223372036854775808", std::nullopt, "the number 9223372036854775808"},
+        NumberCase{"OneTooSmall", "-9223372036854775809", std::nullopt, "the number -9223372036854775809"},
+        NumberCase{"LargestUnsigned", "18446744073709551615", std::nullopt,
+                   "the number 18446744073709551615"},
+        NumberCase{"TooLargeWithFraction", "9223372036854775808.0", std::nullopt,
+                   "the number 9223372036854775808.0"},
+        NumberCase{"Huge", "1e300", std::nullopt, "the number 1e300"},
+        NumberCase{"VeryManyDigits", "1234567890123456789012345678901234567890123", std::nullopt,
+                   "the number 1234567890123456789012345678901234567890..."},
+        NumberCase{"Fraction", "5.5", std::nullopt, "the number 5.5"},
+        NumberCase{"FractionByExponent", "5e-1", std::nullopt, "the number 5e-1"},
+        NumberCase{"SmallFraction", "0.000001", std::nullopt, "the number 0.000001"},
+        NumberCase{"Text", "\"5\"", std::nullopt, "a string"},
+        NumberCase{"Boolean", "true", std::nullopt, "a boolean"},
+        NumberCase{"Array", "[5]", std::nullopt, "an array"},
+        NumberCase{"Object", "{}", std::nullopt, "an object"}),
+    [](const auto& testCase) { return testCase.param.name; });
+
+TEST(ExitButtonDelay, LosesNothingToZerosBehindThePoint) {
+    for (std::int64_t seconds = 0; seconds <= 2000; ++seconds) {
+        for (const char* const end : {".0", ".00", ".000000", "e0", ".000E0"}) {
+            const std::string text = R"({"exitButtonDelay":)" + std::to_string(seconds) + end + "}";
+            const auto decoded = PaywallParameters::decode(text);
+            ASSERT_TRUE(std::holds_alternative<PaywallParameters>(decoded)) << text;
+            ASSERT_EQ(std::get<PaywallParameters>(decoded).exitButtonDelay, seconds) << text;
+        }
+    }
+}
+
+}  // namespace
+}  // namespace vorna

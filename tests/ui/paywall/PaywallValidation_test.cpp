@@ -1,0 +1,169 @@
+#include <vorna/ui/paywall/PaywallValidation.h>
+
+#include <tests/ui/support/Documents.h>
+
+#include <vorna/platform/Log.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace vorna {
+namespace {
+
+using test::filledObject;
+using test::jsonText;
+using test::paidProductFields;
+using test::paywallFields;
+using test::Values;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Names = std::vector<std::string>;
+
+Names missingOf(const std::string& text) {
+    return missingFields(std::get<PaywallParameters>(PaywallParameters::decode(text)));
+}
+
+/// What is missing when all is there but what is given otherwise.
+Names missingWith(const Values& otherwise) {
+    return missingOf(filledObject(paywallFields(), otherwise));
+}
+
+/// The same, for a field of the second of two products.
+Names missingWithProduct(const Values& otherwise) {
+    return missingWith({{"paidProducts", "[" + filledObject(paidProductFields()) + "," +
+                                             filledObject(paidProductFields(), otherwise) + "]"}});
+}
+
+const std::vector<const char*> needed = {"media",
+                                         "heading",
+                                         "buttonTitle",
+                                         "backgroundColor",
+                                         "actionButtonColor1",
+                                         "actionButtonColor2",
+                                         "headingColor",
+                                         "buttonTitleColor",
+                                         "detailsColor",
+                                         "selectedPaidProduct",
+                                         "termsOfUse",
+                                         "privacyPolicy",
+                                         "footNote",
+                                         "footNoteColor",
+                                         "termsOfUseColor",
+                                         "privacyPolicyColor",
+                                         "restoreButtonColor"};
+const std::vector<const char*> neededOfProducts = {"title",
+                                                   "price",
+                                                   "identifier",
+                                                   "selectedBackgroundColor",
+                                                   "unselectedBackgroundColor",
+                                                   "selectedBorderColor",
+                                                   "unselectedBorderColor",
+                                                   "titleColor",
+                                                   "priceColor"};
+const std::vector<const char*> notNeededOfProducts = {
+    "tagText",          "badgeText",           "badgeSelectedColor", "badgeUnselectedColor",
+    "tagSelectedColor", "tagUnselectedColor",  "descriptionText",    "badgeTextColor",
+    "tagTextColor",     "descriptionTextColor"};
+
+TEST(PaywallValidation, FindsNothingMissingInAWholeDocument) {
+    EXPECT_THAT(missingWith({}), IsEmpty());
+}
+
+TEST(PaywallValidation, NamesAllThatAnEmptyDocumentLacks) {
+    EXPECT_THAT(missingOf("{}"),
+                ElementsAre("actionButtonColor1", "actionButtonColor2", "backgroundColor", "buttonTitle",
+                            "buttonTitleColor", "details", "detailsColor", "footNote", "footNoteColor",
+                            "heading", "headingColor", "media", "paidProducts (boş)", "privacyPolicy",
+                            "privacyPolicyColor", "restoreButtonColor", "selectedPaidProduct", "termsOfUse",
+                            "termsOfUseColor"));
+}
+
+TEST(PaywallValidation, NamesEachTextThatIsBlank) {
+    for (const char* const key : needed) {
+        EXPECT_THAT(missingWith({{key, "null"}}), ElementsAre(key));
+        EXPECT_THAT(missingWith({{key, jsonText("")}}), ElementsAre(key));
+        EXPECT_THAT(missingWith({{key, jsonText("   ")}}), ElementsAre(key));
+        for (const std::string& space : test::whiteSpaces()) {
+            EXPECT_THAT(missingWith({{key, jsonText(space + "\n" + space)}}), ElementsAre(key))
+                << jsonText(space);
+        }
+        EXPECT_THAT(missingWith({{key, jsonText(" x\n")}}), IsEmpty());
+        EXPECT_THAT(missingWith({{key, jsonText("\u200B")}}), IsEmpty()) << "not white space";
+    }
+}
+
+TEST(PaywallValidation, DoesNotAskForTheCloseButton) {
+    EXPECT_THAT(missingWith({{"exitButtonColor", jsonText("")}, {"exitButtonDelay", "-1"}}), IsEmpty());
+}
+
+TEST(PaywallValidation, AsksForALineAndAProduct) {
+    EXPECT_THAT(missingWith({{"details", "[]"}}), ElementsAre("details"));
+    EXPECT_THAT(missingWith({{"details", R"([""])"}}), IsEmpty());
+    EXPECT_THAT(missingWith({{"paidProducts", "[]"}}), ElementsAre("paidProducts (boş)"));
+}
+
+TEST(PaywallValidation, NamesEachBlankTextOfAProduct) {
+    for (const char* const key : neededOfProducts) {
+        EXPECT_THAT(missingWithProduct({{key, jsonText(" \u3000 ")}}),
+                    ElementsAre("paidProducts[1]." + std::string(key)));
+    }
+    for (const char* const key : notNeededOfProducts) {
+        EXPECT_THAT(missingWithProduct({{key, jsonText("")}}), IsEmpty());
+    }
+}
+
+TEST(PaywallValidation, SortsByTheBytesOfTheNames) {
+    std::string products = "[";
+    for (int index = 0; index < 11; ++index) {
+        products += (index > 0 ? "," : "") +
+                    filledObject(paidProductFields(), index % 2 == 0 ? Values{{"price", jsonText("")},
+                                                                              {"priceColor", jsonText("")}}
+                                                                     : Values{});
+    }
+    EXPECT_THAT(
+        missingWith({{"paidProducts", products + "]"}, {"media", jsonText("")}, {"footNote", jsonText("")}}),
+        ElementsAre("footNote", "media", "paidProducts[0].price", "paidProducts[0].priceColor",
+                    "paidProducts[10].price", "paidProducts[10].priceColor", "paidProducts[2].price",
+                    "paidProducts[2].priceColor", "paidProducts[4].price", "paidProducts[4].priceColor",
+                    "paidProducts[6].price", "paidProducts[6].priceColor", "paidProducts[8].price",
+                    "paidProducts[8].priceColor"));
+}
+
+TEST(PaywallValidation, JudgesNeitherColoursNorTheSelection) {
+    EXPECT_THAT(missingWith({{"headingColor", jsonText("no colour")},
+                             {"selectedPaidProduct", jsonText("no product")}}),
+                IsEmpty());
+}
+
+/// What validation prints, and whether it returns what it should.
+std::string printedBy(const PaywallParameters& paywall) {
+    testing::internal::CaptureStdout();
+    const Names names = validate(paywall);
+    std::string printed = testing::internal::GetCapturedStdout();
+    EXPECT_EQ(names, missingFields(paywall));
+    return printed;
+}
+
+TEST(PaywallValidation, PrintsTheNamesWhateverTheSwitchSays) {
+    const auto whole = std::get<PaywallParameters>(PaywallParameters::decode(filledObject(paywallFields())));
+    const auto poor = std::get<PaywallParameters>(PaywallParameters::decode(
+        filledObject(paywallFields(), {{"media", "null"}, {"heading", "null"}, {"paidProducts", "[]"}})));
+    for (const bool isOn : {false, true}) {
+        log::enabled = isOn;
+        EXPECT_EQ(printedBy(whole), "[]\n");
+        EXPECT_EQ(printedBy(poor), "[\"heading\", \"media\", \"paidProducts (boş)\"]\n");
+    }
+}
+
+TEST(PaywallValidation, PrintsNothingWhenOnlyAsked) {
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(missingOf("{}").size(), 19U);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+}
+
+}  // namespace
+}  // namespace vorna
