@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
-# Measures, and prints a table for each topic. Arguments are topics to measure alone: event encoding memory
-# delivery size start ulid config. BENCH_BUILD names the build folder.
+# Measures, and prints a table for each topic. Arguments are topics to measure alone: event encoding
+# documents memory delivery size start ulid config. BENCH_BUILD names the build folder.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/.."
 
 build=$(readlink -f "${BENCH_BUILD:-build/release}")
 bench="$build/bench"
 topics=("$@")
-[ ${#topics[@]} -gt 0 ] || topics=(event encoding memory delivery size start ulid config)
+[ ${#topics[@]} -gt 0 ] || topics=(event encoding documents memory delivery size start ulid config)
 
 work=$(mktemp -d)
 memory=$work/memory
@@ -177,6 +177,7 @@ failed=0
 echo "$(nproc) processors: $(sed -n 's/^model name[^:]*: //p' /proc/cpuinfo | head -1); load $(cut -d' ' -f1 /proc/loadavg)"
 ! wanted event || "$bench/EventCall_bench" "$work/event" || failed=1
 ! wanted encoding || "$bench/Encoding_bench" "$work/encoding" || failed=1
+! wanted documents || "$bench/Documents_bench" || failed=1
 ! wanted memory || "$bench/Memory_bench" "$work/memory" || failed=1
 if wanted delivery; then
     start_nginx

@@ -44,6 +44,18 @@ done
 for floor in text json platform device config events core; do
     grep -rnE '^#include <(Q[A-Z]|Qt)' "vorna/$floor" | rule "vorna/$floor includes Qt"
 done
+# What the core library has of vorna/ui: the files that vorna/CMakeLists.txt names, and the headers beside them.
+mapfile -t core_ui < <(grep -oE '^ *ui/[A-Za-z/]+\.(h|cpp)' vorna/CMakeLists.txt | tr -d ' ' | sed 's#^#vorna/#' |
+    while IFS= read -r file; do
+        echo "$file"
+        [ ! -e "${file%.cpp}.h" ] || echo "${file%.cpp}.h"
+    done | sort -u)
+[ ${#core_ui[@]} -gt 0 ] || report 'the core library has nothing of vorna/ui; is the list still found?'
+grep -nE '^#include <(Q[A-Z]|Qt|vorna/)' "${core_ui[@]}" | grep -vE '#include <vorna/(text|json|platform)/' |
+    while IFS= read -r line; do
+        header=$(sed -E 's/.*#include <(.*)>.*/\1/' <<<"$line")
+        printf '%s\n' "${core_ui[@]}" | grep -qxF "$header" || echo "$line"
+    done | rule 'the core library'"'"'s part of vorna/ui looks beyond text, json, platform and itself'
 grep -rnE '^#include <vorna/platform/(curl|file|glib|linux)/' vorna --include='*' |
     grep -vE '^vorna/platform/(curl|file|glib|linux)/|^vorna/platform/Platform\.cpp:' |
     rule 'an adapter is named outside vorna/platform/Platform.cpp'

@@ -14,7 +14,8 @@
 ///     };
 ///
 /// and that list drives encoding here and decoding in Decoding.h. An optional field that is empty is left
-/// out.
+/// out. A type that is no such record is written by a function `write(Writer&, const Type&)` in its own
+/// namespace; so are the documents of screens, which list their fields in tables (vorna/ui/common).
 
 #include <vorna/json/EncodingError.h>
 #include <vorna/json/Writer.h>
