@@ -40,4 +40,8 @@ if ! found=$(sed -n '/^```json$/,/^```$/p' ../../docs/documents.md | grep -v '^`
     failed=1
 fi
 echo "$good good and $bad bad documents"
-[ "$good" -gt 0 ] && [ "$bad" -gt 0 ] && exit "$failed"
+if [ "$good" -eq 0 ] || [ "$bad" -eq 0 ]; then
+    echo "examples/documents lacks good or bad documents" >&2
+    failed=1
+fi
+exit "$failed"

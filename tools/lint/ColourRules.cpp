@@ -29,7 +29,7 @@ constexpr std::array parts{
 bool isDrawn(const Document& document, const Screen& screen, const Object& object,
              const DocumentField& field) {
     if (object.type == RecordType::product) {
-        const auto part = std::find_if(parts.begin(), parts.end(), [&field](const Part& candidate) {
+        const auto* const part = std::find_if(parts.begin(), parts.end(), [&field](const Part& candidate) {
             return std::find(candidate.colours.begin(), candidate.colours.end(), field.key) !=
                    candidate.colours.end();
         });

@@ -15,7 +15,7 @@ constexpr std::array table{
     Rule{"not-a-document", Severity::error, "the JSON is neither an object nor an array",
          findValueThatIsNoDocument},
     Rule{"wrong-type", Severity::error, "a value is of a type that its field does not take", findWrongTypes},
-    Rule{"unknown-type", Severity::error, "the type of a step is neither \"basic\" nor \"paywall\"",
+    Rule{"unknown-type", Severity::error, R"(the type of a step is neither "basic" nor "paywall")",
          findUnknownTypesOfSteps},
     Rule{"missing-field", Severity::error, "a field that the screen needs is missing or blank",
          findMissingFields},

@@ -200,7 +200,7 @@ void findUnknownTypesOfSteps(const Document& document, Reporter& reporter) {
         for (const std::string& missing : screen.missing) {
             if (missing.starts_with(noKnownType)) {
                 reporter.atField(screen.object, "type",
-                                 "must be \"basic\" or \"paywall\", letter for letter: " +
+                                 R"(must be "basic" or "paywall", letter for letter: )" +
                                      errorScreenInstead(screen) + " and lists " + quoted(missing));
             }
         }

@@ -1,15 +1,13 @@
+#include <fcntl.h>
 #include <tools/lint/Lint.h>
 #include <tools/lint/Options.h>
 #include <tools/lint/Report.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <csignal>
-#include <cstdio>
 #include <exception>
 #include <iostream>
-#include <memory>
-#include <optional>
 #include <string>
 #include <system_error>
 #include <variant>
@@ -22,37 +20,43 @@ using namespace vorna::lint;
 constexpr int findingsStatus = 1;
 constexpr int unreadableStatus = 2;
 
-// What the file holds; absent with `errno` set when it cannot be read.
-std::optional<std::string> contents(const std::string& file) {
-    const auto close = [](std::FILE* stream) {
-        if (stream != stdin) {
-            static_cast<void>(std::fclose(stream));
-        }
-    };
-    const std::unique_ptr<std::FILE, decltype(close)> stream(
-        file == "-" ? stdin : std::fopen(file.c_str(), "rbe"), close);
-    if (!stream) {
-        return std::nullopt;
-    }
+// What the file holds, or why it cannot be read.
+std::variant<std::string, std::error_code> contents(const std::string& file) {
+    const bool isInput = file == "-";
+    const int descriptor = isInput ? STDIN_FILENO : ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
     std::string text;
     std::vector<char> piece(std::size_t{64} * 1024);
-    while (const std::size_t count = std::fread(piece.data(), 1, piece.size(), stream.get())) {
-        text.append(piece.data(), count);
+    ssize_t count = descriptor < 0 ? -1 : 1;
+    while (count > 0) {
+        count = ::read(descriptor, piece.data(), piece.size());
+        if (count > 0) {
+            text.append(piece.data(), static_cast<std::size_t>(count));
+        } else if (count < 0 && errno == EINTR) {
+            count = 1;
+        }
     }
-    return std::ferror(stream.get()) != 0 ? std::nullopt : std::optional(std::move(text));
+    const std::error_code problem(count < 0 ? errno : 0, std::generic_category());
+    if (!isInput && descriptor >= 0) {
+        ::close(descriptor);
+    }
+    if (problem) {
+        return problem;
+    }
+    return text;
 }
 
 int check(const Options& options) {
     std::vector<CheckedDocument> documents;
     bool unreadable = false;
     for (const std::string& file : options.files) {
-        const std::optional<std::string> text = contents(file);
-        if (!text) {
-            std::cerr << "vorna-lint: " << file << ": " << std::generic_category().message(errno) << '\n';
+        const auto reading = contents(file);
+        if (const auto* const problem = std::get_if<std::error_code>(&reading)) {
+            std::cerr << "vorna-lint: " << file << ": " << problem->message() << '\n';
             unreadable = true;
             continue;
         }
-        documents.push_back({file == "-" ? "<stdin>" : file, lint(*text, options.kind)});
+        documents.push_back(
+            {file == "-" ? "<stdin>" : file, lint(std::get<std::string>(reading), options.kind)});
     }
     std::cout << (options.format == Format::json ? jsonReport(documents) : humanReport(documents))
               << std::flush;

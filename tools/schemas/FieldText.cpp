@@ -43,7 +43,7 @@ constexpr std::array texts{
     FieldText{paywall, "detailsColor", "The detail lines."},
     FieldText{paywall, "exitButtonColor", "The close button, which stands over the media at the upper left."},
 
-    FieldText{step, "type", "\"basic\" or \"paywall\", letter for letter; there is nothing else."},
+    FieldText{step, "type", R"("basic" or "paywall", letter for letter; there is nothing else.)"},
     FieldText{step, "media",
               "Address of the picture or video at the top. The service's answer tells which it is: a content "
               "type with \"video\" in it is played in a loop, with sound."},
