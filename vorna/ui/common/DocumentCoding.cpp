@@ -102,9 +102,10 @@ bool read(const boost::json::value& from, std::vector<std::string>& into, Fault&
 std::optional<json::DecodingError> readText(std::string_view text, void* into,
                                             bool (*read)(const boost::json::value& from, void* into,
                                                          Fault& fault)) {
-    // A tree lives for the length of this call: its memory comes in few large pieces and goes at one go.
-    std::array<unsigned char, 8192>
-        first;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled by the tree
+    // A tree lives for the length of this call: its memory comes in few large pieces and goes at one go. The
+    // first piece need not be cleared.
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init)
+    std::array<unsigned char, 8192> first;
     boost::json::monotonic_resource memory(first.data(), first.size());
     try {
         std::variant<boost::json::value, json::DecodingError> tree = json::parse(text, &memory);

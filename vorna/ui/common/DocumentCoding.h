@@ -139,7 +139,7 @@ bool read(const boost::json::value& from, std::vector<Record>& into, Fault& faul
     }
     into.reserve(array->size());
     for (std::size_t index = 0; index < array->size(); ++index) {
-        Record record = DocumentAccess::unfilled<Record>();
+        auto record = DocumentAccess::unfilled<Record>();
         if (!read((*array)[index], record, fault)) {
             fault.wayUp.emplace_back(index);
             return false;

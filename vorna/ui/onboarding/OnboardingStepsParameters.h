@@ -43,7 +43,7 @@ class [[gnu::visibility("default")]] OnboardingStepsParameters {
     /// Identifier of the product that is selected at first.
     std::string selectedPaidProduct;
     /// Seconds until the close button appears; at once when zero or less.
-    std::int64_t exitButtonDelay;
+    std::int64_t exitButtonDelay = 0;
     /// Address that the link of a paywall step opens.
     std::string privacyPolicy;
     std::string backgroundColor;
@@ -79,7 +79,9 @@ class [[gnu::visibility("default")]] OnboardingStepsParameters {
 /// or null and stands for its default then; the first step, and in it the first key in the order of the
 /// table, that holds another type of value fails the document as a whole, and the error tells path and
 /// position. A number may be written 5, 5.0 or 5e0. Keys that no field has are ignored, of equal keys the
-/// last holds. Any thread; any bytes.
+/// last holds.
+/// A text that is not UTF-8 fails like any other that is not JSON; `utf8::isValid` tells it apart
+/// beforehand. Any thread; any bytes.
 [[gnu::visibility("default")]] std::variant<std::vector<OnboardingStepsParameters>, json::DecodingError>
 decodeOnboardingSteps(std::string_view json);
 

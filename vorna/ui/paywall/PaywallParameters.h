@@ -27,7 +27,7 @@ class [[gnu::visibility("default")]] PaywallParameters {
     std::vector<std::string> details;
     std::vector<PaidProduct> paidProducts;
     /// Seconds until the close button appears; at once when zero or less.
-    std::int64_t exitButtonDelay;
+    std::int64_t exitButtonDelay = 0;
     /// Identifier of the product that is selected at first.
     std::string selectedPaidProduct;
     std::string buttonTitle;
@@ -60,7 +60,9 @@ class [[gnu::visibility("default")]] PaywallParameters {
     /// Reads a document. Every key may be absent or null and stands for its default then; the first in the
     /// order of the table that holds another type of value fails the document as a whole, and the error tells
     /// path and position. A number may be written 5, 5.0 or 5e0. Keys that no field has are ignored, of equal
-    /// keys the last holds. Any thread; any bytes.
+    /// keys the last holds.
+    /// A text that is not UTF-8 fails like any other that is not JSON; `utf8::isValid` tells it apart
+    /// beforehand. Any thread; any bytes.
     static std::variant<PaywallParameters, json::DecodingError> decode(std::string_view json);
 
     /// The table of its fields.
