@@ -6,13 +6,11 @@
 /// documents can go through it too.
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <variant>
 #include <vector>
-
-#include <optional>
 
 namespace vorna {
 
