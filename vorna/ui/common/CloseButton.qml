@@ -16,6 +16,8 @@ T.AbstractButton {
     x: mirrored ? parent.width - glyphLeft - width + reach : glyphLeft - reach
     y: glyphTop - reach
     padding: reach
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
     text: "✕"
     opacity: down ? 0.5 : 1
     Accessible.role: Accessible.Button

@@ -4,8 +4,9 @@ import QtQuick
 Text {
     id: root
 
-    anchors.horizontalCenter: parent.horizontalCenter
-    width: Math.min(implicitWidth, parent.width - 32)
+    required property real screenWidth
+
+    width: Math.min(implicitWidth, screenWidth - 32)
     textFormat: Text.PlainText
     horizontalAlignment: Text.AlignHCenter
     wrapMode: Text.Wrap

@@ -9,10 +9,8 @@ T.AbstractButton {
     required property color titleColor
 
     font.pixelSize: 12
-    implicitWidth: contentItem.implicitWidth
-    implicitHeight: contentItem.implicitHeight
-    topPadding: 6
-    bottomPadding: 6
+    implicitWidth: implicitContentWidth
+    implicitHeight: implicitContentHeight
     opacity: down ? 0.5 : 1
     Accessible.role: Accessible.Button
     Accessible.name: text

@@ -25,6 +25,8 @@ Rectangle {
     Label {
         id: title
         objectName: "titleLabel"
+        screenWidth: root.width
+        anchors.horizontalCenter: parent.horizontalCenter
         anchors.verticalCenter: parent.verticalCenter
         anchors.verticalCenterOffset: root.screenHeight < 700 ? -40 : 0
         text: root.controller.titleText
@@ -36,6 +38,8 @@ Rectangle {
     Label {
         id: heading
         objectName: "headingLabel"
+        screenWidth: root.width
+        anchors.horizontalCenter: parent.horizontalCenter
         anchors.top: title.bottom
         anchors.topMargin: 12
         text: root.controller.headingText

@@ -26,6 +26,8 @@ Rectangle {
     Label {
         id: title
         objectName: "titleLabel"
+        screenWidth: root.width
+        anchors.horizontalCenter: parent.horizontalCenter
         anchors.verticalCenter: parent.verticalCenter
         anchors.verticalCenterOffset: root.screenHeight < 700 ? -40 : 0
         text: root.controller.titleText
@@ -37,6 +39,8 @@ Rectangle {
     Label {
         id: heading
         objectName: "headingLabel"
+        screenWidth: root.width
+        anchors.horizontalCenter: parent.horizontalCenter
         anchors.top: title.bottom
         anchors.topMargin: 14
         text: root.controller.headingText
@@ -86,6 +90,8 @@ Rectangle {
     Label {
         id: footNote
         objectName: "footnoteLabel"
+        screenWidth: root.width
+        anchors.horizontalCenter: parent.horizontalCenter
         anchors.top: actionButton.bottom
         anchors.topMargin: 10
         text: root.controller.footNote

@@ -25,6 +25,8 @@ Rectangle {
     Label {
         id: heading
         objectName: "headingLabel"
+        screenWidth: root.width
+        anchors.horizontalCenter: parent.horizontalCenter
         anchors.verticalCenter: parent.verticalCenter
         anchors.verticalCenterOffset: root.screenHeight * (root.screenHeight <= 667 ? -0.12 : -0.1)
         text: root.controller.headingText
@@ -48,6 +50,8 @@ Rectangle {
                 required property string modelData
 
                 objectName: "detailLabel"
+                screenWidth: root.width
+                anchors.horizontalCenter: parent.horizontalCenter
                 text: modelData
                 color: root.controller.detailsColor
                 font.pixelSize: 16
@@ -88,6 +92,8 @@ Rectangle {
     Label {
         id: footNote
         objectName: "footnoteLabel"
+        screenWidth: root.width
+        anchors.horizontalCenter: parent.horizontalCenter
         anchors.top: actionButton.bottom
         anchors.topMargin: 10
         text: root.controller.footNote

@@ -43,81 +43,86 @@ T.AbstractButton {
         border.color: root.cell.look.borderColor
         border.width: root.cell.look.borderWidth
         antialiasing: true
-        clip: true
 
-        Text {
-            id: title
-            objectName: "titleLabel"
-            anchors.horizontalCenter: parent.horizontalCenter
-            y: 10
-            width: Math.min(implicitWidth, parent.width - 8)
-            text: root.cell.look.titleText
-            textFormat: Text.PlainText
-            color: root.cell.look.titleColor
-            font.pixelSize: 16
-            font.bold: true
-            horizontalAlignment: Text.AlignHCenter
-            elide: Text.ElideRight
-        }
-
-        Text {
-            id: description
-            objectName: "descriptionLabel"
-            anchors.horizontalCenter: parent.horizontalCenter
-            anchors.top: title.bottom
-            anchors.topMargin: root.cell.look.spacingAfterTitle
-            width: Math.min(implicitWidth, parent.width - 8)
-            visible: root.cell.look.isDescriptionShown
-            text: root.cell.look.descriptionText
-            textFormat: Text.PlainText
-            color: root.cell.look.descriptionColor
-            font.pixelSize: 9
-            horizontalAlignment: Text.AlignHCenter
-            wrapMode: Text.WordWrap
-        }
-
-        Text {
-            id: price
-            objectName: "priceLabel"
-            anchors.horizontalCenter: parent.horizontalCenter
-            anchors.top: root.cell.look.isDescriptionShown ? description.bottom : title.bottom
-            anchors.topMargin: root.cell.look.isDescriptionShown ? root.cell.look.spacingAfterDescription : root.cell.look.spacingAfterTitle
-            width: Math.min(implicitWidth, parent.width - 8)
-            text: root.cell.look.priceText
-            textFormat: Text.PlainText
-            color: root.cell.look.priceColor
-            font.pixelSize: 16
-            font.bold: true
-            horizontalAlignment: Text.AlignHCenter
-            elide: Text.ElideRight
-        }
-
-        Rectangle {
-            objectName: "tagContainerView"
-            anchors.horizontalCenter: parent.horizontalCenter
-            anchors.bottom: parent.bottom
-            anchors.bottomMargin: 10
-            width: price.width
-            height: Math.max(20, tag.implicitHeight + 8)
-            visible: root.cell.look.isTagShown
-            radius: 6
-            color: root.cell.look.tagBackground
-            antialiasing: true
+        // Apart from the card, whose own edge must not be cut.
+        Item {
+            anchors.fill: parent
             clip: true
 
             Text {
-                id: tag
-                objectName: "tagPeriodLabel"
-                anchors.fill: parent
-                anchors.margins: 4
-                text: root.cell.look.tagText
+                id: title
+                objectName: "titleLabel"
+                anchors.horizontalCenter: parent.horizontalCenter
+                y: 10
+                width: Math.min(implicitWidth, parent.width - 8)
+                text: root.cell.look.titleText
                 textFormat: Text.PlainText
-                color: root.cell.look.tagTextColor
-                font.pixelSize: 12
+                color: root.cell.look.titleColor
+                font.pixelSize: 16
                 font.bold: true
                 horizontalAlignment: Text.AlignHCenter
-                verticalAlignment: Text.AlignVCenter
+                elide: Text.ElideRight
+            }
+
+            Text {
+                id: description
+                objectName: "descriptionLabel"
+                anchors.horizontalCenter: parent.horizontalCenter
+                anchors.top: title.bottom
+                anchors.topMargin: root.cell.look.spacingAfterTitle
+                width: Math.min(implicitWidth, parent.width - 8)
+                visible: root.cell.look.isDescriptionShown
+                text: root.cell.look.descriptionText
+                textFormat: Text.PlainText
+                color: root.cell.look.descriptionColor
+                font.pixelSize: 9
+                horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.WordWrap
+            }
+
+            Text {
+                id: price
+                objectName: "priceLabel"
+                anchors.horizontalCenter: parent.horizontalCenter
+                anchors.top: root.cell.look.isDescriptionShown ? description.bottom : title.bottom
+                anchors.topMargin: root.cell.look.isDescriptionShown ? root.cell.look.spacingAfterDescription : root.cell.look.spacingAfterTitle
+                width: Math.min(implicitWidth, parent.width - 8)
+                text: root.cell.look.priceText
+                textFormat: Text.PlainText
+                color: root.cell.look.priceColor
+                font.pixelSize: 16
+                font.bold: true
+                horizontalAlignment: Text.AlignHCenter
+                elide: Text.ElideRight
+            }
+
+            Rectangle {
+                objectName: "tagContainerView"
+                anchors.horizontalCenter: parent.horizontalCenter
+                anchors.bottom: parent.bottom
+                anchors.bottomMargin: 10
+                width: price.width
+                height: Math.max(20, tag.implicitHeight + 8)
+                visible: root.cell.look.isTagShown
+                radius: 6
+                color: root.cell.look.tagBackground
+                antialiasing: true
+                clip: true
+
+                Text {
+                    id: tag
+                    objectName: "tagPeriodLabel"
+                    anchors.fill: parent
+                    anchors.margins: 4
+                    text: root.cell.look.tagText
+                    textFormat: Text.PlainText
+                    color: root.cell.look.tagTextColor
+                    font.pixelSize: 12
+                    font.bold: true
+                    horizontalAlignment: Text.AlignHCenter
+                    verticalAlignment: Text.AlignVCenter
+                    wrapMode: Text.WordWrap
+                }
             }
         }
     }

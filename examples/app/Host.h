@@ -1,0 +1,55 @@
+#pragma once
+
+/// What an application does with the library: drives the facade from its pages, listens to what the user does
+/// on the library's screens, and closes them.
+
+#include <examples/app/Documents.h>
+
+#include <vorna/platform/NotificationCenter.h>
+
+#include <QtCore/QObject>
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+#include <QtQmlIntegration/qqmlintegration.h>
+
+#include <vector>
+
+namespace app {
+
+class Host : public QObject {
+    Q_OBJECT
+    /// What has happened, newest first.
+    Q_PROPERTY(QStringList log READ log NOTIFY logChanged)
+    Q_PROPERTY(QString welcomeText READ welcomeText NOTIFY configurationChanged)
+    QML_ELEMENT
+    QML_UNCREATABLE("made by main")
+
+  public:
+    explicit Host(Documents documents);
+
+    QStringList log() const { return log_; }
+
+    QString welcomeText() const;
+
+    Q_INVOKABLE void recordEvent();
+    Q_INVOKABLE void showOnboarding(const QString& name);
+    Q_INVOKABLE void showPaywall(const QString& name);
+    /// Shows the overlay for a while, as during a purchase.
+    Q_INVOKABLE void pretendToBuy();
+
+  Q_SIGNALS:
+    void logChanged();
+    void configurationChanged();
+
+  private:
+    void heard(const vorna::Notification& notification);
+    void react(const vorna::Notification& notification);
+    void say(const QString& line);
+
+    const Documents documents_;
+    QStringList log_;
+    int recorded_ = 0;
+    std::vector<vorna::NotificationCenter::Observation> observations_;
+};
+
+}  // namespace app

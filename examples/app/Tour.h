@@ -1,0 +1,63 @@
+#pragma once
+
+/// A scripted walk through the application for machines without a person: real clicks of the X server's
+/// pointer on what is on show, and a numbered picture of each station.
+
+#include <QtCore/QObject>
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+#include <QtCore/QUrl>
+
+#include <chrono>
+#include <functional>
+#include <string_view>
+
+class QQuickItem;
+
+namespace vorna::ui {
+class Window;
+}
+
+namespace app {
+
+class Tour : public QObject {
+    Q_OBJECT
+
+  public:
+    /// Pictures are written into the folder, which must exist.
+    Tour(vorna::ui::Window& window, QString folder);
+    Tour(const Tour&) = delete;
+    Tour& operator=(const Tour&) = delete;
+    Tour(Tour&&) = delete;
+    Tour& operator=(Tour&&) = delete;
+    ~Tour() override;
+
+    /// Walks to the end. False when something did not come that should have, with a line about it.
+    bool run();
+
+  public Q_SLOTS:
+    /// Takes the place of the desktop's opener, for there is no desktop.
+    void openLink(const QUrl& url);
+
+  private:
+    QQuickItem* find(std::string_view name, int number = 0) const;
+    bool waitFor(std::string_view what, const std::function<bool()>& condition);
+    bool waitForItem(std::string_view name);
+    bool waitForScreens(std::size_t count);
+    static void pause(std::chrono::milliseconds time);
+    bool click(std::string_view name, int number = 0);
+    bool picture(const QString& name);
+
+    bool startPage();
+    bool onboarding();
+    bool paywall();
+    bool film();
+    bool incomplete();
+
+    vorna::ui::Window& window_;
+    const QString folder_;
+    int pictures_ = 0;
+    QStringList opened_;
+};
+
+}  // namespace app
