@@ -55,6 +55,19 @@ QString Host::welcomeText() const {
     return QString::fromStdString(VornaCoreSDK::GetRemoteConfig("welcome_text", "Welcome"));
 }
 
+QStringList Host::configuration() const {
+    QStringList lines;
+    for (const char* const key : {"welcome_text", "paywall_name"}) {
+        const std::string value = VornaCoreSDK::GetRemoteConfig(key, "(not configured)");
+        lines.append(QStringLiteral("%1 = %2").arg(QString::fromUtf8(key), QString::fromStdString(value)));
+    }
+    return lines;
+}
+
+void Host::showEventList() {
+    VornaCoreSDK::ShowEventList();
+}
+
 void Host::recordEvent() {
     ++recorded_;
     VornaCoreSDK::Event("button_tapped", std::to_string(recorded_));

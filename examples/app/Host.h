@@ -21,6 +21,8 @@ class Host : public QObject {
     /// What has happened, newest first.
     Q_PROPERTY(QStringList log READ log NOTIFY logChanged)
     Q_PROPERTY(QString welcomeText READ welcomeText NOTIFY configurationChanged)
+    /// The configured values that this application knows of, a line each.
+    Q_PROPERTY(QStringList configuration READ configuration NOTIFY configurationChanged)
     QML_ELEMENT
     QML_UNCREATABLE("made by main")
 
@@ -30,10 +32,12 @@ class Host : public QObject {
     QStringList log() const { return log_; }
 
     QString welcomeText() const;
+    QStringList configuration() const;
 
     Q_INVOKABLE void recordEvent();
     Q_INVOKABLE void showOnboarding(const QString& name);
     Q_INVOKABLE void showPaywall(const QString& name);
+    Q_INVOKABLE void showEventList();
     /// Shows the overlay for a while, as during a purchase.
     Q_INVOKABLE void pretendToBuy();
 

@@ -69,6 +69,12 @@ ApplicationWindow {
         }
 
         ActionRow {
+            objectName: "showEventList"
+            text: "Events of this run"
+            onClicked: root.host.showEventList()
+        }
+
+        ActionRow {
             objectName: "showIncomplete"
             text: "A document that lacks something"
             onClicked: root.host.showOnboarding("bad-missing-heading")
@@ -76,10 +82,24 @@ ApplicationWindow {
     }
 
     Text {
-        id: caption
+        id: configuration
+        objectName: "configuration"
         anchors.top: actions.bottom
         anchors.left: actions.left
-        anchors.topMargin: 20
+        anchors.right: actions.right
+        anchors.topMargin: 16
+        text: "Remote configuration\n" + root.host.configuration.join("\n")
+        textFormat: Text.PlainText
+        color: "#b9b7e0"
+        font.pixelSize: 13
+        wrapMode: Text.Wrap
+    }
+
+    Text {
+        id: caption
+        anchors.top: configuration.bottom
+        anchors.left: actions.left
+        anchors.topMargin: 16
         text: "What the library has told"
         color: "#b9b7e0"
         font.pixelSize: 13

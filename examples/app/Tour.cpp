@@ -52,7 +52,7 @@ void Tour::openLink(const QUrl& url) {
 }
 
 bool Tour::run() {
-    const bool arrived = startPage() && onboarding() && paywall() && film() && incomplete();
+    const bool arrived = startPage() && onboarding() && paywall() && film() && eventList() && incomplete();
     std::printf("tour: %d pictures in %s\n", pictures_, qUtf8Printable(folder_));
     return arrived;
 }
@@ -112,6 +112,15 @@ bool Tour::film() {
     }
     pause(std::chrono::milliseconds(2500));
     return picture(QStringLiteral("paywall-film")) && click("exitButton") && waitForScreens(0);
+}
+
+bool Tour::eventList() {
+    if (!click("showEventList") || !waitForScreens(1) || !waitForItem("leftBarButton")) {
+        return false;
+    }
+    pause(std::chrono::milliseconds(500));
+    return picture(QStringLiteral("event-list")) && click("leftBarButton") && waitForScreens(0) &&
+           picture(QStringLiteral("what-was-told"));
 }
 
 bool Tour::incomplete() {

@@ -52,6 +52,7 @@ class Tour : public QObject {
     bool onboarding();
     bool paywall();
     bool film();
+    bool eventList();
     bool incomplete();
 
     vorna::ui::Window& window_;

@@ -19,4 +19,9 @@ std::size_t EventListManager::size() const {
     return eventList_.size();
 }
 
+std::optional<EventShortData> EventListManager::entry(std::size_t index) const {
+    const std::scoped_lock lock(mutex_);
+    return index < eventList_.size() ? std::optional(eventList_[index]) : std::nullopt;
+}
+
 }  // namespace vorna

@@ -29,6 +29,9 @@ class [[gnu::visibility("default")]] EventListManager {
 
     std::size_t size() const;
 
+    /// The entry there, counted from the oldest; absent beyond the end.
+    std::optional<EventShortData> entry(std::size_t index) const;
+
   private:
     mutable std::mutex mutex_;
     /// Grows without moving what is there.

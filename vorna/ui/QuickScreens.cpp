@@ -15,6 +15,7 @@ struct QuickScreens::Flows {
     OnboardingFlow onboarding{onShow};
     PaywallFlow paywall{onShow};
     LoadingOverlayFlow loadingOverlay{onShow};
+    EventListFlow eventList;
 
     static Flows& get() {
         static NeverDestroyed<Flows> value;
@@ -68,8 +69,12 @@ void QuickScreens::closePaidProductLoadingScreen() {
     mainQueue::async([this] { flows_.loadingOverlay.close(); });
 }
 
-void QuickScreens::showEventList() {}
+void QuickScreens::showEventList() {
+    mainQueue::async([this] { flows_.eventList.showEventList(); });
+}
 
-void QuickScreens::closeEventList() {}
+void QuickScreens::closeEventList() {
+    mainQueue::async([this] { flows_.eventList.closeEventList(); });
+}
 
 }  // namespace vorna::ui

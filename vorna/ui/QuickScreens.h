@@ -4,6 +4,7 @@
 
 #include <vorna/core/Screens.h>
 #include <vorna/ui/common/ScreensOnShow.h>
+#include <vorna/ui/eventlist/EventListFlow.h>
 #include <vorna/ui/onboarding/OnboardingFlow.h>
 #include <vorna/ui/paywall/LoadingOverlayFlow.h>
 #include <vorna/ui/paywall/PaywallFlow.h>

@@ -1,5 +1,7 @@
 #include <vorna/ui/common/NavigationController.h>
 
+#include <vorna/ui/common/ViewLoader.h>
+
 #include <utility>
 
 namespace vorna::ui {
@@ -20,6 +22,35 @@ std::shared_ptr<ViewController> NavigationController::visibleViewController() {
         return presented;
     }
     return topViewController();
+}
+
+QString NavigationController::barTitle() {
+    const std::shared_ptr<ViewController> top = topViewController();
+    return top ? top->title() : QString();
+}
+
+QString NavigationController::leftBarButtonText() {
+    const std::shared_ptr<ViewController> top = topViewController();
+    return top ? top->leftBarButtonTitle() : QString();
+}
+
+void NavigationController::leftBarButtonPressed() {
+    if (const std::shared_ptr<ViewController> top = topViewController()) {
+        top->leftBarButtonTapped();
+    }
+}
+
+QUrl NavigationController::viewSource() const {
+    return viewFile("common/NavigationView.qml");
+}
+
+QQuickItem* NavigationController::loadView(QQuickItem& parent) {
+    QQuickItem* const view = ViewController::loadView(parent);
+    auto* const content = view == nullptr ? nullptr : view->findChild<QQuickItem*>(QStringLiteral("content"));
+    if (content != nullptr) {
+        embed(topViewController(), *content);
+    }
+    return view;
 }
 
 }  // namespace vorna::ui

@@ -17,6 +17,8 @@ namespace vorna::ui {
 
 class [[gnu::visibility("default")]] NavigationController : public ViewController {
     Q_OBJECT
+    Q_PROPERTY(QString barTitle READ barTitle CONSTANT)
+    Q_PROPERTY(QString leftBarButtonText READ leftBarButtonText CONSTANT)
     QML_ELEMENT
     QML_UNCREATABLE("made by hosts and flows")
 
@@ -32,6 +34,14 @@ class [[gnu::visibility("default")]] NavigationController : public ViewControlle
     std::shared_ptr<ViewController> visibleViewController();
 
     std::shared_ptr<ViewController> topViewController();
+
+    QString barTitle();
+    QString leftBarButtonText();
+    Q_INVOKABLE void leftBarButtonPressed();
+
+  protected:
+    QUrl viewSource() const override;
+    QQuickItem* loadView(QQuickItem & parent) override;
 
   private:
     const Answer answer_;

@@ -62,6 +62,20 @@ bool ViewController::contain(ViewController& child) {
     return true;
 }
 
+bool ViewController::embed(std::shared_ptr<ViewController> child, QQuickItem& parent) {
+    if (!child || !contain(*child)) {
+        return false;
+    }
+    child->view_ = child->loadView(parent);
+    if (!child->view_) {
+        return false;
+    }
+    embedded_ = std::move(child);
+    Q_EMIT embedded_->windowChanged();
+    embedded_->viewDidLoad();
+    return true;
+}
+
 bool ViewController::enter(Window& window, QQuickItem& parent) {
     setWindow(&window);
     view_ = loadView(parent);
@@ -89,6 +103,9 @@ void ViewController::leave() {
         view_ = nullptr;
     }
     window_ = nullptr;
+    if (const std::shared_ptr<ViewController> child = std::exchange(embedded_, nullptr)) {
+        child->leave();
+    }
     viewDidDisappear();
 }
 

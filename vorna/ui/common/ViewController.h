@@ -9,6 +9,7 @@
 
 #include <QtCore/QObject>
 #include <QtCore/QPointer>
+#include <QtCore/QString>
 #include <QtCore/QUrl>
 #include <QtQmlIntegration/qqmlintegration.h>
 #include <QtQuick/QQuickItem>
@@ -77,6 +78,17 @@ class [[gnu::visibility("default")]] ViewController : public QObject,
     /// out already.
     void dismiss(bool animated, std::function<void()> completion = {});
 
+    /// What a navigation bar over this controller shows.
+    QString title() const {
+        return title_;
+    }
+
+    QString leftBarButtonTitle() const {
+        return leftBarButtonTitle_;
+    }
+
+    virtual void leftBarButtonTapped() {}
+
     /// The view, once it has been loaded; null before and afterwards.
     QQuickItem* view() const {
         return view_;
@@ -100,6 +112,19 @@ class [[gnu::visibility("default")]] ViewController : public QObject,
     /// The screen has been taken away: timers, downloads and players end here.
     virtual void viewDidDisappear() {}
 
+    void setTitle(const QString& title) {
+        title_ = title;
+    }
+
+    /// There is no button while its title is empty.
+    void setLeftBarButtonTitle(const QString& title) {
+        leftBarButtonTitle_ = title;
+    }
+
+    /// Makes this the container of the other, loads the other's view into the item, and lets it end with this
+    /// one. False when that fails.
+    bool embed(std::shared_ptr<ViewController> child, QQuickItem & parent);
+
     /// Makes this the container of the other. False, and nothing changes, where the other is this one or
     /// contains it.
     bool contain(ViewController & child);
@@ -116,6 +141,9 @@ class [[gnu::visibility("default")]] ViewController : public QObject,
     QPointer<ViewController> parent_;
     QPointer<Window> window_;
     QPointer<QQuickItem> view_;
+    std::shared_ptr<ViewController> embedded_;
+    QString title_;
+    QString leftBarButtonTitle_;
 };
 
 }  // namespace vorna::ui
