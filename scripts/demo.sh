@@ -1,41 +1,65 @@
 #!/usr/bin/env bash
-# The main job, end to end on this machine: starts the local service, runs the console host twice (the second
-# time with the service gone), and prints what the service received.
+# The main job, end to end on this machine: starts the local service, runs the console host (once with the service
+# and once without), then the application with screens: on a display for whoever sits there, else on a display of
+# its own with a scripted tour that leaves numbered pictures under out/screens. Ends with what the service received.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/.."
 
 bin=build/release
 out=out/demo
-rm -rf "$out"
-mkdir -p "$out"
+pictures=out/screens
+rm -rf "$out" "$pictures"
+mkdir -p "$out" "$pictures"
 cat >"$out/config.json" <<'JSON'
 { "welcome_text": "Hoş geldin! 👋", "paywall_name": "yearly_discount" }
 JSON
 
-"$bin/tools/devserver/vorna-devserver" --state "$out/service" --config "$out/config.json" --port 0 --quiet \
-    >"$out/devserver.log" 2>&1 &
-server=$!
-trap 'kill "$server" 2>/dev/null || true' EXIT
 url=
-for _ in $(seq 100); do
-    url=$(sed -n 's/^vorna-devserver listening on //p' "$out/devserver.log")
-    [ -n "$url" ] && break
-    kill -0 "$server" 2>/dev/null || { cat "$out/devserver.log"; exit 1; }
-    sleep 0.1
-done
+server=
+stop_service() {
+    [ -z "$server" ] || { kill "$server" 2>/dev/null; wait "$server" || true; }
+    server=
+}
+trap stop_service EXIT
+start_service() {
+    "$bin/tools/devserver/vorna-devserver" --state "$out/service" --config "$out/config.json" \
+        --media examples/media --port 0 --quiet >"$out/devserver.log" 2>&1 &
+    server=$!
+    url=
+    for _ in $(seq 100); do
+        url=$(sed -n 's/^vorna-devserver listening on //p' "$out/devserver.log")
+        [ -n "$url" ] && return
+        kill -0 "$server" 2>/dev/null || break
+        sleep 0.1
+    done
+    cat "$out/devserver.log"
+    exit 1
+}
 
-host=("$bin/examples/console/vorna-console" --service "$url" --ca "$out/service/ca.pem" --data "$out/app")
+start_service
 events=examples/console/events.txt
-
+console=("$bin/examples/console/vorna-console" --ca "$out/service/ca.pem" --data "$out/console")
 echo "== The service listens on $url"
-echo "== First run: $(grep -cv -e '^#' -e '^$' "$events") lines of $events"
-"${host[@]}" "$events"
-
-kill "$server"
-wait "$server" || true
+echo "== The host without a toolkit: $(grep -cv -e '^#' -e '^$' "$events") lines of $events"
+"${console[@]}" --service "$url" "$events"
+gone=$url
+stop_service
 echo
-echo "== Second run, with the service stopped: answers come from the last run's configuration"
-printf 'Event offline_event lost\n' | "${host[@]}"
+echo "== Again, with the service stopped: answers come from the last run's configuration"
+printf 'Event offline_event lost\n' | "${console[@]}" --service "$gone"
+
+start_service
+app=("$bin/examples/app/vorna-app" --service "$url" --ca "$out/service/ca.pem" --data "$out/app")
+echo
+if [ -z "${DEMO_TOUR:-}" ] && { [ -n "${DISPLAY:-}" ] || [ -n "${WAYLAND_DISPLAY:-}" ]; }; then
+    echo "== The application with screens: close its window to go on (DEMO_TOUR=1 walks through by itself)"
+    "${app[@]}"
+else
+    echo "== The application with screens, walking through by itself"
+    QT_QUICK_BACKEND=rhi tests/support/ui/on-display.sh "${app[@]}" --tour "$pictures" 2>"$out/app.log" ||
+        { cat "$out/app.log"; exit 1; }
+    ls "$pictures"/*.png
+fi
 
 echo
 echo "== What the service received"

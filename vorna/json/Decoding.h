@@ -97,8 +97,13 @@ requires(std::is_integral_v<T> && !std::is_same_v<T, bool>) Problem
     }
     if (const double* const number = from.if_double(); number != nullptr && std::trunc(*number) == *number) {
         // One more than the largest value is a power of two and so exact as a double; the largest is not.
+        // Where a double cannot hold every integer, the smallest may stand for one below it as well.
         const double end = std::ldexp(1.0, std::numeric_limits<T>::digits);
-        if (*number >= static_cast<double>(std::numeric_limits<T>::min()) && *number < end) {
+        const auto smallest = static_cast<double>(std::numeric_limits<T>::min());
+        constexpr bool isExact = std::numeric_limits<T>::digits <= std::numeric_limits<double>::digits;
+        const bool isLargeEnough =
+            isExact || std::is_unsigned_v<T> ? *number >= smallest : *number > smallest;
+        if (isLargeEnough && *number < end) {
             into = static_cast<T>(*number);
             return {};
         }

@@ -16,6 +16,7 @@
 #include <array>
 #include <future>
 #include <sstream>
+#include <stop_token>
 #include <string>
 #include <thread>
 #include <vector>
@@ -282,6 +283,51 @@ TEST(HttpClientCompletion, MayThrowWithoutHarmToOthers) {
     CurlHttpClient client("");
     client.start(getting(server.url("/")),
                  [](auto, auto, auto) { throw std::runtime_error("a bad completion"); });
+    EXPECT_EQ(fetch(client, getting(server.url("/"))).status(), 200);
+}
+
+TEST(HttpCancellation, EndsARequestThatTheServerLeavesWithoutAnAnswer) {
+    RawServer server([](RawServer::Connection& connection) { connection.hang(); });
+    HttpOutcomes outcomes;
+    CurlHttpClient client("");
+    std::stop_source stop;
+    HttpRequest request = getting(server.url("/"));
+    request.stop = stop.get_token();
+    client.start(std::move(request), outcomes.next());
+    ASSERT_TRUE(server.waitForConnections(1));
+    stop.request_stop();
+    ASSERT_TRUE(outcomes.waitForAll());
+    EXPECT_EQ(outcomes.firstError(), "The request was cancelled");
+    EXPECT_EQ(outcomes.countWithError(), 1U);
+}
+
+TEST(HttpCancellation, EndsARequestThatHasNotHadItsTurn) {
+    RawServer server([](RawServer::Connection& connection) { connection.hang(); });
+    HttpOutcomes outcomes;
+    HttpOutcomes others;
+    CurlHttpClient client("");
+    client.start(getting(server.url("/")), others.next());
+    ASSERT_TRUE(server.waitForConnections(1));
+    std::stop_source stop;
+    for (int count = 0; count < 20; ++count) {
+        HttpRequest request = getting(server.url("/"));
+        request.stop = stop.get_token();
+        client.start(std::move(request), outcomes.next());
+    }
+    stop.request_stop();
+    ASSERT_TRUE(outcomes.waitForAll());
+    EXPECT_EQ(outcomes.countWithError(), 20U);
+    EXPECT_EQ(others.count(), 0U) << "what nobody has cancelled goes on";
+}
+
+TEST(HttpCancellation, AfterTheAnswerChangesNothing) {
+    const RawServer server(answerOk);
+    CurlHttpClient client("");
+    std::stop_source stop;
+    HttpRequest request = getting(server.url("/"));
+    request.stop = stop.get_token();
+    EXPECT_EQ(fetch(client, std::move(request)).status(), 200);
+    stop.request_stop();
     EXPECT_EQ(fetch(client, getting(server.url("/"))).status(), 200);
 }
 

@@ -62,6 +62,9 @@ struct MultiDeleter {
 
 using MultiHandle = std::unique_ptr<CURLM, MultiDeleter>;
 
+/// How often is looked whether somebody has cancelled a request, while there is one that may be.
+constexpr std::chrono::milliseconds cancellationInterval(200);
+
 /// What requests of one kind have in common. All events share one such value, so that a waiting request costs
 /// its body and a pointer.
 struct Plan {
@@ -75,9 +78,9 @@ struct Plan {
 
     /// When a request of this kind is to be looked at again.
     Time nextLook(Time deadline) const {
-        constexpr std::chrono::milliseconds interval(200);
-        return stop.stop_possible() ? std::min(deadline, std::chrono::steady_clock::now() + interval)
-                                    : deadline;
+        return stop.stop_possible()
+                   ? std::min(deadline, std::chrono::steady_clock::now() + cancellationInterval)
+                   : deadline;
     }
 
     bool serves(const HttpRequest& request) const {
@@ -365,6 +368,7 @@ class CurlHttpClient::Engine {
     bool finishDone();
     static void finish(Transfer& transfer, CURLcode code);
     bool endOverdue();
+    bool endCancelledWaiting(Time now);
     bool finishForgotten();
     bool isOverdue(Transfer& transfer, Time now);
     void recycle(Transfer& transfer);
@@ -404,6 +408,8 @@ class CurlHttpClient::Engine {
     std::list<Transfer> idle_;
     /// No deadline lies before this.
     Time nextDeadline_ = Time::max();
+    /// Requests that wait in a lane and that somebody may cancel.
+    std::size_t waitingCancellable_ = 0;
     /// Some request with a body has an answer that has begun and not ended.
     bool hasAnsweredPost_ = false;
 };
@@ -554,7 +560,12 @@ void CurlHttpClient::Engine::assign(Waiting& request) {
         return;
     }
     try {
+        const bool mayBeCancelled = request.plan->stop.stop_possible();
+        if (mayBeCancelled) {
+            nextDeadline_ = std::min(nextDeadline_, request.plan->nextLook(Time::max()));
+        }
         laneOf(request.plan).waiting.push_back(std::move(request));
+        waitingCancellable_ += mayBeCancelled ? 1 : 0;
     } catch (const std::exception&) {
         fail(request, outOfMemory);
     }
@@ -578,11 +589,8 @@ void CurlHttpClient::Engine::admit() {
     for (auto& [server, lane] : lanes_) {
         while (lane.canAdmit()) {
             Waiting& next = lane.waiting.front();
-            if (next.plan->stop.stop_requested()) {
-                fail(next, cancelled);
-            } else {
-                begin(next, lane);
-            }
+            waitingCancellable_ -= next.plan->stop.stop_possible() ? 1 : 0;
+            begin(next, lane);
             lane.waiting.pop_front();
         }
     }
@@ -784,8 +792,8 @@ bool CurlHttpClient::Engine::endOverdue() {
     if (now < nextDeadline_) {
         return false;
     }
-    bool any = false;
     nextDeadline_ = Time::max();
+    bool any = endCancelledWaiting(now);
     for (auto next = underWay_.begin(); next != underWay_.end();) {
         Transfer& transfer = *next++;
         const bool isCancelled = transfer.request.plan->stop.stop_requested();
@@ -803,6 +811,27 @@ bool CurlHttpClient::Engine::endOverdue() {
         recycle(transfer);
     }
     return any;
+}
+
+bool CurlHttpClient::Engine::endCancelledWaiting(Time now) {
+    if (waitingCancellable_ == 0) {
+        return false;
+    }
+    const std::size_t before = waitingCancellable_;
+    for (auto& [server, lane] : lanes_) {
+        std::erase_if(lane.waiting, [this](Waiting& request) {
+            if (!request.plan->stop.stop_requested()) {
+                return false;
+            }
+            fail(request, cancelled);
+            --waitingCancellable_;
+            return true;
+        });
+    }
+    if (waitingCancellable_ > 0) {
+        nextDeadline_ = now + cancellationInterval;
+    }
+    return waitingCancellable_ < before;
 }
 
 /// Where a server answers before the request is all sent, libcurl may sleep over the end of the HTTP/2
