@@ -47,7 +47,7 @@ ApplicationWindow {
         ActionRow {
             objectName: "showOnboarding"
             text: "Onboarding"
-            onClicked: root.host.showOnboarding("three-steps")
+            onClicked: root.host.showOnboarding("turkish")
         }
 
         ActionRow {

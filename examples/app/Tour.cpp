@@ -70,13 +70,20 @@ bool Tour::onboarding() {
     if (!picture(QStringLiteral("onboarding-first-step")) || !click("actionButton")) {
         return false;
     }
-    pause(std::chrono::milliseconds(120));
+    if (!waitFor("the push", [this] { return window_.isMoving(); })) {
+        return false;
+    }
+    pause(std::chrono::milliseconds(100));
     if (!picture(QStringLiteral("onboarding-push")) || !waitForScreens(2)) {
         return false;
     }
     pause(std::chrono::milliseconds(900));
     if (!picture(QStringLiteral("onboarding-second-step")) || !click("actionButton") || !waitForScreens(3) ||
         !waitForItem("exitButton")) {
+        return false;
+    }
+    // The last step sells: what is chosen there is what the end of the sequence tells.
+    if (!click("productCell", 0)) {
         return false;
     }
     pause(std::chrono::milliseconds(500));
