@@ -1,0 +1,272 @@
+#include <vorna/core/SharedInstance.h>
+#include <vorna/core/VornaCoreSDK.h>
+#include <vorna/ui/common/NavigationController.h>
+#include <vorna/ui/eventlist/EventListModel.h>
+#include <vorna/ui/eventlist/EventListViewController.h>
+
+#include <tests/support/RecordedEvents.h>
+#include <tests/support/ui/ScreenHost.h>
+
+#include <QtCore/QAbstractItemModel>
+#include <QtTest/QTest>
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <atomic>
+#include <memory>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace vorna {
+namespace {
+
+using support::eventually;
+using support::findItem;
+using support::findItems;
+using support::ScreenHost;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::internal::CaptureStdout;
+using testing::internal::GetCapturedStdout;
+
+/// As the worker does it when it has handed an event to the network.
+void handle(std::string name, std::optional<std::string> customValue = std::nullopt) {
+    SharedInstance::get().eventListManager->append({std::move(name), std::move(customValue)});
+    NotificationCenter::defaultCenter().post(VornaCoreSDK::EventListUpdated);
+}
+
+class EventListScreen : public testing::Test {
+  protected:
+    void show() {
+        const std::size_t before = host_.screens().size();
+        VornaCoreSDK::ShowEventList();
+        ASSERT_TRUE(eventually([&] { return host_.screens().size() == before + 1; }));
+        host_.settle();
+    }
+
+    QQuickItem* table() { return host_.find("tableView"); }
+
+    QAbstractItemModel* model() { return table()->property("model").value<QAbstractItemModel*>(); }
+
+    /// The rows in sight, from the top.
+    std::vector<QQuickItem*> rows() {
+        std::vector<QQuickItem*> found;
+        for (QQuickItem* const row : findItems(table(), "eventRow")) {
+            const QRectF place = ScreenHost::geometry(row);
+            if (row->isVisible() && place.intersects(ScreenHost::geometry(table()))) {
+                found.push_back(row);
+            }
+        }
+        std::sort(found.begin(), found.end(), [](const QQuickItem* one, const QQuickItem* other) {
+            return ScreenHost::geometry(one).top() < ScreenHost::geometry(other).top();
+        });
+        return found;
+    }
+
+    std::vector<std::string> lines() {
+        std::vector<std::string> texts;
+        for (QQuickItem* const row : rows()) {
+            texts.push_back(findItem(row, "label")->property("text").toString().toStdString());
+        }
+        return texts;
+    }
+
+    void drag(QPointF from, QPointF to) {
+        QTest::mousePress(&host_.quickWindow(), Qt::LeftButton, {}, from.toPoint());
+        for (int step = 1; step <= 10; ++step) {
+            QTest::mouseMove(&host_.quickWindow(), (from + (to - from) * step / 10.0).toPoint());
+            support::letTimePass(std::chrono::milliseconds(10));
+        }
+        QTest::mouseRelease(&host_.quickWindow(), Qt::LeftButton, {}, to.toPoint());
+    }
+
+    const support::RecordedEvents platform_;
+    ScreenHost host_;
+};
+
+TEST_F(EventListScreen, OfNoEventsIsEmpty) {
+    show();
+    EXPECT_THAT(lines(), IsEmpty());
+    EXPECT_EQ(host_.find("barTitle")->property("text").toString(), QStringLiteral("Event List"));
+}
+
+TEST_F(EventListScreen, ShowsTheNewestFirstWithTheValueAfterTheName) {
+    handle("first");
+    handle("Purchase", "42");
+    handle("empty", "");
+    show();
+    EXPECT_THAT(lines(), ElementsAre("empty", "Purchase | 42", "first"));
+}
+
+TEST_F(EventListScreen, ShowsTheEventThatComesWhileItIsOpenAtTheTop) {
+    handle("first");
+    show();
+    handle("second", "2");
+    EXPECT_TRUE(eventually([&] { return lines().size() == 2; }));
+    EXPECT_THAT(lines(), ElementsAre("second | 2", "first"));
+}
+
+TEST_F(EventListScreen, KeepsItsPlaceWhenEventsComeWhileItIsScrolled) {
+    for (int number = 0; number < 100; ++number) {
+        handle("event " + std::to_string(number));
+    }
+    show();
+    table()->setProperty("contentY", 440.0);
+    host_.settle();
+    const std::string before = lines().front();
+    handle("new");
+    EXPECT_TRUE(eventually([&] { return model()->rowCount() == 101; }));
+    EXPECT_EQ(table()->property("contentY").toDouble(), 440.0);
+    // A reload: the same place in the list, where every entry has moved down by one.
+    EXPECT_NE(lines().front(), before);
+    EXPECT_EQ(lines().at(1), before);
+}
+
+TEST_F(EventListScreen, LetsALongLineBeMovedSidewaysInItsRowAndNeverBreaksIt) {
+    const std::string name(200, 'x');
+    handle("short");
+    handle(name);
+    show();
+    QQuickItem* const row = rows().front();
+    QQuickItem* const label = findItem(row, "label");
+    QQuickItem* const scroll = findItem(row, "scrollView");
+    EXPECT_EQ(label->property("lineCount").toInt(), 1);
+    EXPECT_EQ(label->x(), 10);
+    EXPECT_EQ(label->height(), row->height());
+    EXPECT_EQ(scroll->property("contentWidth").toDouble(), label->width() + 20);
+    EXPECT_GT(label->width(), row->width());
+    const QPointF middle = ScreenHost::geometry(row).center();
+    drag(middle, middle - QPointF(150, 0));
+    EXPECT_TRUE(eventually([&] { return scroll->property("contentX").toDouble() > 100; }));
+    EXPECT_EQ(findItem(rows().at(1), "scrollView")->property("contentX").toDouble(), 0);
+    EXPECT_EQ(table()->property("contentY").toDouble(), 0);
+}
+
+TEST_F(EventListScreen, ShowsALineBreakInANameOnTheSameLine) {
+    handle("two\nlines");
+    show();
+    EXPECT_EQ(findItem(rows().front(), "label")->property("lineCount").toInt(), 1);
+}
+
+TEST_F(EventListScreen, TakesARowsTextLiterally) {
+    handle("<b>bold</b>", "&amp;");
+    show();
+    EXPECT_THAT(lines(), ElementsAre("<b>bold</b> | &amp;"));
+    EXPECT_EQ(findItem(rows().front(), "label")->property("textFormat").toInt(), 0);
+}
+
+TEST_F(EventListScreen, IsClosedByItsOwnButton) {
+    show();
+    const std::weak_ptr<ui::ViewController> screen = host_.screens().back();
+    host_.click(host_.find("leftBarButton"));
+    EXPECT_TRUE(eventually([&] { return host_.screens().empty() && screen.expired(); }));
+    handle("nobody watches");
+    host_.settle();
+}
+
+TEST_F(EventListScreen, IsClosedByTheFacade) {
+    show();
+    VornaCoreSDK::CloseEventList();
+    EXPECT_TRUE(eventually([&] { return host_.screens().empty(); }));
+}
+
+TEST_F(EventListScreen, LiesOverTheFirstWhenItIsShownTwice) {
+    show();
+    show();
+    EXPECT_EQ(host_.screens().size(), 2U);
+    VornaCoreSDK::CloseEventList();
+    EXPECT_TRUE(eventually([&] { return host_.screens().size() == 1; }));
+}
+
+TEST_F(EventListScreen, ClosingTakesWhateverIsOnTop) {
+    show();
+    VornaCoreSDK::ShowPaywall("{}");
+    EXPECT_TRUE(eventually([&] { return host_.screens().size() == 2; }));
+    VornaCoreSDK::CloseEventList();
+    EXPECT_TRUE(eventually([&] { return host_.screens().size() == 1; }));
+    EXPECT_NE(dynamic_cast<ui::NavigationController*>(host_.screens().back().get()), nullptr);
+}
+
+TEST_F(EventListScreen, ClosingWithNothingOnShowDoesNothing) {
+    VornaCoreSDK::debug = true;
+    CaptureStdout();
+    VornaCoreSDK::CloseEventList();
+    support::letTimePass(std::chrono::milliseconds(50));
+    EXPECT_EQ(GetCapturedStdout(), "");
+}
+
+TEST_F(EventListScreen, BeginsBelowTheSafeArea) {
+    host_.window().setSafeAreaInsets({0, 47, 0, 34});
+    show();
+    EXPECT_EQ(ScreenHost::geometry(host_.find("navigationBar")).height(), 47 + 44);
+    EXPECT_EQ(ScreenHost::geometry(table()).top(), 47 + 44);
+}
+
+TEST_F(EventListScreen, ReloadsOnceForAllThatComesBetweenTwoFrames) {
+    handle("first");
+    show();
+    int reloads = 0;
+    QObject::connect(model(), &QAbstractItemModel::rowsInserted, model(), [&] { ++reloads; });
+    for (int number = 0; number < 500; ++number) {
+        handle("event " + std::to_string(number));
+    }
+    EXPECT_TRUE(eventually([&] { return model()->rowCount() == 501; }));
+    EXPECT_EQ(reloads, 1);
+}
+
+TEST_F(EventListScreen, KeepsUpWithAThousandEventsASecondOverTenThousand) {
+    for (int number = 0; number < 10'000; ++number) {
+        SharedInstance::get().eventListManager->append({"event " + std::to_string(number), "value"});
+    }
+    show();
+    ASSERT_EQ(model()->rowCount(), 10'000);
+    int reloads = 0;
+    std::atomic<int> frames = 0;
+    QObject::connect(model(), &QAbstractItemModel::rowsInserted, model(), [&] { ++reloads; });
+    QObject::connect(
+        &host_.quickWindow(), &QQuickWindow::afterRendering, &host_.quickWindow(), [&] { ++frames; },
+        Qt::DirectConnection);
+    std::thread worker([] {
+        for (int number = 0; number < 2'000; ++number) {
+            handle("live " + std::to_string(number), "value");
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    });
+    EXPECT_TRUE(eventually([&] { return model()->rowCount() == 12'000; }));
+    worker.join();
+    EXPECT_GT(reloads, 1);
+    EXPECT_LE(reloads, frames + 1) << "a frame draws all that came before it";
+    // Rows are reused: there are no more of them than fit, and a few.
+    EXPECT_LT(findItems(table(), "eventRow").size(), 60U);
+    host_.settle();
+    EXPECT_EQ(lines().front(), "live 1999 | value");
+}
+
+TEST(ShowEventList, WithoutAWindowSaysSoOnlyWhileDebugIsOn) {
+    const support::RecordedEvents platform;
+    CaptureStdout();
+    VornaCoreSDK::ShowEventList();
+    EXPECT_EQ(GetCapturedStdout(), "");
+    VornaCoreSDK::debug = true;
+    CaptureStdout();
+    VornaCoreSDK::ShowEventList();
+    EXPECT_EQ(GetCapturedStdout(), "[VornaSDK] ❌ Failed to find top view controller\n");
+}
+
+TEST(ShowEventList, AfterTheWindowHasGoneSaysSo) {
+    const support::RecordedEvents platform;
+    ScreenHost host;
+    host.close();
+    VornaCoreSDK::debug = true;
+    CaptureStdout();
+    VornaCoreSDK::ShowEventList();
+    support::letTimePass(std::chrono::milliseconds(50));
+    EXPECT_EQ(GetCapturedStdout(), "[VornaSDK] ❌ Failed to find top view controller\n");
+}
+
+}  // namespace
+}  // namespace vorna
