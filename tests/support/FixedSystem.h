@@ -43,6 +43,12 @@ class FixedSystem final : public System {
 
     int timesMonitoringWasEnabled() const { return monitoringEnabled_; }
 
+    /// What the screens' module said last; the facts stay as they were set.
+    std::optional<BundleFacts> suppliedBundle() const {
+        const std::scoped_lock lock(mutex_);
+        return suppliedBundle_;
+    }
+
     std::shared_ptr<const SystemFacts> facts() const override {
         const std::scoped_lock lock(mutex_);
         return facts_;
@@ -57,7 +63,10 @@ class FixedSystem final : public System {
         facts_ = std::move(changed);
     }
 
-    void supplyBundle(const BundleFacts&) override {}
+    void supplyBundle(const BundleFacts& bundle) override {
+        const std::scoped_lock lock(mutex_);
+        suppliedBundle_ = bundle;
+    }
 
     std::optional<FileSystemSize> homeFileSystem() const override { return fileSystem; }
 
@@ -72,6 +81,7 @@ class FixedSystem final : public System {
   private:
     mutable std::mutex mutex_;
     std::shared_ptr<const SystemFacts> facts_ = std::make_shared<const SystemFacts>(sampleFacts());
+    std::optional<BundleFacts> suppliedBundle_;
     std::atomic<int> monitoringEnabled_ = 0;
 };
 

@@ -67,7 +67,10 @@ Window& Window::forQuickWindow(QQuickWindow& quickWindow) {
         const std::unique_ptr<Window> ending = std::move(*own);
         windows().erase(own);
         if (key == &window) {
-            key = windows().empty() ? nullptr : windows().back().get();
+            key = nullptr;
+            if (!windows().empty()) {
+                windows().back()->makeKey();
+            }
         }
     });
     return window;
@@ -117,6 +120,8 @@ void Window::setRootViewController(std::shared_ptr<ViewController> controller) {
     if (controller && controller != root_) {
         root_->setWindow(nullptr);
         root_ = std::move(controller);
+        // It may have been a page of another one before.
+        root_->parent_ = nullptr;
         root_->setWindow(this);
     }
 }
@@ -192,7 +197,9 @@ bool Window::isCovered(std::vector<Presentation>::const_iterator presentation) c
 
 void Window::present(const ViewController& presenter, std::shared_ptr<ViewController> controller,
                      bool animated, std::function<void()> completion) {
-    finishTransition();
+    if (!finishTransition()) {
+        return;
+    }
     if (!stage_ || !controller || controller->window() != nullptr) {
         reportRefusal("it is on show already");
         return;
@@ -231,7 +238,9 @@ void Window::dismiss(const ViewController& controller, bool animated, std::funct
     if (const auto found = find(controller); found == presentations_.end() || found->isLeaving) {
         return;
     }
-    finishTransition();
+    if (!finishTransition()) {
+        return;
+    }
     const auto found = find(controller);
     if (found == presentations_.end() || found->isLeaving) {
         return;
@@ -306,10 +315,12 @@ void Window::run(const Transition& transition, TransitionAnimation::Items items,
         });
 }
 
-void Window::finishTransition() {
+bool Window::finishTransition() {
+    const QPointer<Window> self(this);
     if (animation_) {
         animation_->finish();
     }
+    return !self.isNull();
 }
 
 /// Draws what can be seen and lets the user reach the topmost screen alone.
@@ -319,10 +330,12 @@ void Window::settle() {
     for (auto presentation = presentations_.rbegin(); presentation != presentations_.rend(); ++presentation) {
         if (presentation->layer) {
             presentation->layer->setVisible(!isHidden);
-            presentation->layer->setEnabled(!isBelow && !presentation->isLeaving);
+            // A second tap at the place of the first must not reach a screen that the first has called.
+            presentation->layer->setEnabled(!isBelow && !presentation->isArriving &&
+                                            !presentation->isLeaving);
         }
         if (!presentation->isLeaving) {
-            if (!isBelow) {
+            if (!isBelow && !presentation->isArriving) {
                 focus(presentation->layer);
             }
             isBelow = true;

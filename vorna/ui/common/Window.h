@@ -144,7 +144,8 @@ class [[gnu::visibility("default")]] Window final : public QObject {
     bool isCovered(std::vector<Presentation>::const_iterator presentation) const;
     void remove(const ViewController& controller);
     void run(const Transition& transition, TransitionAnimation::Items items, std::function<void()> done);
-    void finishTransition();
+    /// False when that has led to the end of this window.
+    bool finishTransition();
     void settle();
     void focus(QQuickItem * item);
     void adoptHostItems();

@@ -102,14 +102,17 @@ void OnboardingFlow::closeOnboarding() {
 }
 
 void OnboardingFlow::dismissNewest() {
-    if (onShow_.onboardingScreens.empty()) {
-        onShow_.currentOnboardingScreen = nullptr;
-        log::debug({"✅ All onboarding screens dismissed"});
-        return;
+    while (!onShow_.onboardingScreens.empty()) {
+        const std::shared_ptr<ViewController> newest = std::move(onShow_.onboardingScreens.back());
+        onShow_.onboardingScreens.pop_back();
+        // One that went with its window, or by the host's hand, has nothing to be dismissed.
+        if (newest->window() != nullptr) {
+            newest->dismiss(false, [this] { dismissNewest(); });
+            return;
+        }
     }
-    const std::shared_ptr<ViewController> newest = std::move(onShow_.onboardingScreens.back());
-    onShow_.onboardingScreens.pop_back();
-    newest->dismiss(false, [this] { dismissNewest(); });
+    onShow_.currentOnboardingScreen = nullptr;
+    log::debug({"✅ All onboarding screens dismissed"});
 }
 
 }  // namespace vorna::ui

@@ -1,0 +1,122 @@
+#include <vorna/ui/ApplicationSignals.h>
+
+#include <tests/support/ui/ScreenHost.h>
+
+#include <vorna/platform/NotificationCenter.h>
+#include <vorna/ui/MemoryPressure.h>
+
+#include <QtGui/QGuiApplication>
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace vorna::ui {
+namespace {
+
+using support::eventually;
+using support::letTimePass;
+using support::ScreenHost;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// The signals of the application's life, in short.
+class Life {
+  public:
+    Life() {
+        observe(UIApplicationDidFinishLaunchingNotification, "launched");
+        observe(UIApplicationDidBecomeActiveNotification, "active");
+        observe(UIApplicationWillResignActiveNotification, "resigns");
+        observe(UIApplicationDidEnterBackgroundNotification, "background");
+        observe(UIApplicationWillEnterForegroundNotification, "foreground");
+        observe(UIApplicationDidReceiveMemoryWarningNotification, "memory");
+    }
+
+    std::vector<std::string> take() { return std::exchange(seen_, {}); }
+
+    const std::vector<std::string>& seen() const { return seen_; }
+
+  private:
+    void observe(std::string_view name, std::string shortName) {
+        observations_.push_back(NotificationCenter::defaultCenter().addObserver(
+            name, [this, shortName](const Notification&) { seen_.push_back(shortName); }));
+    }
+
+    std::vector<std::string> seen_;
+    std::vector<NotificationCenter::Observation> observations_;
+};
+
+class ApplicationSignals : public testing::Test {
+  protected:
+    /// As the window system reports it; this one never hides an application by itself.
+    static void become(Qt::ApplicationState state) { Q_EMIT qGuiApp->applicationStateChanged(state); }
+
+    Life life;
+    ScreenHost host;
+};
+
+TEST_F(ApplicationSignals, BeginWithLaunchedAndActiveAndComeOnce) {
+    EXPECT_TRUE(eventually([&] { return life.seen().size() == 2; }));
+    const ScreenHost another;
+    letTimePass(std::chrono::milliseconds(100));
+    EXPECT_THAT(life.take(), ElementsAre("launched", "active"));
+}
+
+TEST_F(ApplicationSignals, TellOfTheWayToTheBackgroundAndBack) {
+    EXPECT_TRUE(eventually([&] { return life.seen().size() == 2; }));
+    life.take();
+    become(Qt::ApplicationInactive);
+    EXPECT_THAT(life.take(), ElementsAre("resigns"));
+    become(Qt::ApplicationHidden);
+    EXPECT_THAT(life.take(), ElementsAre("background"));
+    become(Qt::ApplicationSuspended);
+    EXPECT_THAT(life.take(), IsEmpty());
+    become(Qt::ApplicationInactive);
+    EXPECT_THAT(life.take(), ElementsAre("foreground"));
+    become(Qt::ApplicationActive);
+    EXPECT_THAT(life.take(), ElementsAre("active"));
+}
+
+TEST_F(ApplicationSignals, KeepTheirOrderWhenStatesAreSkipped) {
+    EXPECT_TRUE(eventually([&] { return life.seen().size() == 2; }));
+    life.take();
+    become(Qt::ApplicationSuspended);
+    EXPECT_THAT(life.take(), ElementsAre("resigns", "background"));
+    become(Qt::ApplicationActive);
+    EXPECT_THAT(life.take(), ElementsAre("foreground", "active"));
+}
+
+TEST_F(ApplicationSignals, FollowTheRealFocus) {
+    EXPECT_TRUE(eventually([&] { return life.seen().size() == 2; }));
+    life.take();
+    host.quickWindow().hide();
+    EXPECT_TRUE(eventually([&] { return !life.seen().empty(); }));
+    EXPECT_EQ(life.take().front(), "resigns");
+    host.quickWindow().show();
+    host.quickWindow().requestActivate();
+    EXPECT_TRUE(eventually([&] { return !life.seen().empty() && life.seen().back() == "active"; }));
+}
+
+TEST(ApplicationSignalsInTheFirstTurn, WaitForTheHostToInitialise) {
+    Life life;
+    ui::ApplicationSignals::deliver();
+    ui::ApplicationSignals::deliver();
+    EXPECT_THAT(life.seen(), IsEmpty());
+    EXPECT_TRUE(eventually([&] { return !life.seen().empty(); }));
+    letTimePass(std::chrono::milliseconds(50));
+    EXPECT_THAT(life.take(), ElementsAre("launched")) << "there is no window that could be active";
+}
+
+TEST(MemoryPressure, IsSilentWhereTheKernelDoesNotTell) {
+    int warnings = 0;
+    const MemoryPressure absent([&] { ++warnings; }, "/proc/there/is/none");
+    const MemoryPressure refused([&] { ++warnings; }, "/proc/version");
+    letTimePass(std::chrono::milliseconds(50));
+    EXPECT_EQ(warnings, 0);
+}
+
+}  // namespace
+}  // namespace vorna::ui

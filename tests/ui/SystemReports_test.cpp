@@ -1,0 +1,70 @@
+#include <vorna/ui/SystemReports.h>
+
+#include <tests/support/RecordedEvents.h>
+#include <tests/support/ui/ScreenHost.h>
+
+#include <QtGui/QGuiApplication>
+
+#include <gmock/gmock.h>
+
+namespace vorna::ui {
+namespace {
+
+using support::eventually;
+using support::RecordedEvents;
+using support::ScreenHost;
+
+DeviceMetadata metadataOfARecord() {
+    VornaCoreSDK::Event("look");
+    return RecordedEvents::take().back().deviceData;
+}
+
+TEST(SystemReports, GiveRecordsTheSizeOfTheWindow) {
+    const RecordedEvents platform;
+    ScreenHost host({390, 844});
+    const DeviceMetadata before = metadataOfARecord();
+    EXPECT_EQ(before.device->screenWidth, 390);
+    EXPECT_EQ(before.device->screenHeight, 844);
+    host.quickWindow().resize(320, 568);
+    EXPECT_TRUE(eventually([&] { return platform.system->facts()->screen == ScreenFacts{320, 568, 1}; }));
+}
+
+TEST(SystemReports, ReachALibraryThatIsUsedLater) {
+    ScreenHost host({414, 736});
+    const RecordedEvents platform;
+    EXPECT_EQ(metadataOfARecord().device->screenWidth, 414);
+}
+
+TEST(SystemReports, FollowTheKeyWindow) {
+    const RecordedEvents platform;
+    VornaCoreSDK::Event("wakes the library");
+    ScreenHost first({300, 400});
+    auto second = std::make_unique<ScreenHost>(QSize(200, 250));
+    EXPECT_EQ(platform.system->facts()->screen, (ScreenFacts{200, 250, 1}));
+    first.quickWindow().requestActivate();
+    EXPECT_TRUE(eventually([&] { return platform.system->facts()->screen == ScreenFacts{300, 400, 1}; }));
+    second->quickWindow().requestActivate();
+    EXPECT_TRUE(eventually([&] { return platform.system->facts()->screen == ScreenFacts{200, 250, 1}; }));
+    second.reset();
+    EXPECT_TRUE(eventually([&] { return platform.system->facts()->screen == ScreenFacts{300, 400, 1}; }));
+}
+
+TEST(SystemReports, TellHowTheApplicationCallsItself) {
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.example.notes"));
+    QGuiApplication::setApplicationVersion(QStringLiteral("2.5.1"));
+    const RecordedEvents platform;
+    const ScreenHost host;
+    VornaCoreSDK::Event("wakes the library");
+    EXPECT_EQ(platform.system->suppliedBundle(),
+              (BundleFacts{"org.example.notes", "2.5.1", std::nullopt}));
+}
+
+TEST(SystemReports, DoNotTakeTheNameOfTheProgramForAnIdentifier) {
+    const RecordedEvents platform;
+    const ScreenHost host;
+    VornaCoreSDK::Event("wakes the library");
+    EXPECT_EQ(platform.system->suppliedBundle(), BundleFacts());
+}
+
+}  // namespace
+}  // namespace vorna::ui
