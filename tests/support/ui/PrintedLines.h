@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <iostream>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -24,17 +25,25 @@ class PrintedLines {
     PrintedLines(PrintedLines&&) = delete;
     PrintedLines& operator=(PrintedLines&&) = delete;
 
-    ~PrintedLines() { testing::internal::GetCapturedStdout(); }
+    ~PrintedLines() { captured(); }
 
     /// The lines since the beginning or the last call.
     std::vector<std::string> take() {
-        std::istringstream stream(testing::internal::GetCapturedStdout());
+        std::istringstream stream(captured());
         testing::internal::CaptureStdout();
         std::vector<std::string> lines;
         for (std::string line; std::getline(stream, line);) {
             lines.push_back(line);
         }
         return lines;
+    }
+
+  private:
+    /// Repeated where it can be read: a failing test says why on standard output too.
+    static std::string captured() {
+        std::string text = testing::internal::GetCapturedStdout();
+        std::cerr << text;
+        return text;
     }
 };
 

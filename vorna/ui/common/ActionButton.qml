@@ -18,8 +18,8 @@ T.AbstractButton {
     opacity: down ? 0.8 : 1
     Accessible.role: Accessible.Button
     Accessible.name: text
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     background: GradientBackground {
         objectName: "gradient"

@@ -22,8 +22,8 @@ T.AbstractButton {
     opacity: down ? 0.5 : 1
     Accessible.role: Accessible.Button
     Accessible.name: "Close"
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     background: FocusRing {
         shown: root.visualFocus

@@ -18,6 +18,10 @@ Item {
         player.play();
     }
 
+    function repeat() {
+        player.play();
+    }
+
     MediaDevices {
         id: devices
     }
@@ -31,6 +35,11 @@ Item {
         id: player
         loops: MediaPlayer.Infinite
         videoOutput: output
+        // The FFmpeg backend of Qt 6.4 stops after the first round, and cannot start while it tells so.
+        onMediaStatusChanged: {
+            if (mediaStatus === MediaPlayer.EndOfMedia)
+                Qt.callLater(root.repeat);
+        }
     }
 
     VideoOutput {

@@ -11,10 +11,24 @@
 #include <vorna/ui/onboarding/OnboardingPaywallScreenViewController.h>
 #include <vorna/ui/onboarding/OnboardingValidation.h>
 
+#include <algorithm>
 #include <utility>
 #include <variant>
 
 namespace vorna::ui {
+
+namespace {
+
+/// False for one that went with its window, or that the host has dismissed.
+bool isOnShow(const std::shared_ptr<ViewController>& screen) {
+    if (screen->window() == nullptr) {
+        return false;
+    }
+    const auto shown = screen->window()->presentedViewControllers();
+    return std::find(shown.begin(), shown.end(), screen) != shown.end();
+}
+
+}  // namespace
 
 void OnboardingFlow::showOnboarding(std::string_view jsonString) {
     if (!utf8::isValid(jsonString)) {
@@ -105,8 +119,7 @@ void OnboardingFlow::dismissNewest() {
     while (!onShow_.onboardingScreens.empty()) {
         const std::shared_ptr<ViewController> newest = std::move(onShow_.onboardingScreens.back());
         onShow_.onboardingScreens.pop_back();
-        // One that went with its window, or by the host's hand, has nothing to be dismissed.
-        if (newest->window() != nullptr) {
+        if (isOnShow(newest)) {
             newest->dismiss(false, [this] { dismissNewest(); });
             return;
         }
