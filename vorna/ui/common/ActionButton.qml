@@ -18,6 +18,7 @@ T.AbstractButton {
     opacity: down ? 0.8 : 1
     Accessible.role: Accessible.Button
     Accessible.name: text
+    Accessible.onPressAction: clicked()
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 

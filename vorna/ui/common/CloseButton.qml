@@ -22,6 +22,7 @@ T.AbstractButton {
     opacity: down ? 0.5 : 1
     Accessible.role: Accessible.Button
     Accessible.name: "Close"
+    Accessible.onPressAction: clicked()
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 

@@ -291,6 +291,8 @@ void Window::remove(const ViewController& controller) {
     settle();
     if (ending.layer) {
         ending.layer->setVisible(false);
+        // What cannot be seen any more would still get the keys.
+        ending.layer->setEnabled(false);
         ending.layer->deleteLater();
     }
     if (wasTopmost) {

@@ -1,0 +1,64 @@
+#pragma once
+
+/// Pictures and videos, made when a test asks for them.
+
+#include <string>
+#include <vector>
+
+#include <QtCore/QBuffer>
+#include <QtCore/QByteArray>
+#include <QtCore/QProcess>
+#include <QtCore/QStringList>
+#include <QtGui/QImage>
+
+#include <filesystem>
+#include <stdexcept>
+
+namespace vorna::support {
+
+/// The file's bytes: left half of the one colour, right half of the other.
+inline std::string encodedPicture(QSize size, const char* format, QColor left = Qt::red,
+                                  QColor right = Qt::blue) {
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(right);
+    for (int y = 0; y < size.height(); ++y) {
+        for (int x = 0; x < size.width() / 2; ++x) {
+            image.setPixelColor(x, y, left);
+        }
+    }
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    if (!image.save(&buffer, format, 100)) {
+        throw std::runtime_error("no picture");
+    }
+    return bytes.toStdString();
+}
+
+/// A JPEG whose EXIF data say that it must be turned: 6 means by 90 degrees, clockwise.
+inline std::string turnedJpeg(QSize size, char orientation) {
+    const std::string jpeg = encodedPicture(size, "jpeg");
+    using namespace std::string_literals;
+    const std::string exif = "Exif\0\0MM\0*\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0"s + orientation +
+                             "\0\0\0\0\0\0"s;
+    const auto length = static_cast<char>(exif.size() + 2);
+    return jpeg.substr(0, 2) + "\xff\xe1\0"s + length + exif + jpeg.substr(2);
+}
+
+/// A second of moving pictures and a tone, in a file whose name's ending says how.
+inline void makeVideo(const std::filesystem::path& file, const std::string& videoCodec,
+                      const std::string& audioCodec) {
+    QStringList arguments{QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-y")};
+    for (const char* const word :
+         {"-f", "lavfi", "-i", "testsrc2=size=160x90:rate=25:duration=1", "-f", "lavfi", "-i",
+          "sine=frequency=440:duration=1", "-pix_fmt", "yuv420p", "-c:v"}) {
+        arguments << QString::fromLatin1(word);
+    }
+    arguments << QString::fromStdString(videoCodec) << QStringLiteral("-c:a")
+              << QString::fromStdString(audioCodec) << QString::fromStdString(file.string());
+    if (QProcess::execute(QStringLiteral("ffmpeg"), arguments) != 0) {
+        throw std::runtime_error("ffmpeg makes no video");
+    }
+}
+
+}  // namespace vorna::support
