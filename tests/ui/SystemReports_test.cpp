@@ -55,8 +55,7 @@ TEST(SystemReports, TellHowTheApplicationCallsItself) {
     const RecordedEvents platform;
     const ScreenHost host;
     VornaCoreSDK::Event("wakes the library");
-    EXPECT_EQ(platform.system->suppliedBundle(),
-              (BundleFacts{"org.example.notes", "2.5.1", std::nullopt}));
+    EXPECT_EQ(platform.system->suppliedBundle(), (BundleFacts{"org.example.notes", "2.5.1", std::nullopt}));
 }
 
 TEST(SystemReports, DoNotTakeTheNameOfTheProgramForAnIdentifier) {

@@ -39,8 +39,8 @@ inline std::string encodedPicture(QSize size, const char* format, QColor left = 
 inline std::string turnedJpeg(QSize size, char orientation) {
     const std::string jpeg = encodedPicture(size, "jpeg");
     using namespace std::string_literals;
-    const std::string exif = "Exif\0\0MM\0*\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0"s + orientation +
-                             "\0\0\0\0\0\0"s;
+    const std::string exif =
+        "Exif\0\0MM\0*\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0"s + orientation + "\0\0\0\0\0\0"s;
     const auto length = static_cast<char>(exif.size() + 2);
     return jpeg.substr(0, 2) + "\xff\xe1\0"s + length + exif + jpeg.substr(2);
 }

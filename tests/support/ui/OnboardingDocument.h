@@ -12,9 +12,9 @@
 namespace vorna::support {
 
 /// A basic step of that title, with the given fields in place of the usual ones.
-inline boost::json::object basicStep(
-    std::string_view title,
-    std::initializer_list<std::pair<std::string_view, boost::json::value>> fields = {}) {
+inline boost::json::object
+basicStep(std::string_view title,
+          std::initializer_list<std::pair<std::string_view, boost::json::value>> fields = {}) {
     boost::json::object step{{"type", "basic"},
                              {"media", "https://media.test/picture.png"},
                              {"title", title},

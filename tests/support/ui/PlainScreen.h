@@ -2,7 +2,8 @@
 
 /// A screen without a document: its view is one control that counts taps and takes the keyboard's focus.
 ///
-/// Knob: whether a view can be made. Remembered: the taps, and how often the screen was loaded and taken away.
+/// Knob: whether a view can be made. Remembered: the taps, and how often the screen was loaded and taken
+/// away.
 
 #include <vorna/ui/common/ObjectTree.h>
 #include <vorna/ui/common/ViewController.h>
@@ -48,9 +49,9 @@ class TapCounter : public QQuickItem {
 
 class PlainScreen : public ui::ViewController {
   public:
-    static std::shared_ptr<PlainScreen> make(
-        ui::ModalPresentationStyle presentation = ui::ModalPresentationStyle::fullScreen,
-        ui::ModalTransitionStyle transition = ui::ModalTransitionStyle::coverVertical) {
+    static std::shared_ptr<PlainScreen>
+    make(ui::ModalPresentationStyle presentation = ui::ModalPresentationStyle::fullScreen,
+         ui::ModalTransitionStyle transition = ui::ModalTransitionStyle::coverVertical) {
         auto screen = std::make_shared<PlainScreen>();
         screen->modalPresentationStyle = presentation;
         screen->modalTransitionStyle = transition;

@@ -270,8 +270,7 @@ TEST_F(ControlsWindow, KeepsItsLayout) {
     EXPECT_EQ(ScreenHost::geometry(find("footer")), QRectF(0, 570, 400, 30));
     EXPECT_EQ(ScreenHost::geometry(find("filler")), QRectF(0, 40, 400, 530));
     window_->resize(500, 700);
-    EXPECT_TRUE(eventually(
-        [&] { return ScreenHost::geometry(find("filler")) == QRectF(0, 40, 500, 630); }));
+    EXPECT_TRUE(eventually([&] { return ScreenHost::geometry(find("filler")) == QRectF(0, 40, 500, 630); }));
     EXPECT_EQ(ScreenHost::geometry(find("footer")), QRectF(0, 670, 500, 30));
 }
 

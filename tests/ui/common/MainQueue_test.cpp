@@ -92,17 +92,15 @@ TEST_P(DelayedTaskAfter, ComesWhenItIsTime) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Seconds, DelayedTaskAfter,
-                         testing::Values(Delay{"Zero", 0, true}, Delay{"MinusOne", -1, true},
-                                         Delay{"TheLeast", shortest, true}, Delay{"Two", 2, false},
-                                         Delay{"ADay", 86'400, false}, Delay{"AMonth", 2'592'000, false},
-                                         Delay{"MoreThanMilliseconds32", 2'147'484, false},
-                                         Delay{"ACentury", 3'155'760'000, false},
-                                         Delay{"TwoCenturies", 6'311'520'000, false},
-                                         Delay{"TheMostInNanoseconds", 9'223'372'036, false},
-                                         Delay{"MoreThanNanoseconds", 9'223'372'037, false},
-                                         Delay{"TheMost", longest, false}),
-                         [](const auto& testCase) { return testCase.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Seconds, DelayedTaskAfter,
+    testing::Values(Delay{"Zero", 0, true}, Delay{"MinusOne", -1, true}, Delay{"TheLeast", shortest, true},
+                    Delay{"Two", 2, false}, Delay{"ADay", 86'400, false}, Delay{"AMonth", 2'592'000, false},
+                    Delay{"MoreThanMilliseconds32", 2'147'484, false},
+                    Delay{"ACentury", 3'155'760'000, false}, Delay{"TwoCenturies", 6'311'520'000, false},
+                    Delay{"TheMostInNanoseconds", 9'223'372'036, false},
+                    Delay{"MoreThanNanoseconds", 9'223'372'037, false}, Delay{"TheMost", longest, false}),
+    [](const auto& testCase) { return testCase.param.name; });
 
 TEST(DelayedTask, CountsSeconds) {
     QElapsedTimer time;

@@ -1,12 +1,10 @@
 #include <vorna/ui/common/MediaLoader.h>
 
-#include <tests/support/LocalService.h>
 #include <tests/support/PrivateFolder.h>
 #include <tests/support/RawServer.h>
 #include <tests/support/RecordedEvents.h>
 #include <tests/support/ui/MediaSamples.h>
 #include <tests/support/ui/OnboardingDocument.h>
-#include <tests/support/ui/PrintedLines.h>
 #include <tests/support/ui/ScreenHost.h>
 
 #include <vorna/platform/HttpClient.h>
@@ -15,7 +13,6 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
-#include <QtCore/QPointer>
 
 #include <gmock/gmock.h>
 
@@ -35,10 +32,8 @@ using support::basicStep;
 using support::documentOf;
 using support::eventually;
 using support::letTimePass;
-using support::PrintedLines;
 using support::RawServer;
 using support::ScreenHost;
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 struct ContentType {
@@ -67,7 +62,8 @@ INSTANTIATE_TEST_SUITE_P(
                     ContentType{"Mp4", with({{"Content-Type", "video/mp4"}}), true},
                     ContentType{"LowerCaseName", with({{"content-type", "video/webm"}}), true},
                     ContentType{"WithParameters", with({{"Content-Type", "video/mp4; codecs=avc1"}}), true},
-                    ContentType{"VideoInAParameter", with({{"Content-Type", "image/png; name=video"}}), false},
+                    ContentType{"VideoInAParameter", with({{"Content-Type", "image/png; name=video"}}),
+                                false},
                     ContentType{"VideoInTheMiddle", with({{"Content-Type", "application/x-video"}}), true},
                     ContentType{"Capitals", with({{"Content-Type", "Video/MP4"}}), false},
                     ContentType{"Png", with({{"Content-Type", "image/png"}}), false},
@@ -80,6 +76,8 @@ INSTANTIATE_TEST_SUITE_P(
 class Media : public testing::Test {
   protected:
     Media() {
+        // Others write temporary files at the same time.
+        qputenv("TMPDIR", folder.path().c_str());
         Platform fakes;
         fakes.httpClient = std::make_shared<CurlHttpClient>("");
         fakes.eventURL = "https://service.test/v1/event";
@@ -115,6 +113,7 @@ class Media : public testing::Test {
         return QDir::temp().entryList({QStringLiteral("vorna-media-*")}, QDir::Files);
     }
 
+    const support::PrivateFolder folder;
     ScreenHost host{{375, 667}};
 };
 
@@ -171,11 +170,10 @@ TEST_F(Media, ThatIsTurnedByItsMetadataStandsUpright) {
     EXPECT_GT(loader()->image().pixelColor(180, 700).blue(), 200);
 }
 
-
 TEST_F(Media, ThatDoesNotDecodeLeavesTheAreaEmpty) {
-    for (const std::string& body : {"no picture at all"s, ""s,
-                                    support::encodedPicture({300, 150}, "png").substr(0, 40),
-                                    "<svg xmlns='http://www.w3.org/2000/svg' width='0' height='0'/>"s}) {
+    for (const std::string& body :
+         {"no picture at all"s, ""s, support::encodedPicture({300, 150}, "png").substr(0, 40),
+          "<svg xmlns='http://www.w3.org/2000/svg' width='0' height='0'/>"s}) {
         RawServer server(answering("image/png", body));
         show(server.url("/a.png"));
         EXPECT_TRUE(server.waitForConnections(1));
@@ -331,102 +329,6 @@ TEST_F(Media, OfTwentyMegabytesIsAccepted) {
     VornaCoreSDK::CloseOnboarding();
     EXPECT_TRUE(eventually([&] { return temporaryFiles().isEmpty(); }));
 }
-
-struct Codec {
-    const char* name;
-    const char* file;
-    const char* video;
-    const char* audio;
-};
-
-void PrintTo(const Codec& codec, std::ostream* stream) {
-    *stream << codec.name;
-}
-
-/// From the local service, over TLS, as a host has it.
-class Video : public testing::TestWithParam<Codec> {
-  protected:
-    Video() {
-        support::makeVideo(folder.path() / GetParam().file, GetParam().video, GetParam().audio);
-        VornaCoreSDK::UsePlatform(makePlatform(service.options()));
-    }
-
-    const support::PrivateFolder folder;
-    const support::LocalService service{{"--media", folder.path().string()}};
-    PrintedLines printed;
-    ScreenHost host;
-};
-
-TEST_P(Video, PlaysWithSoundOverAndOverUntilItsScreenIsClosed) {
-    const std::string url = service.url() + "/media/" + GetParam().file;
-    VornaCoreSDK::ShowOnboarding(documentOf({basicStep("Video", {{"media", url.c_str()}})}));
-    host.settle();
-    QPointer<QObject> player;
-    ASSERT_TRUE(eventually([&] {
-        const QQuickItem* const loader = host.find("mediaVideo");
-        const auto* const item = loader == nullptr ? nullptr : loader->property("item").value<QObject*>();
-        player = item == nullptr ? nullptr : item->property("player").value<QObject*>();
-        return player != nullptr;
-    }));
-    std::vector<int> positions;
-    ASSERT_TRUE(eventually([&] {
-        positions.push_back(player->property("position").toInt());
-        int rounds = 0;
-        for (std::size_t i = 1; i < positions.size(); ++i) {
-            rounds += positions[i] < positions[i - 1] - 300 ? 1 : 0;
-        }
-        return rounds >= 3;
-    })) << "it goes back to its beginning, again and again";
-    EXPECT_GE(std::count_if(positions.begin(), positions.end(), [](int at) { return at > 700; }), 1);
-    EXPECT_TRUE(player->property("hasVideo").toBool());
-    EXPECT_TRUE(player->property("hasAudio").toBool());
-    EXPECT_EQ(player->property("playbackState").toInt(), 1);
-
-    // Pictures are drawn, and they move.
-    const QRectF area = ScreenHost::geometry(host.find("mediaView"));
-    EXPECT_EQ(area.top(), 40);
-    const auto* const item = host.find("mediaVideo")->property("item").value<QQuickItem*>();
-    EXPECT_EQ(item->size(), area.size());
-    const QImage first = host.picture().copy(area.toRect());
-    EXPECT_TRUE(eventually([&] { return host.picture().copy(area.toRect()) != first; }));
-
-    const auto* const output = player->property("audioOutput").value<QObject*>();
-    const std::vector<std::string> lines = printed.take();
-    const std::string silence =
-        "[VornaSDK] Failed to set up AVAudioSession: there is no audio output";
-    EXPECT_EQ(std::count(lines.begin(), lines.end(), silence), output == nullptr ? 1 : 0);
-    if (output != nullptr) {
-        EXPECT_FALSE(output->property("muted").toBool());
-    }
-
-    const QString file = player->property("source").toUrl().toLocalFile();
-    EXPECT_TRUE(QFile::exists(file));
-    VornaCoreSDK::CloseOnboarding();
-    EXPECT_TRUE(eventually([&] { return player.isNull(); }));
-    EXPECT_TRUE(eventually([&] { return !QFile::exists(file); }));
-}
-
-TEST_P(Video, EndsWithItsWindow) {
-    const std::string url = service.url() + "/media/" + GetParam().file;
-    VornaCoreSDK::ShowOnboarding(documentOf({basicStep("Video", {{"media", url.c_str()}})}));
-    host.settle();
-    QPointer<QObject> player;
-    ASSERT_TRUE(eventually([&] {
-        const QQuickItem* const loader = host.find("mediaVideo");
-        const auto* const item = loader == nullptr ? nullptr : loader->property("item").value<QObject*>();
-        player = item == nullptr ? nullptr : item->property("player").value<QObject*>();
-        return player != nullptr && player->property("position").toInt() > 0;
-    }));
-    const QString file = player->property("source").toUrl().toLocalFile();
-    host.close();
-    EXPECT_TRUE(eventually([&] { return player.isNull() && !QFile::exists(file); }));
-}
-
-INSTANTIATE_TEST_SUITE_P(Formats, Video,
-                         testing::Values(Codec{"Mp4WithH264AndAac", "a.mp4", "libx264", "aac"},
-                                         Codec{"WebmWithVp8AndVorbis", "a.webm", "libvpx", "libvorbis"},
-                                         Codec{"WebmWithVp9AndOpus", "b.webm", "libvpx-vp9", "libopus"}),
-                         [](const auto& testCase) { return testCase.param.name; });
 
 }  // namespace
 }  // namespace vorna

@@ -79,161 +79,161 @@ TEST_P(TopViewController, IsFoundInTheTree) {
 
 INSTANTIATE_TEST_SUITE_P(
     Shapes, TopViewController,
-    testing::Values(
-        Shape{"PlainRoot", [](Tree& tree) { tree.root(tree.plain("root")); }, "root"},
-        Shape{"RootWithOnePresented",
-              [](Tree& tree) {
-                  tree.root(tree.plain("root"));
-                  tree.present("root", "first");
-              },
-              "first"},
-        Shape{"RootWithTwoPresented",
-              [](Tree& tree) {
-                  tree.root(tree.plain("root"));
-                  tree.present("root", "first");
-                  tree.present("first", "second");
-              },
-              "second"},
-        Shape{"RootWithThreePresented",
-              [](Tree& tree) {
-                  tree.root(tree.plain("root"));
-                  tree.present("root", "first");
-                  tree.present("first", "second");
-                  tree.present("second", "third");
-              },
-              "third"},
-        Shape{"PresentedOnesStayWhenOneBetweenThemGoes",
-              [](Tree& tree) {
-                  tree.root(tree.plain("root"));
-                  tree.present("root", "first");
-                  tree.present("first", "second");
-                  tree.named["first"]->dismiss(false);
-              },
-              "second"},
-        Shape{"NavigationShowsItsPage",
-              [](Tree& tree) {
-                  tree.plain("page");
-                  tree.root(tree.navigation("navigation", "page"));
-              },
-              "page"},
-        Shape{"NavigationWithoutAPageHasNone",
-              [](Tree& tree) { tree.root(tree.navigation("navigation", "absent")); }, "none"},
-        Shape{"NavigationWithoutAPageThatIsCovered",
-              [](Tree& tree) {
-                  tree.root(tree.navigation("navigation", "absent"));
-                  tree.present("navigation", "first");
-              },
-              "first"},
-        Shape{"NavigationThatIsCovered",
-              [](Tree& tree) {
-                  tree.plain("page");
-                  tree.root(tree.navigation("navigation", "page"));
-                  tree.present("navigation", "first");
-              },
-              "first"},
-        Shape{"NavigationWhosePageHasPresented",
-              [](Tree& tree) {
-                  tree.plain("page");
-                  tree.root(tree.navigation("navigation", "page"));
-                  EXPECT_EQ(topViewController(), tree.named["page"]);
-                  tree.present("page", "first");
-                  EXPECT_EQ(tree.named["navigation"]->presentedViewController(), tree.named["first"]);
-                  EXPECT_EQ(tree.named["page"]->presentedViewController(), tree.named["first"]);
-              },
-              "first"},
-        Shape{"NavigationThatWentToAnotherPage",
-              [](Tree& tree) {
-                  const Controller first = tree.plain("page");
-                  tree.root(tree.navigation("navigation", "page"));
-                  EXPECT_EQ(topViewController(), first);
-                  tree.named["before"] = first;
-                  tree.plain("page");
-              },
-              "page"},
-        Shape{"TabBarShowsTheSelectedTab",
-              [](Tree& tree) {
-                  tree.plain("tab");
-                  tree.root(tree.tabs("tabs", "tab"));
-              },
-              "tab"},
-        Shape{"TabBarWithoutASelectedTabIsItself",
-              [](Tree& tree) { tree.root(tree.tabs("tabs", "absent")); }, "tabs"},
-        Shape{"TabBarWithoutASelectedTabThatIsCovered",
-              [](Tree& tree) {
-                  tree.root(tree.tabs("tabs", "absent"));
-                  tree.present("tabs", "first");
-              },
-              "first"},
-        Shape{"TabBarWithASelectedTabThatIsCovered",
-              [](Tree& tree) {
-                  tree.plain("tab");
-                  tree.root(tree.tabs("tabs", "tab"));
-                  tree.present("tabs", "first");
-              },
-              "first"},
-        Shape{"NavigationInATabInANavigation",
-              [](Tree& tree) {
-                  tree.plain("page");
-                  tree.navigation("inner", "page");
-                  tree.tabs("tabs", "inner");
-                  tree.root(tree.navigation("outer", "tabs"));
-              },
-              "page"},
-        Shape{"NavigationInATabInANavigationThatIsCovered",
-              [](Tree& tree) {
-                  tree.plain("page");
-                  tree.navigation("inner", "page");
-                  tree.tabs("tabs", "inner");
-                  tree.root(tree.navigation("outer", "tabs"));
-                  EXPECT_EQ(topViewController(), tree.named["page"]);
-                  tree.present("page", "first");
-                  tree.present("first", "second");
-              },
-              "second"},
-        Shape{"NavigationThatShowsItselfHasNone",
-              [](Tree& tree) { tree.root(tree.navigation("navigation", "navigation")); }, "none"},
-        Shape{"TabBarThatShowsItselfIsItself", [](Tree& tree) { tree.root(tree.tabs("tabs", "tabs")); },
-              "tabs"},
-        Shape{"TwoNavigationsThatShowEachOtherHaveNone",
-              [](Tree& tree) {
-                  tree.navigation("second", "first");
-                  tree.root(tree.navigation("first", "second"));
-              },
-              "none"},
-        Shape{"ThreeContainersInACircleEnd",
-              [](Tree& tree) {
-                  tree.navigation("third", "first");
-                  tree.tabs("second", "third");
-                  tree.root(tree.tabs("first", "second"));
-              },
-              "none"},
-        Shape{"OneOnItsWayOutDoesNotCount",
-              [](Tree& tree) {
-                  tree.root(tree.plain("root"));
-                  tree.present("root", "first");
-                  tree.present("first", "second");
-                  tree.named["second"]->dismiss(true);
-                  EXPECT_TRUE(tree.host.window().isMoving());
-              },
-              "first"},
-        Shape{"OneOnItsWayOutOverANavigationDoesNotCount",
-              [](Tree& tree) {
-                  tree.plain("page");
-                  tree.root(tree.navigation("navigation", "page"));
-                  tree.present("navigation", "first");
-                  tree.named["first"]->dismiss(true);
-                  EXPECT_TRUE(tree.host.window().isMoving());
-              },
-              "page"},
-        Shape{"OneThatArrivesCounts",
-              [](Tree& tree) {
-                  tree.root(tree.plain("root"));
-                  const auto screen = PlainScreen::make();
-                  tree.named["first"] = screen;
-                  tree.named["root"]->present(screen, true);
-                  EXPECT_TRUE(tree.host.window().isMoving());
-              },
-              "first"}),
+    testing::Values(Shape{"PlainRoot", [](Tree& tree) { tree.root(tree.plain("root")); }, "root"},
+                    Shape{"RootWithOnePresented",
+                          [](Tree& tree) {
+                              tree.root(tree.plain("root"));
+                              tree.present("root", "first");
+                          },
+                          "first"},
+                    Shape{"RootWithTwoPresented",
+                          [](Tree& tree) {
+                              tree.root(tree.plain("root"));
+                              tree.present("root", "first");
+                              tree.present("first", "second");
+                          },
+                          "second"},
+                    Shape{"RootWithThreePresented",
+                          [](Tree& tree) {
+                              tree.root(tree.plain("root"));
+                              tree.present("root", "first");
+                              tree.present("first", "second");
+                              tree.present("second", "third");
+                          },
+                          "third"},
+                    Shape{"PresentedOnesStayWhenOneBetweenThemGoes",
+                          [](Tree& tree) {
+                              tree.root(tree.plain("root"));
+                              tree.present("root", "first");
+                              tree.present("first", "second");
+                              tree.named["first"]->dismiss(false);
+                          },
+                          "second"},
+                    Shape{"NavigationShowsItsPage",
+                          [](Tree& tree) {
+                              tree.plain("page");
+                              tree.root(tree.navigation("navigation", "page"));
+                          },
+                          "page"},
+                    Shape{"NavigationWithoutAPageHasNone",
+                          [](Tree& tree) { tree.root(tree.navigation("navigation", "absent")); }, "none"},
+                    Shape{"NavigationWithoutAPageThatIsCovered",
+                          [](Tree& tree) {
+                              tree.root(tree.navigation("navigation", "absent"));
+                              tree.present("navigation", "first");
+                          },
+                          "first"},
+                    Shape{"NavigationThatIsCovered",
+                          [](Tree& tree) {
+                              tree.plain("page");
+                              tree.root(tree.navigation("navigation", "page"));
+                              tree.present("navigation", "first");
+                          },
+                          "first"},
+                    Shape{"NavigationWhosePageHasPresented",
+                          [](Tree& tree) {
+                              tree.plain("page");
+                              tree.root(tree.navigation("navigation", "page"));
+                              EXPECT_EQ(topViewController(), tree.named["page"]);
+                              tree.present("page", "first");
+                              EXPECT_EQ(tree.named["navigation"]->presentedViewController(),
+                                        tree.named["first"]);
+                              EXPECT_EQ(tree.named["page"]->presentedViewController(), tree.named["first"]);
+                          },
+                          "first"},
+                    Shape{"NavigationThatWentToAnotherPage",
+                          [](Tree& tree) {
+                              const Controller first = tree.plain("page");
+                              tree.root(tree.navigation("navigation", "page"));
+                              EXPECT_EQ(topViewController(), first);
+                              tree.named["before"] = first;
+                              tree.plain("page");
+                          },
+                          "page"},
+                    Shape{"TabBarShowsTheSelectedTab",
+                          [](Tree& tree) {
+                              tree.plain("tab");
+                              tree.root(tree.tabs("tabs", "tab"));
+                          },
+                          "tab"},
+                    Shape{"TabBarWithoutASelectedTabIsItself",
+                          [](Tree& tree) { tree.root(tree.tabs("tabs", "absent")); }, "tabs"},
+                    Shape{"TabBarWithoutASelectedTabThatIsCovered",
+                          [](Tree& tree) {
+                              tree.root(tree.tabs("tabs", "absent"));
+                              tree.present("tabs", "first");
+                          },
+                          "first"},
+                    Shape{"TabBarWithASelectedTabThatIsCovered",
+                          [](Tree& tree) {
+                              tree.plain("tab");
+                              tree.root(tree.tabs("tabs", "tab"));
+                              tree.present("tabs", "first");
+                          },
+                          "first"},
+                    Shape{"NavigationInATabInANavigation",
+                          [](Tree& tree) {
+                              tree.plain("page");
+                              tree.navigation("inner", "page");
+                              tree.tabs("tabs", "inner");
+                              tree.root(tree.navigation("outer", "tabs"));
+                          },
+                          "page"},
+                    Shape{"NavigationInATabInANavigationThatIsCovered",
+                          [](Tree& tree) {
+                              tree.plain("page");
+                              tree.navigation("inner", "page");
+                              tree.tabs("tabs", "inner");
+                              tree.root(tree.navigation("outer", "tabs"));
+                              EXPECT_EQ(topViewController(), tree.named["page"]);
+                              tree.present("page", "first");
+                              tree.present("first", "second");
+                          },
+                          "second"},
+                    Shape{"NavigationThatShowsItselfHasNone",
+                          [](Tree& tree) { tree.root(tree.navigation("navigation", "navigation")); }, "none"},
+                    Shape{"TabBarThatShowsItselfIsItself",
+                          [](Tree& tree) { tree.root(tree.tabs("tabs", "tabs")); }, "tabs"},
+                    Shape{"TwoNavigationsThatShowEachOtherHaveNone",
+                          [](Tree& tree) {
+                              tree.navigation("second", "first");
+                              tree.root(tree.navigation("first", "second"));
+                          },
+                          "none"},
+                    Shape{"ThreeContainersInACircleEnd",
+                          [](Tree& tree) {
+                              tree.navigation("third", "first");
+                              tree.tabs("second", "third");
+                              tree.root(tree.tabs("first", "second"));
+                          },
+                          "none"},
+                    Shape{"OneOnItsWayOutDoesNotCount",
+                          [](Tree& tree) {
+                              tree.root(tree.plain("root"));
+                              tree.present("root", "first");
+                              tree.present("first", "second");
+                              tree.named["second"]->dismiss(true);
+                              EXPECT_TRUE(tree.host.window().isMoving());
+                          },
+                          "first"},
+                    Shape{"OneOnItsWayOutOverANavigationDoesNotCount",
+                          [](Tree& tree) {
+                              tree.plain("page");
+                              tree.root(tree.navigation("navigation", "page"));
+                              tree.present("navigation", "first");
+                              tree.named["first"]->dismiss(true);
+                              EXPECT_TRUE(tree.host.window().isMoving());
+                          },
+                          "page"},
+                    Shape{"OneThatArrivesCounts",
+                          [](Tree& tree) {
+                              tree.root(tree.plain("root"));
+                              const auto screen = PlainScreen::make();
+                              tree.named["first"] = screen;
+                              tree.named["root"]->present(screen, true);
+                              EXPECT_TRUE(tree.host.window().isMoving());
+                          },
+                          "first"}),
     [](const auto& testCase) { return testCase.param.name; });
 
 TEST(TopViewControllerOf, NoneIsNone) {

@@ -283,13 +283,13 @@ TEST_F(BasicScreen, MeasuresItsMediaFromTheFirstWindow) {
 }
 
 TEST_F(BasicScreen, DrawsTheButtonsGradientByTheFormula) {
-    show(basicStep("One", {{"buttonTitle", "."}, {"actionButtonColor1", "#ff2000"},
-                           {"actionButtonColor2", "#0040ff"}}));
+    show(basicStep(
+        "One", {{"buttonTitle", "."}, {"actionButtonColor1", "#ff2000"}, {"actionButtonColor2", "#0040ff"}}));
     const QRectF button = ScreenHost::geometry(host.find("actionButton"));
     const QImage picture = host.picture();
-    for (const QPointF share : {QPointF(0.1, 0.25), QPointF(0.1, 0.8), QPointF(0.25, 0.1),
-                                QPointF(0.25, 0.9), QPointF(0.4, 0.5), QPointF(0.6, 0.2),
-                                QPointF(0.75, 0.75), QPointF(0.9, 0.2), QPointF(0.9, 0.9)}) {
+    for (const QPointF share :
+         {QPointF(0.1, 0.25), QPointF(0.1, 0.8), QPointF(0.25, 0.1), QPointF(0.25, 0.9), QPointF(0.4, 0.5),
+          QPointF(0.6, 0.2), QPointF(0.75, 0.75), QPointF(0.9, 0.2), QPointF(0.9, 0.9)}) {
         const QPoint pixel((button.topLeft() + QPointF(share.x() * 350, share.y() * 50)).toPoint());
         const double x = pixel.x() + 0.5 - button.x();
         const double y = pixel.y() + 0.5 - button.y();
@@ -362,11 +362,13 @@ QAccessibleInterface* assistive(QQuickItem* item) {
 
 TEST_F(ByKeyboard, AssistiveTechnologyCanNameEverything) {
     QAccessible::setActive(true);
+
     struct Named {
         const char* item;
         QAccessible::Role role;
         const char* name;
     };
+
     for (const Named& named : {Named{"titleLabel", QAccessible::StaticText, "One"},
                                Named{"headingLabel", QAccessible::StaticText, "Heading of One"},
                                Named{"actionButton", QAccessible::Button, "Continue"},

@@ -230,8 +230,8 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         Unreadable{"NotUtf8", "[\"\xff\"]", "[VornaSDK] ❌ Failed to convert JSON string to Data"},
         Unreadable{"Empty", "", parsingError}, Unreadable{"NoJson", "[{]", parsingError},
-        Unreadable{"AnObject", "{}", parsingError}, Unreadable{"AnArrayOfTexts", R"(["basic"])", parsingError},
-        Unreadable{"Null", "null", parsingError},
+        Unreadable{"AnObject", "{}", parsingError},
+        Unreadable{"AnArrayOfTexts", R"(["basic"])", parsingError}, Unreadable{"Null", "null", parsingError},
         Unreadable{"ADelayInText", documentOf({basicStep("One", {{"exitButtonDelay", "3"}})}), parsingError},
         Unreadable{"ATitleThatIsANumber", documentOf({basicStep("One", {{"title", 1}})}), parsingError},
         Unreadable{"AWrongTypeInALaterStep",
@@ -474,8 +474,7 @@ TEST_P(CloseButtonDelay, IsCountedFromTheLoadingOfTheView) {
     const support::RecordedEvents platform;
     ScreenHost host;
     const auto begin = std::chrono::steady_clock::now();
-    VornaCoreSDK::ShowOnboarding(
-        documentOf({basicStep("Only", {{"exitButtonDelay", GetParam().seconds}})}));
+    VornaCoreSDK::ShowOnboarding(documentOf({basicStep("Only", {{"exitButtonDelay", GetParam().seconds}})}));
     EXPECT_EQ(host.find("exitButton"), nullptr);
     if (GetParam().comesAtOnce) {
         EXPECT_TRUE(eventually([&] { return host.find("exitButton") != nullptr; }, milliseconds(250)));
@@ -491,13 +490,13 @@ TEST_P(CloseButtonDelay, IsCountedFromTheLoadingOfTheView) {
     letTimePass(milliseconds(20));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Seconds, CloseButtonDelay,
-    testing::Values(Delay{"Zero", 0, true}, Delay{"Negative", -5, true},
-                    Delay{"TheLeast", std::numeric_limits<std::int64_t>::min(), true}, Delay{"One", 1, false},
-                    Delay{"AThousandYears", 31'557'600'000, false},
-                    Delay{"TheMost", std::numeric_limits<std::int64_t>::max(), false}),
-    [](const auto& testCase) { return testCase.param.name; });
+INSTANTIATE_TEST_SUITE_P(Seconds, CloseButtonDelay,
+                         testing::Values(Delay{"Zero", 0, true}, Delay{"Negative", -5, true},
+                                         Delay{"TheLeast", std::numeric_limits<std::int64_t>::min(), true},
+                                         Delay{"One", 1, false},
+                                         Delay{"AThousandYears", 31'557'600'000, false},
+                                         Delay{"TheMost", std::numeric_limits<std::int64_t>::max(), false}),
+                         [](const auto& testCase) { return testCase.param.name; });
 
 TEST(OnboardingWithoutAWindow, FindsNothingToBeShownOver) {
     const support::RecordedEvents platform;
@@ -510,14 +509,13 @@ TEST(OnboardingWithoutAWindow, FindsNothingToBeShownOver) {
 TEST(OnboardingInANavigation, NeedsAPage) {
     const support::RecordedEvents platform;
     ScreenHost host;
-    host.window().setRootViewController(std::make_shared<ui::NavigationController>(
-        [] { return std::shared_ptr<ui::ViewController>(); }));
+    host.window().setRootViewController(
+        std::make_shared<ui::NavigationController>([] { return std::shared_ptr<ui::ViewController>(); }));
     PrintedLines printed;
     VornaCoreSDK::ShowOnboarding(threeSteps());
     EXPECT_THAT(printed.take(), ElementsAre(noTop));
     const auto page = std::make_shared<ui::ViewController>();
-    host.window().setRootViewController(
-        std::make_shared<ui::NavigationController>([page] { return page; }));
+    host.window().setRootViewController(std::make_shared<ui::NavigationController>([page] { return page; }));
     VornaCoreSDK::ShowOnboarding(threeSteps());
     EXPECT_EQ(host.screens().size(), 1U);
     EXPECT_TRUE(host.window().isMoving());
