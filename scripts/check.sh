@@ -100,6 +100,9 @@ for folder in $(find vorna -type d) bindings tools examples tests bench docs; do
     [ -e "$folder/README.md" ] || echo "$folder"
 done | rule 'a folder without README.md'
 
+echo "check: QML"
+cmake --build build/dev --target vorna_ui_qmllint 2>&1 | grep -E '^(Warning|Error)|FAILED' | rule 'qmllint'
+
 if [ "${CHECK_FAST:-}" = "" ]; then
     echo "check: clang-tidy (this takes a while)"
     # Tests and benchmarks are left out: the macros of their frameworks trip too many of its checks.

@@ -10,7 +10,7 @@
 
 namespace vorna::ui {
 
-class ErrorViewController final : public ViewController {
+class ErrorViewController final : public vorna::ui::ViewController {
     Q_OBJECT
     Q_PROPERTY(QString text READ text CONSTANT)
     QML_ELEMENT

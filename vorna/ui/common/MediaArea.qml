@@ -23,7 +23,7 @@ Item {
         objectName: "mediaImage"
         anchors.fill: parent
         visible: root.isPicture
-        image: root.media.image
+        image: root.media.image // qmllint disable
         Accessible.ignored: true
     }
 
@@ -31,12 +31,13 @@ Item {
         id: video
         objectName: "mediaVideo"
         // Loading the player takes time and memory that a picture does not need.
-        active: root.media.video.toString() !== ""
+        active: String(root.media.video) !== ""
         source: active ? "MediaVideo.qml" : ""
         onActiveChanged: {
             width = root.width;
             height = root.height;
         }
-        onLoaded: item.play(root.media)
+        // Its type is known only once it has been loaded.
+        onLoaded: item.play(root.media) // qmllint disable
     }
 }

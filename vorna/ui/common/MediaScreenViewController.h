@@ -15,7 +15,9 @@
 
 namespace vorna::ui {
 
-class MediaScreenViewController : public ViewController {
+/// Here and in every class below, the base's name is whole: moc writes it down as it stands, and the tools of
+/// QML look for that.
+class MediaScreenViewController : public vorna::ui::ViewController {
     Q_OBJECT
     Q_PROPERTY(vorna::ui::MediaLoader* media READ media CONSTANT)
     Q_PROPERTY(bool isExitButtonShown READ isExitButtonShown NOTIFY exitButtonShown)

@@ -18,10 +18,6 @@ Item {
         player.play();
     }
 
-    function repeat() {
-        player.play();
-    }
-
     MediaDevices {
         id: devices
     }
@@ -38,8 +34,14 @@ Item {
         // The FFmpeg backend of Qt 6.4 stops after the first round, and cannot start while it tells so.
         onMediaStatusChanged: {
             if (mediaStatus === MediaPlayer.EndOfMedia)
-                Qt.callLater(root.repeat);
+                again.start();
         }
+    }
+
+    Timer {
+        id: again
+        interval: 0
+        onTriggered: player.play()
     }
 
     VideoOutput {

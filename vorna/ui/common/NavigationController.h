@@ -15,7 +15,7 @@
 
 namespace vorna::ui {
 
-class [[gnu::visibility("default")]] NavigationController : public ViewController {
+class [[gnu::visibility("default")]] NavigationController : public vorna::ui::ViewController {
     Q_OBJECT
     Q_PROPERTY(QString barTitle READ barTitle CONSTANT)
     Q_PROPERTY(QString leftBarButtonText READ leftBarButtonText CONSTANT)

@@ -22,6 +22,7 @@ Item {
     Repeater {
         model: Math.min(root.count - root.firstDot, Math.ceil(root.visibleWidth / root.pitch) + 1)
 
+        // qmllint disable unqualified
         Rectangle {
             required property int index
             readonly property int dot: root.firstDot + index
@@ -33,5 +34,6 @@ Item {
             color: dot === root.stepIndex ? "#ffffffff" : "#80ffffff"
             antialiasing: true
         }
+        // qmllint enable unqualified
     }
 }

@@ -10,7 +10,7 @@
 
 namespace vorna::ui {
 
-class [[gnu::visibility("default")]] TabBarController : public ViewController {
+class [[gnu::visibility("default")]] TabBarController : public vorna::ui::ViewController {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by hosts")

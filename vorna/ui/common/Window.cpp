@@ -95,7 +95,7 @@ Window::Window(QQuickWindow& quickWindow)
     connect(&quickWindow, &QQuickWindow::visibilityChanged, this, &Window::screenChanged);
     connect(&quickWindow, &QQuickWindow::screenChanged, this, &Window::screenChanged);
     connect(&quickWindow, &QQuickWindow::activeChanged, this, [this] {
-        if (quickWindow_ && quickWindow_->isActive()) {
+        if (const QQuickWindow* const own = this->quickWindow(); own != nullptr && own->isActive()) {
             makeKey();
         }
     });
@@ -127,15 +127,16 @@ void Window::setRootViewController(std::shared_ptr<ViewController> controller) {
 }
 
 QSizeF Window::screenSize() const {
-    if (!quickWindow_) {
+    const QQuickWindow* const window = quickWindow();
+    if (window == nullptr) {
         return {};
     }
-    const QWindow::Visibility visibility = quickWindow_->visibility();
+    const QWindow::Visibility visibility = window->visibility();
     const bool fillsScreen = visibility == QWindow::FullScreen || visibility == QWindow::Maximized;
-    if (fillsScreen && quickWindow_->screen() != nullptr) {
-        return quickWindow_->screen()->geometry().size();
+    if (fillsScreen && window->screen() != nullptr) {
+        return window->screen()->geometry().size();
     }
-    return quickWindow_->size();
+    return window->size();
 }
 
 void Window::setSafeAreaInsets(const QMarginsF& insets) {
@@ -200,7 +201,7 @@ void Window::present(const ViewController& presenter, std::shared_ptr<ViewContro
     if (!finishTransition()) {
         return;
     }
-    if (!stage_ || !controller || controller->window() != nullptr) {
+    if (!stage_ || quickWindow() == nullptr || !controller || controller->window() != nullptr) {
         reportRefusal("it is on show already");
         return;
     }
@@ -219,7 +220,7 @@ void Window::present(const ViewController& presenter, std::shared_ptr<ViewContro
     const bool coversFully = controller->modalPresentationStyle == ModalPresentationStyle::fullScreen;
     const std::optional<Transition> attached = std::exchange(nextTransition_, std::nullopt);
     presentations_.push_back(
-        {controller, &layer, quickWindow_->activeFocusItem(), coversFully, animated || attached, false});
+        {controller, &layer, quickWindow()->activeFocusItem(), coversFully, animated || attached, false});
     settle();
     if (animated) {
         run(transitionOf(*controller, true), {{&layer}, {}}, std::move(completion));
@@ -361,10 +362,10 @@ void Window::focus(QQuickItem* item) {
 /// Whatever the host puts into its window goes under one item, so that it can be moved and hidden as one.
 void Window::adoptHostItems() {
     // A window that is being destroyed gives its items up one by one, and has no content item any more.
-    if (!quickWindow_ || quickWindow_->contentItem() == nullptr || !hostLayer_ || !stage_) {
+    if (quickWindow() == nullptr || quickWindow()->contentItem() == nullptr || !hostLayer_ || !stage_) {
         return;
     }
-    for (QQuickItem* const item : quickWindow_->contentItem()->childItems()) {
+    for (QQuickItem* const item : quickWindow()->contentItem()->childItems()) {
         // Popups of Qt Quick Controls lie in an overlay that must stay where it is.
         if (item != hostLayer_ && item != stage_ && !item->inherits("QQuickOverlay")) {
             item->setParentItem(hostLayer_);

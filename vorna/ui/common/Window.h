@@ -52,8 +52,9 @@ class [[gnu::visibility("default")]] Window final : public QObject {
     Window& operator=(Window&&) = delete;
     ~Window() override;
 
+    /// Null from the moment its destruction begins.
     QQuickWindow* quickWindow() const {
-        return quickWindow_;
+        return qobject_cast<QQuickWindow*>(quickWindow_.data());
     }
 
     void makeKey();
@@ -151,7 +152,8 @@ class [[gnu::visibility("default")]] Window final : public QObject {
     void adoptHostItems();
     QQuickItem& makeLayer(QQuickItem & parent);
 
-    const QPointer<QQuickWindow> quickWindow_;
+    /// While it is destroyed it still tells of changes, and is no QQuickWindow any more.
+    const QPointer<QObject> quickWindow_;
     const std::shared_ptr<QQmlEngine> engine_;
     std::shared_ptr<ViewController> root_;
     std::vector<Presentation> presentations_;

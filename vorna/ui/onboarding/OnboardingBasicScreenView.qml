@@ -10,7 +10,7 @@ Rectangle {
     readonly property real screenHeight: window.screenHeight
 
     color: controller.backgroundColor
-    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
+    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft // qmllint disable
     LayoutMirroring.childrenInherit: true
 
     MediaArea {
@@ -75,6 +75,7 @@ Rectangle {
 
     Loader {
         active: root.controller.isExitButtonShown
+        // qmllint disable unqualified
         sourceComponent: CloseButton {
             objectName: "exitButton"
             parent: root
@@ -84,5 +85,6 @@ Rectangle {
             font.pixelSize: 18
             onClicked: root.controller.exitButtonTapped()
         }
+        // qmllint enable unqualified
     }
 }

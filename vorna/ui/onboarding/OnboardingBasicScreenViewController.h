@@ -15,7 +15,7 @@
 
 namespace vorna::ui {
 
-class OnboardingBasicScreenViewController final : public MediaScreenViewController {
+class OnboardingBasicScreenViewController final : public vorna::ui::MediaScreenViewController {
     Q_OBJECT
     Q_PROPERTY(QString titleText READ titleText CONSTANT)
     Q_PROPERTY(QString headingText READ headingText CONSTANT)
