@@ -110,6 +110,11 @@ Window::~Window() {
     }
 }
 
+QQuickWindow* Window::quickWindow() const {
+    // One made in QML is called a window by its meta-object to the very end; C++ knows better.
+    return dynamic_cast<QQuickWindow*>(quickWindow_.data());
+}
+
 void Window::makeKey() {
     if (std::exchange(key, this) != this) {
         Q_EMIT screenChanged();

@@ -53,9 +53,7 @@ class [[gnu::visibility("default")]] Window final : public QObject {
     ~Window() override;
 
     /// Null from the moment its destruction begins.
-    QQuickWindow* quickWindow() const {
-        return qobject_cast<QQuickWindow*>(quickWindow_.data());
-    }
+    QQuickWindow* quickWindow() const;
 
     void makeKey();
 
