@@ -322,17 +322,24 @@ TEST_F(Presentation, DuringADepartureEndsTheDepartureFirst) {
 TEST_F(Presentation, TakesNoTapsUntilItIsInPlace) {
     const auto screen = PlainScreen::make(fullScreen, crossDissolve);
     top()->present(screen, true);
+    int tries = 0;
     while (host.window().isMoving()) {
         host.click(QPointF(200, 300));
         host.press(Qt::Key_Space);
+        if (host.window().isMoving()) {
+            ++tries;
+            EXPECT_EQ(screen->counter()->taps() + screen->counter()->keys(), 0);
+        }
         letTimePass(milliseconds(10));
     }
-    EXPECT_EQ(screen->counter()->taps(), 0);
+    EXPECT_GE(tries, 1);
     host.settle();
+    const int taps = screen->counter()->taps();
+    const int keys = screen->counter()->keys();
     host.click(QPointF(200, 300));
     host.press(Qt::Key_Space);
-    EXPECT_EQ(screen->counter()->taps(), 1);
-    EXPECT_EQ(screen->counter()->keys(), 1);
+    EXPECT_EQ(screen->counter()->taps(), taps + 1);
+    EXPECT_EQ(screen->counter()->keys(), keys + 1);
 }
 
 TEST_F(Presentation, FromOneOnItsWayOutIsRefused) {
