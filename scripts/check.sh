@@ -109,7 +109,7 @@ if [ "${CHECK_FAST:-}" = "" ]; then
     printf '%s\n' "${sources[@]}" | grep -E '^(vorna|tools|examples)/.*\.cpp$' | while IFS= read -r file; do
         grep -qF "\"$PWD/$file\"" build/dev/compile_commands.json && echo "$file"
     done | xargs -P "$(nproc)" -n 4 clang-tidy -p build/dev --quiet \
-            --extra-arg=-Wno-unknown-warning-option 2>/dev/null | grep -E 'error:|warning:' | sort -u |
+            --extra-arg=-Wno-unknown-warning-option 2>/dev/null | grep -E 'error:|warning:' | grep -v '^/usr/' | sort -u |
         rule 'clang-tidy'
 fi
 

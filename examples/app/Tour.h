@@ -35,9 +35,8 @@ class Tour : public QObject {
     /// Walks to the end. False when something did not come that should have, with a line about it.
     bool run();
 
-  public Q_SLOTS:
     /// Takes the place of the desktop's opener, for there is no desktop.
-    void openLink(const QUrl& url);
+    Q_INVOKABLE void openLink(const QUrl& url);
 
   private:
     QQuickItem* find(std::string_view name, int number = 0) const;

@@ -102,8 +102,8 @@ TEST_F(ApplicationSignals, FollowTheRealFocus) {
 
 TEST(ApplicationSignalsInTheFirstTurn, WaitForTheHostToInitialise) {
     Life life;
-    ui::ApplicationSignals::deliver();
-    ui::ApplicationSignals::deliver();
+    ui::applicationSignals::deliver();
+    ui::applicationSignals::deliver();
     EXPECT_THAT(life.seen(), IsEmpty());
     EXPECT_TRUE(eventually([&] { return !life.seen().empty(); }));
     letTimePass(std::chrono::milliseconds(50));

@@ -57,11 +57,11 @@ void installScreens(std::shared_ptr<Screens> screens) {
         if (!screens || std::exchange(slot().isTaken, true)) {
             return;
         }
-        slot().screens = screens;
         services = slot().services;
+        slot().screens = std::move(screens);
     }
     if (services) {
-        screens->start(*services);
+        screens::installed()->start(*services);
     }
 }
 
@@ -70,7 +70,7 @@ std::shared_ptr<Screens> screens::installed() {
     return slot().screens;
 }
 
-void screens::provide(ScreenServices services) {
+void screens::provide(const ScreenServices& services) {
     std::shared_ptr<Screens> waiting;
     {
         const std::scoped_lock lock(slot().mutex);

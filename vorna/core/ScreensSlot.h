@@ -13,6 +13,6 @@ namespace vorna::screens {
 std::shared_ptr<Screens> installed();
 
 /// The instance exists: the screens may use these, now or as soon as they are installed.
-void provide(ScreenServices services);
+void provide(const ScreenServices& services);
 
 }  // namespace vorna::screens

@@ -58,7 +58,7 @@ class Deliverer final : public QObject {
 
 }  // namespace
 
-void ApplicationSignals::deliver() {
+void applicationSignals::deliver() {
     static QPointer<Deliverer> deliverer;
     if (!deliverer && qGuiApp != nullptr) {
         deliverer = &makeChild<Deliverer>(*qGuiApp);

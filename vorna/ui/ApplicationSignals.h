@@ -2,10 +2,10 @@
 
 /// Delivers the six signals of the application's life from what Qt and the system tell.
 
-namespace vorna::ui::ApplicationSignals {
+namespace vorna::ui::applicationSignals {
 
 /// From now on, once. An application that is active already is reported so at the next turn of the event
 /// loop, when the host has had its chance to initialise the library. Main thread.
 void deliver();
 
-}  // namespace vorna::ui::ApplicationSignals
+}  // namespace vorna::ui::applicationSignals

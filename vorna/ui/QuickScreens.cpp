@@ -15,7 +15,6 @@ struct QuickScreens::Flows {
     OnboardingFlow onboarding{onShow};
     PaywallFlow paywall{onShow};
     LoadingOverlayFlow loadingOverlay{onShow};
-    EventListFlow eventList;
 
     static Flows& get() {
         static NeverDestroyed<Flows> value;
@@ -38,11 +37,9 @@ void onMainThread(std::function<void()> work) {
 
 QuickScreens::QuickScreens() : flows_(Flows::get()) {}
 
-QuickScreens::~QuickScreens() = default;
-
 void QuickScreens::start(const ScreenServices& services) {
     services::provide(services);
-    SystemReports::send();
+    systemReports::send();
 }
 
 void QuickScreens::showOnboarding(std::string jsonString) {
@@ -70,11 +67,11 @@ void QuickScreens::closePaidProductLoadingScreen() {
 }
 
 void QuickScreens::showEventList() {
-    mainQueue::async([this] { flows_.eventList.showEventList(); });
+    mainQueue::async([] { EventListFlow::showEventList(); });
 }
 
 void QuickScreens::closeEventList() {
-    mainQueue::async([this] { flows_.eventList.closeEventList(); });
+    mainQueue::async([] { EventListFlow::closeEventList(); });
 }
 
 }  // namespace vorna::ui

@@ -18,7 +18,6 @@ namespace vorna::ui {
 class QuickScreens final : public Screens {
   public:
     QuickScreens();
-    ~QuickScreens() override;
 
     void start(const ScreenServices& services) override;
     void showPaywall(std::string jsonString) override;

@@ -58,12 +58,12 @@ void learn() {
             ScreenFacts{size.width(), size.height(), window->quickWindow()->effectiveDevicePixelRatio()};
         learned().bundle = bundle();
     }
-    SystemReports::send();
+    systemReports::send();
 }
 
 }  // namespace
 
-void SystemReports::follow(Window& window) {
+void systemReports::follow(Window& window) {
     static std::vector<QPointer<Window>> followed;
     std::erase_if(followed, [](const QPointer<Window>& gone) { return gone.isNull(); });
     if (std::find(followed.begin(), followed.end(), &window) == followed.end()) {
@@ -73,7 +73,7 @@ void SystemReports::follow(Window& window) {
     learn();
 }
 
-void SystemReports::send() {
+void systemReports::send() {
     const std::shared_ptr<System> system = services::get().system;
     if (!system) {
         return;

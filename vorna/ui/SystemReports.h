@@ -6,7 +6,7 @@ namespace vorna::ui {
 
 class Window;
 
-namespace SystemReports {
+namespace systemReports {
 
 /// Reports now and whenever the window that stands for the main screen changes. Main thread.
 void follow(Window& window);
@@ -14,6 +14,6 @@ void follow(Window& window);
 /// Reports what was learned last, once there is somebody to report to. Any thread.
 void send();
 
-}  // namespace SystemReports
+}  // namespace systemReports
 
 }  // namespace vorna::ui

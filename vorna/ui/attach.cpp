@@ -17,8 +17,8 @@ Window& attach(QQuickWindow& quickWindow) {
         return true;
     }();
     static_cast<void>(installed);
-    ApplicationSignals::deliver();
-    SystemReports::follow(window);
+    applicationSignals::deliver();
+    systemReports::follow(window);
     return window;
 }
 

@@ -7,7 +7,8 @@ Item {
     id: root
 
     readonly property alias player: player
-    readonly property alias output: output
+    // Qt's software renderer draws pictures, and no video.
+    readonly property bool drawsFrames: GraphicsInfo.api === GraphicsInfo.Software
 
     function play(media: MediaLoader) {
         if (devices.defaultAudioOutput.description === "")
@@ -30,7 +31,7 @@ Item {
     MediaPlayer {
         id: player
         loops: MediaPlayer.Infinite
-        videoOutput: output
+        videoOutput: root.drawsFrames ? frames : output
         // The FFmpeg backend of Qt 6.4 stops after the first round, and cannot start while it tells so.
         onMediaStatusChanged: {
             if (mediaStatus === MediaPlayer.EndOfMedia)
@@ -47,6 +48,15 @@ Item {
     VideoOutput {
         id: output
         anchors.fill: parent
+        visible: !root.drawsFrames
         fillMode: VideoOutput.PreserveAspectFit
+    }
+
+    FrameLayer {
+        id: frames
+        objectName: "frames"
+        anchors.fill: parent
+        visible: root.drawsFrames
+        Accessible.ignored: true
     }
 }

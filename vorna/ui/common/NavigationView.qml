@@ -52,8 +52,9 @@ Rectangle {
             opacity: down ? 0.4 : 1
             Accessible.role: Accessible.Button
             Accessible.name: text
-            Keys.onReturnPressed: click()
-            Keys.onEnterPressed: click()
+            Accessible.onPressAction: clicked()
+            Keys.onReturnPressed: clicked()
+            Keys.onEnterPressed: clicked()
             onClicked: root.controller.leftBarButtonPressed()
 
             background: Rectangle {

@@ -33,10 +33,10 @@ std::shared_ptr<ViewController> ViewController::presentedViewController() const 
     return window == nullptr ? nullptr : window->presentedOver(outermost());
 }
 
-void ViewController::present(std::shared_ptr<ViewController> controller, bool animated,
+void ViewController::present(const std::shared_ptr<ViewController>& controller, bool animated,
                              std::function<void()> completion) {
     if (Window* const window = this->window()) {
-        window->present(outermost(), std::move(controller), animated, std::move(completion));
+        window->present(outermost(), controller, animated, std::move(completion));
     } else {
         Window::reportRefusal("the controller to present from is not on show");
     }

@@ -70,7 +70,7 @@ class [[gnu::visibility("default")]] ViewController : public QObject,
     /// Animated: the other arrives in its own transition style. Not animated: it is there at once, or moves
     /// as a transition tells that was added to the window beforehand. The completion runs when the other is
     /// in place: at the end of an animation, or before this call returns; never when there is nothing shown.
-    void present(std::shared_ptr<ViewController> controller, bool animated,
+    void present(const std::shared_ptr<ViewController>& controller, bool animated,
                  std::function<void()> completion = {});
 
     /// Takes this screen away, and no other: what was presented over it stays. A contained controller takes

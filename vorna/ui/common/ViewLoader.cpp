@@ -10,7 +10,7 @@
 #include <utility>
 
 // Keeps the types and files of our QML module in a program that links the library statically.
-extern void qml_register_types_Vorna_Ui();
+extern void qml_register_types_Vorna_Ui();  // NOLINT(readability-identifier-naming)
 
 static void initialiseResources() {
     Q_INIT_RESOURCE(qmake_Vorna_Ui);

@@ -105,8 +105,10 @@ Window::~Window() {
     animation_.reset();
     std::vector<Presentation> ending = std::move(presentations_);
     presentations_.clear();
-    for (auto presentation = ending.rbegin(); presentation != ending.rend(); ++presentation) {
-        presentation->controller->leave();
+    while (!ending.empty()) {
+        const std::shared_ptr<ViewController> topmost = std::move(ending.back().controller);
+        ending.pop_back();
+        topmost->leave();
     }
 }
 
@@ -201,7 +203,7 @@ bool Window::isCovered(std::vector<Presentation>::const_iterator presentation) c
                        [](const Presentation& above) { return above.coversFully; });
 }
 
-void Window::present(const ViewController& presenter, std::shared_ptr<ViewController> controller,
+void Window::present(const ViewController& presenter, const std::shared_ptr<ViewController>& controller,
                      bool animated, std::function<void()> completion) {
     if (!finishTransition()) {
         return;
@@ -264,19 +266,19 @@ void Window::dismiss(const ViewController& controller, bool animated, std::funct
     found->isLeaving = true;
     const QPointer<QQuickItem> layer = found->layer;
     settle();
-    const auto end = [this, leaving, completion = animated ? std::move(completion) : nullptr] {
-        remove(*leaving);
-        if (completion) {
-            completion();
-        }
-    };
     if (animated) {
-        run(transitionOf(*leaving, false), {{}, {layer}}, end);
+        run(transitionOf(*leaving, false), {{}, {layer}},
+            [this, leaving, completion = std::move(completion)] {
+                remove(*leaving);
+                if (completion) {
+                    completion();
+                }
+            });
         return;
     }
     const QPointer<QQuickItem> uncovered =
         found == presentations_.begin() ? hostLayer_ : std::prev(found)->layer;
-    run(*attached, {{uncovered}, {layer}}, end);
+    run(*attached, {{uncovered}, {layer}}, [this, leaving] { remove(*leaving); });
     if (completion) {
         completion();
     }
@@ -335,6 +337,7 @@ bool Window::finishTransition() {
 void Window::settle() {
     bool isHidden = false;
     bool isBelow = false;
+    // NOLINTNEXTLINE(modernize-loop-convert): clang 14 cannot compile the views of libstdc++ 12
     for (auto presentation = presentations_.rbegin(); presentation != presentations_.rend(); ++presentation) {
         if (presentation->layer) {
             presentation->layer->setVisible(!isHidden);

@@ -134,8 +134,8 @@ class [[gnu::visibility("default")]] Window final : public QObject {
     static void reportRefusal(std::string_view reason);
 
     std::shared_ptr<ViewController> presentedOver(const ViewController& controller) const;
-    void present(const ViewController& presenter, std::shared_ptr<ViewController> controller, bool animated,
-                 std::function<void()> completion);
+    void present(const ViewController& presenter, const std::shared_ptr<ViewController>& controller,
+                 bool animated, std::function<void()> completion);
     void dismiss(const ViewController& controller, bool animated, std::function<void()> completion);
 
     std::vector<Presentation>::iterator find(const ViewController& controller);
@@ -146,9 +146,9 @@ class [[gnu::visibility("default")]] Window final : public QObject {
     /// False when that has led to the end of this window.
     bool finishTransition();
     void settle();
-    void focus(QQuickItem * item);
+    static void focus(QQuickItem * item);
     void adoptHostItems();
-    QQuickItem& makeLayer(QQuickItem & parent);
+    static QQuickItem& makeLayer(QQuickItem & parent);
 
     /// While it is destroyed it still tells of changes, and is no QQuickWindow any more.
     const QPointer<QObject> quickWindow_;

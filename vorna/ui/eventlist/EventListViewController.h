@@ -14,7 +14,7 @@
 
 namespace vorna::ui {
 
-class EventListViewController final : public ViewController {
+class EventListViewController final : public vorna::ui::ViewController {
     Q_OBJECT
     Q_PROPERTY(vorna::ui::EventListModel* tableView READ tableView CONSTANT)
     QML_ELEMENT

@@ -18,7 +18,7 @@
 
 namespace vorna::ui {
 
-class OnboardingPaywallScreenViewController final : public MediaScreenViewController {
+class OnboardingPaywallScreenViewController final : public vorna::ui::MediaScreenViewController {
     Q_OBJECT
     Q_PROPERTY(QString titleText READ titleText CONSTANT)
     Q_PROPERTY(QString headingText READ headingText CONSTANT)

@@ -8,7 +8,7 @@
 
 namespace vorna::ui {
 
-class PaidProductLoadingScreenView : public ViewController {
+class PaidProductLoadingScreenView : public vorna::ui::ViewController {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the overlay's flow")

@@ -29,7 +29,7 @@ void PaywallFlow::showPaywall(std::string_view jsonString) {
         log::debug({"❌ Failed to find top view controller"});
         return;
     }
-    const PaywallParameters& paywall = std::get<PaywallParameters>(decoded);
+    const auto& paywall = std::get<PaywallParameters>(decoded);
     if (const std::vector<std::string> missing = validate(paywall); !missing.empty()) {
         showJSONErrorScreen("Paywall", missingFieldsMessage(missing));
         return;

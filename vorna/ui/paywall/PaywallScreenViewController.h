@@ -13,7 +13,7 @@
 
 namespace vorna::ui {
 
-class PaywallScreenViewController final : public MediaScreenViewController {
+class PaywallScreenViewController final : public vorna::ui::MediaScreenViewController {
     Q_OBJECT
     Q_PROPERTY(QString headingText READ headingText CONSTANT)
     Q_PROPERTY(QStringList details READ details CONSTANT)

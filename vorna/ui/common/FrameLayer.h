@@ -1,0 +1,28 @@
+#pragma once
+
+/// Draws a video frame by frame as pictures, for renderers that cannot draw video themselves: Qt's software
+/// renderer.
+
+#include <vorna/ui/common/ImageLayer.h>
+
+#include <QtMultimedia/QVideoSink>
+#include <QtQmlIntegration/qqmlintegration.h>
+
+namespace vorna::ui {
+
+/// Serves as a media player's `videoOutput`.
+class FrameLayer : public vorna::ui::ImageLayer {
+    Q_OBJECT
+    QML_ELEMENT
+
+  public:
+    explicit FrameLayer(QQuickItem* parent = nullptr);
+
+    /// Asked by players, which look for it by its name.
+    Q_INVOKABLE QVideoSink* videoSink() { return &sink_; }
+
+  private:
+    QVideoSink sink_;
+};
+
+}  // namespace vorna::ui
