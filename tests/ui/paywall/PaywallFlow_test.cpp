@@ -1,0 +1,352 @@
+#include <vorna/core/VornaCoreSDK.h>
+
+#include <tests/support/RecordedEvents.h>
+#include <tests/support/ui/OnboardingDocument.h>
+#include <tests/support/ui/PaidDocument.h>
+#include <tests/support/ui/PrintedLines.h>
+#include <tests/support/ui/ScreenHost.h>
+
+#include <gmock/gmock.h>
+
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace vorna {
+namespace {
+
+using std::chrono::milliseconds;
+using support::eventually;
+using support::letTimePass;
+using support::paywallText;
+using support::PrintedLines;
+using support::ScreenHost;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const char* closed = "[VornaSDK] Paywall screen closed";
+constexpr const char* nothingToClose = "[VornaSDK] No paywall screen to close";
+constexpr const char* noTop = "[VornaSDK] ❌ Failed to find top view controller";
+/// What judging a document prints when nothing is missing.
+constexpr const char* complete = "[]";
+
+/// What is asked of the screens is done at a later turn of the event loop; this lets them come.
+void turn() {
+    letTimePass(milliseconds(5));
+}
+
+std::string heading(ScreenHost& host) {
+    const QQuickItem* const label = host.find("headingLabel");
+    return label == nullptr ? "" : label->property("text").toString().toStdString();
+}
+
+/// Shows one and waits until it has arrived.
+void showPaywall(ScreenHost& host, const std::string& text = paywallText()) {
+    const std::size_t before = host.screens().size();
+    VornaCoreSDK::ShowPaywall(text);
+    ASSERT_TRUE(eventually([&] { return host.screens().size() == before + 1; }));
+    host.settle();
+}
+
+class Paywall : public testing::Test {
+  protected:
+    const support::RecordedEvents platform_;
+    ScreenHost host_{QSize(390, 844)};
+};
+
+TEST_F(Paywall, ArrivesAtALaterTurnAnimatedAndCoversAll) {
+    PrintedLines printed;
+    VornaCoreSDK::ShowPaywall(paywallText());
+    EXPECT_TRUE(host_.screens().empty()) << "the call returns at once";
+    ASSERT_TRUE(eventually([&] { return host_.screens().size() == 1; }));
+    EXPECT_TRUE(host_.window().isMoving());
+    host_.settle();
+    EXPECT_EQ(ScreenHost::geometry(host_.topView()), QRectF(0, 0, 390, 844));
+    EXPECT_FALSE(host_.content()->isVisible());
+    EXPECT_THAT(printed.take(), ElementsAre(complete));
+    EXPECT_THAT(host_.notifications(), IsEmpty());
+}
+
+TEST_F(Paywall, IsClosedByTheHostAlone) {
+    showPaywall(host_);
+    host_.click(host_.find("actionButton"));
+    host_.click(host_.find("exitButton"));
+    host_.click(host_.find("restoreButton"));
+    letTimePass(milliseconds(50));
+    EXPECT_FALSE(host_.window().isMoving());
+    EXPECT_EQ(host_.screens().size(), 1U);
+
+    PrintedLines printed;
+    VornaCoreSDK::ClosePaywall();
+    EXPECT_EQ(host_.screens().size(), 1U) << "the call returns at once";
+    ASSERT_TRUE(eventually([&] { return host_.screens().empty(); }));
+    EXPECT_TRUE(host_.window().isMoving());
+    EXPECT_THAT(printed.take(), IsEmpty()) << "it is closed when it has left";
+    host_.settle();
+    EXPECT_THAT(printed.take(), ElementsAre(closed));
+    EXPECT_TRUE(host_.content()->isVisible());
+}
+
+TEST_F(Paywall, IsClosedOnceForTwoCalls) {
+    showPaywall(host_);
+    PrintedLines printed;
+    VornaCoreSDK::ClosePaywall();
+    VornaCoreSDK::ClosePaywall();
+    turn();
+    host_.settle();
+    EXPECT_THAT(printed.take(), ElementsAre(closed));
+    VornaCoreSDK::ClosePaywall();
+    turn();
+    host_.settle();
+    EXPECT_THAT(printed.take(), IsEmpty());
+}
+
+TEST_F(Paywall, HasNothingToCloseBeforeTheFirst) {
+    PrintedLines printed;
+    VornaCoreSDK::ClosePaywall();
+    turn();
+    EXPECT_THAT(printed.take(), ElementsAre(nothingToClose));
+}
+
+TEST_F(Paywall, PrintsNothingWithoutDebug) {
+    PrintedLines printed;
+    VornaCoreSDK::debug = false;
+    VornaCoreSDK::ClosePaywall();
+    VornaCoreSDK::ShowPaywall("{");
+    turn();
+    EXPECT_THAT(printed.take(), IsEmpty());
+}
+
+TEST_F(Paywall, GivesWayToNobody) {
+    showPaywall(host_, paywallText({{"heading", "One"}}));
+    showPaywall(host_, paywallText({{"heading", "Two"}}));
+    EXPECT_EQ(host_.screens().size(), 2U);
+    EXPECT_EQ(heading(host_), "Two");
+
+    PrintedLines printed;
+    VornaCoreSDK::ClosePaywall();
+    ASSERT_TRUE(eventually([&] { return host_.screens().size() == 1; }));
+    host_.settle();
+    EXPECT_EQ(heading(host_), "One");
+    VornaCoreSDK::ClosePaywall();
+    turn();
+    host_.settle();
+    EXPECT_EQ(host_.screens().size(), 1U) << "only the one presented last can be closed";
+    EXPECT_THAT(printed.take(), ElementsAre(closed));
+    host_.click(host_.find("exitButton"));
+    EXPECT_THAT(host_.notificationNames(), ElementsAre("Vorna_PaywallScreenClosed")) << "the first still works";
+}
+
+TEST_F(Paywall, MayComeTwiceInARow) {
+    VornaCoreSDK::ShowPaywall(paywallText({{"heading", "One"}}));
+    VornaCoreSDK::ShowPaywall(paywallText({{"heading", "Two"}}));
+    ASSERT_TRUE(eventually([&] { return host_.screens().size() == 2; }));
+    host_.settle();
+    EXPECT_EQ(heading(host_), "Two");
+    host_.click(host_.find("exitButton"));
+    EXPECT_EQ(host_.notifications().size(), 1U);
+}
+
+TEST_F(Paywall, MayComeWhileAnotherArrives) {
+    VornaCoreSDK::ShowPaywall(paywallText({{"heading", "One"}}));
+    ASSERT_TRUE(eventually([&] { return host_.window().isMoving(); }));
+    letTimePass(milliseconds(100));
+    EXPECT_TRUE(host_.window().isMoving());
+    VornaCoreSDK::ShowPaywall(paywallText({{"heading", "Two"}}));
+    ASSERT_TRUE(eventually([&] { return host_.screens().size() == 2; }));
+    host_.settle();
+    EXPECT_EQ(heading(host_), "Two");
+}
+
+TEST_F(Paywall, MayComeWhileAnotherLeaves) {
+    showPaywall(host_, paywallText({{"heading", "One"}}));
+    PrintedLines printed;
+    VornaCoreSDK::ClosePaywall();
+    ASSERT_TRUE(eventually([&] { return host_.window().isMoving(); }));
+    letTimePass(milliseconds(100));
+    EXPECT_TRUE(host_.window().isMoving());
+    VornaCoreSDK::ShowPaywall(paywallText({{"heading", "Two"}}));
+    ASSERT_TRUE(eventually([&] { return host_.screens().size() == 1 && heading(host_) == "Two"; }));
+    host_.settle();
+    EXPECT_THAT(printed.take(), ElementsAre(complete, closed));
+    VornaCoreSDK::ClosePaywall();
+    ASSERT_TRUE(eventually([&] { return host_.screens().empty(); }));
+    host_.settle();
+    EXPECT_THAT(printed.take(), ElementsAre(closed));
+}
+
+TEST_F(Paywall, MayBeClosedWhileItArrives) {
+    VornaCoreSDK::ShowPaywall(paywallText());
+    VornaCoreSDK::ClosePaywall();
+    turn();
+    host_.settle();
+    EXPECT_THAT(host_.screens(), IsEmpty());
+    EXPECT_TRUE(host_.content()->isVisible());
+}
+
+TEST_F(Paywall, ComesOverAnOnboarding) {
+    VornaCoreSDK::ShowOnboarding(support::documentOf({support::basicStep("One")}));
+    host_.settle();
+    showPaywall(host_);
+    EXPECT_EQ(host_.screens().size(), 2U);
+    VornaCoreSDK::ClosePaywall();
+    ASSERT_TRUE(eventually([&] { return host_.screens().size() == 1; }));
+    host_.settle();
+    EXPECT_EQ(host_.find("titleLabel")->property("text"), QStringLiteral("One"));
+}
+
+TEST_F(Paywall, LetsGoOfTheOnboardingStepAsItCloses) {
+    const auto step = [&] { return support::documentOf({support::basicStep("Step")}); };
+    VornaCoreSDK::ShowOnboarding(step());
+    host_.settle();
+    const std::weak_ptr<ui::ViewController> first = host_.screens().front();
+    VornaCoreSDK::ShowOnboarding(step());
+    host_.settle();
+    const std::weak_ptr<ui::ViewController> second = host_.screens().back();
+    showPaywall(host_);
+    VornaCoreSDK::ClosePaywall();
+    ASSERT_TRUE(eventually([&] { return host_.screens().size() == 2; }));
+    host_.settle();
+    // What is on show is not touched, and can still be closed as a whole.
+    EXPECT_FALSE(first.expired());
+    EXPECT_FALSE(second.expired());
+    PrintedLines printed;
+    VornaCoreSDK::CloseOnboarding();
+    EXPECT_THAT(printed.take(), ElementsAre("[VornaSDK] ✅ All onboarding screens dismissed"));
+    EXPECT_THAT(host_.screens(), IsEmpty());
+}
+
+TEST_F(Paywall, LetsTheNextOnboardingMoveInItsOwnWindowAfterClosing) {
+    // The push of a step runs in the window of the step before it. One that is remembered from another window
+    // would take the push there, and the new step would come without moving.
+    VornaCoreSDK::ShowOnboarding(support::documentOf({support::basicStep("One")}));
+    host_.settle();
+    {
+        ScreenHost other(QSize(390, 844));
+        VornaCoreSDK::ShowOnboarding(support::documentOf({support::basicStep("Two")}));
+        ASSERT_EQ(other.screens().size(), 1U);
+        EXPECT_FALSE(other.window().isMoving()) << "the push went to the first window";
+        showPaywall(other);
+        VornaCoreSDK::ClosePaywall();
+        ASSERT_TRUE(eventually([&] { return other.screens().size() == 1; }));
+        other.settle();
+        host_.window().makeKey();
+        VornaCoreSDK::ShowOnboarding(support::documentOf({support::basicStep("Three")}));
+        EXPECT_TRUE(host_.window().isMoving()) << "nothing remembers the step in the other window";
+    }
+}
+
+TEST_F(Paywall, ShowsWhatItsDocumentLacks) {
+    PrintedLines printed;
+    showPaywall(host_, "{}");
+    EXPECT_EQ(host_.screens().size(), 1U);
+    const std::vector<std::string> lines = printed.take();
+    ASSERT_EQ(lines.size(), 1U);
+    EXPECT_EQ(host_.find("actionButton"), nullptr);
+    QString text;
+    for (const QQuickItem* const item : host_.topView()->childItems()) {
+        text += item->property("text").toString();
+    }
+    EXPECT_EQ(text.toStdString(),
+              "⚠️ Paywall JSON Hatası:\n\nEksik alanlar:\nactionButtonColor1\nactionButtonColor2\n"
+              "backgroundColor\nbuttonTitle\nbuttonTitleColor\ndetails\ndetailsColor\nfootNote\n"
+              "footNoteColor\nheading\nheadingColor\nmedia\npaidProducts (boş)\nprivacyPolicy\n"
+              "privacyPolicyColor\nrestoreButtonColor\nselectedPaidProduct\ntermsOfUse\ntermsOfUseColor");
+    VornaCoreSDK::ClosePaywall();
+    turn();
+    EXPECT_THAT(printed.take(), ElementsAre(nothingToClose)) << "the error screen is no paywall";
+    EXPECT_EQ(host_.screens().size(), 1U);
+    EXPECT_THAT(host_.notifications(), IsEmpty());
+}
+
+TEST_F(Paywall, SaysWhyADocumentCannotBeRead) {
+    PrintedLines printed;
+    VornaCoreSDK::ShowPaywall("\xff\xfe");
+    turn();
+    EXPECT_THAT(printed.take(), ElementsAre("[VornaSDK] ❌ Failed to convert JSON string to Data"));
+    for (const std::string_view text : {"", "{", "[]", R"({"heading":7})", "not json"}) {
+        SCOPED_TRACE(text);
+        VornaCoreSDK::ShowPaywall(text);
+        turn();
+        const std::vector<std::string> lines = printed.take();
+        ASSERT_EQ(lines.size(), 1U);
+        EXPECT_THAT(lines.front(), testing::StartsWith("[VornaSDK] ❌ JSON Parsing Error: "));
+        EXPECT_GT(lines.front().size(), std::string("[VornaSDK] ❌ JSON Parsing Error: ").size());
+    }
+    EXPECT_THAT(host_.screens(), IsEmpty());
+}
+
+TEST_F(Paywall, MayBeAskedForOnAnyThread) {
+    std::thread([] { VornaCoreSDK::ShowPaywall(paywallText()); }).join();
+    ASSERT_TRUE(eventually([&] { return host_.screens().size() == 1; }));
+    host_.settle();
+    std::thread([] { VornaCoreSDK::ClosePaywall(); }).join();
+    ASSERT_TRUE(eventually([&] { return host_.screens().empty(); }));
+    host_.settle();
+}
+
+TEST_F(Paywall, EndsWithItsWindow) {
+    showPaywall(host_, paywallText({{"exitButtonDelay", 1}}));
+    const std::weak_ptr<ui::ViewController> screen = host_.screens().front();
+    testing::internal::CaptureStderr();
+    PrintedLines printed;
+    host_.close();
+    EXPECT_FALSE(screen.expired()) << "the one presented last is remembered";
+    VornaCoreSDK::ClosePaywall();
+    VornaCoreSDK::ShowPaywall(paywallText());
+    VornaCoreSDK::ShowPaywall("{}");
+    letTimePass(milliseconds(1200));
+    EXPECT_THAT(printed.take(), ElementsAre(noTop, noTop)) << "found out before the document is judged";
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "nothing refers to what is gone";
+
+    ScreenHost next(QSize(390, 844));
+    showPaywall(next);
+    next.click(next.find("exitButton"));
+    VornaCoreSDK::ClosePaywall();
+    ASSERT_TRUE(eventually([&] { return next.screens().empty(); }));
+    next.settle();
+    EXPECT_THAT(printed.take(), ElementsAre(complete, closed));
+}
+
+TEST_F(Paywall, MayLoseItsWindowWhileItMoves) {
+    VornaCoreSDK::ShowPaywall(paywallText());
+    ASSERT_TRUE(eventually([&] { return host_.window().isMoving(); }));
+    letTimePass(milliseconds(60));
+    testing::internal::CaptureStderr();
+    host_.close();
+    letTimePass(milliseconds(500));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(Paywall, MayBeClosedFromWithinAnObserverOfItsTaps) {
+    showPaywall(host_);
+    const auto observation = NotificationCenter::defaultCenter().addObserver(
+        VornaCoreSDK::PaywallScreenClosed, [](const Notification&) { VornaCoreSDK::ClosePaywall(); });
+    const auto other = NotificationCenter::defaultCenter().addObserver(
+        VornaCoreSDK::PaidProductClicked,
+        [](const Notification&) { VornaCoreSDK::ShowPaywall(paywallText({{"heading", "Two"}})); });
+    host_.click(support::findItems(host_.topView(), "productCell").front());
+    ASSERT_TRUE(eventually([&] { return host_.screens().size() == 2; }));
+    host_.settle();
+    host_.click(host_.find("exitButton"));
+    ASSERT_TRUE(eventually([&] { return host_.screens().size() == 1; }));
+    host_.settle();
+    EXPECT_EQ(heading(host_), "Heading");
+}
+
+TEST(PaywallWithoutAWindow, FindsNothingToBeShownOver) {
+    const support::RecordedEvents platform;
+    PrintedLines printed;
+    VornaCoreSDK::ShowPaywall(paywallText());
+    VornaCoreSDK::ClosePaywall();
+    turn();
+    EXPECT_THAT(printed.take(), ElementsAre(noTop, nothingToClose));
+    // A window that comes later shows nothing of that.
+    ScreenHost host;
+    turn();
+    EXPECT_THAT(host.screens(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace vorna
