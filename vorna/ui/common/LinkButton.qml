@@ -14,8 +14,9 @@ T.AbstractButton {
     opacity: down ? 0.5 : 1
     Accessible.role: Accessible.Button
     Accessible.name: text
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Accessible.onPressAction: clicked()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     background: FocusRing {
         shown: root.visualFocus

@@ -3,7 +3,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Vorna.Ui
 
-T.AbstractButton {
+// Qt 6.4 tells assistive technology the role and the state of the template, whatever is said here.
+T.RadioButton {
     id: root
 
     required property int index
@@ -12,13 +13,15 @@ T.AbstractButton {
     readonly property real shadowReach: 24
 
     text: cell.look.titleText
-    checkable: false
+    checked: cell.isSelected
     Accessible.role: Accessible.RadioButton
     Accessible.name: [cell.look.titleText, cell.look.isDescriptionShown ? cell.look.descriptionText : "", cell.look.priceText, cell.look.isTagShown ? cell.look.tagText : "", cell.look.isBadgeShown ? cell.look.badgeText : ""].filter(text => text !== "").join(", ")
     Accessible.checkable: true
-    Accessible.checked: cell.isSelected
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Accessible.checked: checked
+    Accessible.onPressAction: clicked()
+    Accessible.onToggleAction: clicked()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     CardShadow {
         x: container.x - root.shadowReach
