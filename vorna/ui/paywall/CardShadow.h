@@ -1,7 +1,7 @@
 #pragma once
 
-/// The soft shadow under a card with round corners. It is drawn around the item, which lies where the card
-/// lies, and spares what the card covers.
+/// The soft shadow under a card with round corners, as if the card were opaque. The item is larger than the
+/// card, by a margin on each side, and lies below it.
 
 #include <QtGui/QColor>
 #include <QtQmlIntegration/qqmlintegration.h>

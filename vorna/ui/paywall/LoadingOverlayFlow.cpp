@@ -8,7 +8,8 @@
 namespace vorna::ui {
 
 void LoadingOverlayFlow::show() {
-    if (onShow_.currentLoadingScreen) {
+    // One whose window has gone, and that has gone with it, keeps none from coming.
+    if (onShow_.currentLoadingScreen && onShow_.currentLoadingScreen->window() != nullptr) {
         return;
     }
     const std::shared_ptr<ViewController> top = topViewController();
