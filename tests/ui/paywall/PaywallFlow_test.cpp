@@ -297,8 +297,8 @@ TEST_F(Paywall, EndsWithItsWindow) {
     VornaCoreSDK::ShowPaywall(paywallText());
     VornaCoreSDK::ShowPaywall("{}");
     letTimePass(milliseconds(1200));
-    EXPECT_THAT(printed.take(), ElementsAre(noTop, noTop)) << "found out before the document is judged";
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "nothing refers to what is gone";
+    EXPECT_THAT(printed.take(), ElementsAre(noTop, noTop)) << "found out before the document is judged";
 
     ScreenHost next(QSize(390, 844));
     showPaywall(next);

@@ -5,8 +5,6 @@
 #include <tests/support/ui/PaidDocument.h>
 #include <tests/support/ui/ScreenHost.h>
 
-#include <vorna/ui/common/Services.h>
-
 #include <QtCore/QBuffer>
 #include <QtGui/QAccessible>
 #include <QtGui/QGuiApplication>
@@ -362,7 +360,7 @@ TEST_F(PaywallScreen, OpensWhatBothLinksShare) {
 }
 
 TEST_F(PaywallScreen, OpensNoLinkThatCannotBeRead) {
-    show({{"termsOfUse", "not an address"}, {"privacyPolicy", "http://"}});
+    show({{"termsOfUse", "not an address"}, {"privacyPolicy", "https://[half"}});
     host_.click(host_.find("termsOfUseButton"));
     host_.click(host_.find("privacyPolicyButton"));
     EXPECT_THAT(links_.take(), IsEmpty());
@@ -381,7 +379,8 @@ TEST_F(PaywallScreen, HasItsCloseButtonAtOnceForNoDelayOrLess) {
                                      std::numeric_limits<std::int64_t>::min()}) {
         SCOPED_TRACE(delay);
         VornaCoreSDK::ShowPaywall(support::paywallText({{"exitButtonDelay", delay}}));
-        ASSERT_TRUE(eventually([&] { return host_.screens().size() == 1; }));
+        QCoreApplication::sendPostedEvents();
+        ASSERT_EQ(host_.screens().size(), 1U);
         EXPECT_EQ(host_.find("exitButton"), nullptr) << "at the next turn, not before";
         EXPECT_TRUE(eventually([&] { return host_.find("exitButton") != nullptr; }, milliseconds(200)));
         VornaCoreSDK::ClosePaywall();
@@ -427,9 +426,12 @@ TEST_F(PaywallScreen, NamesItsControlsForAssistiveTechnology) {
     is("collectionView", QAccessible::Grouping, "Products");
     is("actionButton", QAccessible::Button, "Continue");
     is("footnoteLabel", QAccessible::StaticText, "Foot note");
-    is("termsOfUseButton", QAccessible::Link, "Terms of Use");
+    // Qt 6.4 tells the role of its template.
+    const QAccessible::Role link =
+        QT_VERSION < QT_VERSION_CHECK(6, 5, 0) ? QAccessible::Button : QAccessible::Link;
+    is("termsOfUseButton", link, "Terms of Use");
     is("restoreButton", QAccessible::Button, "Restore Purchase");
-    is("privacyPolicyButton", QAccessible::Link, "Privacy Policy");
+    is("privacyPolicyButton", link, "Privacy Policy");
     is("exitButton", QAccessible::Button, "Close");
     for (const std::string_view name :
          {"actionButton", "restoreButton", "exitButton", "termsOfUseButton", "privacyPolicyButton"}) {
@@ -457,7 +459,8 @@ TEST_F(PaywallScreen, IsTheOtherWayRoundWhereReadingGoesFromRightToLeft) {
     const std::vector<QQuickItem*> cells = support::findItems(host_.topView(), "productCell");
     ASSERT_EQ(cells.size(), 3U);
     for (const QQuickItem* const cell : cells) {
-        const double right = 370.5 - cell->property("index").toInt() * (110.333 + 10);
+        const double right = ScreenHost::geometry(host_.find("collectionView")).right() -
+                             cell->property("index").toInt() * (110.333 + 10);
         EXPECT_NEAR(ScreenHost::geometry(cell).right(), right, 0.01);
     }
     QGuiApplication::setLayoutDirection(Qt::LeftToRight);
@@ -465,8 +468,6 @@ TEST_F(PaywallScreen, IsTheOtherWayRoundWhereReadingGoesFromRightToLeft) {
 
 class PaywallMedia : public testing::Test {
   protected:
-    PaywallMedia() { ui::services::provide({http_, nullptr, nullptr}); }
-
     /// Waits for that many requests in all, and answers the oldest that waits.
     void answer(std::size_t count, support::HttpAnswer answer) {
         ASSERT_TRUE(eventually([&] { return http_->requestCount() == count; }));
@@ -488,7 +489,7 @@ class PaywallMedia : public testing::Test {
     }
 
     const support::RecordedEvents platform_;
-    std::shared_ptr<support::RecordingHttpClient> http_ = std::make_shared<support::RecordingHttpClient>();
+    const std::shared_ptr<support::RecordingHttpClient> http_ = platform_.http;
     ScreenHost host_{QSize(390, 844)};
 };
 
