@@ -10,7 +10,7 @@ Rectangle {
     readonly property Window window: controller.window
 
     color: "white"
-    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
+    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft // qmllint disable
     LayoutMirroring.childrenInherit: true
 
     Rectangle {

@@ -11,7 +11,7 @@ Rectangle {
     readonly property real screenHeight: window.screenHeight
 
     color: controller.backgroundColor
-    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
+    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft // qmllint disable
     LayoutMirroring.childrenInherit: true
 
     MediaArea {
@@ -132,6 +132,7 @@ Rectangle {
 
     Loader {
         active: root.controller.isExitButtonShown
+        // qmllint disable unqualified
         sourceComponent: CloseButton {
             objectName: "exitButton"
             parent: root
@@ -142,5 +143,6 @@ Rectangle {
             font.bold: true
             onClicked: root.controller.exitButtonTapped()
         }
+        // qmllint enable unqualified
     }
 }

@@ -10,7 +10,7 @@ Rectangle {
     readonly property real screenHeight: window.screenHeight
 
     color: controller.backgroundColor
-    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
+    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft // qmllint disable
     LayoutMirroring.childrenInherit: true
 
     MediaArea {
@@ -46,6 +46,7 @@ Rectangle {
         Repeater {
             model: root.controller.details
 
+            // qmllint disable unqualified
             Label {
                 required property string modelData
 
@@ -56,6 +57,7 @@ Rectangle {
                 color: root.controller.detailsColor
                 font.pixelSize: 16
             }
+            // qmllint enable unqualified
         }
     }
 
@@ -134,6 +136,7 @@ Rectangle {
 
     Loader {
         active: root.controller.isExitButtonShown
+        // qmllint disable unqualified
         sourceComponent: CloseButton {
             objectName: "exitButton"
             parent: root
@@ -144,5 +147,6 @@ Rectangle {
             font.bold: true
             onClicked: root.controller.exitTapped()
         }
+        // qmllint enable unqualified
     }
 }

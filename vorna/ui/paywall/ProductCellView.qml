@@ -15,7 +15,7 @@ T.RadioButton {
     text: cell.look.titleText
     checked: cell.isSelected
     Accessible.role: Accessible.RadioButton
-    Accessible.name: [cell.look.titleText, cell.look.isDescriptionShown ? cell.look.descriptionText : "", cell.look.priceText, cell.look.isTagShown ? cell.look.tagText : "", cell.look.isBadgeShown ? cell.look.badgeText : ""].filter(text => text !== "").join(", ")
+    Accessible.name: [cell.look.titleText, cell.look.isDescriptionShown ? cell.look.descriptionText : "", cell.look.priceText, cell.look.isTagShown ? cell.look.tagText : "", cell.look.isBadgeShown ? cell.look.badgeText : ""].filter(text => text !== "").join(", ") // qmllint disable
     Accessible.checkable: true
     Accessible.checked: checked
     Accessible.onPressAction: clicked()

@@ -37,6 +37,7 @@ ListView {
     Accessible.role: Accessible.Grouping
     Accessible.name: "Products"
 
+    // qmllint disable unqualified
     delegate: ProductCellView {
         objectName: "productCell"
         width: root.itemWidth
@@ -50,6 +51,7 @@ ListView {
             }
         }
     }
+    // qmllint enable unqualified
 
     // Most mice have but a vertical wheel.
     WheelHandler {
