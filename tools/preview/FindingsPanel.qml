@@ -1,0 +1,151 @@
+// What stands beside the picture: what the document is shown on, what is wrong with it, what the library has
+// told the host, and the keys.
+import QtQuick
+import VornaPreview
+
+Window {
+    id: root
+
+    required property Board board
+    readonly property color ink: board.isDark ? "#e8eaf0" : "#1d2026"
+    readonly property color faintInk: board.isDark ? "#9aa0ad" : "#5f6571"
+
+    title: board.document + ": findings"
+    width: 440
+    height: 700
+    color: board.isDark ? "#16181d" : "#ffffff"
+
+    component Caption: Text {
+        color: root.faintInk
+        font.pixelSize: 12
+        textFormat: Text.PlainText
+        width: parent.width
+        wrapMode: Text.Wrap
+    }
+
+    Column {
+        id: head
+        anchors.top: parent.top
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.margins: 16
+        spacing: 4
+
+        Text {
+            width: parent.width
+            text: root.board.document
+            textFormat: Text.PlainText
+            color: root.ink
+            font.pixelSize: 18
+            font.bold: true
+            elide: Text.ElideMiddle
+        }
+
+        Caption {
+            text: root.board.device
+        }
+
+        Caption {
+            text: root.board.status
+        }
+
+        Caption {
+            topPadding: 12
+            text: root.board.findingsCount === 0 ? "No findings" : root.board.findingsCount === 1 ? "1 finding" : root.board.findingsCount + " findings"
+        }
+    }
+
+    ListView {
+        objectName: "findings"
+        anchors.top: head.bottom
+        anchors.left: head.left
+        anchors.right: head.right
+        anchors.bottom: foot.top
+        anchors.topMargin: 8
+        anchors.bottomMargin: 12
+        clip: true
+        spacing: 8
+        model: root.board.findings
+
+        delegate: Column {
+            id: row
+
+            required property string severity
+            required property string path
+            required property string place
+            required property string message
+            readonly property bool isError: severity === "error"
+
+            width: ListView.view.width
+
+            Item {
+                width: parent.width
+                height: where.height
+
+                Text {
+                    id: where
+                    width: parent.width - spot.width - 8
+                    text: row.severity + (row.path === "" ? "" : "  " + row.path)
+                    textFormat: Text.PlainText
+                    color: row.isError ? (root.board.isDark ? "#ff8a80" : "#b3261e") : (root.board.isDark ? "#ffcc66" : "#7a5300")
+                    font.pixelSize: 13
+                    font.bold: true
+                    elide: Text.ElideMiddle
+                }
+
+                Text {
+                    id: spot
+                    anchors.right: parent.right
+                    text: row.place
+                    color: root.faintInk
+                    font.pixelSize: 13
+                }
+            }
+
+            Text {
+                width: parent.width
+                text: row.message
+                textFormat: Text.PlainText
+                color: root.ink
+                font.pixelSize: 13
+                wrapMode: Text.Wrap
+            }
+        }
+    }
+
+    Column {
+        id: foot
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        anchors.margins: 16
+        spacing: 8
+
+        Caption {
+            text: "What the library has told the host"
+        }
+
+        ListView {
+            objectName: "posted"
+            width: parent.width
+            height: 96
+            clip: true
+            model: root.board.posted
+
+            delegate: Text {
+                required property string modelData
+
+                width: ListView.view.width
+                text: modelData
+                textFormat: Text.PlainText
+                color: root.ink
+                font.pixelSize: 11
+                wrapMode: Text.Wrap
+            }
+        }
+
+        Caption {
+            text: "N, P: next, previous device   S: safe area   D: dark, light\nR: reload   O: from the first step   Q: quit"
+        }
+    }
+}

@@ -1,0 +1,19 @@
+#include <tools/preview/PngRenderer.h>
+
+#include <QtCore/QEventLoop>
+#include <QtCore/QTimer>
+
+namespace vorna::preview {
+
+PngRenderer::Picture PngRenderer::render(const Draft& draft, const Device& device, std::size_t step) {
+    window_.become(device);
+    window_.quickWindow().show();
+    QEventLoop loop;
+    QObject::connect(&session_, &PreviewSession::settled, &loop,
+                     [&] { QTimer::singleShot(after_, &loop, &QEventLoop::quit); });
+    session_.show(draft, step);
+    loop.exec();
+    return {window_.quickWindow().grabWindow(), session_.isSomethingShown(), session_.stepOnShow()};
+}
+
+}  // namespace vorna::preview
