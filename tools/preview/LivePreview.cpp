@@ -123,7 +123,7 @@ void LivePreview::take(Draft draft) {
     board_.setFindings(draft_.verdict.findings);
     console::say("changed " + options_.file);
     console::report(options_.file, draft_.verdict);
-    isKept_ = draft_.hasErrors() && session_.isSomethingShown();
+    isKept_ = draft_.hasErrors() && session_.isDocumentShown();
     if (isKept_) {
         board_.setStatus(QStringLiteral("the last picture without errors; R shows what there is now"));
         console::say("kept the last picture");
@@ -140,12 +140,12 @@ void LivePreview::show(Step step) {
 }
 
 void LivePreview::hasSettled() {
-    std::string status = "nothing is shown";
-    if (session_.isSomethingShown()) {
+    std::string status = "the document is not shown";
+    if (session_.isDocumentShown()) {
         status = "shown at " + devices_[device_].name;
         if (draft_.steps > 0) {
-            status += ", step " + std::to_string(session_.stepOnShow()) + " of 0 to " +
-                      std::to_string(draft_.steps - 1);
+            status += ", step " + std::to_string(session_.stepOnShow()) + ", " +
+                      std::to_string(draft_.steps) + " in all";
         }
     }
     board_.setStatus(QString::fromStdString(status));

@@ -13,7 +13,7 @@ PngRenderer::Picture PngRenderer::render(const Draft& draft, const Device& devic
                      [&] { QTimer::singleShot(after_, &loop, &QEventLoop::quit); });
     session_.show(draft, step);
     loop.exec();
-    return {window_.quickWindow().grabWindow(), session_.isSomethingShown(), session_.stepOnShow()};
+    return {window_.quickWindow().grabWindow(), session_.isDocumentShown(), session_.stepOnShow()};
 }
 
 }  // namespace vorna::preview

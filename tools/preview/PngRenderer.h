@@ -22,8 +22,8 @@ class PngRenderer {
 
     struct Picture {
         QImage image;
-        bool isScreen = false;  // the library shows a screen on it
-        std::size_t step = 0;   // which of an onboarding's
+        bool isOfDocument = false;  // and not of a screen that says what is missing, or of none
+        std::size_t step = 0;       // of an onboarding
     };
 
     // Returns when it is there; the event loop runs meanwhile.

@@ -98,12 +98,11 @@ void PreviewSession::show(const Draft& draft, std::size_t step) {
 }
 
 std::size_t PreviewSession::stepOnShow() const {
-    const bool isStep = kind_ == lint::DocumentKind::onboarding && actionButton() != nullptr;
-    return isStep ? screens() - 1 : 0;
+    return kind_ == lint::DocumentKind::onboarding && isDocumentShown() ? screens() - 1 : 0;
 }
 
-bool PreviewSession::isSomethingShown() const {
-    return screens() > 0;
+bool PreviewSession::isDocumentShown() const {
+    return actionButton() != nullptr;
 }
 
 void PreviewSession::clear() {

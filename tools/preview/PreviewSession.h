@@ -41,8 +41,8 @@ class PreviewSession : public QObject {
     // Of an onboarding, counted from 0.
     [[nodiscard]] std::size_t stepOnShow() const;
 
-    // The library has a screen on show: the document's, or one that says what the document lacks.
-    [[nodiscard]] bool isSomethingShown() const;
+    // A screen of the document is on show, not one that says what the document lacks.
+    [[nodiscard]] bool isDocumentShown() const;
 
   Q_SIGNALS:
     // What was asked for stands still, or nothing will come.

@@ -89,7 +89,7 @@ int takePictures(const Options& options, const Draft& draft) {
     bool isShown = true;
     const auto render = [&](const Device& device) {
         PngRenderer::Picture picture = renderer.render(draft, device, step);
-        isShown = isShown && picture.isScreen && picture.step == step;
+        isShown = isShown && picture.isOfDocument && picture.step == step;
         return std::move(picture.image);
     };
     if (!options.picture.empty()) {
@@ -118,7 +118,7 @@ int takePictures(const Options& options, const Draft& draft) {
         }
     }
     if (!isShown) {
-        console::say("not shown as asked: a screen that says what is missing, or none at all");
+        console::say("the document is not shown");
     }
     return isShown && !draft.hasErrors() ? 0 : errorsStatus;
 }

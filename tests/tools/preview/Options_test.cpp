@@ -1,0 +1,112 @@
+#include <tools/preview/Options.h>
+
+#include <gmock/gmock.h>
+
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace vorna::preview {
+namespace {
+
+using testing::HasSubstr;
+
+std::variant<Options, EarlyExit> read(std::vector<const char*> arguments) {
+    arguments.insert(arguments.begin(), "vorna-preview");
+    return readOptions(static_cast<int>(arguments.size()), arguments.data());
+}
+
+Options options(const std::vector<const char*>& arguments) {
+    const auto result = read(arguments);
+    if (const auto* const exit = std::get_if<EarlyExit>(&result)) {
+        ADD_FAILURE() << exit->output;
+        return {};
+    }
+    return std::get<Options>(result);
+}
+
+TEST(PreviewOptions, AreAWindowOfACommonPhoneByDefault) {
+    const Options read = options({"a.json"});
+    EXPECT_EQ(read.file, "a.json");
+    EXPECT_EQ(read.device.name, "390x844");
+    EXPECT_EQ(read.device.safeArea, QMargins(0, 47, 0, 34));
+    EXPECT_EQ(read.scale, 1);
+    EXPECT_EQ(read.step, 0);
+    EXPECT_FALSE(read.kind);
+    EXPECT_FALSE(read.takesPictures());
+}
+
+TEST(PreviewOptions, TakeADeviceByName) {
+    EXPECT_EQ(options({"a.json", "--device", "820x1180"}).device.size, QSize(820, 1180));
+    EXPECT_EQ(options({"a.json", "--device", "320x568", "--safe-area", "1,2,3,4"}).device.safeArea,
+              QMargins(2, 1, 4, 3));
+}
+
+TEST(PreviewOptions, TakeASizeWithAScaleAndWithoutASafeArea) {
+    const Options read = options({"a.json", "--size", "400x500@1.5", "--png", "a.png", "--after", "0.25"});
+    EXPECT_EQ(read.device.size, QSize(400, 500));
+    EXPECT_TRUE(read.device.safeArea.isNull());
+    EXPECT_EQ(read.scale, 1.5);
+    EXPECT_EQ(read.after, std::chrono::milliseconds(250));
+    EXPECT_TRUE(read.takesPictures());
+}
+
+TEST(PreviewOptions, TakeAKindAndAStep) {
+    const Options read = options({"a.json", "--kind", "onboarding", "--step", "2", "--all-sizes", "out"});
+    EXPECT_EQ(read.kind, lint::DocumentKind::onboarding);
+    EXPECT_EQ(read.step, 2);
+    EXPECT_TRUE(read.takesPictures());
+}
+
+struct Mistake {
+    const char* name;
+    std::vector<const char*> arguments;
+    const char* text;
+};
+
+class PreviewMistakes : public testing::TestWithParam<Mistake> {};
+
+TEST_P(PreviewMistakes, EndTheProgramWithStatusTwoAndAReason) {
+    const auto result = read(GetParam().arguments);
+    const auto* const exit = std::get_if<EarlyExit>(&result);
+    ASSERT_NE(exit, nullptr);
+    EXPECT_EQ(exit->status, 2);
+    EXPECT_THAT(exit->output, HasSubstr(GetParam().text));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, PreviewMistakes,
+    testing::Values(
+        Mistake{"NoDocument", {}, "no DOCUMENT given"}, Mistake{"TwoDocuments", {"a", "b"}, "b"},
+        Mistake{"UnknownDevice", {"a", "--device", "391x844"}, "391x844"},
+        Mistake{"SizeOfOneNumber", {"a", "--size", "390"}, "not like 390x844"},
+        Mistake{"SizeOfNothing", {"a", "--size", "0x844"}, "not like 390x844"},
+        Mistake{"SizeBeyondAllScreens", {"a", "--size", "390x8193"}, "not like 390x844"},
+        Mistake{"ScaleOfNothing", {"a", "--size", "390x844@0"}, "not like 390x844"},
+        Mistake{"ScaleThatIsNone", {"a", "--size", "390x844@nan"}, "not like 390x844"},
+        Mistake{"ScaleTooLarge", {"a", "--scale", "5"}, "not between 1 and 4"},
+        Mistake{"SafeAreaOfThreeSides", {"a", "--safe-area", "1,2,3"}, "not like 47,0,34,0"},
+        Mistake{"SafeAreaOfFiveSides", {"a", "--safe-area", "1,2,3,4,5"}, "not like 47,0,34,0"},
+        Mistake{"SafeAreaBelowNothing", {"a", "--safe-area", "-1,0,0,0"}, "not like 47,0,34,0"},
+        Mistake{"StepBelowTheFirst", {"a", "--step", "-1"}, "--step"},
+        Mistake{"AfterWithoutAPicture", {"a", "--after", "1"}, "--after is for pictures"},
+        Mistake{"DeviceAndSize", {"a", "--device", "320x568", "--size", "1x1"}, "does not go with"},
+        Mistake{"PictureAndAllSizes", {"a", "--png", "b", "--all-sizes", "c"}, "does not go with"},
+        Mistake{"SizeAndAllSizes", {"a", "--size", "1x1", "--all-sizes", "c"}, "does not go with"},
+        Mistake{"PictureWithoutAName", {"a", "--png", ""}, "--png"},
+        Mistake{"AuthorityThatIsNotThere", {"a", "--ca", "/nowhere"}, "/nowhere"},
+        Mistake{"UnknownKind", {"a", "--kind", "poster"}, "poster"}),
+    [](const auto& testCase) { return testCase.param.name; });
+
+TEST(PreviewOptions, HelpNamesTheKeysAndTheExitStatus) {
+    const auto result = read({"--help"});
+    const auto* const exit = std::get_if<EarlyExit>(&result);
+    ASSERT_NE(exit, nullptr);
+    EXPECT_EQ(exit->status, 0);
+    EXPECT_THAT(exit->output, HasSubstr("--all-sizes"));
+    EXPECT_THAT(exit->output, HasSubstr("Keys in the window"));
+    EXPECT_THAT(exit->output, HasSubstr("Exit status"));
+}
+
+}  // namespace
+}  // namespace vorna::preview
