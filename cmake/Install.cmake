@@ -29,6 +29,10 @@ install(FILES "${PROJECT_BINARY_DIR}/vorna-core.pc" DESTINATION "${CMAKE_INSTALL
 
 if(VORNA_BUILD_TOOLS)
     install(TARGETS vorna-devserver vorna-lint RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+    # It needs the library of the screens, which a static build has inside.
+    if(TARGET vorna-preview AND NOT BUILD_SHARED_LIBS)
+        install(TARGETS vorna-preview RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+    endif()
     install(DIRECTORY docs/schemas/ DESTINATION "${CMAKE_INSTALL_DATADIR}/vorna/schemas"
         FILES_MATCHING PATTERN "*.schema.json")
 endif()

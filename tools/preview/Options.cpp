@@ -179,7 +179,7 @@ std::variant<Options, EarlyExit> readOptions(int argumentCount, const char* cons
     }
     if ((pictureOption->count() > 0 && options.picture.empty()) ||
         (folderOption->count() > 0 && options.pictureFolder.empty())) {
-        return mistake("pictures need a name");
+        return mistake("--png and --all-sizes need a name");
     }
     if (afterOption->count() > 0 && !options.takesPictures()) {
         return mistake("--after is for pictures: give --png or --all-sizes too");
