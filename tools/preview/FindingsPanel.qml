@@ -7,16 +7,17 @@ Window {
     id: root
 
     required property Board board
-    readonly property color ink: board.isDark ? "#e8eaf0" : "#1d2026"
-    readonly property color faintInk: board.isDark ? "#9aa0ad" : "#5f6571"
 
     title: board.document + ": findings"
     width: 440
     height: 700
     color: board.isDark ? "#16181d" : "#ffffff"
+    palette.windowText: board.isDark ? "#e8eaf0" : "#1d2026"
+    palette.placeholderText: board.isDark ? "#9aa0ad" : "#5f6571"
 
     component Caption: Text {
-        color: root.faintInk
+        id: caption
+        color: caption.palette.placeholderText
         font.pixelSize: 12
         textFormat: Text.PlainText
         width: parent.width
@@ -35,7 +36,7 @@ Window {
             width: parent.width
             text: root.board.document
             textFormat: Text.PlainText
-            color: root.ink
+            color: root.palette.windowText
             font.pixelSize: 18
             font.bold: true
             elide: Text.ElideMiddle
@@ -74,7 +75,6 @@ Window {
             required property string path
             required property string place
             required property string message
-            readonly property bool isError: severity === "error"
 
             width: ListView.view.width
 
@@ -87,7 +87,7 @@ Window {
                     width: parent.width - spot.width - 8
                     text: row.severity + (row.path === "" ? "" : "  " + row.path)
                     textFormat: Text.PlainText
-                    color: row.isError ? (root.board.isDark ? "#ff8a80" : "#b3261e") : (root.board.isDark ? "#ffcc66" : "#7a5300")
+                    color: row.severity === "error" ? "#e0483e" : "#b27600"
                     font.pixelSize: 13
                     font.bold: true
                     elide: Text.ElideMiddle
@@ -97,7 +97,7 @@ Window {
                     id: spot
                     anchors.right: parent.right
                     text: row.place
-                    color: root.faintInk
+                    color: row.palette.placeholderText
                     font.pixelSize: 13
                 }
             }
@@ -106,7 +106,7 @@ Window {
                 width: parent.width
                 text: row.message
                 textFormat: Text.PlainText
-                color: root.ink
+                color: row.palette.windowText
                 font.pixelSize: 13
                 wrapMode: Text.Wrap
             }
@@ -133,12 +133,14 @@ Window {
             model: root.board.posted
 
             delegate: Text {
+                id: line
+
                 required property string modelData
 
                 width: ListView.view.width
                 text: modelData
                 textFormat: Text.PlainText
-                color: root.ink
+                color: line.palette.windowText
                 font.pixelSize: 11
                 wrapMode: Text.Wrap
             }

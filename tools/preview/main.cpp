@@ -73,7 +73,7 @@ bool write(const QImage& picture, const QString& file) {
 }
 
 int takePictures(const Options& options, const Draft& draft) {
-    const std::size_t step = static_cast<std::size_t>(options.step);
+    const auto step = static_cast<std::size_t>(options.step);
     console::report(options.file, draft.verdict);
     if (step > 0 && step >= draft.steps) {
         console::complain(options.file + ": there is no step " + std::to_string(step));
@@ -129,7 +129,7 @@ int run(int argumentCount, char** arguments) {
         (exit->status == 0 ? std::cout : std::cerr) << exit->output;
         return exit->status;
     }
-    Options& options = std::get<Options>(reading);
+    auto& options = std::get<Options>(reading);
     auto text = contents(options.file);
     if (const auto* const problem = std::get_if<Unreadable>(&text)) {
         console::complain(options.file + ": " + problem->reason);
