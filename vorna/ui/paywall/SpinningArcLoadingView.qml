@@ -21,6 +21,7 @@ Item {
 
     RotationAnimator {
         id: rotation
+        objectName: "rotation"
         target: arc
         from: 0
         to: 360
