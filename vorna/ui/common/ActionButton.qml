@@ -49,7 +49,8 @@ T.AbstractButton {
         elide: Text.ElideRight
         horizontalAlignment: Text.AlignHCenter
         verticalAlignment: Text.AlignVCenter
-        leftPadding: 20
-        rightPadding: 20
+        // A long title ends before the arrow, and keeps to the middle.
+        leftPadding: root.showsArrow && !isNaN(root.arrowTrailing) ? root.arrowTrailing + 28 : 20
+        rightPadding: leftPadding
     }
 }
