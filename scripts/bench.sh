@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
 # Measures, and prints a table for each topic. Arguments are topics to measure alone: event encoding
-# documents memory delivery size start ulid config. BENCH_BUILD names the build folder.
+# documents memory delivery size start ulid config paywall onboarding. BENCH_BUILD names the build folder.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/.."
 
 build=$(readlink -f "${BENCH_BUILD:-build/release}")
 bench="$build/bench"
 topics=("$@")
-[ ${#topics[@]} -gt 0 ] || topics=(event encoding documents memory delivery size start ulid config)
+[ ${#topics[@]} -gt 0 ] || topics=(event encoding documents memory delivery size start ulid config paywall onboarding)
 
 work=$(mktemp -d)
 memory=$work/memory
@@ -205,4 +205,12 @@ if wanted config; then
     printf '\nLookups in the remote configuration\n'
     google RemoteConfigTable_bench || failed=1
 fi
+# The screens, where they are built, on a display of their own.
+screen() {
+    [ -x "$bench/$1" ] || { printf '\n%s: built without the screens\n' "$1"; return 0; }
+    tests/support/ui/on-display.sh "$bench/$1" "$work/$1" "examples/documents/$2" 2>"$work/screen.log" ||
+        { cat "$work/screen.log" >&2; return 1; }
+}
+! wanted paywall || screen PaywallScreen_bench paywall/three-products.json || failed=1
+! wanted onboarding || screen OnboardingScreen_bench onboarding/three-steps.json || failed=1
 exit "$failed"

@@ -34,7 +34,9 @@ class OpenedLinks : public QObject {
     /// The addresses since the beginning or the last call.
     std::vector<std::string> take() { return std::exchange(opened_, {}); }
 
-    Q_INVOKABLE void open(const QUrl& url) { opened_.push_back(url.toString(QUrl::FullyEncoded).toStdString()); }
+    Q_INVOKABLE void open(const QUrl& url) {
+        opened_.push_back(url.toString(QUrl::FullyEncoded).toStdString());
+    }
 
   private:
     std::vector<std::string> opened_;

@@ -253,8 +253,9 @@ TEST(SpinningArc, RunsClockwiseFromTwelveToNine) {
     const QImage picture = paintedArc({60, 60}, 5, Qt::white);
     const auto opacityAt = [&](double clock, double radius) {
         const double angle = clock * std::numbers::pi / 6;
-        return picture.pixelColor(static_cast<int>(30 + radius * std::sin(angle)),
-                                  static_cast<int>(30 - radius * std::cos(angle)))
+        return picture
+            .pixelColor(static_cast<int>(30 + radius * std::sin(angle)),
+                        static_cast<int>(30 - radius * std::cos(angle)))
             .alpha();
     };
     for (const double clock : {0.3, 1.5, 3.0, 4.5, 6.0, 7.5, 8.7}) {

@@ -56,24 +56,24 @@ TEST_P(PaidScreenLooks, LikeItsPicture) {
 
 INSTANTIATE_TEST_SUITE_P(
     Screens, PaidScreenLooks,
-    testing::Values(
-        Look{"paywall-320x568", "paywall/three-products.json", {320, 568}, {}},
-        Look{"paywall-375x667", "paywall/three-products.json", {375, 667}, {0, 20, 0, 0}},
-        Look{"paywall-414x736", "paywall/three-products.json", {414, 736}, {0, 20, 0, 0}},
-        Look{"paywall-390x844", "paywall/three-products.json", {390, 844}, {0, 47, 0, 34}},
-        Look{"paywall-414x896", "paywall/three-products.json", {414, 896}, {0, 44, 0, 34}},
-        Look{"paywall-820x1180", "paywall/three-products.json", {820, 1180}, {0, 24, 0, 20}},
-        Look{"paywall-one-product", "paywall/one-product.json", {390, 844}, {0, 47, 0, 34}},
-        Look{"paywall-two-products", "paywall/two-products.json", {390, 844}, {0, 47, 0, 34}},
-        Look{"paywall-six-products", "paywall/six-products.json", {390, 844}, {0, 47, 0, 34}},
-        Look{"paywall-long-texts", "paywall/long-texts.json", {390, 844}, {0, 47, 0, 34}},
-        Look{"paywall-arabic", "paywall/arabic.json", {390, 844}, {0, 47, 0, 34}, Qt::RightToLeft},
-        Look{"paywall-step-320x568", "onboarding/five-steps.json", {320, 568}, {}},
-        Look{"paywall-step-375x667", "onboarding/five-steps.json", {375, 667}, {0, 20, 0, 0}},
-        Look{"paywall-step-414x736", "onboarding/five-steps.json", {414, 736}, {0, 20, 0, 0}},
-        Look{"paywall-step-390x844", "onboarding/five-steps.json", {390, 844}, {0, 47, 0, 34}},
-        Look{"paywall-step-414x896", "onboarding/five-steps.json", {414, 896}, {0, 44, 0, 34}},
-        Look{"paywall-step-820x1180", "onboarding/five-steps.json", {820, 1180}, {0, 24, 0, 20}}),
+    testing::Values(Look{"paywall-320x568", "paywall/three-products.json", {320, 568}, {}},
+                    Look{"paywall-375x667", "paywall/three-products.json", {375, 667}, {0, 20, 0, 0}},
+                    Look{"paywall-414x736", "paywall/three-products.json", {414, 736}, {0, 20, 0, 0}},
+                    Look{"paywall-390x844", "paywall/three-products.json", {390, 844}, {0, 47, 0, 34}},
+                    Look{"paywall-414x896", "paywall/three-products.json", {414, 896}, {0, 44, 0, 34}},
+                    Look{"paywall-820x1180", "paywall/three-products.json", {820, 1180}, {0, 24, 0, 20}},
+                    Look{"paywall-one-product", "paywall/one-product.json", {390, 844}, {0, 47, 0, 34}},
+                    Look{"paywall-two-products", "paywall/two-products.json", {390, 844}, {0, 47, 0, 34}},
+                    Look{"paywall-six-products", "paywall/six-products.json", {390, 844}, {0, 47, 0, 34}},
+                    Look{"paywall-long-texts", "paywall/long-texts.json", {390, 844}, {0, 47, 0, 34}},
+                    Look{
+                        "paywall-arabic", "paywall/arabic.json", {390, 844}, {0, 47, 0, 34}, Qt::RightToLeft},
+                    Look{"paywall-step-320x568", "onboarding/five-steps.json", {320, 568}, {}},
+                    Look{"paywall-step-375x667", "onboarding/five-steps.json", {375, 667}, {0, 20, 0, 0}},
+                    Look{"paywall-step-414x736", "onboarding/five-steps.json", {414, 736}, {0, 20, 0, 0}},
+                    Look{"paywall-step-390x844", "onboarding/five-steps.json", {390, 844}, {0, 47, 0, 34}},
+                    Look{"paywall-step-414x896", "onboarding/five-steps.json", {414, 896}, {0, 44, 0, 34}},
+                    Look{"paywall-step-820x1180", "onboarding/five-steps.json", {820, 1180}, {0, 24, 0, 20}}),
     [](const auto& testCase) {
         std::string name = testCase.param.name;
         for (char& character : name) {

@@ -135,7 +135,8 @@ TEST_F(Paywall, GivesWayToNobody) {
     EXPECT_EQ(host_.screens().size(), 1U) << "only the one presented last can be closed";
     EXPECT_THAT(printed.take(), ElementsAre(closed));
     host_.click(host_.find("exitButton"));
-    EXPECT_THAT(host_.notificationNames(), ElementsAre("Vorna_PaywallScreenClosed")) << "the first still works";
+    EXPECT_THAT(host_.notificationNames(), ElementsAre("Vorna_PaywallScreenClosed"))
+        << "the first still works";
 }
 
 TEST_F(Paywall, MayComeTwiceInARow) {
@@ -324,8 +325,9 @@ TEST_F(Paywall, MayBeClosedFromWithinAnObserverOfItsTaps) {
     const auto observation = NotificationCenter::defaultCenter().addObserver(
         VornaCoreSDK::PaywallScreenClosed, [](const Notification&) { VornaCoreSDK::ClosePaywall(); });
     const auto other = NotificationCenter::defaultCenter().addObserver(
-        VornaCoreSDK::PaidProductClicked,
-        [](const Notification&) { VornaCoreSDK::ShowPaywall(paywallText({{"heading", "Two"}})); });
+        VornaCoreSDK::PaidProductClicked, [](const Notification&) {
+            VornaCoreSDK::ShowPaywall(paywallText({{"heading", "Two"}}));
+        });
     host_.click(support::findItems(host_.topView(), "productCell").front());
     ASSERT_TRUE(eventually([&] { return host_.screens().size() == 2; }));
     host_.settle();

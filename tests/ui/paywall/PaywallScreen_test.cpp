@@ -242,18 +242,17 @@ const std::string accented = "e\u0301";
 
 INSTANTIATE_TEST_SUITE_P(
     Lines, DetailLine,
-    testing::Values(
-        Line{"Empty", "", ""}, Line{"One", "a", "a"},
-        Line{"ThirtySeven", repeated("a", 37), repeated("a", 37)},
-        Line{"ThirtyEight", repeated("a", 38), repeated("a", 37) + "..."},
-        Line{"Hundred", repeated("a", 100), repeated("a", 37) + "..."},
-        Line{"ThirtySevenFamilies", repeated(family, 37), repeated(family, 37)},
-        Line{"ThirtyEightFamilies", repeated(family, 38), repeated(family, 37) + "..."},
-        Line{"ThirtySevenAccented", repeated(accented, 37), repeated(accented, 37)},
-        Line{"ThirtyEightAccented", repeated(accented, 38), repeated(accented, 37) + "..."},
-        Line{"ThirtyEightWithSpaces", repeated(" ", 37) + "x", repeated(" ", 37) + "..."},
-        Line{"ThirtySevenTurkish", repeated("ğ", 37), repeated("ğ", 37)},
-        Line{"Markup", "<b>bold</b> &amp;", "<b>bold</b> &amp;"}),
+    testing::Values(Line{"Empty", "", ""}, Line{"One", "a", "a"},
+                    Line{"ThirtySeven", repeated("a", 37), repeated("a", 37)},
+                    Line{"ThirtyEight", repeated("a", 38), repeated("a", 37) + "..."},
+                    Line{"Hundred", repeated("a", 100), repeated("a", 37) + "..."},
+                    Line{"ThirtySevenFamilies", repeated(family, 37), repeated(family, 37)},
+                    Line{"ThirtyEightFamilies", repeated(family, 38), repeated(family, 37) + "..."},
+                    Line{"ThirtySevenAccented", repeated(accented, 37), repeated(accented, 37)},
+                    Line{"ThirtyEightAccented", repeated(accented, 38), repeated(accented, 37) + "..."},
+                    Line{"ThirtyEightWithSpaces", repeated(" ", 37) + "x", repeated(" ", 37) + "..."},
+                    Line{"ThirtySevenTurkish", repeated("ğ", 37), repeated("ğ", 37)},
+                    Line{"Markup", "<b>bold</b> &amp;", "<b>bold</b> &amp;"}),
     [](const auto& testCase) { return testCase.param.name; });
 
 TEST_F(PaywallScreen, ReportsTheSelectedProductWhenThePurchaseButtonIsTapped) {
@@ -337,9 +336,8 @@ TEST_F(PaywallScreen, CanBeWalkedThroughByKeyboard) {
         host_.press(Qt::Key_Tab);
     }
     EXPECT_THAT(host_.notificationNames(),
-                testing::UnorderedElementsAre(
-                    "Vorna_RestorePurchaseClicked", "Vorna_RestorePurchaseClicked",
-                    "Vorna_PaywallScreenClosed", "Vorna_PaywallScreenClosed"));
+                testing::UnorderedElementsAre("Vorna_RestorePurchaseClicked", "Vorna_RestorePurchaseClicked",
+                                              "Vorna_PaywallScreenClosed", "Vorna_PaywallScreenClosed"));
     EXPECT_THAT(links_.take(), ElementsAre("https://privacy.test/b"));
 }
 
@@ -500,8 +498,7 @@ TEST_F(PaywallMedia, IsAPictureUnlessTheServerSaysVideoInSmallLetters) {
     answer(2, picture({300, 100}));
     EXPECT_EQ(http_->requests()[1].method, HttpMethod::get);
     EXPECT_EQ(http_->requests()[1].url.text(), "https://media.test/picture.png");
-    EXPECT_TRUE(
-        eventually([&] { return ScreenHost::geometry(host_.find("mediaView")).height() == 130; }));
+    EXPECT_TRUE(eventually([&] { return ScreenHost::geometry(host_.find("mediaView")).height() == 130; }));
     host_.settle();
     EXPECT_EQ(ScreenHost::geometry(host_.find("mediaView")), QRectF(0, 40, 390, 130));
     EXPECT_EQ(host_.picture().pixelColor(195, 100), QColor(200, 100, 50));

@@ -109,7 +109,9 @@ TEST_F(DrawnCells, HaveBordersThatTellThemApart) {
     const QImage picture = host_->picture();
     const auto colourAt = [&](std::size_t index, int inside) {
         const QRect card = place("containerView", index).toRect();
-        return picture.pixelColor(card.left() + card.width() / 2, card.bottom() - inside).name().toStdString();
+        return picture.pixelColor(card.left() + card.width() / 2, card.bottom() - inside)
+            .name()
+            .toStdString();
     };
     EXPECT_EQ(colourAt(0, 1), "#ff00ff");
     EXPECT_EQ(colourAt(0, 4), "#204060");
@@ -142,8 +144,9 @@ TEST_F(DrawnCells, HaveAShadowInTheColourOfTheirBorderOnceSelected) {
 
 TEST_F(DrawnCells, KeepLongTextsOnTheirCards) {
     const boost::json::string longText = "A very long text that goes on and on without an end in sight";
-    const boost::json::string longerText = "Words that would fill a page if there were one, and then some more, and "
-                                           "more still until nobody reads them any more at all on any phone";
+    const boost::json::string longerText =
+        "Words that would fill a page if there were one, and then some more, and "
+        "more still until nobody reads them any more at all on any phone";
     show({product("p0", {{"title", longText},
                          {"price", "$1,000,000,000.00"},
                          {"descriptionText", longerText},

@@ -13,9 +13,9 @@ namespace {
 
 /// A product made in code, without anything that may be absent.
 PaidProduct bareProduct() {
-    return {"Title",      "Price",      "id",         "#010203",    "#040506",    "#070809", "#0a0b0c",
-            std::nullopt, std::nullopt, std::nullopt, std::nullopt, std::nullopt, std::nullopt,
-            std::nullopt, std::nullopt, "#0d0e0f",    "#101112",    std::nullopt, std::nullopt};
+    return {"Title",      "Price",      "id",         "#010203",    "#040506",    "#070809",    "#0a0b0c",
+            std::nullopt, std::nullopt, std::nullopt, std::nullopt, std::nullopt, std::nullopt, std::nullopt,
+            std::nullopt, "#0d0e0f",    "#101112",    std::nullopt, std::nullopt};
 }
 
 PaidProduct fromDocument(const std::string& more) {

@@ -367,7 +367,8 @@ TEST_F(ShownRow, TellsAssistiveTechnologyWhatIsSelected) {
     EXPECT_TRUE(isChecked(1));
     EXPECT_FALSE(isChecked(2));
 
-    // Without a bridge to assistive technology no event leaves Qt; the state's change is what would cause one.
+    // Without a bridge to assistive technology no event leaves Qt; the state's change is what would cause
+    // one.
     QSignalSpy before(cells[1], SIGNAL(checkedChanged()));
     QSignalSpy now(cells[2], SIGNAL(checkedChanged()));
     host_->click(cells[2]);
