@@ -1,0 +1,17 @@
+/// What the engine loads where it finds the module on its import path.
+
+#include <vorna/qml/registerModule.h>
+
+#include <QtQml/QQmlEngineExtensionPlugin>
+
+class VornaPlugin : public QQmlEngineExtensionPlugin {
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID QQmlEngineExtensionInterface_iid)
+
+  public:
+    explicit VornaPlugin(QObject* parent = nullptr) : QQmlEngineExtensionPlugin(parent) {
+        vorna::qml::registerModule();
+    }
+};
+
+#include "VornaPlugin.moc"

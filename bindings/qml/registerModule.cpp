@@ -1,0 +1,16 @@
+#include <vorna/qml/registerModule.h>
+
+#include <QtQml/qqml.h>
+
+// Made by the build; registers the types once it has been called, however often.
+extern void qml_register_types_Vorna();
+
+namespace vorna::qml {
+
+void registerModule() {
+    // The static object that Qt generates beside the function calls it for each import.
+    volatile auto registration = &qml_register_types_Vorna;
+    static_cast<void>(registration);
+}
+
+}  // namespace vorna::qml
