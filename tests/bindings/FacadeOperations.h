@@ -1,0 +1,54 @@
+#pragma once
+
+/// Every operation of the facade with the means to compare a binding's with it. The tests hold this table
+/// against the text of the facade's header, so that a new operation fails them until it is bound.
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace vorna::bindings {
+
+/// What a call has led to: events, screen operations, the state that its kind changes or returns.
+using Outcome = std::vector<std::string>;
+
+/// The operations by name and arguments, as in "Event(name,customValue)".
+struct FacadeOperation {
+    std::string signature;
+    /// Calls it with the table's arguments and returns its result as text; "absent" without one.
+    std::function<std::string()> call;
+};
+
+const std::vector<FacadeOperation>& facadeOperations();
+
+/// The signatures that the facade's header declares, in its order.
+std::vector<std::string> declaredOperations();
+
+/// The notification names that it declares, by the names of their constants.
+std::map<std::string, std::string> declaredNotifications();
+
+/// The name of the operation without its arguments, and the arguments.
+std::string nameOf(const std::string& signature);
+std::vector<std::string> argumentsOf(const std::string& signature);
+
+/// Runs the calls one after the other on a platform of fakes and returns what each has led to. Once in a
+/// process.
+struct Outcomes {
+    Outcome ofBinding;
+    Outcome ofFacade;
+};
+
+Outcomes compare(const std::string& signature, const std::function<std::string()>& binding);
+
+/// The same for the operations that return something, after `Init` and `SetAdid` and with a configuration.
+Outcomes compareResults(const std::string& signature, const std::function<std::string()>& binding);
+
+/// "absent" or the text.
+std::string described(const std::optional<std::string>& text);
+
+/// The platform options of the table.
+inline constexpr const char* serviceURL = "https://binding.test";
+
+}  // namespace vorna::bindings

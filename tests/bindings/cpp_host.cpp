@@ -1,0 +1,6 @@
+// Nothing but the header, in C++.
+#include <vorna/vorna.h>
+
+int main() {
+    return vorna_get_debug() ? 1 : 0;
+}
