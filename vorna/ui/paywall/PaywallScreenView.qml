@@ -52,7 +52,7 @@ Rectangle {
 
                 objectName: "detailLabel"
                 screenWidth: root.width
-                anchors.horizontalCenter: parent.horizontalCenter
+                x: (root.width - width) / 2
                 text: modelData
                 color: root.controller.detailsColor
                 font.pixelSize: 16
