@@ -1,5 +1,5 @@
 # The installed package. A static and a shared build may be installed into one prefix: each brings its own
-# targets file, and the package picks the kind that the user asks for.
+# targets files, one for each component, and the package picks the kind that the user asks for.
 
 if(BUILD_SHARED_LIBS)
     set(kind shared)
@@ -7,13 +7,41 @@ else()
     set(kind static)
 endif()
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/Vorna")
+# Relative, so that the installed tree may be moved.
+file(RELATIVE_PATH prefix_from_pkgconfig "/prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/prefix")
 
-install(TARGETS vorna_core EXPORT VornaCore_${kind}
-    LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-    ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-    FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
-install(EXPORT VornaCore_${kind} FILE VornaCore-${kind}-targets.cmake NAMESPACE Vorna::
-    DESTINATION "${package_dir}")
+# vorna_install_component(NAME TARGET [PKG_CONFIG FILE]): component Vorna::NAME.
+function(vorna_install_component name target)
+    cmake_parse_arguments(PARSE_ARGV 2 arg "" "PKG_CONFIG" "")
+    install(TARGETS ${target} EXPORT Vorna${name}_${kind}
+        LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+        ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+        FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+    install(EXPORT Vorna${name}_${kind} FILE Vorna${name}-${kind}-targets.cmake NAMESPACE Vorna::
+        DESTINATION "${package_dir}")
+    if(arg_PKG_CONFIG)
+        configure_file(cmake/${arg_PKG_CONFIG}.in "${PROJECT_BINARY_DIR}/${arg_PKG_CONFIG}" @ONLY)
+        install(FILES "${PROJECT_BINARY_DIR}/${arg_PKG_CONFIG}" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+    endif()
+endfunction()
+
+vorna_install_component(Core vorna_core PKG_CONFIG vorna-core.pc)
+if(VORNA_BUILD_UI)
+    vorna_install_component(Ui vorna_ui PKG_CONFIG vorna-ui.pc)
+endif()
+if(VORNA_BUILD_BINDINGS)
+    vorna_install_component(C vorna_c PKG_CONFIG vorna-c.pc)
+    if(VORNA_BUILD_UI)
+        vorna_install_component(Qml vorna_qml)
+        # The module on an import path is of the shared library alone: a plugin that carries the library itself
+        # would be the second one in a host that links it.
+        if(BUILD_SHARED_LIBS)
+            install(TARGETS vorna_qmlplugin LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/qt6/qml/Vorna")
+            install(FILES bindings/qml/qmldir "${PROJECT_BINARY_DIR}/bindings/qml/qml/Vorna/vorna_qml.qmltypes"
+                DESTINATION "${CMAKE_INSTALL_LIBDIR}/qt6/qml/Vorna")
+        endif()
+    endif()
+endif()
 
 configure_package_config_file(cmake/VornaConfig.cmake.in "${PROJECT_BINARY_DIR}/VornaConfig.cmake"
     INSTALL_DESTINATION "${package_dir}")
@@ -21,11 +49,6 @@ write_basic_package_version_file("${PROJECT_BINARY_DIR}/VornaConfigVersion.cmake
     COMPATIBILITY SameMinorVersion)
 install(FILES "${PROJECT_BINARY_DIR}/VornaConfig.cmake" "${PROJECT_BINARY_DIR}/VornaConfigVersion.cmake"
     DESTINATION "${package_dir}")
-
-# Relative, so that the installed tree may be moved.
-file(RELATIVE_PATH prefix_from_pkgconfig "/prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/prefix")
-configure_file(cmake/vorna-core.pc.in "${PROJECT_BINARY_DIR}/vorna-core.pc" @ONLY)
-install(FILES "${PROJECT_BINARY_DIR}/vorna-core.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 
 if(VORNA_BUILD_TOOLS)
     install(TARGETS vorna-devserver vorna-lint RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")

@@ -17,6 +17,16 @@ consume() {  # NAME CMAKE-ARGUMENTS...: builds the consumer and runs it
         { cat "$work/$name.log"; return 1; }
     cmake --build "$work/$name" >>"$work/$name.log" 2>&1 || { tail -n 40 "$work/$name.log"; return 1; }
     "$work/$name/consumer" "$work/$name/data"
+    "$work/$name/c_consumer" "$work/$name/c-data"
+    on_display "$work/$name/ui_consumer" "$work/$name/ui-data"
+}
+
+on_display() {
+    "$source/tests/support/ui/on-display.sh" "$@"
+}
+
+with_service() {
+    "$source/tests/bindings/with-service.sh" "$static_build/tools/devserver/vorna-devserver" "$@"
 }
 
 unload() {  # NAME: loads and unloads the plugin of that consumer again and again
@@ -30,11 +40,27 @@ compile() {  # NAME FLAGS...: builds the consumer with the compiler alone
     local name=$1
     shift
     g++ -std=c++20 -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror "$here/consumer.cpp" -o "$work/$name" "$@"
-    LD_LIBRARY_PATH=$prefix/lib/x86_64-linux-gnu:$prefix/lib "$work/$name" "$work/$name-data"
+    LD_LIBRARY_PATH=$libraries "$work/$name" "$work/$name-data"
+}
+
+compile_c() {  # NAME FLAGS...: the same for the consumer in C
+    local name=$1
+    shift
+    gcc -std=c11 -Wall -Wextra -pedantic -Werror "$here/consumer.c" -o "$work/$name" "$@"
+    LD_LIBRARY_PATH=$libraries "$work/$name" "$work/$name-data"
+}
+
+compile_ui() {  # NAME FLAGS...: the same for the consumer with screens, on Vorna's module of the import path
+    local name=$1
+    shift
+    g++ -std=c++20 -fPIC -DVORNA_IMPORT_PATH=\""$modules"\" "$here/ui_consumer.cpp" -o "$work/$name" "$@"
+    LD_LIBRARY_PATH=$libraries on_display "$work/$name" "$work/$name-data"
 }
 
 mkdir -p "$work"
 export PKG_CONFIG_PATH=$(echo "$prefix"/lib*/pkgconfig "$prefix"/lib/*/pkgconfig | tr ' ' ':')
+libraries=$(dirname "$(find "$prefix" -name 'libvorna_core.so' 2>/dev/null | head -n 1)")
+modules=$libraries/qt6/qml
 case $step in
 install)
     rm -rf "$prefix"
@@ -52,6 +78,8 @@ cmake-static)
 cmake-shared)
     consume shared -DCMAKE_PREFIX_PATH="$prefix" -DVORNA_KIND=shared
     ldd "$work/shared/consumer" | grep -q libvorna_core.so
+    ldd "$work/shared/c_consumer" | grep -q libvorna_c.so.0
+    ldd "$work/shared/ui_consumer" | grep -q libvorna_ui.so
     unload shared
     ;;
 cmake-default)
@@ -61,14 +89,40 @@ pkg-config-static)
     compile pkg-config-static $(pkg-config --cflags vorna-core) -Wl,-Bstatic -L"$prefix/lib" \
         $(pkg-config --libs-only-L vorna-core) -lvorna_core -Wl,-Bdynamic \
         $(pkg-config --static --libs vorna-core | sed "s/-lvorna_core//")
+    compile_c pkg-config-c-static $(pkg-config --cflags vorna-c) -Wl,-Bstatic $(pkg-config --libs-only-L vorna-c) \
+        -lvorna_c -lvorna_core -Wl,-Bdynamic \
+        $(pkg-config --static --libs vorna-c | sed "s/-lvorna_[a-z]*//g")
     ;;
 pkg-config-shared)
     compile pkg-config-shared $(pkg-config --cflags --libs vorna-core)
+    compile_c pkg-config-c-shared $(pkg-config --cflags --libs vorna-c)
+    compile_ui pkg-config-ui-shared $(pkg-config --cflags --libs vorna-ui)
     ;;
 add-subdirectory)
     consume subdirectory -DVORNA_SOURCE="$source"
     ;;
+python)
+    with_service "welcome_text = Hoş geldin! 👋" \
+        "sdk_initialized,paywall_shown=ana ekran,level_up=7 🎉,lesson" \
+        python3 "$source/examples/python/vorna_events.py" --library "$libraries/libvorna_c.so.0"
+    ;;
+qml)
+    with_service "Hoş geldin! 👋" \
+        "sdk_initialized,qml_started=ana ekran 🎉,onboarding_start,onboarding_finish" \
+        "$source/tests/support/ui/on-display.sh" "$(qtpaths6 --query QT_INSTALL_BINS)/qml" \
+        -I "$modules" "$source/tests/bindings/qml_app_test.qml" --
+    ;;
+core-only)
+    # Without screens nothing asks for Qt.
+    cmake -S "$source" -B "$work/core-only" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+        -DCMAKE_CXX_FLAGS_RELWITHDEBINFO="-O1" -DVORNA_BUILD_UI=OFF -DVORNA_BUILD_TOOLS=OFF \
+        -DCMAKE_DISABLE_FIND_PACKAGE_Qt6=ON >"$work/core-only.log" 2>&1 || { cat "$work/core-only.log"; exit 1; }
+    cmake --build "$work/core-only" --target vorna-c >>"$work/core-only.log" ||
+        { tail -n 40 "$work/core-only.log"; exit 1; }
+    ! ldd "$work/core-only/examples/c/vorna-c" | grep -i qt
+    ;;
 symbols)
+    "$source/tests/bindings/symbols.sh" "$libraries/libvorna_c.so" "$source/bindings/c/vorna/vorna.h"
     # What the shared library shows is ours: the namespace, and what the compiler derives from its types.
     library=$(find "$prefix" -name 'libvorna_core.so' | head -n 1)
     nm -D --defined-only --demangle "$library" | sed -E 's/^[0-9a-f]* +[A-Za-z] //' |
