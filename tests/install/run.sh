@@ -123,16 +123,18 @@ core-only)
     ;;
 symbols)
     "$source/tests/bindings/symbols.sh" "$libraries/libvorna_c.so" "$source/bindings/c/vorna/vorna.h"
-    # What the shared library shows is ours: the namespace, and what the compiler derives from its types.
-    library=$(find "$prefix" -name 'libvorna_core.so' | head -n 1)
-    nm -D --defined-only --demangle "$library" | sed -E 's/^[0-9a-f]* +[A-Za-z] //' |
-        grep -vE '^(typeinfo (name )?for |vtable for )?vorna::' >"$work/foreign" || true
-    if [ -s "$work/foreign" ]; then
-        echo "The shared library shows what is not its own:"
-        head -n 20 "$work/foreign"
-        exit 1
-    fi
-    echo "$(nm -D --defined-only "$library" | wc -l) symbols, all ours"
+    # What the shared libraries show is ours: the namespace, and what the compiler derives from its types.
+    for name in core ui qml; do
+        library=$libraries/libvorna_$name.so
+        nm -D --defined-only --demangle "$library" | sed -E 's/^[0-9a-f]* +[A-Za-z] //' |
+            grep -vE '^(typeinfo (name )?for |vtable for )?vorna::' >"$work/foreign" || true
+        if [ -s "$work/foreign" ]; then
+            echo "$library shows what is not its own:"
+            head -n 20 "$work/foreign"
+            exit 1
+        fi
+        echo "$name: $(nm -D --defined-only "$library" | wc -l) symbols, all ours"
+    done
     ;;
 *)
     echo "no step $step" >&2
