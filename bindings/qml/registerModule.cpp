@@ -3,7 +3,7 @@
 #include <QtQml/qqml.h>
 
 // Made by the build; registers the types once it has been called, however often.
-extern void qml_register_types_Vorna();
+extern void qml_register_types_Vorna();  // NOLINT(readability-identifier-naming)
 
 namespace vorna::qml {
 
