@@ -47,15 +47,23 @@ Rectangle {
             model: root.controller.details
 
             // qmllint disable unqualified
-            Label {
+            Item {
+                id: line
+
                 required property string modelData
 
-                objectName: "detailLabel"
-                screenWidth: root.width
-                x: (root.width - width) / 2
-                text: modelData
-                color: root.controller.detailsColor
-                font.pixelSize: 16
+                width: root.width
+                height: detail.height
+
+                Label {
+                    id: detail
+                    objectName: "detailLabel"
+                    screenWidth: root.width
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    text: line.modelData
+                    color: root.controller.detailsColor
+                    font.pixelSize: 16
+                }
             }
             // qmllint enable unqualified
         }
