@@ -1,6 +1,6 @@
 # Each target does all the set-up it needs and may be run again at any time.
 
-.PHONY: help setup build demo test sanitize bench check format schemas fuzz clean
+.PHONY: help setup build demo test sanitize bench check reference format schemas fuzz clean
 
 help:
 	@echo "make demo      run the library against a local service and show what the service received"
@@ -11,6 +11,7 @@ help:
 	@echo "make fuzz      run each fuzz target for a minute (FUZZ_SECONDS=60)"
 	@echo "make format    format all sources in place"
 	@echo "make schemas   write what is generated from the tables of fields: JSON Schemas, tables of docs/documents.md"
+	@echo "make reference make the reference of the public headers, build/docs/html"
 	@echo "make setup     install the Debian packages that are missing"
 
 setup:
@@ -39,6 +40,9 @@ bench: build-release
 
 check: build-dev
 	@scripts/check.sh
+
+reference: setup
+	@scripts/reference.sh
 
 format: setup
 	@scripts/sources.sh | xargs clang-format -i

@@ -55,7 +55,10 @@ if(VORNA_BUILD_TOOLS)
     # It needs the library of the screens, which a static build has inside.
     if(TARGET vorna-preview AND NOT BUILD_SHARED_LIBS)
         install(TARGETS vorna-preview RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+        install(FILES tools/preview/vorna-preview.1 DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
     endif()
+    install(FILES tools/devserver/vorna-devserver.1 tools/lint/vorna-lint.1
+        DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
     install(DIRECTORY docs/schemas/ DESTINATION "${CMAKE_INSTALL_DATADIR}/vorna/schemas"
         FILES_MATCHING PATTERN "*.schema.json")
 endif()

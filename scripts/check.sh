@@ -100,6 +100,12 @@ echo "check: example documents"
 scripts/documents.sh 2>&1 >/dev/null | rule 'an example document is not what vorna-lint should find in it'
 scripts/schemas.sh check 2>&1 | rule 'generated files are out of date'
 
+echo "check: manual pages"
+scripts/manuals.sh | rule 'a manual page is not that of its program'
+
+echo "check: reference"
+scripts/reference.sh 2>&1 | grep -v '^reference:' | rule 'Doxygen has something to say'
+
 echo "check: words"
 words='\b[Pp]arts? [0-9]+\.[0-9]|\bspec\.md\b|\bthe (spec|specification)\b|\b(per|in|by|see) (the )?spec\b|\bissue #?[0-9]+\b|\bshared/(spec|design|style)'
 git grep -nIE --untracked "$words" -- . ':!scripts/check.sh' | rule 'words that do not belong in the project'

@@ -1,0 +1,15 @@
+#!/usr/bin/env bash
+# Each program's manual page is well-formed and names every option that the program's help does, and no other.
+# Needs a build in build/dev. Prints what is wrong; silent when nothing is.
+set -uo pipefail
+cd "$(dirname "$(readlink -f "$0")")/.."
+
+options() {
+    grep -oE '(^|[^A-Za-z-])--[a-z][a-z-]*' | grep -oE '\-\-[a-z-]+' | sort -u
+}
+for page in tools/*/*.1; do
+    program=$(basename "$page" .1)
+    LC_ALL=C groff -man -ww -z -Tutf8 -k "$page" 2>&1 | sed "s/^/$program: /"
+    diff <("build/dev/${page%.1}" --help | sed -E 's/(Excludes|Needs):.*//' | options) \
+        <(sed 's/\\-/-/g; s/\\f[BIR]//g' "$page" | options) | grep '^[<>]' | sed "s/^/$program: /"
+done

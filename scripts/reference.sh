@@ -1,0 +1,14 @@
+#!/usr/bin/env bash
+# Makes the reference of the public headers under build/docs/html; fails on any warning of Doxygen.
+set -euo pipefail
+cd "$(dirname "$(readlink -f "$0")")/.."
+headers=
+for list in vorna vorna/ui bindings/c bindings/qml; do
+    for header in $(sed -n '/FILE_SET HEADERS/,/)/p' "$list/CMakeLists.txt" | grep -oE '[A-Za-z/]+\.h'); do
+        headers+=" $list/$header"
+    done
+done
+mkdir -p build/docs
+sed "s#@HEADERS@#$headers#" docs/Doxyfile.in >build/docs/Doxyfile
+doxygen build/docs/Doxyfile
+echo "reference: build/docs/html/index.html"
