@@ -24,7 +24,9 @@ build/%/build.ninja: setup
 build-release build-dev build-asan build-tsan build-fuzz: build-%: build/%/build.ninja
 	@cmake --build --preset $*
 
-demo: build-release
+# Only what the demo runs: the rest of a release build is for others.
+demo: build/release/build.ninja
+	@cmake --build --preset release --target vorna-devserver vorna-console vorna-app
 	@scripts/demo.sh
 
 test: build-dev
