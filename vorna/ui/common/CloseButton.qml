@@ -1,5 +1,5 @@
-// The "✕" in a corner of a screen. The glyph lies where the button's `left` and `top` say; a finger hits
-// more than the glyph.
+// The "✕" in a corner of a screen. The glyph lies where `glyphLeft` and `glyphTop` say; a finger hits more
+// than the glyph.
 import QtQuick
 import Vorna.Ui
 import QtQuick.Templates as T

@@ -5,9 +5,9 @@
 
 #include <QtQml/QQmlComponent>
 #include <QtQml/QQmlEngine>
-#include <QtQml/QQmlExtensionPlugin>
 
-#include <utility>
+#include <memory>
+#include <tuple>
 
 // Keeps the types and files of our QML module in a program that links the library statically.
 extern void qml_register_types_Vorna_Ui();  // NOLINT(readability-identifier-naming)
