@@ -2,12 +2,20 @@
 # The main job, end to end on this machine: starts the local service, runs the console host (once with the service
 # and once without), then the application with screens: on a display for whoever sits there, else on a display of
 # its own with a scripted tour that leaves numbered pictures under out/screens. Ends with what the service received.
+# DEMO_BUILD names the build folder.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/.."
 
-bin=build/release
-out=out/demo
-pictures=out/screens
+bin=${DEMO_BUILD:-build/release}
+mkdir -p out
+# A run that begins while another one is under way has folders of its own: out/demo.2, out/screens.2, and so on.
+for run in '' .{2..99}; do
+    exec {lock}>"out/.demo$run.lock"
+    ! flock --nonblock "$lock" || break
+    exec {lock}>&-
+done
+out=out/demo$run
+pictures=out/screens$run
 rm -rf "$out" "$pictures"
 mkdir -p "$out" "$pictures"
 cat >"$out/config.json" <<'JSON'

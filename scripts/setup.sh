@@ -4,12 +4,21 @@ set -euo pipefail
 here=$(dirname "$(readlink -f "$0")")
 
 mapfile -t wanted < <(sed 's/#.*//' "$here/packages.debian" | tr -d ' \t' | grep -v '^$')
-missing=()
-for package in "${wanted[@]}"; do
-    status=$(dpkg-query --show --showformat='${db:Status-Status}' "$package" 2>/dev/null || true)
-    [ "$status" = installed ] || missing+=("$package")
-done
-[ ${#missing[@]} -eq 0 ] && exit 0
+find_missing() {
+    local package status
+    missing=()
+    for package in "${wanted[@]}"; do
+        status=$(dpkg-query --show --showformat='${db:Status-Status}' "$package" 2>/dev/null || true)
+        [ "$status" = installed ] || missing+=("$package")
+    done
+}
+find_missing
+[ ${#missing[@]} -gt 0 ] || exit 0
+# One at a time on a machine; whoever has waited looks again.
+exec {lock}</usr/bin/apt-get
+flock "$lock"
+find_missing
+[ ${#missing[@]} -gt 0 ] || exit 0
 
 sudo=
 if [ "$(id -u)" -ne 0 ]; then

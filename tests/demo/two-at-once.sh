@@ -1,0 +1,34 @@
+#!/usr/bin/env bash
+# two-at-once.sh BUILD-FOLDER: runs the demo twice at the same time in one checkout, each walking through by
+# itself, and checks that each ends well, with pictures of its own and with what its own hosts sent.
+set -euo pipefail
+build=$(readlink -f "$1")
+cd "$(dirname "$(readlink -f "$0")")/../.."
+logs=$(mktemp -d)
+trap 'rm -rf "$logs"' EXIT
+unset DISPLAY WAYLAND_DISPLAY
+
+for copy in 1 2; do
+    DEMO_BUILD=$build scripts/demo.sh >"$logs/$copy" 2>&1 &
+    eval "demo$copy=$!"
+done
+wait "$demo1" || { cat "$logs/1"; exit 1; }
+wait "$demo2" || { cat "$logs/2"; exit 1; }
+
+for copy in 1 2; do
+    sed -n '/^== What the service received/,$p' "$logs/$copy" | tee "$logs/received$copy"
+    # Two hosts, one of them run a second time without the service.
+    grep -qxE 'sdk_initialized +2 *' "$logs/received$copy" || { echo "copy $copy: not its own two hosts"; exit 1; }
+    grep -E '^out/screens.*/[0-9].*\.png$' "$logs/$copy" >"$logs/pictures$copy"
+    xargs ls >/dev/null <"$logs/pictures$copy"
+done
+# Each has its own users, and sessions as its display gives and takes the focus.
+for copy in 1 2; do
+    grep -vE '^(application|all|vorna_session) ' "$logs/received$copy" >"$logs/events$copy"
+done
+diff "$logs/events1" "$logs/events2"
+[ "$(wc -l <"$logs/pictures1")" -eq "$(wc -l <"$logs/pictures2")" ] || { echo "not the same pictures"; exit 1; }
+if sort "$logs/pictures1" "$logs/pictures2" | uniq -d | grep .; then
+    echo "pictures of one in the folder of the other"
+    exit 1
+fi
