@@ -1,6 +1,6 @@
 # Each target does all the set-up it needs and may be run again at any time.
 
-.PHONY: help setup build demo test sanitize bench check deb reference format schemas fuzz clean
+.PHONY: help setup build demo test sanitize bench check deb try-deb reference format schemas fuzz clean
 
 help:
 	@echo "make demo      run the library against a local service and show what the service received"
@@ -9,6 +9,7 @@ help:
 	@echo "make bench     measure"
 	@echo "make check     format, static analysis, rules of the house"
 	@echo "make deb       make the Debian packages, out/deb"
+	@echo "make try-deb   the same, then install, use and remove them in a clean Debian (root only)"
 	@echo "make fuzz      run each fuzz target for a minute (FUZZ_SECONDS=60)"
 	@echo "make format    format all sources in place"
 	@echo "make schemas   write what is generated from the tables of fields: JSON Schemas, tables of docs/documents.md"
@@ -49,6 +50,9 @@ check: build-dev
 
 deb: setup
 	@$(alone) scripts/deb.sh
+
+try-deb: deb
+	@$(alone) tests/packages/run.sh
 
 reference: setup
 	@scripts/reference.sh

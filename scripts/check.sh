@@ -103,6 +103,12 @@ scripts/schemas.sh check 2>&1 | rule 'generated files are out of date'
 echo "check: manual pages"
 scripts/manuals.sh | rule 'a manual page is not that of its program'
 
+echo "check: version"
+version=$(sed -nE 's/^project\(Vorna VERSION ([0-9.]+) .*/\1/p' CMakeLists.txt)
+grep -LF "\"Vorna $version\"" tools/*/*.1 | rule "a manual page is not of version $version"
+head -n 1 debian/changelog | grep -vF "vorna ($version)" | rule "debian/changelog does not begin with version $version"
+grep -qF "## $version" CHANGELOG.md || report "CHANGELOG.md does not know version $version"
+
 echo "check: reference"
 scripts/reference.sh 2>&1 | grep -v '^reference:' | rule 'Doxygen has something to say'
 

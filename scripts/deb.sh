@@ -1,0 +1,23 @@
+#!/usr/bin/env bash
+# Makes the Debian packages of this tree, as it stands, under out/deb. Works in a copy, whose builds stay for the
+# next time.
+set -euo pipefail
+cd "$(dirname "$(readlink -f "$0")")/.."
+
+work=build/deb
+tree=$work/vorna
+mkdir -p "$tree"
+find "$tree" -mindepth 1 -maxdepth 1 ! -name 'obj-*' -exec rm -rf {} +
+git ls-files -z --cached --others --exclude-standard --deduplicate |
+    while IFS= read -rd '' file; do [ ! -e "$file" ] || printf '%s\0' "$file"; done |
+    tar --create --null --files-from=- | tar --extract --directory="$tree"
+
+rm -f "$work"/*.deb
+export DEB_BUILD_OPTIONS="${DEB_BUILD_OPTIONS:-} terse parallel=$(nproc)"
+(cd "$tree" && dpkg-buildpackage --build=binary --no-sign --no-pre-clean)
+
+rm -rf out/deb
+mkdir -p out/deb
+mv "$work"/*.deb out/deb/
+echo
+ls -l out/deb
