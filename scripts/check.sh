@@ -82,6 +82,27 @@ for header in $(git ls-files --cached --others --exclude-standard -- '*.h'); do
     grep -q '^#pragma once' "$header" || echo "$header"
 done | rule 'a header without #pragma once'
 
+echo "check: public headers alone, with clang"
+# `make test` proves the same with g++. Here the sets' own compile commands, and vorna.h once more as C, run without
+# the libraries that they belong to, so that nothing else has to be compiled.
+cmake --preset clang >/dev/null 2>&1 || report 'the build for clang does not configure; try cmake --preset clang'
+mapfile -t commands < <(python3 - <<'END'
+import json
+for entry in json.load(open("build/clang/compile_commands.json")):
+    command = entry["command"] + " -fsyntax-only"
+    if "_verify_interface_header_sets/" in entry["file"]:
+        print(command)
+    if entry["file"].endswith("vorna_c_verify_interface_header_sets/vorna/vorna.h.cxx"):
+        print(command.replace("clang++", "clang").replace("-x c++", "-x c").replace("-std=c++20", "-std=c11"),
+              "-Wstrict-prototypes")
+END
+)
+for kind in vorna_{core,ui,c,qml}_verify_interface_header_sets/ ' -std=c11 '; do
+    printf '%s\n' "${commands[@]}" | grep -F -e "$kind" | grep -qF -e -Werror || report "no header is compiled as $kind"
+done
+printf '%s\n' "${commands[@]}" | xargs -d '\n' -P "$(nproc)" -n 1 bash -c '(eval "$1") 2>&1 || echo "failed: $1"' header |
+    rule 'a public header does not compile alone'
+
 echo "check: tests are registered"
 for test in $(git ls-files --cached --others --exclude-standard -- 'tests/*_test.cpp'); do
     # By the lists of its own folder or of one above it.
