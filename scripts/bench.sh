@@ -209,7 +209,7 @@ fi
 screen() {
     [ -x "$bench/$1" ] || { printf '\n%s: built without the screens\n' "$1"; return 0; }
     # Judging a document prints what it lacks: nothing, each time.
-    tests/support/ui/on-display.sh "$bench/$1" "$work/$1" "examples/documents/$2" 2>"$work/screen.log" |
+    scripts/on-display.sh "$bench/$1" "$work/$1" "examples/documents/$2" 2>"$work/screen.log" |
         sed '/^\[\]$/d' ||
         { cat "$work/screen.log" >&2; return 1; }
 }

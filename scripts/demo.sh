@@ -64,7 +64,7 @@ if [ -z "${DEMO_TOUR:-}" ] && { [ -n "${DISPLAY:-}" ] || [ -n "${WAYLAND_DISPLAY
     "${app[@]}"
 else
     echo "== The application with screens, walking through by itself"
-    QT_QUICK_BACKEND=rhi tests/support/ui/on-display.sh "${app[@]}" --tour "$pictures" 2>"$out/app.log" ||
+    QT_QUICK_BACKEND=rhi scripts/on-display.sh "${app[@]}" --tour "$pictures" 2>"$out/app.log" ||
         { cat "$out/app.log"; exit 1; }
     ls "$pictures"/*.png
 fi

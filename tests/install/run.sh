@@ -22,7 +22,7 @@ consume() {  # NAME CMAKE-ARGUMENTS...: builds the consumer and runs it
 }
 
 on_display() {
-    "$source/tests/support/ui/on-display.sh" "$@"
+    "$source/scripts/on-display.sh" "$@"
 }
 
 with_service() {
@@ -110,7 +110,7 @@ python)
 qml)
     with_service "Hoş geldin! 👋" \
         "sdk_initialized,qml_started=ana ekran 🎉,onboarding_start,onboarding_finish" \
-        "$source/tests/support/ui/on-display.sh" "$(qtpaths6 --query QT_INSTALL_BINS)/qml" \
+        "$source/scripts/on-display.sh" "$(qtpaths6 --query QT_INSTALL_BINS)/qml" \
         -I "$modules" "$source/tests/bindings/qml_app_test.qml" --
     ;;
 core-only)
