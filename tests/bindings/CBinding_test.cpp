@@ -18,7 +18,7 @@
 #include <thread>
 #include <vector>
 
-#include <tests/support/PrivateFolder.h>
+#include <tests/support/TemporaryFolder.h>
 
 namespace vorna::bindings {
 namespace {

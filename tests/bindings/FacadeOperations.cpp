@@ -1,7 +1,7 @@
 #include <tests/bindings/FacadeOperations.h>
 
-#include <tests/support/PrivateFolder.h>
 #include <tests/support/RecordedEvents.h>
+#include <tests/support/TemporaryFolder.h>
 
 #include <vorna/core/Screens.h>
 #include <vorna/core/SharedInstance.h>

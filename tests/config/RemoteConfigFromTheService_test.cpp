@@ -1,8 +1,8 @@
 #include <vorna/config/RemoteConfigHelper.h>
 
 #include <tests/support/RealFetch.h>
+#include <tests/support/TemporaryFolder.h>
 #include <tests/tools/devserver/DevServerProcess.h>
-#include <tests/tools/devserver/TemporaryFolder.h>
 
 #include <vorna/platform/URL.h>
 
@@ -44,7 +44,7 @@ class RemoteConfigFromTheService : public support::RealFetch {
         return answer.get_future().get();
     }
 
-    devserver::TemporaryFolder folder_;
+    support::TemporaryFolder folder_;
 
   private:
     std::string authority() const { return folder_.path() / "ca.pem"; }

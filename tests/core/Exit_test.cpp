@@ -1,20 +1,20 @@
 #include <tests/support/LocalService.h>
+#include <tests/support/StartedProgram.h>
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <array>
-#include <cstdlib>
-#include <filesystem>
+#include <iostream>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace vorna {
 namespace {
 
 using support::LocalService;
+using support::StartedProgram;
 
 // The sanitizers make a start ten times slower.
 #if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
@@ -25,24 +25,12 @@ constexpr int runCount = 200;
 
 /// Exit status of a host that leaves in that way; minus the signal that killed it.
 int statusOf(const std::vector<std::string>& arguments) {
-    const pid_t child = fork();
-    if (child == 0) {
-        // A host that hangs is killed, and shows as that.
-        alarm(60);
-        std::vector<char*> pointers;
-        std::string program = VORNA_LEAVING_HOST_PATH;
-        pointers.push_back(program.data());
-        std::vector<std::string> copies = arguments;
-        for (std::string& argument : copies) {
-            pointers.push_back(argument.data());
-        }
-        pointers.push_back(nullptr);
-        execv(program.c_str(), pointers.data());
-        _exit(127);
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+    std::vector<std::string> words{VORNA_LEAVING_HOST_PATH};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    // A host that hangs is killed, and shows as that.
+    const StartedProgram::End end = StartedProgram(std::move(words)).end();
+    std::cerr << end.output << end.problem;
+    return end.status;
 }
 
 struct ServiceKind {

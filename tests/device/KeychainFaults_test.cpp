@@ -4,9 +4,9 @@
 #include <vorna/device/KeychainHelper.h>
 
 #include <tests/support/ForkedProcess.h>
-#include <tests/support/PrivateFolder.h>
 #include <tests/support/SettableClock.h>
 #include <tests/support/SmallDisk.h>
+#include <tests/support/TemporaryFolder.h>
 
 #include <vorna/events/ULID.h>
 #include <vorna/platform/file/FileCredentialStore.h>
@@ -37,9 +37,9 @@ using std::chrono::steady_clock;
 using support::contentsOf;
 using support::ForkedProcess;
 using support::namesIn;
-using support::PrivateFolder;
 using support::SettableClock;
 using support::SmallDisk;
+using support::TemporaryFolder;
 using support::writeFile;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -75,7 +75,7 @@ class KeychainFaults : public ::testing::Test {
         return ::testing::internal::GetCapturedStdout();
     }
 
-    PrivateFolder temporary;
+    TemporaryFolder temporary;
     bool isCapturing = true;
 };
 

@@ -3,9 +3,9 @@
 #include <tests/support/ForkedProcess.h>
 #include <tests/support/InMemoryCredentialStore.h>
 #include <tests/support/KeyringSession.h>
-#include <tests/support/PrivateFolder.h>
 #include <tests/support/ProcessVariables.h>
 #include <tests/support/SettableClock.h>
+#include <tests/support/TemporaryFolder.h>
 
 #include <vorna/device/KeychainHelper.h>
 #include <vorna/events/ULID.h>
@@ -35,8 +35,8 @@ using std::chrono::steady_clock;
 using support::ForkedProcess;
 using support::InMemoryCredentialStore;
 using support::KeyringSession;
-using support::PrivateFolder;
 using support::SettableClock;
+using support::TemporaryFolder;
 using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -331,7 +331,7 @@ class AutomaticIdentity : public ::testing::Test {
         }
     }
 
-    PrivateFolder temporary;
+    TemporaryFolder temporary;
     std::filesystem::path data = temporary.path() / "data";
     std::string output;
 

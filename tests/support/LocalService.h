@@ -2,8 +2,8 @@
 
 /// The real local service over HTTPS, with a data folder for the application beside it.
 
+#include <tests/support/TemporaryFolder.h>
 #include <tests/tools/devserver/DevServerProcess.h>
-#include <tests/tools/devserver/TemporaryFolder.h>
 
 #include <vorna/platform/Platform.h>
 
@@ -63,7 +63,7 @@ class LocalService {
         return arguments;
     }
 
-    devserver::TemporaryFolder folder_;
+    TemporaryFolder folder_;
     devserver::DevServerProcess server_;
 };
 

@@ -10,7 +10,7 @@
 ///
 /// Knobs: the options. Remembered: every request, as nginx's access log has it.
 
-#include <tests/support/PrivateFolder.h>
+#include <tests/support/TemporaryFolder.h>
 
 #include <sys/types.h>
 
@@ -77,7 +77,7 @@ class Nginx {
   private:
     void end(int signal);
 
-    PrivateFolder folder_;
+    TemporaryFolder folder_;
     bool isSecure_;
     std::uint16_t port_ = 0;
     pid_t process_ = -1;

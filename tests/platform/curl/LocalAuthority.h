@@ -3,7 +3,7 @@
 /// A certificate authority of a test's own, and certificates of every quality for a server on "localhost".
 
 #include <tests/support/Nginx.h>
-#include <tests/support/PrivateFolder.h>
+#include <tests/support/TemporaryFolder.h>
 #include <tools/devserver/CertificateAuthority.h>
 
 #include <chrono>
@@ -55,7 +55,7 @@ class LocalAuthority {
                 .notAfter = now() + std::chrono::hours(hoursLeft)};
     }
 
-    support::PrivateFolder folder_;
+    support::TemporaryFolder folder_;
     devserver::CertificateAuthority authority_;
 };
 

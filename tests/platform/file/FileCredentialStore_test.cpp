@@ -1,8 +1,8 @@
 #include <vorna/platform/file/FileCredentialStore.h>
 
 #include <tests/support/ForkedProcess.h>
-#include <tests/support/PrivateFolder.h>
 #include <tests/support/SmallDisk.h>
+#include <tests/support/TemporaryFolder.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -38,8 +38,8 @@ using std::chrono::steady_clock;
 using support::contentsOf;
 using support::ForkedProcess;
 using support::namesIn;
-using support::PrivateFolder;
 using support::SmallDisk;
+using support::TemporaryFolder;
 using support::writeFile;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -56,7 +56,7 @@ mode_t modeOf(const std::filesystem::path& path) {
 
 class FileStore : public ::testing::Test {
   protected:
-    PrivateFolder temporary;
+    TemporaryFolder temporary;
     std::filesystem::path data = temporary.path() / "data";
     std::filesystem::path folder = data / "credentials";
     std::filesystem::path file = folder / "io.vorna.vornasdk@userDetails";

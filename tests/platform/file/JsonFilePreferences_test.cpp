@@ -1,5 +1,7 @@
 #include <vorna/platform/file/JsonFilePreferences.h>
 
+#include <tests/support/TemporaryFolder.h>
+
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
@@ -36,6 +38,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
+using support::contentsOf;
+using support::TemporaryFolder;
+
 PreferenceValue text(std::string value) {
     return {std::move(value)};
 }
@@ -51,25 +56,9 @@ PreferenceValue tableOf(int generation, int entries = 300) {
 
 class PreferencesFile : public testing::Test {
   protected:
-    PreferencesFile() {
-        std::string name = (fs::temp_directory_path() / "vorna-preferences-XXXXXX").string();
-        root_ = mkdtemp(name.data());
-        file_ = root_ / "app" / "preferences.json";
-    }
-
-    void TearDown() override {
-        std::error_code ignored;
-        fs::remove_all(root_, ignored);
-    }
-
     void put(std::string_view contents) {
         fs::create_directories(file_.parent_path());
         std::ofstream(file_, std::ios::binary) << contents;
-    }
-
-    static std::string contentsOf(const fs::path& path) {
-        std::ifstream stream(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
     }
 
     /// Names in the file's folder.
@@ -89,8 +78,9 @@ class PreferencesFile : public testing::Test {
 
     JsonFilePreferences open() const { return JsonFilePreferences(file_.string()); }
 
-    fs::path root_;
-    fs::path file_;
+    const TemporaryFolder temporary_;
+    const fs::path root_ = temporary_.path();
+    fs::path file_ = root_ / "app" / "preferences.json";
     const std::set<std::string> fileAlone_ = {"preferences.json"};
 };
 

@@ -2,8 +2,8 @@
 
 #include <tests/support/ForkedProcess.h>
 #include <tests/support/KeyringSession.h>
-#include <tests/support/PrivateFolder.h>
 #include <tests/support/ProcessVariables.h>
+#include <tests/support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
@@ -266,7 +266,7 @@ TEST_F(SecretServiceStore, TakesNoNamesThatCannotBeAttributes) {
 
 /// None of these can be a running bus, and a program that would start one is recognised by its trace.
 TEST(SecretServiceStoreWithoutABus, IsNotAvailableAtOnceAndStartsNone) {
-    const support::PrivateFolder temporary;
+    const support::TemporaryFolder temporary;
     const std::filesystem::path& folder = temporary.path();
     const std::filesystem::path trace = folder / "started";
     const std::filesystem::path launcher = folder / "dbus-launch";

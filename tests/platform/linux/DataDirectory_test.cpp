@@ -1,6 +1,7 @@
 #include <vorna/platform/linux/DataDirectory.h>
 
 #include <tests/platform/linux/SystemTree.h>
+#include <tests/support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
@@ -11,8 +12,8 @@
 namespace vorna {
 namespace {
 
+using support::TemporaryFolder;
 using tests::environmentOf;
-using tests::TemporaryFolder;
 
 TEST(HomeFolder, IsTheVariablesElseTheAccounts) {
     EXPECT_EQ(homeFolder(environmentOf({{"HOME", "/home/ayse"}}, "/home/account")), "/home/ayse");
@@ -82,13 +83,13 @@ TEST(FolderName, KeepsEveryOtherName) {
 
 TEST(MakeFolders, MakesWhatIsMissingForTheOwnerAlone) {
     const TemporaryFolder folder;
-    const std::string path = folder.path() + "/.local/share/app";
+    const std::string path = folder.path() / ".local/share/app";
     const mode_t before = umask(0);
     makeFolders(path);
     umask(before);
     for (const char* const made : {"/.local", "/.local/share", "/.local/share/app"}) {
         struct stat status = {};
-        ASSERT_EQ(stat((folder.path() + made).c_str(), &status), 0) << made;
+        ASSERT_EQ(stat((folder.path().string() + made).c_str(), &status), 0) << made;
         EXPECT_TRUE(S_ISDIR(status.st_mode)) << made;
         EXPECT_EQ(status.st_mode & 07777U, 0700U) << made;
     }
@@ -97,15 +98,15 @@ TEST(MakeFolders, MakesWhatIsMissingForTheOwnerAlone) {
 TEST(MakeFolders, LeavesWhatIsThereAsItIs) {
     const TemporaryFolder folder;
     folder.write("app/kept", "contents");
-    makeFolders(folder.path() + "/app");
-    EXPECT_TRUE(std::filesystem::exists(folder.path() + "/app/kept"));
+    makeFolders(folder.path() / "app");
+    EXPECT_TRUE(std::filesystem::exists(folder.path() / "app/kept"));
 }
 
 TEST(MakeFolders, GivesUpSilentlyWhereAFileIsInTheWay) {
     const TemporaryFolder folder;
     folder.write("file", "");
-    makeFolders(folder.path() + "/file/app");
-    EXPECT_TRUE(std::filesystem::is_regular_file(folder.path() + "/file"));
+    makeFolders(folder.path() / "file/app");
+    EXPECT_TRUE(std::filesystem::is_regular_file(folder.path() / "file"));
 }
 
 }  // namespace

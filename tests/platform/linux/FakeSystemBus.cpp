@@ -2,17 +2,12 @@
 
 #include <gio/gio.h>
 
-#include <fcntl.h>
 #include <poll.h>
-#include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/un.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
 #include <chrono>
-#include <csignal>
 #include <future>
 #include <stdexcept>
 
@@ -64,42 +59,11 @@ constexpr const char* nonsenseInterfaces = R"(
 FakeSystemBus::FakeSystemBus() {
     folder_.write("bus.conf", busConfiguration(address()));
     std::filesystem::create_directories(root() + "/run/dbus");
-    std::array<int, 2> ready = {};
-    if (pipe2(ready.data(), O_CLOEXEC) != 0) {
-        throw std::runtime_error("no pipe");
-    }
-    const std::string configuration = "--config-file=" + root() + "/bus.conf";
-    const std::string printAddress = "--print-address=" + std::to_string(ready[1]);
-    const std::array<const char*, 6> arguments = {"dbus-daemon",         "--nofork",           "--nopidfile",
-                                                  configuration.c_str(), printAddress.c_str(), nullptr};
-    daemon_ = fork();
-    if (daemon_ == 0) {
-        // A test that crashes leaves no daemon behind.
-        prctl(PR_SET_PDEATHSIG, SIGKILL);
-        fcntl(ready[1], F_SETFD, 0);
-        execvp(arguments[0], const_cast<char* const*>(arguments.data()));
-        _exit(127);
-    }
-    close(ready[1]);
+    daemon_.emplace(std::vector<std::string>{"dbus-daemon", "--nofork", "--nopidfile", "--print-address",
+                                             "--config-file=" + root() + "/bus.conf"});
     // The address is printed once the daemon listens.
-    char first = '\0';
-    const bool isReady = read(ready[0], &first, 1) == 1;
-    close(ready[0]);
-    if (!isReady) {
-        stop();
+    if (!daemon_->waitForLine(address())) {
         throw std::runtime_error("the bus daemon does not start");
-    }
-}
-
-FakeSystemBus::~FakeSystemBus() {
-    stop();
-}
-
-void FakeSystemBus::stop() {
-    if (daemon_ > 0) {
-        kill(daemon_, SIGKILL);
-        waitpid(daemon_, nullptr, 0);
-        daemon_ = -1;
     }
 }
 

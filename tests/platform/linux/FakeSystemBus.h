@@ -2,14 +2,14 @@
 
 /// A D-Bus of the test's own, and a fingerprint service on it.
 
-#include <tests/platform/linux/SystemTree.h>
-
-#include <sys/types.h>
+#include <tests/support/StartedProgram.h>
+#include <tests/support/TemporaryFolder.h>
 
 #include <condition_variable>
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -24,19 +24,18 @@ class FakeSystemBus {
     FakeSystemBus& operator=(const FakeSystemBus&) = delete;
     FakeSystemBus(FakeSystemBus&&) = delete;
     FakeSystemBus& operator=(FakeSystemBus&&) = delete;
-    /// Ends the daemon.
-    ~FakeSystemBus();
+    ~FakeSystemBus() = default;
 
-    const std::string& root() const { return folder_.path(); }
+    std::string root() const { return folder_.path(); }
 
     std::string address() const { return "unix:path=" + root() + "/run/dbus/system_bus_socket"; }
 
     /// Ends the daemon before its time.
-    void stop();
+    void stop() { daemon_.reset(); }
 
   private:
-    TemporaryFolder folder_;
-    pid_t daemon_ = -1;
+    support::TemporaryFolder folder_;
+    std::optional<support::StartedProgram> daemon_;
 };
 
 /// A socket at the place of the system's bus, which accepts connections and never says a word.
@@ -49,7 +48,7 @@ class MuteSystemBus {
     MuteSystemBus& operator=(MuteSystemBus&&) = delete;
     ~MuteSystemBus();
 
-    const std::string& root() const { return folder_.path(); }
+    std::string root() const { return folder_.path(); }
 
     std::string address() const { return "unix:path=" + root() + "/run/dbus/system_bus_socket"; }
 
@@ -57,7 +56,7 @@ class MuteSystemBus {
     bool waitForGuest() const;
 
   private:
-    TemporaryFolder folder_;
+    support::TemporaryFolder folder_;
     int socket_ = -1;
 };
 

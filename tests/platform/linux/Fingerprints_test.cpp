@@ -1,6 +1,7 @@
 #include <vorna/platform/linux/Fingerprints.h>
 
 #include <tests/platform/linux/FakeSystemBus.h>
+#include <tests/support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
@@ -74,8 +75,8 @@ TEST(FingerprintQuery, LeavesTheHostsHandlingOfBrokenPipesAsItWas) {
 }
 
 TEST(FingerprintQuery, IsFalseWithoutABus) {
-    const tests::TemporaryFolder folder;
-    EXPECT_FALSE(FingerprintQuery("unix:path=" + folder.path() + "/none").isFingerEnrolled());
+    const support::TemporaryFolder folder;
+    EXPECT_FALSE(FingerprintQuery("unix:path=" + (folder.path() / "none").string()).isFingerEnrolled());
 }
 
 TEST(FingerprintQuery, IsFalseForAnAddressThatNamesNoLocalBus) {

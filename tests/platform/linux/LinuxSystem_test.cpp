@@ -5,6 +5,7 @@
 
 #include <tests/platform/linux/FakeSystemBus.h>
 #include <tests/platform/linux/SystemTree.h>
+#include <tests/support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
@@ -29,6 +30,8 @@
 namespace vorna {
 namespace {
 
+using support::TemporaryFolder;
+using tests::copySystemTree;
 using tests::environmentOf;
 using tests::eventually;
 using tests::FakeFingerprintService;
@@ -36,7 +39,6 @@ using tests::FakeSystemBus;
 using tests::Fingers;
 using tests::MuteSystemBus;
 using tests::systemTree;
-using tests::TemporaryFolder;
 using namespace std::chrono_literals;
 
 /// A system that lives under this root folder and looks at it often.
@@ -156,13 +158,13 @@ TEST(LinuxSystemScreen, IsFoundInTheBackground) {
 
 TEST(LinuxSystemScreen, AReportedScreenIsNotReplacedByWhatTheKernelKnows) {
     const TemporaryFolder root;
-    root.copySystemTree("pinephone-postmarketos");
+    copySystemTree("pinephone-postmarketos", root.path());
     LinuxSystem system(optionsFor(root.path()));
     system.setScreen(windowScreen);
     system.enableBatteryMonitoring();
     // The battery is looked at after the screen, so once its change has arrived the screen has been looked
     // at.
-    root.write("sys/class/power_supply/axp20x-battery/capacity", "42\n");
+    root.replace("sys/class/power_supply/axp20x-battery/capacity", "42\n");
     EXPECT_TRUE(eventually([&] { return system.facts()->battery.level == 0.42F; }));
     EXPECT_EQ(system.facts()->screen, windowScreen);
 }
@@ -186,19 +188,19 @@ TEST(LinuxSystemBattery, IsMonitoredFromTheCallOn) {
 
 TEST(LinuxSystemBattery, AChangeIsNoticed) {
     const TemporaryFolder root;
-    root.copySystemTree("pinephone-postmarketos");
+    copySystemTree("pinephone-postmarketos", root.path());
     LinuxSystem system(optionsFor(root.path()));
     system.enableBatteryMonitoring();
     ASSERT_TRUE(eventually([&] { return system.facts()->battery.level == 0.43F; }));
 
-    root.write("sys/class/power_supply/axp20x-battery/capacity", "44\n");
-    root.write("sys/class/power_supply/axp20x-battery/status", "Charging\n");
+    root.replace("sys/class/power_supply/axp20x-battery/capacity", "44\n");
+    root.replace("sys/class/power_supply/axp20x-battery/status", "Charging\n");
     EXPECT_TRUE(eventually([&] {
         return system.facts()->battery ==
                BatteryFacts{.level = 0.44F, .state = BatteryState::charging, .isMonitoringEnabled = true};
     }));
 
-    std::filesystem::remove_all(root.path() + "/sys/class/power_supply");
+    std::filesystem::remove_all(root.path() / "sys/class/power_supply");
     EXPECT_TRUE(eventually([&] {
         return system.facts()->battery ==
                BatteryFacts{.level = -1, .state = BatteryState::unknown, .isMonitoringEnabled = true};
@@ -236,7 +238,7 @@ TEST(LinuxSystemBattery, AnAnnouncedChangeIsNoticedWithoutWaitingForTheNextLook)
         GTEST_SKIP() << "needs the right to a network namespace: " << std::generic_category().message(errno);
     }
     const TemporaryFolder root;
-    root.copySystemTree("pinephone-postmarketos");
+    copySystemTree("pinephone-postmarketos", root.path());
     LinuxSystemOptions options = optionsFor(root.path());
     options.pollInterval = 1h;
     LinuxSystem system(options);
@@ -245,7 +247,7 @@ TEST(LinuxSystemBattery, AnAnnouncedChangeIsNoticedWithoutWaitingForTheNextLook)
 
     // The first change may yet be noticed by the look that begins the monitoring; the second one cannot.
     for (const int percent : {12, 13}) {
-        root.write("sys/class/power_supply/axp20x-battery/capacity", std::to_string(percent) + "\n");
+        root.replace("sys/class/power_supply/axp20x-battery/capacity", std::to_string(percent) + "\n");
         // Again and again, since the system may not be listening yet.
         EXPECT_TRUE(eventually([&] {
             announcePowerSupplyChange();
@@ -321,7 +323,7 @@ TEST(LinuxSystemWithoutAHome, HasNeitherDisksNorAPlaceForDocuments) {
 TEST(LinuxSystemDocuments, AreKeptUnderTheUsersDataAndMadeOnFirstUse) {
     const TemporaryFolder home;
     const LinuxSystem system(optionsFor(home.path()));
-    const std::string expected = home.path() + "/.local/share/com.example.app";
+    const std::string expected = home.path() / ".local/share/com.example.app";
     EXPECT_FALSE(std::filesystem::exists(expected));
     EXPECT_EQ(system.documentsDirectory(), expected);
     EXPECT_TRUE(std::filesystem::is_directory(expected));
@@ -331,10 +333,10 @@ TEST(LinuxSystemDocuments, AreKeptUnderTheUsersDataAndMadeOnFirstUse) {
 TEST(LinuxSystemDocuments, AreKeptWhereTheHostHasSaid) {
     const TemporaryFolder folder;
     LinuxSystemOptions options = optionsFor(systemTree("alpine-container"));
-    options.dataDirectory = folder.path() + "/data/app";
+    options.dataDirectory = folder.path() / "data/app";
     const LinuxSystem system(options);
-    EXPECT_EQ(system.documentsDirectory(), folder.path() + "/data/app");
-    EXPECT_TRUE(std::filesystem::is_directory(folder.path() + "/data/app"));
+    EXPECT_EQ(system.documentsDirectory(), folder.path() / "data/app");
+    EXPECT_TRUE(std::filesystem::is_directory(folder.path() / "data/app"));
 }
 
 TEST(LinuxSystemDocuments, AreMadeOnceByManyThreads) {
@@ -358,7 +360,7 @@ TEST(LinuxSystemDocuments, AFolderThatCannotBeMadeIsNamedAllTheSameAndItsCreatio
     const TemporaryFolder home;
     home.write(".local", "a file where a folder should be");
     const LinuxSystem system(optionsFor(home.path()));
-    const std::string expected = home.path() + "/.local/share/com.example.app";
+    const std::string expected = home.path() / ".local/share/com.example.app";
     EXPECT_EQ(system.documentsDirectory(), expected);
     const ItemCreation creation = system.creation(expected);
     EXPECT_FALSE(creation.date);
@@ -486,7 +488,7 @@ TEST(LinuxSystemLife, MayBeEndedAtAnyMomentAndLeavesNothingBehind) {
 
 TEST(LinuxSystemLife, IsUsedFromManyThreadsAtOnce) {
     const TemporaryFolder root;
-    root.copySystemTree("pinephone-postmarketos");
+    copySystemTree("pinephone-postmarketos", root.path());
     LinuxSystemOptions options = optionsFor(root.path());
     options.pollInterval = 1ms;
     LinuxSystem system(options);
@@ -509,7 +511,7 @@ TEST(LinuxSystemLife, IsUsedFromManyThreadsAtOnce) {
         });
     }
     for (int percent = 1; percent <= 50; ++percent) {
-        root.write("sys/class/power_supply/axp20x-battery/capacity", std::to_string(percent) + "\n");
+        root.replace("sys/class/power_supply/axp20x-battery/capacity", std::to_string(percent) + "\n");
         EXPECT_TRUE(
             eventually([&] { return system.facts()->battery.level == static_cast<float>(percent / 100.0); }));
     }

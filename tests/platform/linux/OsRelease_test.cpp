@@ -1,6 +1,7 @@
 #include <vorna/platform/linux/OsRelease.h>
 
 #include <tests/platform/linux/SystemTree.h>
+#include <tests/support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
@@ -32,7 +33,7 @@ TEST(OsVersion, OfTheStoredSystems) {
 }
 
 TEST(OsVersion, TheAdministratorsFileHidesTheVendors) {
-    const tests::TemporaryFolder folder;
+    const support::TemporaryFolder folder;
     folder.write("usr/lib/os-release", "VERSION_ID=12\n");
     folder.write("etc/os-release", "NAME=Own\n");
     EXPECT_EQ(readOsVersion(folder.path(), "6.1.0"), "6.1.0");

@@ -1,6 +1,7 @@
 #include <vorna/platform/linux/PowerSupply.h>
 
 #include <tests/platform/linux/SystemTree.h>
+#include <tests/support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
@@ -115,7 +116,7 @@ TEST(BatteryOfTheDevice, OfTheStoredSystems) {
 }
 
 TEST(BatteryOfTheDevice, NonsenseInTheFilesIsLeftOut) {
-    const tests::TemporaryFolder folder;
+    const support::TemporaryFolder folder;
     const std::string battery = "sys/class/power_supply/BAT0/";
     folder.write(battery + "type", "Battery\n");
     for (const char* const capacity : {"", "x", "5 %", "99999999999999999999999", "0x10"}) {
@@ -126,7 +127,7 @@ TEST(BatteryOfTheDevice, NonsenseInTheFilesIsLeftOut) {
 }
 
 TEST(BatteryOfTheDevice, ALevelBeyondItsLimitsIsTheLimit) {
-    const tests::TemporaryFolder folder;
+    const support::TemporaryFolder folder;
     const std::string battery = "sys/class/power_supply/BAT0/";
     folder.write(battery + "type", "Battery\n");
     folder.write(battery + "capacity", "104\n");

@@ -1,6 +1,7 @@
 #include <vorna/platform/linux/SystemFile.h>
 
 #include <tests/platform/linux/SystemTree.h>
+#include <tests/support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
@@ -11,39 +12,39 @@
 namespace vorna {
 namespace {
 
-using tests::TemporaryFolder;
+using support::TemporaryFolder;
 
 TEST(SystemFile, GivesTheBytesAsTheyAre) {
     const TemporaryFolder folder;
     folder.write("model", std::string_view("Board\0", 6));
-    EXPECT_EQ(readSystemFile(folder.path() + "/model"), std::string("Board\0", 6));
+    EXPECT_EQ(readSystemFile(folder.path() / "model"), std::string("Board\0", 6));
 }
 
 TEST(SystemFile, AnEmptyFileIsEmptyButAnEmptyValueIsAbsent) {
     const TemporaryFolder folder;
     folder.write("empty", "");
     folder.write("blank", " \n");
-    EXPECT_EQ(readSystemFile(folder.path() + "/empty"), "");
-    EXPECT_EQ(readSystemValue(folder.path() + "/empty"), std::nullopt);
-    EXPECT_EQ(readSystemValue(folder.path() + "/blank"), std::nullopt);
+    EXPECT_EQ(readSystemFile(folder.path() / "empty"), "");
+    EXPECT_EQ(readSystemValue(folder.path() / "empty"), std::nullopt);
+    EXPECT_EQ(readSystemValue(folder.path() / "blank"), std::nullopt);
 }
 
 TEST(SystemFile, AValueHasNoSpaceAroundIt) {
     const TemporaryFolder folder;
     folder.write("status", " Not charging\n");
-    EXPECT_EQ(readSystemValue(folder.path() + "/status"), "Not charging");
+    EXPECT_EQ(readSystemValue(folder.path() / "status"), "Not charging");
 }
 
 TEST(SystemFile, ReadsNoMoreThanTheFirst64KiB) {
     const TemporaryFolder folder;
     folder.write("long", std::string(200'000, 'x'));
-    EXPECT_EQ(readSystemFile(folder.path() + "/long"), std::string(65'536, 'x'));
+    EXPECT_EQ(readSystemFile(folder.path() / "long"), std::string(65'536, 'x'));
 }
 
 TEST(SystemFile, AFileThatIsNotThereIsAbsent) {
     const TemporaryFolder folder;
-    EXPECT_EQ(readSystemFile(folder.path() + "/none"), std::nullopt);
-    EXPECT_EQ(readSystemValue(folder.path() + "/none"), std::nullopt);
+    EXPECT_EQ(readSystemFile(folder.path() / "none"), std::nullopt);
+    EXPECT_EQ(readSystemValue(folder.path() / "none"), std::nullopt);
 }
 
 TEST(SystemFile, AFolderOrADeviceIsAbsent) {
@@ -53,7 +54,7 @@ TEST(SystemFile, AFolderOrADeviceIsAbsent) {
 
 TEST(SystemFile, APipeThatNobodyWritesToIsAbsentAndNotWaitedFor) {
     const TemporaryFolder folder;
-    const std::string pipe = folder.path() + "/pipe";
+    const std::string pipe = folder.path() / "pipe";
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     EXPECT_EQ(readSystemFile(pipe), std::nullopt);
 }
@@ -69,8 +70,8 @@ TEST(SystemFile, NamesInAFolderAreSortedAndHiddenOnesLeftOut) {
         folder.write(name, "");
     }
     EXPECT_EQ(namesInFolder(folder.path()), (std::vector<std::string>{"AC", "BAT0", "BAT1"}));
-    EXPECT_TRUE(namesInFolder(folder.path() + "/none").empty());
-    EXPECT_TRUE(namesInFolder(folder.path() + "/AC").empty());
+    EXPECT_TRUE(namesInFolder(folder.path() / "none").empty());
+    EXPECT_TRUE(namesInFolder(folder.path() / "AC").empty());
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 #include <tests/platform/linux/SystemTree.h>
 
-#include <cstdlib>
-#include <fstream>
 #include <map>
 #include <optional>
 #include <stdexcept>
@@ -17,27 +15,8 @@ std::string systemTree(std::string_view name) {
     return path.string();
 }
 
-TemporaryFolder::TemporaryFolder() : path_(std::filesystem::temp_directory_path() / "vorna-XXXXXX") {
-    if (mkdtemp(path_.data()) == nullptr) {
-        throw std::runtime_error("cannot make a temporary folder");
-    }
-}
-
-TemporaryFolder::~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-}
-
-void TemporaryFolder::write(const std::string& relativePath, std::string_view contents) const {
-    const std::filesystem::path path = std::filesystem::path(path_) / relativePath;
-    std::filesystem::create_directories(path.parent_path());
-    const std::filesystem::path draft = path_ + "/.draft";
-    std::ofstream(draft, std::ios::binary) << contents;
-    std::filesystem::rename(draft, path);
-}
-
-void TemporaryFolder::copySystemTree(std::string_view name) const {
-    std::filesystem::copy(systemTree(name), path_,
+void copySystemTree(std::string_view name, const std::filesystem::path& folder) {
+    std::filesystem::copy(systemTree(name), folder,
                           std::filesystem::copy_options::recursive |
                               std::filesystem::copy_options::copy_symlinks);
 }

@@ -17,27 +17,8 @@ namespace vorna::tests {
 /// The stored system of this name, for reading.
 std::string systemTree(std::string_view name);
 
-/// A folder of its own under the temporary folder, removed at the end.
-class TemporaryFolder {
-  public:
-    TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-    TemporaryFolder(TemporaryFolder&&) = delete;
-    TemporaryFolder& operator=(TemporaryFolder&&) = delete;
-    ~TemporaryFolder();
-
-    const std::string& path() const { return path_; }
-
-    /// Puts a file with these contents into the folder, in one step, and makes the folders above it.
-    void write(const std::string& relativePath, std::string_view contents) const;
-
-    /// Copies the stored system of this name here.
-    void copySystemTree(std::string_view name) const;
-
-  private:
-    std::string path_;
-};
+/// Copies the stored system of this name into the folder.
+void copySystemTree(std::string_view name, const std::filesystem::path& folder);
 
 /// An environment with just these variables.
 Environment environmentOf(std::initializer_list<std::pair<std::string, std::string>> variables,

@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
-#include <tests/tools/devserver/TemporaryFolder.h>
+#include <tests/support/TemporaryFolder.h>
 #include <tools/devserver/CertificateAuthority.h>
 
 #include <chrono>
@@ -10,6 +10,8 @@ namespace {
 
 using std::chrono::hours;
 using std::chrono::system_clock;
+using support::contentsOf;
+using support::TemporaryFolder;
 using testing::HasSubstr;
 using testing::StartsWith;
 

@@ -1,10 +1,11 @@
 #include <gmock/gmock.h>
-#include <tests/tools/devserver/TemporaryFolder.h>
+#include <tests/support/TemporaryFolder.h>
 #include <tools/devserver/ConfigFile.h>
 
 namespace vorna::devserver {
 namespace {
 
+using support::TemporaryFolder;
 using testing::AllOf;
 using testing::HasSubstr;
 

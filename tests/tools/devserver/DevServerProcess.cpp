@@ -1,53 +1,25 @@
-#include <fcntl.h>
-#include <poll.h>
-#include <sys/mman.h>
-#include <sys/prctl.h>
-#include <sys/wait.h>
 #include <tests/tools/devserver/DevServerProcess.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <array>
-#include <csignal>
-#include <stdexcept>
-#include <utility>
+#include <string_view>
 
 namespace vorna::devserver {
 
-DevServerProcess::DevServerProcess(const std::vector<std::string>& arguments) {
-    std::array<int, 2> pipe{};
-    if (::pipe2(pipe.data(), O_CLOEXEC) != 0) {
-        throw std::runtime_error("no pipe");
-    }
-    output_ = FileDescriptor(pipe[0]);
-    FileDescriptor writing(pipe[1]);
-    problems_ = FileDescriptor(::memfd_create("standard error", MFD_CLOEXEC));
+namespace {
 
+std::vector<std::string> wordsFor(const std::vector<std::string>& arguments) {
     std::vector<std::string> words{VORNA_DEVSERVER_PATH};
     words.insert(words.end(), arguments.begin(), arguments.end());
     if (std::find(arguments.begin(), arguments.end(), "--port") == arguments.end()) {
         words.insert(words.end(), {"--port", "0"});
     }
-    std::vector<char*> pointers;
-    pointers.reserve(words.size() + 1);
-    for (std::string& word : words) {
-        pointers.push_back(word.data());
-    }
-    pointers.push_back(nullptr);
+    return words;
+}
 
-    process_ = ::fork();
-    if (process_ < 0) {
-        throw std::runtime_error("no process");
-    }
-    if (process_ == 0) {
-        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-        ::dup2(writing.number(), STDOUT_FILENO);
-        ::dup2(problems_.number(), STDERR_FILENO);
-        ::execv(pointers.front(), pointers.data());
-        ::_exit(127);
-    }
-    writing = FileDescriptor();  // so that the output ends with the program
+}  // namespace
 
+DevServerProcess::DevServerProcess(const std::vector<std::string>& arguments)
+    : StartedProgram(wordsFor(arguments)) {
     constexpr std::string_view announcement = "vorna-devserver listening on ";
     const std::string line = waitForLine("").value_or("");
     if (line.starts_with(announcement)) {
@@ -55,72 +27,8 @@ DevServerProcess::DevServerProcess(const std::vector<std::string>& arguments) {
     }
 }
 
-DevServerProcess::~DevServerProcess() {
-    if (process_ > 0) {
-        ::kill(process_, SIGKILL);
-        ::waitpid(process_, nullptr, 0);
-    }
-}
-
 int DevServerProcess::port() const {
     return std::stoi(url_.substr(url_.rfind(':') + 1));
-}
-
-bool DevServerProcess::readMore() {
-    constexpr int patienceMilliseconds = 30'000;
-    pollfd waiting{output_.number(), POLLIN, 0};
-    std::array<char, 4096> buffer{};
-    if (::poll(&waiting, 1, patienceMilliseconds) <= 0) {
-        return false;
-    }
-    const ssize_t count = ::read(output_.number(), buffer.data(), buffer.size());
-    if (count <= 0) {
-        return false;
-    }
-    unread_.append(buffer.data(), static_cast<std::size_t>(count));
-    return true;
-}
-
-std::optional<std::string> DevServerProcess::waitForLine(std::string_view text) {
-    while (true) {
-        const std::size_t end = unread_.find('\n');
-        if (end == std::string::npos) {
-            if (!readMore()) {
-                return std::nullopt;
-            }
-            continue;
-        }
-        std::string line = unread_.substr(0, end);
-        unread_.erase(0, end + 1);
-        if (line.find(text) != std::string::npos) {
-            return line;
-        }
-    }
-}
-
-DevServerProcess::End DevServerProcess::end(int signal) {
-    if (signal != 0) {
-        ::kill(process_, signal);
-    }
-    while (readMore()) {
-    }
-    End end;
-    int status = 0;
-    // The output ends with the program. If it only fell silent the program hangs, and is killed to show so.
-    if (pollfd state{output_.number(), POLLIN, 0}; ::poll(&state, 1, 0) == 0) {
-        ::kill(process_, SIGKILL);
-    }
-    ::waitpid(process_, &status, 0);
-    process_ = -1;
-    end.status = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-    end.output = std::exchange(unread_, {});
-
-    std::array<char, 4096> buffer{};
-    ::lseek(problems_.number(), 0, SEEK_SET);
-    for (ssize_t count = 0; (count = ::read(problems_.number(), buffer.data(), buffer.size())) > 0;) {
-        end.problem.append(buffer.data(), static_cast<std::size_t>(count));
-    }
-    return end;
 }
 
 }  // namespace vorna::devserver

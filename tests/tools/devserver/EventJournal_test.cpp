@@ -1,9 +1,12 @@
 #include <gmock/gmock.h>
-#include <tests/tools/devserver/TemporaryFolder.h>
+#include <tests/support/TemporaryFolder.h>
 #include <tools/devserver/EventJournal.h>
 
 namespace vorna::devserver {
 namespace {
+
+using support::contentsOf;
+using support::TemporaryFolder;
 
 TEST(EventJournal, AppendsOneLineADocumentToWhatWasThere) {
     const TemporaryFolder folder;

@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
-#include <tests/tools/devserver/TemporaryFolder.h>
+#include <tests/support/TemporaryFolder.h>
 #include <tools/devserver/MediaFolder.h>
 #include <unistd.h>
 
@@ -8,6 +8,8 @@
 
 namespace vorna::devserver {
 namespace {
+
+using support::TemporaryFolder;
 
 // A media folder with a secret beside it that must never come out.
 class Media : public testing::Test {

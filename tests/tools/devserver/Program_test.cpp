@@ -5,9 +5,9 @@
 #include <gmock/gmock.h>
 #include <openssl/ssl.h>
 #include <sys/socket.h>
+#include <tests/support/TemporaryFolder.h>
 #include <tests/tools/devserver/DevServerProcess.h>
 #include <tests/tools/devserver/HttpClient.h>
-#include <tests/tools/devserver/TemporaryFolder.h>
 #include <tools/devserver/CertificateAuthority.h>
 
 #include <algorithm>
@@ -25,6 +25,8 @@
 namespace vorna::devserver {
 namespace {
 
+using support::contentsOf;
+using support::TemporaryFolder;
 using testing::AllOf;
 using testing::AnyOf;
 using testing::EndsWith;

@@ -1,5 +1,5 @@
 #include <gmock/gmock.h>
-#include <tests/tools/devserver/TemporaryFolder.h>
+#include <tests/support/TemporaryFolder.h>
 #include <tools/devserver/Router.h>
 
 #include <memory>
@@ -8,6 +8,8 @@
 namespace vorna::devserver {
 namespace {
 
+using support::contentsOf;
+using support::TemporaryFolder;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;

@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
-#include <tests/tools/devserver/TemporaryFolder.h>
+#include <tests/support/TemporaryFolder.h>
 #include <tools/devserver/CertificateAuthority.h>
 #include <tools/devserver/ServerIdentity.h>
 
@@ -9,6 +9,8 @@ namespace {
 
 using std::chrono::hours;
 using std::chrono::system_clock;
+using support::contentsOf;
+using support::TemporaryFolder;
 
 const system_clock::time_point today{std::chrono::seconds{1'800'000'000}};
 

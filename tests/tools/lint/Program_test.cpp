@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <sys/wait.h>
-#include <tests/tools/devserver/TemporaryFolder.h>
+#include <tests/support/TemporaryFolder.h>
 #include <tests/tools/lint/SampleDocuments.h>
 
 #include <boost/json/parse.hpp>
@@ -33,12 +33,11 @@ class LintProgram : public testing::Test {
         const std::string command = "cd '" + folder_.path().string() + "' && '" VORNA_LINT_PATH "' " +
                                     arguments + " <.input >.output 2>.problems";
         const int status = std::system(command.c_str());  // NOLINT(concurrency-mt-unsafe)
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1,
-                devserver::contentsOf(folder_.path() / ".output"),
-                devserver::contentsOf(folder_.path() / ".problems")};
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, support::contentsOf(folder_.path() / ".output"),
+                support::contentsOf(folder_.path() / ".problems")};
     }
 
-    devserver::TemporaryFolder folder_;
+    support::TemporaryFolder folder_;
 };
 
 TEST_F(LintProgram, EndsWithZeroWhenThereIsNothingToFind) {

@@ -1,5 +1,5 @@
 #include <gmock/gmock.h>
-#include <tests/tools/devserver/TemporaryFolder.h>
+#include <tests/support/TemporaryFolder.h>
 #include <tools/preview/Draft.h>
 
 namespace vorna::preview {
@@ -33,13 +33,13 @@ TEST(MediaService, TakesTheExamplesPlaceWhereverItIsNamed) {
 }
 
 TEST(Contents, AreTheBytesOfTheFile) {
-    const devserver::TemporaryFolder folder;
+    const support::TemporaryFolder folder;
     const std::string bytes("\xFF\0{}\r\n", 6);
     EXPECT_EQ(std::get<std::string>(contents(folder.write("ü.json", bytes))), bytes);
 }
 
 TEST(Contents, OfWhatIsNoFileAreAReason) {
-    const devserver::TemporaryFolder folder;
+    const support::TemporaryFolder folder;
     EXPECT_THAT(std::get<Unreadable>(contents(folder.path())).reason, HasSubstr("folder"));
     EXPECT_THAT(std::get<Unreadable>(contents(folder.path() / "none")).reason, HasSubstr("No such file"));
 }

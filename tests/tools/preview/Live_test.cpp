@@ -1,8 +1,8 @@
 // The program with windows, as its users run it: files are edited, keys and buttons are pressed.
 
 #include <gmock/gmock.h>
+#include <tests/support/TemporaryFolder.h>
 #include <tests/support/ui/ScreenHost.h>
-#include <tests/tools/devserver/TemporaryFolder.h>
 #include <tests/tools/preview/PreviewProcess.h>
 
 #include <QtGui/QGuiApplication>
@@ -23,7 +23,7 @@ using testing::HasSubstr;
 using testing::Optional;
 
 std::string example(const std::string& name) {
-    return devserver::contentsOf(VORNA_EXAMPLES "/documents/" + name + ".json");
+    return support::contentsOf(VORNA_EXAMPLES "/documents/" + name + ".json");
 }
 
 std::string replaced(std::string text, const std::string& what, const std::string& by) {
@@ -56,12 +56,9 @@ class LivePreview : public testing::Test {
     std::optional<std::string> line(std::string_view text) { return preview_->waitForLine(text); }
 
     // As editors do that write a new file and give it the name of the old one.
-    void replaceFile(const std::string& document) {
-        const auto fresh = folder_.write("a.json.new", document);
-        std::filesystem::rename(fresh, folder_.path() / "a.json");
-    }
+    void replaceFile(const std::string& document) { folder_.replace("a.json", document); }
 
-    const devserver::TemporaryFolder folder_;
+    const support::TemporaryFolder folder_;
     std::optional<PreviewProcess> preview_;
     const std::string steps_ = example("onboarding/three-steps");
     const std::string paywall_ = example("paywall/three-products");

@@ -1,8 +1,8 @@
 // Pictures of the example documents, as the program takes them where there is no display.
 
 #include <gmock/gmock.h>
+#include <tests/support/TemporaryFolder.h>
 #include <tests/tools/devserver/DevServerProcess.h>
-#include <tests/tools/devserver/TemporaryFolder.h>
 #include <tests/tools/preview/PreviewProcess.h>
 #include <tools/preview/Device.h>
 
@@ -51,7 +51,7 @@ class Pictures : public testing::Test {
         return run(arguments);
     }
 
-    const devserver::TemporaryFolder folder_;
+    const support::TemporaryFolder folder_;
 };
 
 TEST_F(Pictures, HaveTheSizeThatIsAskedForAndShowSomething) {

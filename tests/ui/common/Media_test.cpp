@@ -1,8 +1,8 @@
 #include <vorna/ui/common/MediaLoader.h>
 
-#include <tests/support/PrivateFolder.h>
 #include <tests/support/RawServer.h>
 #include <tests/support/RecordedEvents.h>
+#include <tests/support/TemporaryFolder.h>
 #include <tests/support/ui/MediaSamples.h>
 #include <tests/support/ui/OnboardingDocument.h>
 #include <tests/support/ui/ScreenHost.h>
@@ -113,7 +113,7 @@ class Media : public testing::Test {
         return QDir::temp().entryList({QStringLiteral("vorna-media-*")}, QDir::Files);
     }
 
-    const support::PrivateFolder folder;
+    const support::TemporaryFolder folder;
     ScreenHost host{{375, 667}};
 };
 

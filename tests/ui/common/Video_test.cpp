@@ -1,7 +1,7 @@
 #include <vorna/core/VornaCoreSDK.h>
 
 #include <tests/support/LocalService.h>
-#include <tests/support/PrivateFolder.h>
+#include <tests/support/TemporaryFolder.h>
 #include <tests/support/ui/MediaSamples.h>
 #include <tests/support/ui/OnboardingDocument.h>
 #include <tests/support/ui/PrintedLines.h>
@@ -47,7 +47,7 @@ class Video : public testing::TestWithParam<Codec> {
         VornaCoreSDK::UsePlatform(makePlatform(service.options()));
     }
 
-    const support::PrivateFolder folder;
+    const support::TemporaryFolder folder;
     const support::LocalService service{{"--media", folder.path().string()}};
     PrintedLines printed;
     ScreenHost host;

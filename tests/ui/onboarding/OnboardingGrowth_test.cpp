@@ -1,7 +1,7 @@
 #include <vorna/core/VornaCoreSDK.h>
 
-#include <tests/support/PrivateFolder.h>
 #include <tests/support/RecordedEvents.h>
+#include <tests/support/TemporaryFolder.h>
 #include <tests/support/ui/MediaSamples.h>
 #include <tests/support/ui/OnboardingDocument.h>
 #include <tests/support/ui/ScreenHost.h>

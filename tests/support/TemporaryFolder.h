@@ -1,0 +1,78 @@
+#pragma once
+
+/// A folder of a test's own, gone with its end; and what tests do with files.
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+namespace vorna::support {
+
+inline void writeFile(const std::filesystem::path& path, std::string_view contents) {
+    std::ofstream(path, std::ios::binary) << contents;
+}
+
+inline std::string contentsOf(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+/// The names in a folder, in no order; none when there is no folder.
+inline std::vector<std::string> namesIn(const std::filesystem::path& folder) {
+    std::vector<std::string> names;
+    std::error_code none;
+    for (const auto& entry : std::filesystem::directory_iterator(folder, none)) {
+        names.push_back(entry.path().filename().string());
+    }
+    return names;
+}
+
+class TemporaryFolder {
+  public:
+    TemporaryFolder() {
+        std::string pattern = (std::filesystem::temp_directory_path() / "vorna-test-XXXXXX").string();
+        if (mkdtemp(pattern.data()) == nullptr) {
+            throw std::runtime_error("no temporary folder");
+        }
+        path_ = std::filesystem::canonical(pattern);
+    }
+
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    TemporaryFolder(TemporaryFolder&&) = delete;
+    TemporaryFolder& operator=(TemporaryFolder&&) = delete;
+
+    ~TemporaryFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+
+    const std::filesystem::path& path() const { return path_; }
+
+    /// Writes a file below the folder, with the folders on its way, and returns its path.
+    // NOLINTNEXTLINE(modernize-use-nodiscard): written for its effect as often as for its path
+    std::filesystem::path write(const std::filesystem::path& name, std::string_view contents) const {
+        std::filesystem::path file = path_ / name;
+        std::filesystem::create_directories(file.parent_path());
+        writeFile(file, contents);
+        return file;
+    }
+
+    /// The same in one step: whoever reads or watches the file finds it whole, the old one or the new one.
+    void replace(const std::filesystem::path& name, std::string_view contents) const {
+        const std::filesystem::path file = path_ / name;
+        std::filesystem::create_directories(file.parent_path());
+        std::filesystem::rename(write(".draft", contents), file);
+    }
+
+  private:
+    std::filesystem::path path_;
+};
+
+}  // namespace vorna::support
