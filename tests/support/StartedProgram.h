@@ -2,7 +2,7 @@
 
 /// A program that a test starts, hears, and ends.
 
-#include <vorna/platform/linux/FileDescriptor.h>
+#include <vorna/platform/FileDescriptor.h>
 
 #include <sys/types.h>
 

@@ -2,7 +2,7 @@
 
 /// What the stores of this folder do to files in the same way.
 
-#include <vorna/platform/linux/FileDescriptor.h>
+#include <vorna/platform/FileDescriptor.h>
 
 #include <sys/types.h>
 

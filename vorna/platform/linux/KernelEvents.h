@@ -2,7 +2,7 @@
 
 /// The kernel's announcements that a device has appeared, changed or gone (netlink, NETLINK_KOBJECT_UEVENT).
 
-#include <vorna/platform/linux/FileDescriptor.h>
+#include <vorna/platform/FileDescriptor.h>
 
 #include <string_view>
 

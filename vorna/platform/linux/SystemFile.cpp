@@ -1,6 +1,6 @@
 #include <vorna/platform/linux/SystemFile.h>
 
-#include <vorna/platform/linux/FileDescriptor.h>
+#include <vorna/platform/FileDescriptor.h>
 
 #include <fcntl.h>
 #include <sys/stat.h>

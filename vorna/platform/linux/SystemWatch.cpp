@@ -1,9 +1,9 @@
 #include <vorna/platform/linux/SystemWatch.h>
 
 #include <vorna/platform/BackgroundThread.h>
+#include <vorna/platform/FileDescriptor.h>
 #include <vorna/platform/ProcessExit.h>
 #include <vorna/platform/linux/Display.h>
-#include <vorna/platform/linux/FileDescriptor.h>
 #include <vorna/platform/linux/Fingerprints.h>
 #include <vorna/platform/linux/KernelEvents.h>
 #include <vorna/platform/linux/PowerSupply.h>
