@@ -136,14 +136,14 @@ TEST_F(KeychainFaults, AProcessKilledDuringItsFirstRunLeavesTheWholeRecordOrNone
         const CredentialStore::ReadResult found =
             store.read(KeychainHelper::service, KeychainHelper::account);
         std::optional<KeyChainData> before;
-        if (found.status == credential_status::success) {
+        if (found.status == credentialStatus::success) {
             ++whole;
             before = KeychainHelper::decode(found.value.value());
             ASSERT_TRUE(before) << "torn after " << moment.count() << " us: " << *found.value;
             EXPECT_TRUE(ULID::fromString(before->userId)) << *found.value;
         } else {
             ++absent;
-            ASSERT_EQ(found.status, credential_status::itemNotFound) << moment.count() << " us";
+            ASSERT_EQ(found.status, credentialStatus::itemNotFound) << moment.count() << " us";
         }
         // The next run goes on from there, and tidies up if it has to make an identity.
         const KeyChainData next = run(data);

@@ -129,8 +129,8 @@ TEST_F(Keychain, ReplacesWhatIsNotText) {
 
 TEST_F(Keychain, ReplacesWhatItCannotReadForWhateverReason) {
     for (const CredentialStatus status :
-         {credential_status::interactionNotAllowed, credential_status::notAvailable,
-          credential_status::notPermitted, credential_status::notTrusted, CredentialStatus{-1},
+         {credentialStatus::interactionNotAllowed, credentialStatus::notAvailable,
+          credentialStatus::notPermitted, credentialStatus::notTrusted, CredentialStatus{-1},
           CredentialStatus{7}}) {
         put("an identity behind a lock");
         store->forgetCalls();
@@ -142,7 +142,7 @@ TEST_F(Keychain, ReplacesWhatItCannotReadForWhateverReason) {
 }
 
 TEST_F(Keychain, UsesAnIdentityThatCannotBeSavedForThisRun) {
-    store->addStatus(credential_status::notPermitted);
+    store->addStatus(credentialStatus::notPermitted);
     EXPECT_EQ(outputOfLoading(identity),
               "Error reading from Keychain: -25300\nError saving to Keychain: -34018\n");
     nextIdentifier = "01HK153X01ABCDEFGHJKMNPQRS";
@@ -150,7 +150,7 @@ TEST_F(Keychain, UsesAnIdentityThatCannotBeSavedForThisRun) {
 }
 
 TEST_F(Keychain, AddsEvenIfNothingCouldBeRemoved) {
-    store->removeStatus(credential_status::interactionNotAllowed);
+    store->removeStatus(credentialStatus::interactionNotAllowed);
     EXPECT_EQ(outputOfLoading(identity), "Error reading from Keychain: -25300\n");
     EXPECT_EQ(stored(), record);
 }

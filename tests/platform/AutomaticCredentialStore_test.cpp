@@ -74,11 +74,11 @@ TEST_F(AutomaticStore, ReadsTheFileWithoutWaitingForTheKeyring) {
     file->put(service, account, "value");
     keyring->hold();
     EXPECT_EQ(store.read(service, account).value, "value");
-    EXPECT_EQ(store.read(service, account).status, credential_status::success);
+    EXPECT_EQ(store.read(service, account).status, credentialStatus::success);
 }
 
 TEST_F(AutomaticStore, NeverCallsTheKeyringOnTheCallersThread) {
-    EXPECT_EQ(store.read(service, account).status, credential_status::itemNotFound);
+    EXPECT_EQ(store.read(service, account).status, credentialStatus::itemNotFound);
     store.add(service, account, "value");
     store.read(service, account);
     store.remove(service, account);
@@ -123,7 +123,7 @@ TEST_F(AutomaticStore, LeavesBothAloneWhereTheyAgree) {
 
 TEST_F(AutomaticStore, PutsTheKeyringsItemInPlaceOfAFileThatIsNotTrusted) {
     file->put(service, account, "planted");
-    file->readStatus(credential_status::notTrusted);
+    file->readStatus(credentialStatus::notTrusted);
     keyring->put(service, account, "value");
     EXPECT_EQ(store.read(service, account).value, "value");
     EXPECT_TRUE(comesToHold(file, "value"));
@@ -131,7 +131,7 @@ TEST_F(AutomaticStore, PutsTheKeyringsItemInPlaceOfAFileThatIsNotTrusted) {
 
 TEST_F(AutomaticStore, DoesNotRemoveAFileThatCannotBeReadJustNow) {
     file->put(service, account, "unreadable now");
-    file->readStatus(credential_status::notAvailable);
+    file->readStatus(credentialStatus::notAvailable);
     keyring->put(service, account, "the keyring's");
     EXPECT_EQ(store.read(service, account).value, "the keyring's");
     EXPECT_TRUE(comesToHave(file, {"read", "read", "add", "read"}));
@@ -139,25 +139,25 @@ TEST_F(AutomaticStore, DoesNotRemoveAFileThatCannotBeReadJustNow) {
 }
 
 TEST_F(AutomaticStore, AddsToBothAndRemovesFromBoth) {
-    EXPECT_EQ(store.add(service, account, "value"), credential_status::success);
+    EXPECT_EQ(store.add(service, account, "value"), credentialStatus::success);
     EXPECT_EQ(file->value(service, account), "value");
     EXPECT_EQ(keyring->value(service, account), "value");
-    EXPECT_EQ(store.remove(service, account), credential_status::success);
+    EXPECT_EQ(store.remove(service, account), credentialStatus::success);
     EXPECT_EQ(file->value(service, account), std::nullopt);
     EXPECT_EQ(keyring->value(service, account), std::nullopt);
 }
 
 TEST_F(AutomaticStore, CopiesToTheKeyringWhatItMissedWhileItWasLocked) {
-    keyring->answerOnly(credential_status::interactionNotAllowed);
-    EXPECT_EQ(store.add(service, account, "value"), credential_status::success);
+    keyring->answerOnly(credentialStatus::interactionNotAllowed);
+    EXPECT_EQ(store.add(service, account, "value"), credentialStatus::success);
     keyring->answerOnly(std::nullopt);
     EXPECT_EQ(store.read(service, account).value, "value");
     EXPECT_TRUE(comesToHold(keyring, "value"));
 }
 
 TEST_F(AutomaticStore, CopiesToTheFileWhatItMissedWhileItCouldNotBeWritten) {
-    file->addStatus(credential_status::notPermitted);
-    EXPECT_EQ(store.add(service, account, "value"), credential_status::success);
+    file->addStatus(credentialStatus::notPermitted);
+    EXPECT_EQ(store.add(service, account, "value"), credentialStatus::success);
     EXPECT_EQ(file->value(service, account), std::nullopt);
     file->addStatus(std::nullopt);
     EXPECT_EQ(store.read(service, account).value, "value");
@@ -166,7 +166,7 @@ TEST_F(AutomaticStore, CopiesToTheFileWhatItMissedWhileItCouldNotBeWritten) {
 
 TEST_F(AutomaticStore, LeavesTheKeyringAloneWhenTheFileHasTheItemAlready) {
     file->put(service, account, "of another process");
-    EXPECT_EQ(store.add(service, account, "mine"), credential_status::duplicateItem);
+    EXPECT_EQ(store.add(service, account, "mine"), credentialStatus::duplicateItem);
     EXPECT_TRUE(comesToHold(keyring, "of another process"));
     for (const InMemoryCredentialStore::Call& call : keyring->calls()) {
         EXPECT_NE(call.value, "mine");
@@ -175,16 +175,16 @@ TEST_F(AutomaticStore, LeavesTheKeyringAloneWhenTheFileHasTheItemAlready) {
 
 TEST_F(AutomaticStore, ReplacesWhatTheKeyringHadWhenAnItemIsAdded) {
     keyring->put(service, account, "of another process");
-    EXPECT_EQ(store.add(service, account, "mine"), credential_status::success);
+    EXPECT_EQ(store.add(service, account, "mine"), credentialStatus::success);
     EXPECT_TRUE(comesToHold(keyring, "mine"));
 }
 
 TEST_F(AutomaticStore, KeepsTheNewIdentityWhenASlowKeyringTurnsUpWithAnOldOne) {
     keyring->put(service, account, "old");
     keyring->hold();
-    EXPECT_EQ(hastyStore.read(service, account).status, credential_status::notAvailable);
-    EXPECT_EQ(hastyStore.remove(service, account), credential_status::notAvailable);
-    EXPECT_EQ(hastyStore.add(service, account, "new"), credential_status::success);
+    EXPECT_EQ(hastyStore.read(service, account).status, credentialStatus::notAvailable);
+    EXPECT_EQ(hastyStore.remove(service, account), credentialStatus::notAvailable);
+    EXPECT_EQ(hastyStore.add(service, account, "new"), credentialStatus::success);
     EXPECT_EQ(hastyStore.read(service, account).value, "new");
     keyring->letGo();
     EXPECT_TRUE(comesToHold(keyring, "new"));
@@ -196,7 +196,7 @@ TEST_F(AutomaticStore, WaitsForASlowKeyringOnceForAReadAndWhatFollows) {
     AutomaticCredentialStore patientStore(file, keyring, milliseconds(1000));
     keyring->hold();
     const auto began = steady_clock::now();
-    EXPECT_EQ(patientStore.read(service, account).status, credential_status::notAvailable);
+    EXPECT_EQ(patientStore.read(service, account).status, credentialStatus::notAvailable);
     EXPECT_GE(steady_clock::now() - began, milliseconds(1000));
     const auto afterRead = steady_clock::now();
     patientStore.remove(service, account);
@@ -225,9 +225,9 @@ TEST_F(AutomaticStore, ARepairUnderWayDoesNotBringBackWhatACallerRemoves) {
     patientStore.remove(service, account);
     keyring->letGo();
     // The keyring is asked in turn, so this answer means that the repair is over.
-    EXPECT_EQ(patientStore.read(service, "another").status, credential_status::itemNotFound);
+    EXPECT_EQ(patientStore.read(service, "another").status, credentialStatus::itemNotFound);
     EXPECT_EQ(file->value(service, account), std::nullopt);
-    EXPECT_EQ(patientStore.add(service, account, "new"), credential_status::success);
+    EXPECT_EQ(patientStore.add(service, account, "new"), credentialStatus::success);
     EXPECT_TRUE(comesToHold(keyring, "new"));
     EXPECT_EQ(file->value(service, account), "new");
 }
@@ -239,7 +239,7 @@ TEST_F(AutomaticStore, ARepairUnderWayEndsWithWhatACallerAdds) {
     ASSERT_EQ(hastyStore.read(service, account).value, "no identity");
     ASSERT_TRUE(comesToHave(keyring, {"read"}));
     hastyStore.remove(service, account);
-    EXPECT_EQ(hastyStore.add(service, account, "new"), credential_status::success);
+    EXPECT_EQ(hastyStore.add(service, account, "new"), credentialStatus::success);
     keyring->letGo();
     EXPECT_TRUE(comesToHold(keyring, "new"));
     EXPECT_EQ(file->value(service, account), "new");
@@ -294,11 +294,11 @@ TEST_P(AutomaticStoreStatus, IsThatOfTheStoreThatMayHaveTheItem) {
     EXPECT_EQ(store.remove(service, account), GetParam().ofRemoving);
 }
 
-constexpr CredentialStatus none = credential_status::itemNotFound;
-constexpr CredentialStatus locked = credential_status::interactionNotAllowed;
-constexpr CredentialStatus noKeyring = credential_status::notAvailable;
-constexpr CredentialStatus readOnly = credential_status::notPermitted;
-constexpr CredentialStatus planted = credential_status::notTrusted;
+constexpr CredentialStatus none = credentialStatus::itemNotFound;
+constexpr CredentialStatus locked = credentialStatus::interactionNotAllowed;
+constexpr CredentialStatus noKeyring = credentialStatus::notAvailable;
+constexpr CredentialStatus readOnly = credentialStatus::notPermitted;
+constexpr CredentialStatus planted = credentialStatus::notTrusted;
 
 INSTANTIATE_TEST_SUITE_P(
     AutomaticStore, AutomaticStoreStatus,
@@ -406,7 +406,7 @@ TEST_F(AutomaticIdentity, SurvivesTheLossOfTheKeyring) {
     const KeyringSession session;
     const KeyChainData identity = run();
     SecretServiceCredentialStore keyring("app");
-    ASSERT_EQ(keyring.remove(service, account), credential_status::success);
+    ASSERT_EQ(keyring.remove(service, account), credentialStatus::success);
     EXPECT_EQ(run(), identity);
     EXPECT_TRUE(eventually([&] { return userInKeyring() == identity.userId; }));
 }

@@ -129,9 +129,9 @@ class InMemoryCredentialStore final : public CredentialStore {
         }
         const auto found = items_.find({std::string(service), std::string(account)});
         if (found == items_.end()) {
-            return {credential_status::itemNotFound, std::nullopt};
+            return {credentialStatus::itemNotFound, std::nullopt};
         }
-        return {credential_status::success, found->second};
+        return {credentialStatus::success, found->second};
     }
 
     CredentialStatus remove(std::string_view service, std::string_view account) override {
@@ -141,7 +141,7 @@ class InMemoryCredentialStore final : public CredentialStore {
             return *removeStatus_;
         }
         const bool isRemoved = items_.erase({std::string(service), std::string(account)}) > 0;
-        return isRemoved ? credential_status::success : credential_status::itemNotFound;
+        return isRemoved ? credentialStatus::success : credentialStatus::itemNotFound;
     }
 
     CredentialStatus add(std::string_view service, std::string_view account,
@@ -153,7 +153,7 @@ class InMemoryCredentialStore final : public CredentialStore {
             return *addStatus_;
         }
         const bool isNew = items_.try_emplace({std::string(service), std::string(account)}, value).second;
-        return isNew ? credential_status::success : credential_status::duplicateItem;
+        return isNew ? credentialStatus::success : credentialStatus::duplicateItem;
     }
 
   private:

@@ -36,7 +36,7 @@ KeyChainData KeychainHelper::loadOrCreateIdentity() const {
 
 std::optional<std::string> KeychainHelper::read() const {
     CredentialStore::ReadResult result = store_->read(service, account);
-    if (result.status == credential_status::success && result.value && utf8::isValid(*result.value)) {
+    if (result.status == credentialStatus::success && result.value && utf8::isValid(*result.value)) {
         return std::move(result.value);
     }
     log::always({"Error reading from Keychain: ", std::to_string(result.status)});
@@ -49,7 +49,7 @@ void KeychainHelper::save(std::string_view value) const {
     }
     store_->remove(service, account);
     const CredentialStatus status = store_->add(service, account, value);
-    if (status != credential_status::success) {
+    if (status != credentialStatus::success) {
         log::always({"Error saving to Keychain: ", std::to_string(status)});
     }
 }

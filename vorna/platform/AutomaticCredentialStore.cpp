@@ -50,8 +50,8 @@ class AutomaticCredentialStore::Keeper : public std::enable_shared_from_this<Kee
             askKeyring([service, account](CredentialStore& keyring) {
                 return ReadResult{keyring.remove(service, account), std::nullopt};
             });
-        if (fromFile == credential_status::success || isSuccess(fromKeyring)) {
-            return credential_status::success;
+        if (fromFile == credentialStatus::success || isSuccess(fromKeyring)) {
+            return credentialStatus::success;
         }
         return statusOfNothing(fromFile, fromKeyring);
     }
@@ -59,7 +59,7 @@ class AutomaticCredentialStore::Keeper : public std::enable_shared_from_this<Kee
     CredentialStatus add(std::string service, std::string account, std::string value) {
         const CredentialStatus toFile =
             changeFile([&](CredentialStore& file) { return file.add(service, account, value); });
-        if (toFile == credential_status::duplicateItem) {
+        if (toFile == credentialStatus::duplicateItem) {
             repairLater(std::move(service), std::move(account));
             return toFile;
         }
@@ -67,16 +67,16 @@ class AutomaticCredentialStore::Keeper : public std::enable_shared_from_this<Kee
             askKeyring([service, account, value = std::move(value)](CredentialStore& keyring) {
                 return ReadResult{keyring.add(service, account, value), std::nullopt};
             });
-        const bool isInFile = toFile == credential_status::success;
+        const bool isInFile = toFile == credentialStatus::success;
         const bool isInKeyring = isSuccess(toKeyring);
         if (isInFile != isInKeyring) {
             repairLater(std::move(service), std::move(account));
         }
         if (isInFile || isInKeyring) {
-            return credential_status::success;
+            return credentialStatus::success;
         }
-        const bool wasInKeyring = toKeyring && toKeyring->status == credential_status::duplicateItem;
-        return wasInKeyring ? credential_status::duplicateItem : toFile;
+        const bool wasInKeyring = toKeyring && toKeyring->status == credentialStatus::duplicateItem;
+        return wasInKeyring ? credentialStatus::duplicateItem : toFile;
     }
 
     /// Nothing that has not begun will. Waits for the thread until the deadline.
@@ -98,21 +98,21 @@ class AutomaticCredentialStore::Keeper : public std::enable_shared_from_this<Kee
     };
 
     static bool isSuccess(const std::optional<ReadResult>& answer) {
-        return answer && answer->status == credential_status::success;
+        return answer && answer->status == credentialStatus::success;
     }
 
     /// How it is said that neither store has given anything. A keyring that is not there cannot have the
     /// item, one that has not answered can.
     static CredentialStatus statusOfNothing(CredentialStatus fromFile,
                                             const std::optional<ReadResult>& fromKeyring) {
-        if (fromFile != credential_status::itemNotFound) {
+        if (fromFile != credentialStatus::itemNotFound) {
             return fromFile;
         }
         if (!fromKeyring) {
-            return credential_status::notAvailable;
+            return credentialStatus::notAvailable;
         }
-        return fromKeyring->status == credential_status::notAvailable ? credential_status::itemNotFound
-                                                                      : fromKeyring->status;
+        return fromKeyring->status == credentialStatus::notAvailable ? credentialStatus::itemNotFound
+                                                                     : fromKeyring->status;
     }
 
     /// Absent when there is no answer within what is left of the patience. A question that is abandoned
@@ -188,10 +188,10 @@ class AutomaticCredentialStore::Keeper : public std::enable_shared_from_this<Kee
             if (changesSeen != fileChanges_) {
                 return;
             }
-            if (fromFile.status == credential_status::notTrusted) {
+            if (fromFile.status == credentialStatus::notTrusted) {
                 file_->remove(service, account);
             }
-            if (file_->add(service, account, *fromKeyring.value) != credential_status::duplicateItem) {
+            if (file_->add(service, account, *fromKeyring.value) != credentialStatus::duplicateItem) {
                 return;
             }
             // Another process was quicker, so its item is the one in force.
@@ -205,7 +205,7 @@ class AutomaticCredentialStore::Keeper : public std::enable_shared_from_this<Kee
         }
         if (fromKeyring.value) {
             keyring_->remove(service, account);
-        } else if (fromKeyring.status != credential_status::itemNotFound) {
+        } else if (fromKeyring.status != credentialStatus::itemNotFound) {
             return;
         }
         keyring_->add(service, account, *fromFile.value);

@@ -13,7 +13,7 @@ namespace vorna {
 /// The outcome of an operation on a CredentialStore. The numbers appear in log lines as they stand.
 using CredentialStatus = std::int32_t;
 
-namespace credential_status {
+namespace credentialStatus {
 inline constexpr CredentialStatus success = 0;
 /// Nothing is stored under that service and account.
 inline constexpr CredentialStatus itemNotFound = -25300;
@@ -27,7 +27,7 @@ inline constexpr CredentialStatus notAvailable = -25291;
 inline constexpr CredentialStatus notPermitted = -34018;
 /// What lies in the item's place cannot be trusted: others may read or write it, or it is a link.
 inline constexpr CredentialStatus notTrusted = -67054;
-}  // namespace credential_status
+}  // namespace credentialStatus
 
 /// One opaque byte value for each pair of service and account. Calls come from the thread that initialises
 /// the library, one at a time. An implementation bounds its own waiting (2 seconds in all) and never
@@ -35,7 +35,7 @@ inline constexpr CredentialStatus notTrusted = -67054;
 class [[gnu::visibility("default")]] CredentialStore {
   public:
     struct ReadResult {
-        CredentialStatus status = credential_status::itemNotFound;
+        CredentialStatus status = credentialStatus::itemNotFound;
         /// Present exactly when the status is success.
         std::optional<std::string> value;
     };

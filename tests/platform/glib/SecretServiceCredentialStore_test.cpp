@@ -45,22 +45,22 @@ class SecretServiceStore : public ::testing::Test {
 TEST_F(SecretServiceStore, HasNothingAtFirst) {
     const KeyringSession session;
     const CredentialStore::ReadResult result = store.read(service, account);
-    EXPECT_EQ(result.status, credential_status::itemNotFound);
+    EXPECT_EQ(result.status, credentialStatus::itemNotFound);
     EXPECT_FALSE(result.value);
-    EXPECT_EQ(store.remove(service, account), credential_status::itemNotFound);
+    EXPECT_EQ(store.remove(service, account), credentialStatus::itemNotFound);
 }
 
 TEST_F(SecretServiceStore, GivesBackWhatWasAdded) {
     const KeyringSession session;
-    ASSERT_EQ(store.add(service, account, R"({"userId":"x","installTime":1})"), credential_status::success);
+    ASSERT_EQ(store.add(service, account, R"({"userId":"x","installTime":1})"), credentialStatus::success);
     const CredentialStore::ReadResult result = store.read(service, account);
-    EXPECT_EQ(result.status, credential_status::success);
+    EXPECT_EQ(result.status, credentialStatus::success);
     EXPECT_EQ(result.value, R"({"userId":"x","installTime":1})");
 }
 
 TEST_F(SecretServiceStore, LabelsTheItemAndGivesItTheAttributesItIsFoundBy) {
     const KeyringSession session;
-    ASSERT_EQ(store.add(service, account, "value"), credential_status::success);
+    ASSERT_EQ(store.add(service, account, "value"), credentialStatus::success);
     const std::string name(service);
     EXPECT_EQ(session.itemLabel(name, "userDetails"), "VornaSDK identity");
     EXPECT_EQ(session.itemAttribute(name, "userDetails", "service"), "io.vorna.vornasdk");
@@ -81,38 +81,38 @@ TEST_F(SecretServiceStore, KeepsEveryByteAsItIs) {
                                   "Grüße",
                                   std::string(std::size_t{64} * 1024, 'x')};
     for (const std::string& value : values) {
-        ASSERT_EQ(store.add(service, account, value), credential_status::success) << value.size();
+        ASSERT_EQ(store.add(service, account, value), credentialStatus::success) << value.size();
         const CredentialStore::ReadResult result = store.read(service, account);
-        EXPECT_EQ(result.status, credential_status::success) << value.size();
+        EXPECT_EQ(result.status, credentialStatus::success) << value.size();
         EXPECT_EQ(result.value, value) << value.size();
-        ASSERT_EQ(store.remove(service, account), credential_status::success) << value.size();
+        ASSERT_EQ(store.remove(service, account), credentialStatus::success) << value.size();
     }
 }
 
 TEST_F(SecretServiceStore, NeverReplaces) {
     const KeyringSession session;
-    ASSERT_EQ(store.add(service, account, "first"), credential_status::success);
-    EXPECT_EQ(store.add(service, account, "second"), credential_status::duplicateItem);
+    ASSERT_EQ(store.add(service, account, "first"), credentialStatus::success);
+    EXPECT_EQ(store.add(service, account, "second"), credentialStatus::duplicateItem);
     EXPECT_EQ(store.read(service, account).value, "first");
 }
 
 TEST_F(SecretServiceStore, RemovesOnlyTheItemOfThatName) {
     const KeyringSession session;
-    ASSERT_EQ(store.add(service, account, "one"), credential_status::success);
-    ASSERT_EQ(store.add(service, "another", "two"), credential_status::success);
-    EXPECT_EQ(store.remove(service, account), credential_status::success);
-    EXPECT_EQ(store.read(service, account).status, credential_status::itemNotFound);
+    ASSERT_EQ(store.add(service, account, "one"), credentialStatus::success);
+    ASSERT_EQ(store.add(service, "another", "two"), credentialStatus::success);
+    EXPECT_EQ(store.remove(service, account), credentialStatus::success);
+    EXPECT_EQ(store.read(service, account).status, credentialStatus::itemNotFound);
     EXPECT_EQ(store.read(service, "another").value, "two");
 }
 
 TEST_F(SecretServiceStore, KeepsTheItemsOfApplicationsApart) {
     const KeyringSession session;
     SecretServiceCredentialStore neighbour("com.example.neighbour");
-    ASSERT_EQ(store.add(service, account, "mine"), credential_status::success);
-    EXPECT_EQ(neighbour.read(service, account).status, credential_status::itemNotFound);
-    ASSERT_EQ(neighbour.add(service, account, "theirs"), credential_status::success);
+    ASSERT_EQ(store.add(service, account, "mine"), credentialStatus::success);
+    EXPECT_EQ(neighbour.read(service, account).status, credentialStatus::itemNotFound);
+    ASSERT_EQ(neighbour.add(service, account, "theirs"), credentialStatus::success);
     EXPECT_EQ(store.read(service, account).value, "mine");
-    EXPECT_EQ(neighbour.remove(service, account), credential_status::success);
+    EXPECT_EQ(neighbour.remove(service, account), credentialStatus::success);
     EXPECT_EQ(store.read(service, account).value, "mine");
 }
 
@@ -120,24 +120,24 @@ TEST_F(SecretServiceStore, TakesAnItemOfNoApplicationForItsOwn) {
     const KeyringSession session;
     session.addItem("io.vorna.vornasdk", "userDetails", "", "restored by hand");
     EXPECT_EQ(store.read(service, account).value, "restored by hand");
-    EXPECT_EQ(store.add(service, account, "new"), credential_status::duplicateItem);
-    EXPECT_EQ(store.remove(service, account), credential_status::success);
+    EXPECT_EQ(store.add(service, account, "new"), credentialStatus::duplicateItem);
+    EXPECT_EQ(store.remove(service, account), credentialStatus::success);
     EXPECT_EQ(session.itemCount("io.vorna.vornasdk", "userDetails"), 0U);
 }
 
 TEST_F(SecretServiceStore, PrefersItsOwnItemToOneOfNoApplication) {
     const KeyringSession session;
-    ASSERT_EQ(store.add(service, account, "own"), credential_status::success);
+    ASSERT_EQ(store.add(service, account, "own"), credentialStatus::success);
     session.addItem("io.vorna.vornasdk", "userDetails", "", "anybody's");
     EXPECT_EQ(store.read(service, account).value, "own");
-    EXPECT_EQ(store.remove(service, account), credential_status::success);
+    EXPECT_EQ(store.remove(service, account), credentialStatus::success);
     EXPECT_EQ(session.itemCount("io.vorna.vornasdk", "userDetails"), 0U);
 }
 
 TEST_F(SecretServiceStore, OutlivesTheServiceAndTheProcess) {
     ForkedProcess process([this](const std::string& busAddress) {
         support::setVariable("DBUS_SESSION_BUS_ADDRESS", busAddress);
-        return store.add(service, account, "kept") == credential_status::success ? 0 : 1;
+        return store.add(service, account, "kept") == credentialStatus::success ? 0 : 1;
     });
     KeyringSession session;
     process.start(session.busAddress());
@@ -149,21 +149,21 @@ TEST_F(SecretServiceStore, OutlivesTheServiceAndTheProcess) {
 
 TEST_F(SecretServiceStore, AsksNobodyWhileTheKeyringIsLocked) {
     const KeyringSession session;
-    ASSERT_EQ(store.add(service, account, "kept"), credential_status::success);
+    ASSERT_EQ(store.add(service, account, "kept"), credentialStatus::success);
     session.lockKeyring();
-    EXPECT_EQ(store.read(service, account).status, credential_status::interactionNotAllowed);
-    EXPECT_EQ(store.add(service, account, "new"), credential_status::duplicateItem);
-    EXPECT_EQ(store.remove(service, account), credential_status::interactionNotAllowed);
-    EXPECT_EQ(store.read(service, "another").status, credential_status::interactionNotAllowed);
-    EXPECT_EQ(store.add(service, "another", "new"), credential_status::interactionNotAllowed);
+    EXPECT_EQ(store.read(service, account).status, credentialStatus::interactionNotAllowed);
+    EXPECT_EQ(store.add(service, account, "new"), credentialStatus::duplicateItem);
+    EXPECT_EQ(store.remove(service, account), credentialStatus::interactionNotAllowed);
+    EXPECT_EQ(store.read(service, "another").status, credentialStatus::interactionNotAllowed);
+    EXPECT_EQ(store.add(service, "another", "new"), credentialStatus::interactionNotAllowed);
     EXPECT_EQ(session.promptCount(), 0U);
 }
 
 TEST_F(SecretServiceStore, ReadsAgainOnceTheKeyringIsUnlocked) {
     KeyringSession session;
-    ASSERT_EQ(store.add(service, account, "kept"), credential_status::success);
+    ASSERT_EQ(store.add(service, account, "kept"), credentialStatus::success);
     session.lockKeyring();
-    ASSERT_EQ(store.read(service, account).status, credential_status::interactionNotAllowed);
+    ASSERT_EQ(store.read(service, account).status, credentialStatus::interactionNotAllowed);
     session.stopKeyring();
     session.startKeyring();
     EXPECT_EQ(store.read(service, account).value, "kept");
@@ -171,39 +171,39 @@ TEST_F(SecretServiceStore, ReadsAgainOnceTheKeyringIsUnlocked) {
 
 TEST_F(SecretServiceStore, MakesNoCollectionForTheUser) {
     const KeyringSession session(KeyringSession::Keyring::isNew);
-    EXPECT_EQ(store.read(service, account).status, credential_status::itemNotFound);
-    EXPECT_EQ(store.add(service, account, "new"), credential_status::interactionNotAllowed);
+    EXPECT_EQ(store.read(service, account).status, credentialStatus::itemNotFound);
+    EXPECT_EQ(store.add(service, account, "new"), credentialStatus::interactionNotAllowed);
     EXPECT_EQ(session.promptCount(), 0U);
 }
 
 TEST_F(SecretServiceStore, IsNotAvailableWithoutTheService) {
     const KeyringSession session(KeyringSession::Keyring::absent);
-    EXPECT_EQ(store.read(service, account).status, credential_status::notAvailable);
-    EXPECT_EQ(store.add(service, account, "value"), credential_status::notAvailable);
-    EXPECT_EQ(store.remove(service, account), credential_status::notAvailable);
+    EXPECT_EQ(store.read(service, account).status, credentialStatus::notAvailable);
+    EXPECT_EQ(store.add(service, account, "value"), credentialStatus::notAvailable);
+    EXPECT_EQ(store.remove(service, account), credentialStatus::notAvailable);
 }
 
 TEST_F(SecretServiceStore, IsNotAvailableOnceTheBusHasGone) {
     KeyringSession session;
-    ASSERT_EQ(store.add(service, account, "value"), credential_status::success);
+    ASSERT_EQ(store.add(service, account, "value"), credentialStatus::success);
     session.stopBus();
-    EXPECT_EQ(store.read(service, account).status, credential_status::notAvailable);
+    EXPECT_EQ(store.read(service, account).status, credentialStatus::notAvailable);
 }
 
 TEST_F(SecretServiceStore, SurvivesTheEndOfTheBusDuringACall) {
     KeyringSession session;
     session.freezeKeyring();
     std::thread breaker([&session] { session.stopBus(); });
-    EXPECT_EQ(store.read(service, account).status, credential_status::notAvailable);
+    EXPECT_EQ(store.read(service, account).status, credentialStatus::notAvailable);
     breaker.join();
 }
 
 TEST_F(SecretServiceStore, GivesUpAtTheBoundWhenTheKeyringHangs) {
     const KeyringSession session;
-    ASSERT_EQ(store.add(service, account, "value"), credential_status::success);
+    ASSERT_EQ(store.add(service, account, "value"), credentialStatus::success);
     session.freezeKeyring();
     const auto began = steady_clock::now();
-    EXPECT_EQ(store.read(service, account).status, credential_status::notAvailable);
+    EXPECT_EQ(store.read(service, account).status, credentialStatus::notAvailable);
     EXPECT_GE(since(began), milliseconds(2000));
     EXPECT_LT(since(began), milliseconds(3500));
     session.thawKeyring();
@@ -214,7 +214,7 @@ TEST_F(SecretServiceStore, GivesUpAtTheBoundWhenTheBusHangs) {
     const KeyringSession session;
     session.freezeBus();
     const auto began = steady_clock::now();
-    EXPECT_EQ(store.read(service, account).status, credential_status::notAvailable);
+    EXPECT_EQ(store.read(service, account).status, credentialStatus::notAvailable);
     EXPECT_GE(since(began), milliseconds(2000));
     EXPECT_LT(since(began), milliseconds(3500));
     session.thawBus();
@@ -224,7 +224,7 @@ TEST_F(SecretServiceStore, LetsTheProcessExitWhileCallsHang) {
     ForkedProcess process([](const std::string& busAddress) {
         support::setVariable("DBUS_SESSION_BUS_ADDRESS", busAddress);
         SecretServiceCredentialStore hasty(application, milliseconds(100));
-        const bool hangs = hasty.read(service, account).status == credential_status::notAvailable;
+        const bool hangs = hasty.read(service, account).status == credentialStatus::notAvailable;
         // When the process exits, these calls are on their way, or about to be: both must be fine.
         for (int count = 0; count < 4; ++count) {
             std::thread([] { SecretServiceCredentialStore(application).read(service, account); }).detach();
@@ -243,9 +243,9 @@ TEST_F(SecretServiceStore, ServesSeveralThreadsAtOnce) {
     const KeyringSession session;
     const auto use = [this](const std::string& name) {
         for (int round = 0; round < 3; ++round) {
-            EXPECT_EQ(store.add(service, name, name), credential_status::success);
+            EXPECT_EQ(store.add(service, name, name), credentialStatus::success);
             EXPECT_EQ(store.read(service, name).value, name);
-            EXPECT_EQ(store.remove(service, name), credential_status::success);
+            EXPECT_EQ(store.remove(service, name), credentialStatus::success);
         }
     };
     std::thread one(use, "one");
@@ -258,9 +258,9 @@ TEST_F(SecretServiceStore, ServesSeveralThreadsAtOnce) {
 TEST_F(SecretServiceStore, TakesNoNamesThatCannotBeAttributes) {
     const KeyringSession session;
     for (const std::string& name : {std::string("\xFF"), std::string("a\0b", 3)}) {
-        EXPECT_EQ(store.add(service, name, "value"), credential_status::notPermitted);
-        EXPECT_EQ(store.read(name, account).status, credential_status::notPermitted);
-        EXPECT_EQ(store.remove(service, name), credential_status::notPermitted);
+        EXPECT_EQ(store.add(service, name, "value"), credentialStatus::notPermitted);
+        EXPECT_EQ(store.read(name, account).status, credentialStatus::notPermitted);
+        EXPECT_EQ(store.remove(service, name), credentialStatus::notPermitted);
     }
 }
 
@@ -289,19 +289,19 @@ TEST(SecretServiceStoreWithoutABus, IsNotAvailableAtOnceAndStartsNone) {
     for (const std::string& address : addresses) {
         support::setVariable("DBUS_SESSION_BUS_ADDRESS", address);
         const auto began = steady_clock::now();
-        EXPECT_EQ(store.read(service, account).status, credential_status::notAvailable) << address;
-        EXPECT_EQ(store.add(service, account, "value"), credential_status::notAvailable) << address;
-        EXPECT_EQ(store.remove(service, account), credential_status::notAvailable) << address;
+        EXPECT_EQ(store.read(service, account).status, credentialStatus::notAvailable) << address;
+        EXPECT_EQ(store.add(service, account, "value"), credentialStatus::notAvailable) << address;
+        EXPECT_EQ(store.remove(service, account), credentialStatus::notAvailable) << address;
         EXPECT_LT(since(began), milliseconds(1000)) << address;
     }
     support::unsetVariable("DBUS_SESSION_BUS_ADDRESS");
-    EXPECT_EQ(store.read(service, account).status, credential_status::notAvailable);
+    EXPECT_EQ(store.read(service, account).status, credentialStatus::notAvailable);
     EXPECT_FALSE(std::filesystem::exists(trace));
 }
 
 TEST_F(SecretServiceStore, FindsTheBusInTheRuntimeFolder) {
     const KeyringSession session;
-    ASSERT_EQ(store.add(service, account, "value"), credential_status::success);
+    ASSERT_EQ(store.add(service, account, "value"), credentialStatus::success);
     const std::filesystem::path runtime = support::variable("XDG_RUNTIME_DIR");
     const std::string socket = session.busAddress().substr(std::string_view("unix:path=").size());
     std::filesystem::create_symlink(socket, runtime / "bus");

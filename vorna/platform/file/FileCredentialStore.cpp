@@ -34,14 +34,14 @@ constexpr char unfinishedMark = '~';
 CredentialStatus statusOf(int error) {
     switch (error) {
     case ENOENT:
-        return credential_status::itemNotFound;
+        return credentialStatus::itemNotFound;
     case EEXIST:
-        return credential_status::duplicateItem;
+        return credentialStatus::duplicateItem;
     case ELOOP:    // a symbolic link where none may be
     case ENOTDIR:  // something else than a folder in the folder's place
     case EISDIR:
     case ENXIO:  // a socket, or a pipe
-        return credential_status::notTrusted;
+        return credentialStatus::notTrusted;
     case EACCES:
     case EPERM:
     case EROFS:
@@ -49,9 +49,9 @@ CredentialStatus statusOf(int error) {
     case EDQUOT:
     case EFBIG:
     case ENAMETOOLONG:
-        return credential_status::notPermitted;
+        return credentialStatus::notPermitted;
     default:
-        return credential_status::notAvailable;
+        return credentialStatus::notAvailable;
     }
 }
 
@@ -100,17 +100,17 @@ OpenedFolder openFolder(const FileDescriptor& dataDirectory) {
     }
     const std::optional<struct stat> status = statusOf(folder);
     if (!status) {
-        return credential_status::notAvailable;
+        return credentialStatus::notAvailable;
     }
     if (status->st_uid != geteuid() || (status->st_mode & othersMayWrite) != 0) {
-        return credential_status::notTrusted;
+        return credentialStatus::notTrusted;
     }
     return folder;
 }
 
 OpenedFolder existingFolder(const std::string& dataDirectory) {
     if (dataDirectory.empty()) {
-        return credential_status::notAvailable;
+        return credentialStatus::notAvailable;
     }
     const FileDescriptor data = openAt(AT_FDCWD, dataDirectory.c_str(), O_RDONLY | O_DIRECTORY);
     if (!data.isOpen()) {
@@ -121,7 +121,7 @@ OpenedFolder existingFolder(const std::string& dataDirectory) {
 
 OpenedFolder folderMadeIfMissing(std::string dataDirectory) {
     if (dataDirectory.empty()) {
-        return credential_status::notAvailable;
+        return credentialStatus::notAvailable;
     }
     // With a slash at the end a path has no last component, and so no parent to make.
     while (dataDirectory.size() > 1 && dataDirectory.back() == '/') {
@@ -133,7 +133,7 @@ OpenedFolder folderMadeIfMissing(std::string dataDirectory) {
     const FileDescriptor data = openAt(AT_FDCWD, dataDirectory.c_str(), O_RDONLY | O_DIRECTORY);
     if (!data.isOpen()) {
         // A link that leads nowhere takes the folder's place, so it could not be made and yet is not there.
-        return errno == ENOENT ? credential_status::notAvailable : statusOf(errno);
+        return errno == ENOENT ? credentialStatus::notAvailable : statusOf(errno);
     }
     if (mkdirat(data.number(), folderName, folderMode) == 0) {
         syncFolder(data);
@@ -252,11 +252,11 @@ CredentialStore::ReadResult FileCredentialStore::read(std::string_view service, 
     }
     const std::optional<struct stat> status = statusOf(file);
     if (!status) {
-        return {credential_status::notAvailable, std::nullopt};
+        return {credentialStatus::notAvailable, std::nullopt};
     }
     if (!S_ISREG(status->st_mode) || status->st_uid != geteuid() ||
         (status->st_mode & othersMayAnything) != 0) {
-        return {credential_status::notTrusted, std::nullopt};
+        return {credentialStatus::notTrusted, std::nullopt};
     }
     std::string value;
     std::vector<char> chunk(std::size_t{16} * 1024);
@@ -267,11 +267,11 @@ CredentialStore::ReadResult FileCredentialStore::read(std::string_view service, 
             return {statusOf(errno), std::nullopt};
         }
         if (count == 0) {
-            return {credential_status::success, std::move(value)};
+            return {credentialStatus::success, std::move(value)};
         }
         value.append(chunk.data(), static_cast<std::size_t>(count));
     }
-    return {credential_status::notTrusted, std::nullopt};
+    return {credentialStatus::notTrusted, std::nullopt};
 }
 
 CredentialStatus FileCredentialStore::remove(std::string_view service, std::string_view account) {
@@ -283,13 +283,13 @@ CredentialStatus FileCredentialStore::remove(std::string_view service, std::stri
     if (unlinkat(folder.number(), itemName(service, account).c_str(), 0) != 0) {
         return statusOf(errno);
     }
-    return syncFolder(folder) ? credential_status::success : statusOf(errno);
+    return syncFolder(folder) ? credentialStatus::success : statusOf(errno);
 }
 
 CredentialStatus FileCredentialStore::add(std::string_view service, std::string_view account,
                                           std::string_view value) {
     if (value.size() > largestValue) {
-        return credential_status::notPermitted;
+        return credentialStatus::notPermitted;
     }
     const OpenedFolder opened = folderMadeIfMissing(dataDirectory_);
     if (const auto* const status = std::get_if<CredentialStatus>(&opened)) {
@@ -304,9 +304,9 @@ CredentialStatus FileCredentialStore::add(std::string_view service, std::string_
         error = addOnce(folder, name, value);
     }
     if (error == 0) {
-        return credential_status::success;
+        return credentialStatus::success;
     }
-    return error == ENOENT ? credential_status::notAvailable : statusOf(error);
+    return error == ENOENT ? credentialStatus::notAvailable : statusOf(error);
 }
 
 }  // namespace vorna

@@ -190,15 +190,15 @@ std::optional<std::string> sessionBusAddress() {
 
 CredentialStatus statusOf(const GError* error) {
     if (error == nullptr) {
-        return credential_status::notAvailable;
+        return credentialStatus::notAvailable;
     }
     if (error->domain == noPromptDomain() || g_error_matches(error, SECRET_ERROR, SECRET_ERROR_IS_LOCKED)) {
-        return credential_status::interactionNotAllowed;
+        return credentialStatus::interactionNotAllowed;
     }
     if (g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_ACCESS_DENIED)) {
-        return credential_status::notPermitted;
+        return credentialStatus::notPermitted;
     }
-    return credential_status::notAvailable;
+    return credentialStatus::notAvailable;
 }
 
 /// One conversation with the Secret Service, on one thread.
@@ -230,14 +230,13 @@ class Conversation {
             if (secret) {
                 gsize size = 0;
                 const char* const bytes = secret_value_get(secret.get(), &size);
-                return {credential_status::success, std::string(bytes, size)};
+                return {credentialStatus::success, std::string(bytes, size)};
             }
         }
         if (!items->unlocked.empty()) {
-            return {credential_status::notAvailable, std::nullopt};
+            return {credentialStatus::notAvailable, std::nullopt};
         }
-        return {items->hasLocked ? credential_status::interactionNotAllowed : statusOfAbsence(),
-                std::nullopt};
+        return {items->hasLocked ? credentialStatus::interactionNotAllowed : statusOfAbsence(), std::nullopt};
     }
 
     CredentialStatus remove() {
@@ -251,9 +250,9 @@ class Conversation {
             }
         }
         if (items->hasLocked) {
-            return credential_status::interactionNotAllowed;
+            return credentialStatus::interactionNotAllowed;
         }
-        return items->unlocked.empty() ? statusOfAbsence() : credential_status::success;
+        return items->unlocked.empty() ? statusOfAbsence() : credentialStatus::success;
     }
 
     CredentialStatus add(std::string_view value) {
@@ -262,14 +261,14 @@ class Conversation {
             return statusOf(error_.get());
         }
         if (!items->unlocked.empty() || items->hasLocked) {
-            return credential_status::duplicateItem;
+            return credentialStatus::duplicateItem;
         }
         const Object<SecretCollection> collection = defaultCollection();
         if (!collection) {
             return statusOfNoCollection();
         }
         if (secret_collection_get_locked(collection.get())) {
-            return credential_status::interactionNotAllowed;
+            return credentialStatus::interactionNotAllowed;
         }
         // Keyrings may re-encode what is called text, and show nothing of what is not.
         const bool isText = utf8::isValid(value) && value.find('\0') == std::string_view::npos;
@@ -281,7 +280,7 @@ class Conversation {
         const Object<SecretItem> item(
             secret_item_create_sync(collection.get(), &schema(), attributes.get(), "VornaSDK identity",
                                     secret.get(), SECRET_ITEM_CREATE_REPLACE, cancellable_, error_.out()));
-        return item ? credential_status::success : statusOf(error_.get());
+        return item ? credentialStatus::success : statusOf(error_.get());
     }
 
   private:
@@ -351,16 +350,16 @@ class Conversation {
 
     /// Making a collection takes a password from the user.
     CredentialStatus statusOfNoCollection() {
-        return error_.get() == nullptr ? credential_status::interactionNotAllowed : statusOf(error_.get());
+        return error_.get() == nullptr ? credentialStatus::interactionNotAllowed : statusOf(error_.get());
     }
 
     CredentialStatus statusOfAbsence() {
         const Object<SecretCollection> collection = defaultCollection();
         if (!collection) {
-            return error_.get() == nullptr ? credential_status::itemNotFound : statusOf(error_.get());
+            return error_.get() == nullptr ? credentialStatus::itemNotFound : statusOf(error_.get());
         }
-        return secret_collection_get_locked(collection.get()) ? credential_status::interactionNotAllowed
-                                                              : credential_status::itemNotFound;
+        return secret_collection_get_locked(collection.get()) ? credentialStatus::interactionNotAllowed
+                                                              : credentialStatus::itemNotFound;
     }
 
     const ItemName name_;
@@ -421,7 +420,7 @@ CallsUnderWay& callsUnderWay() {
 ReadResult converse(const std::function<ReadResult(GCancellable*)>& work, GCancellable* cancellable) {
     const Owned<GMainContext, g_main_context_unref> context(g_main_context_new());
     g_main_context_push_thread_default(context.get());
-    ReadResult result{credential_status::notAvailable, std::nullopt};
+    ReadResult result{credentialStatus::notAvailable, std::nullopt};
     try {
         result = work(cancellable);
     } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): out of memory; the status says enough
@@ -435,7 +434,7 @@ ReadResult converse(const std::function<ReadResult(GCancellable*)>& work, GCance
 
 ReadResult bounded(std::chrono::milliseconds bound, std::function<ReadResult(GCancellable*)> work) {
     const auto deadline = std::chrono::steady_clock::now() + bound;
-    ReadResult none{credential_status::notAvailable, std::nullopt};
+    ReadResult none{credentialStatus::notAvailable, std::nullopt};
     if (processIsExiting()) {
         return none;
     }
@@ -469,11 +468,11 @@ ReadResult bounded(std::chrono::milliseconds bound, std::function<ReadResult(GCa
 ReadResult perform(std::chrono::milliseconds bound, ItemName name,
                    std::function<ReadResult(Conversation&)> operation) {
     if (!name.canBeAttributes()) {
-        return {credential_status::notPermitted, std::nullopt};
+        return {credentialStatus::notPermitted, std::nullopt};
     }
     std::optional<std::string> address = sessionBusAddress();
     if (!address) {
-        return {credential_status::notAvailable, std::nullopt};
+        return {credentialStatus::notAvailable, std::nullopt};
     }
     return bounded(bound, [address = std::move(*address), name = std::move(name),
                            operation = std::move(operation)](GCancellable* cancellable) {
