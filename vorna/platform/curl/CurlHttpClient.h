@@ -21,6 +21,8 @@
 
 namespace vorna {
 
+class CurlEngine;
+
 class CurlHttpClient final : public HttpClient {
   public:
     /// Trusts the authorities in the PEM file, or those of the system when the name is empty.
@@ -36,9 +38,7 @@ class CurlHttpClient final : public HttpClient {
     void start(HttpRequest request, Completion completion) override;
 
   private:
-    class Engine;
-
-    std::shared_ptr<Engine> engine_;
+    std::shared_ptr<CurlEngine> engine_;
 };
 
 }  // namespace vorna

@@ -1,0 +1,28 @@
+#include <vorna/platform/curl/WaitingRequest.h>
+
+#include <exception>
+#include <utility>
+
+namespace vorna {
+
+void WaitingRequest::complete(std::optional<std::string> answer, std::optional<HttpResponse> response,
+                              std::optional<HttpError> error) const noexcept {
+    try {
+        completion(std::move(answer), std::move(response), std::move(error));
+    } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): a completion must not throw
+    } catch (...) {                    // NOLINT(bugprone-empty-catch)
+    }
+}
+
+void WaitingRequest::fail(std::string_view description, std::optional<HttpResponse> response) const noexcept {
+    HttpError error;
+    try {
+        error.description = description;
+    } catch (const std::exception&) {
+        // Short enough to need no memory of its own.
+        error.description = outOfMemory;
+    }
+    complete(std::nullopt, std::move(response), std::move(error));
+}
+
+}  // namespace vorna
