@@ -5,6 +5,7 @@
 
 #include <vorna/ui/common/ImageLayer.h>
 
+#include <QtMultimedia/QVideoFrame>
 #include <QtMultimedia/QVideoSink>
 #include <QtQmlIntegration/qqmlintegration.h>
 
@@ -21,7 +22,13 @@ class FrameLayer : public vorna::ui::ImageLayer {
     /// Asked by players, which look for it by its name.
     Q_INVOKABLE QVideoSink* videoSink() { return &sink_; }
 
+  protected:
+    void updatePolish() override;
+
   private:
+    /// The last one, until it is drawn. A player gives up for good when it is kept waiting while it hands
+    /// over a frame, and the first picture of a frame can take long: Qt loads a graphics driver for it.
+    QVideoFrame frame_;
     QVideoSink sink_;
 };
 
