@@ -114,12 +114,13 @@ QQuickItem* ScreenHost::topView() const {
 
 void ScreenHost::settle() {
     EXPECT_TRUE(eventually([&] { return !window_->isMoving(); }));
-    bool drawn = false;
+    // Shared: what is on its way when the connection ends still arrives, after this has returned.
+    const auto drawn = std::make_shared<bool>(false);
     const auto connection = QObject::connect(
-        quickWindow_.get(), &QQuickWindow::afterRendering, quickWindow_.get(), [&drawn] { drawn = true; },
+        quickWindow_.get(), &QQuickWindow::afterRendering, quickWindow_.get(), [drawn] { *drawn = true; },
         Qt::QueuedConnection);
     quickWindow_->update();
-    EXPECT_TRUE(eventually([&] { return drawn; }));
+    EXPECT_TRUE(eventually([&] { return *drawn; }));
     QObject::disconnect(connection);
 }
 
