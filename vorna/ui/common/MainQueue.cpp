@@ -2,9 +2,11 @@
 
 #include <vorna/platform/Log.h>
 #include <vorna/platform/NeverDestroyed.h>
+#include <vorna/ui/common/WorkQueue.h>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDeadlineTimer>
+#include <QtCore/QEvent>
 #include <QtCore/QObject>
 #include <QtCore/QThread>
 #include <QtCore/QTimer>
@@ -13,6 +15,7 @@
 #include <chrono>
 #include <exception>
 #include <limits>
+#include <memory>
 #include <utility>
 
 namespace vorna::ui {
@@ -34,12 +37,32 @@ QThread* mainThread() {
     return application == nullptr ? nullptr : application->thread();
 }
 
-/// Receives what is posted. It outlives the application object, so that a late post finds it still there.
-QObject* receiver() {
-    static QObject* const object = [] {
-        static NeverDestroyed<QObject> value;
+/// Does one piece of work for each event.
+class Receiver : public QObject {
+  public:
+    void post(std::function<void()> work) {
+        waiting_.add(std::move(work));
+        QCoreApplication::postEvent(this, std::make_unique<QEvent>(QEvent::User).release());
+    }
+
+    bool event(QEvent* event) override {
+        if (event->type() != QEvent::User) {
+            return QObject::event(event);
+        }
+        run([this] { waiting_.runFirst(); });
+        return true;
+    }
+
+  private:
+    WorkQueue waiting_;
+};
+
+/// It outlives the application object, so that a late post finds it still there.
+Receiver& receiver() {
+    static Receiver& object = []() -> Receiver& {
+        static NeverDestroyed<Receiver> value;
         value->moveToThread(mainThread());
-        return &*value;
+        return *value;
     }();
     return object;
 }
@@ -54,8 +77,7 @@ void mainQueue::async(std::function<void()> work) {
     if (mainThread() == nullptr) {
         return;
     }
-    QMetaObject::invokeMethod(
-        receiver(), [work = std::move(work)] { run(work); }, Qt::QueuedConnection);
+    receiver().post(std::move(work));
 }
 
 /// Counts in steps that QTimer can hold.

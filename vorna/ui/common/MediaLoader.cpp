@@ -2,10 +2,12 @@
 
 #include <vorna/platform/HttpClient.h>
 #include <vorna/platform/Log.h>
+#include <vorna/platform/NeverDestroyed.h>
 #include <vorna/platform/URL.h>
 #include <vorna/ui/common/Conversions.h>
 #include <vorna/ui/common/MainQueue.h>
 #include <vorna/ui/common/Services.h>
+#include <vorna/ui/common/WorkQueue.h>
 
 #include <QtCore/QBuffer>
 #include <QtCore/QDir>
@@ -25,6 +27,12 @@ struct Picture {
     QImage image;
     QSizeF size;
 };
+
+/// What the threads of the pool have to decode.
+WorkQueue& decodings() {
+    static NeverDestroyed<WorkQueue> value;
+    return *value;
+}
 
 /// On a thread of the pool. The image is null when the bytes are none.
 Picture decoded(const std::string& bytes, int pixelWidth) {
@@ -137,23 +145,23 @@ void MediaLoader::fetchImage() {
 }
 
 void MediaLoader::decode(std::string bytes) {
-    QThreadPool::globalInstance()->start(
-        [this, life = std::weak_ptr(life_), bytes = std::move(bytes), pixelWidth = pixelWidth_] {
-            if (life.expired()) {
-                return;
+    decodings().add([this, life = std::weak_ptr(life_), bytes = std::move(bytes), pixelWidth = pixelWidth_] {
+        if (life.expired()) {
+            return;
+        }
+        Picture picture = decoded(bytes, pixelWidth);
+        if (picture.image.isNull()) {
+            return;
+        }
+        mainQueue::async([this, life, picture = std::move(picture)] {
+            if (!life.expired()) {
+                image_ = picture.image;
+                imageSize_ = picture.size;
+                Q_EMIT imageChanged();
             }
-            Picture picture = decoded(bytes, pixelWidth);
-            if (picture.image.isNull()) {
-                return;
-            }
-            mainQueue::async([this, life, picture = std::move(picture)] {
-                if (!life.expired()) {
-                    image_ = picture.image;
-                    imageSize_ = picture.size;
-                    Q_EMIT imageChanged();
-                }
-            });
         });
+    });
+    QThreadPool::globalInstance()->start([] { decodings().runFirst(); });
 }
 
 void MediaLoader::fetchVideo() {
