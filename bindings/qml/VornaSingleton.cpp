@@ -7,9 +7,12 @@
 #include <vorna/ui/attach.h>
 
 #include <QtCore/QByteArray>
+#include <QtCore/QCoreApplication>
+#include <QtCore/QThread>
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -145,8 +148,33 @@ VornaSingleton::VornaSingleton(QObject* parent) : QObject(parent) {
 void VornaSingleton::observe(std::string_view name, std::function<void(const Notification&)> heard) {
     observations_.push_back(NotificationCenter::defaultCenter().addObserver(
         name, [this, heard = std::move(heard)](const Notification& notification) {
-            QMetaObject::invokeMethod(this, [heard, notification] { heard(notification); });
+            if (QThread::currentThread() == thread()) {
+                heard(notification);
+                return;
+            }
+            {
+                const std::lock_guard lock(mutex_);
+                posted_.push_back([heard, notification] { heard(notification); });
+            }
+            QCoreApplication::postEvent(this, std::make_unique<QEvent>(QEvent::User).release());
         }));
+}
+
+bool VornaSingleton::event(QEvent* event) {
+    if (event->type() != QEvent::User) {
+        return QObject::event(event);
+    }
+    std::function<void()> first;
+    {
+        const std::lock_guard lock(mutex_);
+        if (posted_.empty()) {
+            return true;
+        }
+        first = std::move(posted_.front());
+        posted_.pop_front();
+    }
+    first();
+    return true;
 }
 
 void VornaSingleton::forward(std::string_view name, std::string_view key,

@@ -16,13 +16,16 @@
 
 #include <vorna/platform/NotificationCenter.h>
 
+#include <QtCore/QEvent>
 #include <QtCore/QObject>
 #include <QtCore/QString>
 #include <QtCore/QVariant>
 #include <QtQmlIntegration/qqmlintegration.h>
 #include <QtQuick/QQuickWindow>
 
+#include <deque>
 #include <functional>
+#include <mutex>
 #include <string_view>
 #include <vector>
 
@@ -131,12 +134,20 @@ class VornaSingleton : public QObject {
     void restorePurchaseClicked(bool success);
     void eventListUpdated();
 
+  protected:
+    bool event(QEvent* event) override;
+
   private:
     /// Calls it on this object's thread: at once where that is the thread that posts.
     void observe(std::string_view name, std::function<void(const Notification&)> heard);
     void forward(std::string_view name, std::string_view key, void (VornaSingleton::*signal)(bool));
     void forward(std::string_view name, std::string_view key, void (VornaSingleton::*signal)(const QString&));
 
+    /// From other threads, one for each event of the type QEvent::User. Qt's events could carry them as well;
+    /// but the thread sanitizer does not see Qt's locks, and would take each for a race.
+    std::mutex mutex_;
+    std::deque<std::function<void()>> posted_;
+    /// The first to go: they use what stands above.
     std::vector<NotificationCenter::Observation> observations_;
 };
 
