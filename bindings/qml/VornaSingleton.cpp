@@ -154,7 +154,7 @@ void VornaSingleton::observe(std::string_view name, std::function<void(const Not
             }
             {
                 const std::lock_guard lock(mutex_);
-                posted_.push_back([heard, notification] { heard(notification); });
+                posted_.emplace_back([heard, notification] { heard(notification); });
             }
             QCoreApplication::postEvent(this, std::make_unique<QEvent>(QEvent::User).release());
         }));
