@@ -16,7 +16,8 @@ bool processIsExiting() noexcept;
 
 /// Registers what asks one thread to stop and waits until it has, at most until the deadline. It runs once,
 /// on the thread that exits, before the destructors of all statics made before this call, and may be that
-/// very thread. All registered stops share one bound of 80 milliseconds.
+/// very thread. All registered stops share one bound of 80 milliseconds; a stop exceeds it only to spare the
+/// process a crash.
 void stopAtProcessExit(std::function<void(std::chrono::steady_clock::time_point deadline)> stop);
 
 }  // namespace vorna

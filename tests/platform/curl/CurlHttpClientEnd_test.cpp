@@ -256,6 +256,30 @@ TEST_F(ProcessExitUnderLoad, FromACompletionIsClean) {
         testing::ExitedWithCode(0), "");
 }
 
+TEST_F(ProcessExitUnderLoad, WhileACompletionTakesItsTimeCompletesNothingElse) {
+    EXPECT_EXIT(
+        {
+            boundTheProcess();
+            // Runs after the client's thread was asked to stop, and longer than the completion.
+            std::atexit([] { std::this_thread::sleep_for(std::chrono::seconds(1)); });
+            CurlHttpClient client("");
+            // The thread finds the other two together.
+            std::promise<void> bothStarted;
+            client.start(getting("http://refused.test/"),
+                         [&bothStarted](auto, auto, auto) { bothStarted.get_future().wait(); });
+            std::promise<void> begun;
+            client.start(getting("http://refused.test/"), [&begun](auto, auto, auto) {
+                begun.set_value();
+                std::this_thread::sleep_for(std::chrono::milliseconds(500));
+            });
+            client.start(getting("http://refused.test/"), [](auto, auto, auto) { abort(); });
+            bothStarted.set_value();
+            begun.get_future().wait();
+            std::exit(0);  // NOLINT(concurrency-mt-unsafe): that is the question
+        },
+        testing::ExitedWithCode(0), "");
+}
+
 TEST_F(ProcessExitUnderLoad, WithAClientThatIsDestroyedWithTheStaticsIsClean) {
     EXPECT_EXIT(
         {

@@ -17,6 +17,8 @@ namespace {
 
 /// So that deadlines are points in time that the clock can count.
 constexpr std::chrono::hours longestTimeout(24);
+/// More than libcurl works at a stretch on any machine, and less than a user takes for a program that hangs.
+constexpr std::chrono::seconds longestWork(1);
 constexpr const char* cancelled = "The request was cancelled";
 
 }  // namespace
@@ -110,7 +112,11 @@ void CurlEngine::rest(Time deadline) {
         return;
     }
     wake();
-    resting_.wait_until(lock, deadline, [this] { return rests_; });
+    if (!resting_.wait_until(lock, deadline, [this] { return rests_; })) {
+        // A completion may take for ever, and touches nothing that is torn down. libcurl waits for nothing,
+        // but where the processor is wanted by many it can be in the middle of a handshake still.
+        resting_.wait_until(lock, deadline + longestWork, [this] { return rests_ || !isInLibcurl_; });
+    }
 }
 
 void CurlEngine::run() noexcept {
@@ -135,8 +141,7 @@ void CurlEngine::run() noexcept {
         }
         takeIncoming();
         admit();
-        int running = 0;
-        curl_multi_perform(multi_.get(), &running);
+        perform();
         const bool hasFinished = finishDone();
         const bool hasEnded = endOverdue();
         const bool hasRemembered = finishForgotten();
@@ -150,6 +155,24 @@ void CurlEngine::run() noexcept {
     resting_.notify_all();
 }
 
+void CurlEngine::perform() {
+    {
+        std::unique_lock lock(mutex_);
+        if (stop_ == Stop::rest) {
+            lock.unlock();
+            restForEver();
+        }
+        isInLibcurl_ = true;
+    }
+    int running = 0;
+    curl_multi_perform(multi_.get(), &running);
+    {
+        const std::scoped_lock lock(mutex_);
+        isInLibcurl_ = false;
+    }
+    restIfExiting();
+}
+
 void CurlEngine::takeIncoming() {
     {
         const std::scoped_lock lock(mutex_);
@@ -158,6 +181,7 @@ void CurlEngine::takeIncoming() {
     // One by one, so that memory moves with the requests and is never held twice.
     for (; !taken_.empty(); taken_.pop_front()) {
         assign(taken_.front());
+        restIfExiting();
     }
 }
 
@@ -271,6 +295,7 @@ bool CurlEngine::finishDone() {
         transfer.lane->progressed = std::chrono::steady_clock::now();
         curl_multi_remove_handle(multi_.get(), easy);
         transfer.finish(code);
+        restIfExiting();
         recycle(transfer);
     }
     return any;
@@ -298,6 +323,7 @@ bool CurlEngine::endOverdue() {
         // What the handle went through is not known to us.
         transfer.preparedFor.reset();
         transfer.finish(CURLE_OPERATION_TIMEDOUT);
+        restIfExiting();
         recycle(transfer);
     }
     return any;
@@ -348,6 +374,7 @@ bool CurlEngine::finishForgotten() {
         curl_multi_remove_handle(multi_.get(), transfer.easy.get());
         transfer.preparedFor.reset();
         transfer.finish(CURLE_OK);
+        restIfExiting();
         recycle(transfer);
     }
     return any;
@@ -451,6 +478,13 @@ void CurlEngine::endAll() {
         taken_.front().fail(closed);
     }
     multi_.reset();
+}
+
+/// To be asked when a completion has been called: the process may have gone far meanwhile.
+void CurlEngine::restIfExiting() {
+    if (processIsExiting()) {
+        restForEver();
+    }
 }
 
 void CurlEngine::restForEver() {

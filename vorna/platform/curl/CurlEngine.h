@@ -44,7 +44,8 @@ class CurlEngine {
     /// Ends all requests with an error, frees everything, and joins the thread.
     void close();
 
-    /// Brings the thread to rest where it stands: nothing is completed or freed.
+    /// Brings the thread to rest where it stands: nothing is completed or freed. Waits for that until the
+    /// deadline, and somewhat longer while libcurl is at work.
     void rest(Time deadline);
 
   private:
@@ -56,6 +57,7 @@ class CurlEngine {
     void wake();
 
     void run() noexcept;
+    void perform();
     void takeIncoming();
     void assign(WaitingRequest& request);
     ServerLane& laneOf(const std::shared_ptr<const RequestPlan>& plan);
@@ -72,6 +74,7 @@ class CurlEngine {
     std::chrono::milliseconds longestPause() const;
     void waitForWork();
     void endAll();
+    void restIfExiting();
     [[noreturn]] void restForEver();
 
     const std::string certificateAuthorityFile_;
@@ -87,6 +90,8 @@ class CurlEngine {
     bool rests_ = false;
     /// The thread waits for the network and nobody has woken it yet.
     bool waits_ = false;
+    /// libcurl works for the thread, with what is torn down when the process ends.
+    bool isInLibcurl_ = false;
 
     // The rest belongs to the thread, but that wake() may be called from any.
     MultiHandle multi_;
