@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# on-display.sh PROGRAM [ARGUMENT...]: runs the program on an X display of its own, so that programs that run at
-# the same time take neither the focus nor the pointer from each other.
+# on-display.sh [VARIABLE=value...] PROGRAM [ARGUMENT...]: runs the program on an X display of its own, so that programs
+# that run at the same time take neither the focus nor the pointer from each other.
 set -u
 exec 3< <(exec Xvfb -displayfd 1 -screen 0 1400x1400x24 -nolisten tcp -noreset 2>/dev/null)
 server=$!
@@ -12,4 +12,4 @@ export QT_QUICK_BACKEND="${QT_QUICK_BACKEND:-software}" QT_SCALE_FACTOR=1 QT_QPA
 [ -n "${XDG_RUNTIME_DIR:-}" ] || { XDG_RUNTIME_DIR=$(mktemp -d); export XDG_RUNTIME_DIR; }
 export FONTCONFIG_FILE="$(dirname "$(readlink -f "$0")")/fonts.conf"
 unset WAYLAND_DISPLAY
-"$@"
+env "$@"

@@ -15,12 +15,12 @@ namespace {
 // The program runs with the threaded render loop.
 TEST(SpinnerUnderLoad, TurnsOnWhileTheMainThreadIsBusy) {
     const support::RecordedEvents platform;
+    std::atomic<int> frames = 0;
+    std::atomic<bool> isElsewhere = false;
     support::ScreenHost host(QSize(390, 844));
     VornaCoreSDK::ShowPaidProductLoadingScreen();
     ASSERT_TRUE(support::eventually([&] { return host.screens().size() == 1; }));
     host.settle();
-    std::atomic<int> frames = 0;
-    std::atomic<bool> isElsewhere = false;
     QThread* const mainThread = QThread::currentThread();
     QObject::connect(
         &host.quickWindow(), &QQuickWindow::afterRendering, &host.quickWindow(),
