@@ -13,7 +13,7 @@ git ls-files -z --cached --others --exclude-standard --deduplicate |
     tar --create --null --files-from=- | tar --extract --directory="$tree"
 
 rm -f "$work"/*.deb
-export DEB_BUILD_OPTIONS="${DEB_BUILD_OPTIONS:-} terse parallel=$(nproc)"
+export DEB_BUILD_OPTIONS="${DEB_BUILD_OPTIONS:+$DEB_BUILD_OPTIONS }terse parallel=$(nproc)"
 (cd "$tree" && dpkg-buildpackage --build=binary --no-sign --no-pre-clean)
 
 rm -rf out/deb
