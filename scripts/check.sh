@@ -2,6 +2,7 @@
 # The rules of the house, as far as a program can judge them. Needs a configured build in build/dev.
 set -uo pipefail
 shopt -s lastpipe  # a rule at the end of a pipe counts
+# Behind a pipe stands no grep -q: it ends at its first find, and whoever still writes then fails.
 cd "$(dirname "$(readlink -f "$0")")/.."
 
 failed=0
@@ -54,7 +55,7 @@ mapfile -t core_ui < <(grep -oE '^ *ui/[A-Za-z/]+\.(h|cpp)' vorna/CMakeLists.txt
 grep -nE '^#include <(Q[A-Z]|Qt|vorna/)' "${core_ui[@]}" | grep -vE '#include <vorna/(text|json|platform)/' |
     while IFS= read -r line; do
         header=$(sed -E 's/.*#include <(.*)>.*/\1/' <<<"$line")
-        printf '%s\n' "${core_ui[@]}" | grep -qxF "$header" || echo "$line"
+        printf '%s\n' "${core_ui[@]}" | grep -xF "$header" >/dev/null || echo "$line"
     done | rule 'the core library'"'"'s part of vorna/ui looks beyond text, json, platform and itself'
 grep -rnE '^#include <vorna/platform/(curl|file|glib|linux)/' vorna --include='*' |
     grep -vE '^vorna/platform/(curl|file|glib|linux)/|^vorna/platform/Platform\.cpp:' |
@@ -62,7 +63,7 @@ grep -rnE '^#include <vorna/platform/(curl|file|glib|linux)/' vorna --include='*
 # What is public: the sets of headers of the libraries.
 is_public() {
     sed -n '/FILE_SET HEADERS/,/)/p' vorna/CMakeLists.txt vorna/ui/CMakeLists.txt bindings/*/CMakeLists.txt |
-        tr ' ' '\n' | tr -d ')' | grep -qxE "$1|${1#vorna/}|${1#vorna/ui/}"
+        tr ' ' '\n' | tr -d ')' | grep -xE "$1|${1#vorna/}|${1#vorna/ui/}" >/dev/null
 }
 grep -rnE '^#include <(vorna|tools)/' tools examples bindings --include='*.cpp' --include='*.h' --include='*.c' |
     grep -vE '#include <tools/' |
@@ -98,7 +99,7 @@ for entry in json.load(open("build/clang/compile_commands.json")):
 END
 )
 for kind in vorna_{core,ui,c,qml}_verify_interface_header_sets/ ' -std=c11 '; do
-    printf '%s\n' "${commands[@]}" | grep -F -e "$kind" | grep -qF -e -Werror || report "no header is compiled as $kind"
+    printf '%s\n' "${commands[@]}" | grep -F -e "$kind" | grep -F -e -Werror >/dev/null || report "no header is compiled as $kind"
 done
 printf '%s\n' "${commands[@]}" | xargs -d '\n' -P "$(nproc)" -n 1 bash -c '(eval "$1") 2>&1 || echo "failed: $1"' header |
     rule 'a public header does not compile alone'

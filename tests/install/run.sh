@@ -77,9 +77,10 @@ cmake-static)
     ;;
 cmake-shared)
     consume shared -DCMAKE_PREFIX_PATH="$prefix" -DVORNA_KIND=shared
-    ldd "$work/shared/consumer" | grep -q libvorna_core.so
-    ldd "$work/shared/c_consumer" | grep -q libvorna_c.so.0
-    ldd "$work/shared/ui_consumer" | grep -q libvorna_ui.so
+    # Not grep -q, which ends at its first find and makes ldd fail.
+    ldd "$work/shared/consumer" | grep libvorna_core.so
+    ldd "$work/shared/c_consumer" | grep libvorna_c.so.0
+    ldd "$work/shared/ui_consumer" | grep libvorna_ui.so
     unload shared
     ;;
 cmake-default)

@@ -69,7 +69,7 @@ cmake --build /tmp/first/build >>/tmp/first.log || { cat /tmp/first.log; exit 1;
 for event in sdk_initialized level_up; do
     grep -q "\"name\":\"$event\"" /tmp/service/events.ndjson || fail "$event has not arrived"
 done
-ldd /tmp/first/build/first | grep -q libvorna_core.so || fail 'not linked with the shared library'
+ldd /tmp/first/build/first | grep libvorna_core.so || fail 'not linked with the shared library'
 
 step 'the same, static'
 cmake -S /tmp/first -B /tmp/first/static -DBUILD_SHARED_LIBS=OFF >/tmp/first.log
