@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Makes the Debian packages of this tree, as it stands, under out/deb. Works in a copy, whose builds stay for the
-# next time.
+# Makes the Debian packages of this tree, as it stands, under out/deb, and those of their debug symbols under
+# out/deb/debug. Works in a copy, whose builds stay for the next time.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/.."
 
@@ -17,7 +17,8 @@ export DEB_BUILD_OPTIONS="${DEB_BUILD_OPTIONS:+$DEB_BUILD_OPTIONS }terse paralle
 (cd "$tree" && dpkg-buildpackage --build=binary --no-sign --no-pre-clean)
 
 rm -rf out/deb
-mkdir -p out/deb
+mkdir -p out/deb/debug
+mv "$work"/*-dbgsym_*.deb out/deb/debug/
 mv "$work"/*.deb out/deb/
 echo
 ls -l out/deb

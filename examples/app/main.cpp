@@ -82,6 +82,9 @@ int main(int count, char** arguments) {
     }
     auto& quickWindow = *qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
     vorna::ui::Window& window = vorna::ui::attach(quickWindow);
+    // The window is as large as a phone, and leaves room for its notch and its bar: screens keep clear of
+    // both.
+    window.setSafeAreaInsets({0, 47, 0, 34});
     VornaCoreSDK::Init("vorna-app");
 
     std::unique_ptr<app::Tour> tour;

@@ -17,7 +17,8 @@ namespace {
 
 /// So that deadlines are points in time that the clock can count.
 constexpr std::chrono::hours longestTimeout(24);
-/// More than libcurl works at a stretch on any machine, and less than a user takes for a program that hangs.
+/// libcurl works for milliseconds at a stretch; a crowded machine may make a second of them. More would look
+/// like a program that hangs.
 constexpr std::chrono::seconds longestWork(1);
 constexpr const char* cancelled = "The request was cancelled";
 
