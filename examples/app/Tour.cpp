@@ -6,6 +6,7 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QDir>
+#include <QtCore/QEvent>
 #include <QtCore/QEventLoop>
 #include <QtCore/QProcess>
 #include <QtGui/QDesktopServices>
@@ -39,6 +40,7 @@ void collect(QQuickItem* item, std::string_view name, std::vector<QQuickItem*>& 
 
 Tour::Tour(vorna::ui::Window& window, QString folder) : window_(window), folder_(std::move(folder)) {
     QDesktopServices::setUrlHandler(QStringLiteral("https"), this, "openLink");
+    window_.quickWindow()->installEventFilter(this);
 }
 
 Tour::~Tour() {
@@ -51,6 +53,13 @@ void Tour::openLink(const QUrl& url) {
     std::fflush(stdout);
 }
 
+bool Tour::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::MouseButtonRelease) {
+        ++clicks_;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
 bool Tour::run() {
     const bool arrived = startPage() && onboarding() && paywall() && film() && eventList() && incomplete();
     std::printf("tour: %d pictures in %s\n", pictures_, qUtf8Printable(folder_));
@@ -58,7 +67,9 @@ bool Tour::run() {
 }
 
 bool Tour::startPage() {
-    return waitForItem("recordEvent") && picture(QStringLiteral("start")) && click("recordEvent") &&
+    // The pointer finds a window only once the X server shows it.
+    return waitFor("the window", [this] { return window_.quickWindow()->isExposed(); }) &&
+           waitForItem("recordEvent") && picture(QStringLiteral("start")) && click("recordEvent") &&
            click("recordEvent");
 }
 
@@ -70,7 +81,9 @@ bool Tour::onboarding() {
     if (!picture(QStringLiteral("onboarding-first-step")) || !click("actionButton")) {
         return false;
     }
-    if (!waitFor("the push", [this] { return window_.isMoving(); })) {
+    // On a machine that is busy elsewhere it may be over before it is looked at.
+    if (!waitFor("the push",
+                 [this] { return window_.isMoving() || window_.presentedViewControllers().size() == 2; })) {
         return false;
     }
     pause(std::chrono::milliseconds(100));
@@ -194,6 +207,7 @@ bool Tour::click(std::string_view name, int number) {
     const QQuickWindow& window = *window_.quickWindow();
     const QPointF inWindow = item->mapToScene(item->boundingRect().center());
     const QPointF onScreen = window.mapToGlobal(inWindow) * window.effectiveDevicePixelRatio();
+    const int before = clicks_;
     QProcess pointer;
     pointer.start(QStringLiteral("xdotool"),
                   {QStringLiteral("mousemove"), QString::number(std::lround(onScreen.x())),
@@ -202,8 +216,7 @@ bool Tour::click(std::string_view name, int number) {
         std::printf("tour: xdotool cannot click\n");
         return false;
     }
-    pause(std::chrono::milliseconds(60));
-    return true;
+    return waitFor("the click on " + std::string(name), [this, before] { return clicks_ > before; });
 }
 
 bool Tour::picture(const QString& name) {

@@ -38,6 +38,9 @@ class Tour : public QObject {
     /// Takes the place of the desktop's opener, for there is no desktop.
     Q_INVOKABLE void openLink(const QUrl& url);
 
+    /// Counts the clicks that have reached the window.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
   private:
     QQuickItem* find(std::string_view name, int number = 0) const;
     bool waitFor(std::string_view what, const std::function<bool()>& condition);
@@ -57,6 +60,7 @@ class Tour : public QObject {
     vorna::ui::Window& window_;
     const QString folder_;
     int pictures_ = 0;
+    int clicks_ = 0;
     QStringList opened_;
 };
 
