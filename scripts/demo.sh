@@ -30,11 +30,13 @@ stop_service() {
 }
 trap stop_service EXIT
 start_service() {
+    # There, and empty, before it is looked at: the service opens it only when its process gets its turn.
+    : >"$out/devserver.log"
     "$bin/tools/devserver/vorna-devserver" --state "$out/service" --config "$out/config.json" \
-        --media examples/media --port 0 --quiet >"$out/devserver.log" 2>&1 &
+        --media examples/media --port 0 --quiet >>"$out/devserver.log" 2>&1 &
     server=$!
     url=
-    for _ in $(seq 100); do
+    for _ in $(seq 300); do
         url=$(sed -n 's/^vorna-devserver listening on //p' "$out/devserver.log")
         [ -n "$url" ] && return
         kill -0 "$server" 2>/dev/null || break

@@ -4,12 +4,13 @@
 set -u
 exec 3< <(exec Xvfb -displayfd 1 -screen 0 1400x1400x24 -nolisten tcp -noreset 2>/dev/null)
 server=$!
-trap 'kill "$server" 2>/dev/null' EXIT
+runtime=
+trap 'kill "$server" 2>/dev/null; rm -rf "$runtime"' EXIT
 read -r -t 30 number <&3 || { echo "on-display.sh: Xvfb does not start" >&2; exit 1; }
 export DISPLAY=":$number" QT_QPA_PLATFORM=xcb
 # The same drawing on every machine: no graphics driver, no desktop's scale, style or theme.
 export QT_QUICK_BACKEND="${QT_QUICK_BACKEND:-software}" QT_SCALE_FACTOR=1 QT_QPA_PLATFORMTHEME=none
-[ -n "${XDG_RUNTIME_DIR:-}" ] || { XDG_RUNTIME_DIR=$(mktemp -d); export XDG_RUNTIME_DIR; }
+[ -n "${XDG_RUNTIME_DIR:-}" ] || { runtime=$(mktemp -d); export XDG_RUNTIME_DIR=$runtime; }
 export FONTCONFIG_FILE="$(dirname "$(readlink -f "$0")")/fonts.conf"
 unset WAYLAND_DISPLAY
 env "$@"

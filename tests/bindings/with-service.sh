@@ -9,7 +9,7 @@ shift 3
 folder=$(mktemp -d)
 echo '{ "welcome_text": "Hoş geldin! 👋", "paywall_name": "yearly_discount" }' >"$folder/config.json"
 : >"$folder/log"
-"$devserver" --state "$folder/service" --config "$folder/config.json" --port 0 --quiet >"$folder/log" 2>&1 &
+"$devserver" --state "$folder/service" --config "$folder/config.json" --port 0 --quiet >>"$folder/log" 2>&1 &
 server=$!
 trap 'kill "$server" 2>/dev/null || true; wait "$server" 2>/dev/null || true; rm -rf "$folder"' EXIT
 url=

@@ -52,10 +52,11 @@ block() { awk -v fence='```'"$1" '$0 == fence { on = 1; next } on && /^```/ { ex
 block cmake >/tmp/first/CMakeLists.txt
 block cpp >/tmp/first/main.cpp
 echo '{ "welcome_text": "Hello!" }' >/tmp/service/config.json
-vorna-devserver --state /tmp/service --config /tmp/service/config.json --port 0 >/tmp/devserver.log 2>&1 &
+: >/tmp/devserver.log
+vorna-devserver --state /tmp/service --config /tmp/service/config.json --port 0 >>/tmp/devserver.log 2>&1 &
 server=$!
 trap 'kill "$server" 2>/dev/null || true' EXIT
-for _ in $(seq 100); do
+for _ in $(seq 300); do
     url=$(sed -n 's/^vorna-devserver listening on //p' /tmp/devserver.log)
     [ -z "$url" ] || break
     sleep 0.1
