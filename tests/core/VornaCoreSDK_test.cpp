@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <functional>
 #include <map>
 #include <memory>
 #include <sstream>
@@ -156,6 +157,87 @@ TEST(Init, CalledAgainRegistersNoObserverTwice) {
     const RecordedEvents host;
     VornaCoreSDK::Init("A");
     VornaCoreSDK::Init("A");
+    VornaCoreSDK::debug = true;
+    testing::internal::CaptureStdout();
+    NotificationCenter::defaultCenter().post(UIApplicationDidEnterBackgroundNotification);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "[VornaSDK] appDidEnterBackground\n");
+}
+
+/// A store that fails as the test says, or lets the test look at the library while it is read.
+class WatchedCredentialStore final : public CredentialStore {
+  public:
+    explicit WatchedCredentialStore(std::function<void()> onRead) : onRead_(std::move(onRead)) {}
+
+    ReadResult read(std::string_view, std::string_view) override {
+        onRead_();
+        return {credentialStatus::success, R"({"userId":"u","installTime":5})"};
+    }
+
+    CredentialStatus remove(std::string_view, std::string_view) override { return credentialStatus::success; }
+
+    CredentialStatus add(std::string_view, std::string_view, std::string_view) override {
+        return credentialStatus::success;
+    }
+
+  private:
+    const std::function<void()> onRead_;
+};
+
+/// The platform of fakes with that store in it.
+void useStore(const RecordedEvents& host, std::function<void()> onRead) {
+    Platform platform;
+    platform.eventURL = eventURL;
+    platform.configURL = configURL;
+    platform.httpClient = host.http;
+    platform.credentialStore = std::make_shared<WatchedCredentialStore>(std::move(onRead));
+    platform.preferences = host.preferences;
+    platform.system = host.system;
+    platform.clock = host.clock;
+    platform.randomSource = std::make_shared<support::CountingRandomSource>();
+    VornaCoreSDK::UsePlatform(std::move(platform));
+}
+
+TEST(Init, ObservesAndSendsBeforeItAsksForTheIdentityAndLoadsTheConfigurationAfter) {
+    const RecordedEvents host;
+    host.preferences->put("VornaRemoteConfigs", {PreferenceValue::Dictionary{{"a", {std::string("old")}}}});
+    int reads = 0;
+    useStore(host, [&] {
+        ++reads;
+        EXPECT_EQ(VornaCoreSDK::GetAppID(), "my-app");
+        EXPECT_TRUE(host.http->waitForRequests(1)) << "what was recorded before is on its way";
+        NotificationCenter::defaultCenter().post(UIApplicationDidBecomeActiveNotification);
+        EXPECT_TRUE(SharedInstance::get().lifecycle.currentSession());
+        EXPECT_FALSE(VornaCoreSDK::GetUserID());
+        EXPECT_FALSE(VornaCoreSDK::GetInstallTime());
+        EXPECT_EQ(VornaCoreSDK::GetRemoteConfig("a", "default"), "default");
+    });
+    VornaCoreSDK::Event("early");
+    VornaCoreSDK::Init("my-app");
+    EXPECT_EQ(reads, 1);
+    EXPECT_EQ(VornaCoreSDK::GetUserID(), "u");
+    EXPECT_EQ(VornaCoreSDK::GetRemoteConfig("a", "default"), "old");
+}
+
+TEST(Init, ThatAPortHasCutShortIsMadeGoodByTheNextWithoutDoingAnythingTwice) {
+    const RecordedEvents host;
+    bool fails = true;
+    useStore(host, [&] {
+        if (std::exchange(fails, false)) {
+            throw std::runtime_error("no store today");
+        }
+    });
+    VornaCoreSDK::debug = true;
+    testing::internal::CaptureStdout();
+    VornaCoreSDK::Init("my-app");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "[VornaSDK] Init has failed: no store today\n");
+    VornaCoreSDK::debug = false;
+    EXPECT_FALSE(VornaCoreSDK::GetUserID());
+
+    VornaCoreSDK::Init("my-app");
+    EXPECT_EQ(VornaCoreSDK::GetUserID(), "u");
+    ASSERT_TRUE(host.http->waitForRequests(2));
+    EXPECT_THAT(requestsTo(host, configURL), SizeIs(1));
+    EXPECT_EQ(eventOf(requestsTo(host, eventURL).at(0)).name, "sdk_initialized");
     VornaCoreSDK::debug = true;
     testing::internal::CaptureStdout();
     NotificationCenter::defaultCenter().post(UIApplicationDidEnterBackgroundNotification);

@@ -116,12 +116,16 @@ void SharedInstance::initialise(std::string appID) {
         return;
     }
     state->setAppID(std::move(appID));
-    lifecycle.observe();
-    NotificationCenter::defaultCenter()
-        .addObserver(remoteConfigsFetchedNotification,
-                     [this](const Notification& notification) { remoteConfigsFetched(notification); })
-        .keepForever();
-    worker->start();
+    // A port that throws ends the call before it is done; the next one goes on from here and must not observe
+    // or send twice.
+    if (!std::exchange(isRunning_, true)) {
+        lifecycle.observe();
+        NotificationCenter::defaultCenter()
+            .addObserver(remoteConfigsFetchedNotification,
+                         [this](const Notification& notification) { remoteConfigsFetched(notification); })
+            .keepForever();
+        worker->start();
+    }
     KeyChainData identity = keychain.loadOrCreateIdentity();
     state->setIdentity(std::move(identity.userId), identity.installTime);
     loadConfigsFromLocal();

@@ -51,6 +51,8 @@ class SharedInstance {
     void remoteConfigsFetched(const Notification& notification);
 
     std::mutex initialising_;
+    /// The observers and the worker are there.
+    bool isRunning_ = false;
     bool isInitialized_ = false;
 };
 
