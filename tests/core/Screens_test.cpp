@@ -140,6 +140,49 @@ TEST(InstalledScreens, AreGivenTheServicesAtOnceWhenTheInstanceExists) {
     EXPECT_EQ(screens->services.size(), 1U);
 }
 
+/// Screens that cannot be used on this machine.
+class ScreensWithoutDisplay final : public Screens {
+  public:
+    void start(const ScreenServices& /*services*/) override { throw std::runtime_error("no display"); }
+
+    void showPaywall(std::string /*jsonString*/) override {}
+
+    void closePaywall() override {}
+
+    void showPaidProductLoadingScreen() override {}
+
+    void closePaidProductLoadingScreen() override {}
+
+    void showOnboarding(std::string /*jsonString*/) override {}
+
+    void closeOnboarding() override {}
+
+    void showEventList() override {}
+
+    void closeEventList() override {}
+};
+
+TEST(InstalledScreens, ThatFailToStartLeaveTheLibraryOnThePlatformOfItsHost) {
+    const support::RecordedEvents platform;
+    installScreens(std::make_shared<ScreensWithoutDisplay>());
+    VornaCoreSDK::debug = true;
+    CaptureStdout();
+    VornaCoreSDK::Event("first");
+    EXPECT_EQ(GetCapturedStdout(), "[VornaSDK] The screens have failed to start: no display\n"
+                                   "[VornaSDK] Event called  -> first\n");
+    EXPECT_EQ(SharedInstance::get().platform.httpClient, platform.http);
+    EXPECT_EQ(platform.take().size(), 1U);
+}
+
+TEST(InstalledScreens, ThatFailToStartLateDoNotTroubleTheirHost) {
+    const support::RecordedEvents platform;
+    VornaCoreSDK::Event("first");
+    VornaCoreSDK::debug = true;
+    CaptureStdout();
+    EXPECT_NO_THROW(installScreens(std::make_shared<ScreensWithoutDisplay>()));
+    EXPECT_EQ(GetCapturedStdout(), "[VornaSDK] The screens have failed to start: no display\n");
+}
+
 TEST(InstalledScreens, StayTheOnesThatCameFirst) {
     const support::RecordedEvents platform;
     const auto first = std::make_shared<RecordingScreens>();

@@ -3,6 +3,7 @@
 #include <vorna/platform/Log.h>
 #include <vorna/platform/NeverDestroyed.h>
 
+#include <exception>
 #include <mutex>
 #include <optional>
 #include <utility>
@@ -48,6 +49,17 @@ Slot& slot() {
     return *value;
 }
 
+/// What goes wrong in the screens must not reach their host, nor keep the instance from being made.
+void start(Screens& screens, const ScreenServices& services) {
+    try {
+        screens.start(services);
+    } catch (const std::exception& problem) {
+        log::debug({"The screens have failed to start: ", problem.what()});
+    } catch (...) {
+        log::debug({"The screens have failed to start: an exception of a kind of its own"});
+    }
+}
+
 }  // namespace
 
 void installScreens(std::shared_ptr<Screens> screens) {
@@ -61,7 +73,7 @@ void installScreens(std::shared_ptr<Screens> screens) {
         slot().screens = std::move(screens);
     }
     if (services) {
-        screens::installed()->start(*services);
+        start(*screens::installed(), *services);
     }
 }
 
@@ -80,7 +92,7 @@ void screens::provide(const ScreenServices& services) {
         slot().services = services;
         waiting = slot().screens;
     }
-    waiting->start(services);
+    start(*waiting, services);
 }
 
 }  // namespace vorna
