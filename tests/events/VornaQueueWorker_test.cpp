@@ -12,6 +12,7 @@
 
 #include <future>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <utility>
@@ -24,6 +25,7 @@ namespace {
 using support::HttpAnswer;
 using support::RecordingHttpClient;
 using testing::ElementsAre;
+using testing::HasSubstr;
 
 constexpr std::string_view eventURL = "https://service.test/v1/event";
 
@@ -109,6 +111,9 @@ TEST_P(Outcome, IsToldInOneLineAndNeverRetried) {
 INSTANTIATE_TEST_SUITE_P(
     Answers, Outcome,
     testing::Values(OutcomeCase{"Delivered", HttpAnswer::status(200, "{}"), "Data sent successfully!"},
+                    OutcomeCase{"Created", HttpAnswer::status(201, "{}"),
+                                "HTTP Error: Optional(<HTTPResponse: https://service.example/answered> "
+                                "{ status code: 201, headers { } })"},
                     OutcomeCase{"NoContent", HttpAnswer::status(204),
                                 "HTTP Error: Optional(<HTTPResponse: https://service.example/answered> "
                                 "{ status code: 204, headers { } })"},
@@ -180,6 +185,44 @@ TEST_F(QueueWorker, AnnouncesOnItsOwnThread) {
     queue_->enqueue({VornaTaskTypes::event, support::sampleEvent()});
     worker_->start();
     EXPECT_NE(announced.get_future().get(), std::this_thread::get_id());
+}
+
+/// A client of a host's that breaks its contract for two requests.
+class ThrowingHttpClient final : public HttpClient {
+  public:
+    explicit ThrowingHttpClient(std::shared_ptr<HttpClient> client) : client_(std::move(client)) {}
+
+    void start(HttpRequest request, Completion completion) override {
+        switch (++count_) {
+        case 1:
+            throw std::runtime_error("no sockets today");
+        case 2:
+            throw 2;
+        default:
+            client_->start(std::move(request), std::move(completion));
+        }
+    }
+
+  private:
+    const std::shared_ptr<HttpClient> client_;
+    int count_ = 0;
+};
+
+TEST_F(QueueWorker, GoesOnAfterWhateverAHostsClientThrows) {
+    const auto worker = std::make_shared<VornaQueueWorker>(
+        queue_, list_, std::make_shared<ThrowingHttpClient>(http_), nullptr, std::string(eventURL));
+    for (const char* const name : {"first", "second", "third"}) {
+        queue_->enqueue({VornaTaskTypes::event, support::sampleEvent(name)});
+    }
+    log::enabled = true;
+    testing::internal::CaptureStdout();
+    worker->start();
+    const bool isSent = http_->waitForRequests(1);
+    const std::string printed = testing::internal::GetCapturedStdout();
+    ASSERT_TRUE(isSent);
+    EXPECT_EQ(http_->requests().front().body, bodyOf(support::sampleEvent("third")));
+    EXPECT_THAT(printed, HasSubstr("[VornaSDK] A task has failed: no sockets today\n"));
+    EXPECT_THAT(printed, HasSubstr("[VornaSDK] A task has failed: an exception of a kind of its own\n"));
 }
 
 TEST_F(QueueWorker, StopsTheProcessForATaskWithoutTheDataOfItsKind) {

@@ -101,6 +101,8 @@ void VornaQueueWorker::start() {
                     } catch (const std::exception& problem) {
                         // Above all a lack of memory: this task is lost, the next may fare better.
                         log::debug({"A task has failed: ", problem.what()});
+                    } catch (...) {
+                        log::debug({"A task has failed: an exception of a kind of its own"});
                     }
                 } else {
                     loop->sleep();
