@@ -106,10 +106,16 @@ TEST(LinuxSystemFacts, TextThatIsNotUtf8IsRepaired) {
     root.write("sys/class/dmi/id/product_name", "Caf\xE9 9000\n");
     root.write("etc/machine-info", "PRETTY_HOSTNAME=\"\xFF\"\n");
     root.write("etc/os-release", "VERSION_ID=\xC3\n");
-    const auto facts = LinuxSystem(optionsFor(root.path())).facts();
+    LinuxSystemOptions options = optionsFor(root.path());
+    options.bundle.identifier = "com.example.caf\xE9";
+    options.bundle.shortVersion = "1.2 \xFE";
+    LinuxSystem system(options);
+    system.supplyBundle({std::nullopt, std::nullopt, "\xFF"});
+    const auto facts = system.facts();
     EXPECT_EQ(facts->deviceModel, "Caf\uFFFD 9000");
     EXPECT_EQ(facts->deviceName, "\uFFFD");
     EXPECT_EQ(facts->osVersion, "\uFFFD");
+    EXPECT_EQ(facts->bundle, (BundleFacts{"com.example.caf\uFFFD", "1.2 \uFFFD", "\uFFFD"}));
 }
 
 TEST(LinuxSystemFacts, ApplicationsOfOneVendorShareTheVendorsIdentifier) {

@@ -31,6 +31,17 @@ std::string withoutSlashAtEnd(std::string path) {
     return path;
 }
 
+/// One byte that is not UTF-8 here would make every record impossible to send.
+BundleFacts repaired(BundleFacts bundle) {
+    for (std::optional<std::string>* const text :
+         {&bundle.identifier, &bundle.shortVersion, &bundle.version}) {
+        if (*text) {
+            **text = utf8::repaired(**text);
+        }
+    }
+    return bundle;
+}
+
 std::optional<std::string> dataDirectory(const LinuxSystemOptions& options) {
     if (options.dataDirectory && !options.dataDirectory->empty()) {
         return options.dataDirectory;
@@ -53,7 +64,7 @@ SystemFacts factsAtStart(const LinuxSystemOptions& options) {
     facts.identifierForVendor =
         readIdentifierForVendor(root, vendorOf(identifier.empty() ? program : identifier));
     facts.advertisingIdentifier = "00000000-0000-0000-0000-000000000000";
-    facts.bundle = options.bundle;
+    facts.bundle = repaired(options.bundle);
     return facts;
 }
 
@@ -93,7 +104,7 @@ void LinuxSystem::setScreen(const ScreenFacts& screen) {
 }
 
 void LinuxSystem::supplyBundle(const BundleFacts& bundle) {
-    board_->supplyBundle(bundle);
+    board_->supplyBundle(repaired(bundle));
 }
 
 std::optional<FileSystemSize> LinuxSystem::homeFileSystem() const {
