@@ -2,6 +2,8 @@
 
 #include <tests/support/RecordedEvents.h>
 
+#include <vorna/events/ULID.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -53,7 +55,10 @@ TEST_F(ApplicationLife, OpensASessionOnActivation) {
     becomeActiveAt(1000.9);
     ASSERT_TRUE(lifecycle_.currentSession());
     EXPECT_EQ(lifecycle_.currentSession()->startTime, 1000U);
-    EXPECT_THAT(lifecycle_.currentSession()->sessionID, SizeIs(26));
+    const std::optional<ULID> identifier = ULID::fromString(lifecycle_.currentSession()->sessionID);
+    ASSERT_TRUE(identifier);
+    EXPECT_EQ(identifier->ulidString(), lifecycle_.currentSession()->sessionID);
+    EXPECT_EQ(identifier->timestamp(), Date{1000.9});
     EXPECT_THAT(RecordedEvents::takeTasks(), IsEmpty());
 }
 
@@ -103,6 +108,10 @@ TEST_F(ApplicationLife, FetchesTheConfigurationAgainAfterFiveMinutesAndNotBefore
 }
 
 TEST_F(ApplicationLife, CountsInactivityFromTheLastResignationOnly) {
+    resignActiveAt(1000);
+    resignActiveAt(1200);
+    becomeActiveAt(1499);
+    EXPECT_EQ(fetchesQueued(), 0U);
     resignActiveAt(2000);
     becomeActiveAt(2001);
     becomeActiveAt(9000);

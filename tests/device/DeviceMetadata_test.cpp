@@ -110,7 +110,10 @@ TEST_F(DeviceSnapshot, LeavesOutBothDiskSizesWhenTheFileSystemCannotBeAsked) {
 }
 
 TEST_F(DeviceSnapshot, SwitchesBatteryMonitoringOnBeforeItReadsTheFacts) {
-    collector_.collect(identity());
+    SystemFacts facts = FixedSystem::sampleFacts();
+    facts.battery.isMonitoringEnabled = false;
+    system_->setFacts(facts);
+    EXPECT_TRUE(collector_.collect(identity()).device->isBatteryMonitoringEnabled);
     EXPECT_EQ(system_->timesMonitoringWasEnabled(), 1);
 }
 

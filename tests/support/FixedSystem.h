@@ -54,7 +54,16 @@ class FixedSystem final : public System {
         return facts_;
     }
 
-    void enableBatteryMonitoring() override { ++monitoringEnabled_; }
+    /// The facts say so from now on.
+    void enableBatteryMonitoring() override {
+        ++monitoringEnabled_;
+        const std::scoped_lock lock(mutex_);
+        if (!facts_->battery.isMonitoringEnabled) {
+            auto changed = std::make_shared<SystemFacts>(*facts_);
+            changed->battery.isMonitoringEnabled = true;
+            facts_ = std::move(changed);
+        }
+    }
 
     void setScreen(const ScreenFacts& screen) override {
         const std::scoped_lock lock(mutex_);
