@@ -551,5 +551,28 @@ TEST(NotificationNames, AreTheOnesThatHostsKnow) {
     }
 }
 
+TEST(SignalNames, AreTheOnesThatHostsPost) {
+    const RecordedEvents host;
+    VornaCoreSDK::Init("my-app");
+    VornaCoreSDK::debug = true;
+    testing::internal::CaptureStdout();
+    for (const char* const signal :
+         {"UIApplicationDidFinishLaunchingNotification", "UIApplicationWillEnterForegroundNotification",
+          "UIApplicationDidBecomeActiveNotification", "UIApplicationDidReceiveMemoryWarningNotification",
+          "UIApplicationWillResignActiveNotification", "UIApplicationDidEnterBackgroundNotification"}) {
+        NotificationCenter::defaultCenter().post(signal);
+    }
+    std::vector<std::string> handled;
+    std::istringstream printed(testing::internal::GetCapturedStdout());
+    for (std::string line; std::getline(printed, line);) {
+        if (line.starts_with("[VornaSDK] app")) {
+            handled.push_back(line.substr(11));
+        }
+    }
+    EXPECT_THAT(handled, testing::ElementsAre("appDidFinishLaunching", "appWillEnterForeground",
+                                              "appDidBecomeActive", "appDidReceiveMemoryWarning",
+                                              "appWillResignActive", "appDidEnterBackground"));
+}
+
 }  // namespace
 }  // namespace vorna

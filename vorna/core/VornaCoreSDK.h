@@ -31,7 +31,8 @@ class [[gnu::visibility("default")]] VornaCoreSDK {
     VornaCoreSDK() = delete;
 
     /// Whether the library prints what it does to standard output. Reads and writes like a bool. Off at
-    /// start; then nothing is printed but the errors of the credential store and of the documents folder.
+    /// start; then nothing is printed but the errors of the credential store and of the documents folder, and
+    /// the list of what a screen's document lacks.
     static std::atomic<bool>& debug;
 
     // Set-up

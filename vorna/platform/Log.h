@@ -17,7 +17,7 @@ namespace vorna::log {
 [[gnu::visibility("default")]] void debug(std::initializer_list<std::string_view> pieces);
 
 /// Prints the pieces as one line without the prefix, whatever the switch says: for the few errors of the
-/// credential store and the file system that a host must see.
+/// credential store and the file system that a host must see, and for what a screen's document lacks.
 [[gnu::visibility("default")]] void always(std::initializer_list<std::string_view> pieces);
 
 }  // namespace vorna::log
