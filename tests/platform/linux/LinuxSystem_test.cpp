@@ -1,5 +1,6 @@
 #include <vorna/platform/linux/LinuxSystem.h>
 
+#include <vorna/platform/Log.h>
 #include <vorna/platform/NeverDestroyed.h>
 #include <vorna/platform/linux/SystemFile.h>
 
@@ -107,15 +108,27 @@ TEST(LinuxSystemFacts, TextThatIsNotUtf8IsRepaired) {
     root.write("etc/machine-info", "PRETTY_HOSTNAME=\"\xFF\"\n");
     root.write("etc/os-release", "VERSION_ID=\xC3\n");
     LinuxSystemOptions options = optionsFor(root.path());
-    options.bundle.identifier = "com.example.caf\xE9";
-    options.bundle.shortVersion = "1.2 \xFE";
-    LinuxSystem system(options);
-    system.supplyBundle({std::nullopt, std::nullopt, "\xFF"});
+    const LinuxSystem system(options);
     const auto facts = system.facts();
     EXPECT_EQ(facts->deviceModel, "Caf\uFFFD 9000");
     EXPECT_EQ(facts->deviceName, "\uFFFD");
     EXPECT_EQ(facts->osVersion, "\uFFFD");
-    EXPECT_EQ(facts->bundle, (BundleFacts{"com.example.caf\uFFFD", "1.2 \uFFFD", "\uFFFD"}));
+}
+
+TEST(LinuxSystemFacts, TextOfTheHostThatIsNotUtf8IsRepairedWithAWordAboutIt) {
+    const TemporaryFolder root;
+    LinuxSystemOptions options = optionsFor(root.path());
+    options.bundle = {"com.example.caf\xE9", "1.2 \xFE", std::nullopt};
+    log::enabled = true;
+    testing::internal::CaptureStdout();
+    LinuxSystem system(options);
+    system.supplyBundle({std::nullopt, std::nullopt, "\xFF"});
+    log::enabled = false;
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "[VornaSDK] Not UTF-8, and repaired: the bundle's \"com.example.caf\uFFFD\"\n"
+              "[VornaSDK] Not UTF-8, and repaired: the bundle's \"1.2 \uFFFD\"\n"
+              "[VornaSDK] Not UTF-8, and repaired: the bundle's \"\uFFFD\"\n");
+    EXPECT_EQ(system.facts()->bundle, (BundleFacts{"com.example.caf\uFFFD", "1.2 \uFFFD", "\uFFFD"}));
 }
 
 TEST(LinuxSystemFacts, ApplicationsOfOneVendorShareTheVendorsIdentifier) {

@@ -1,5 +1,6 @@
 #include <vorna/platform/linux/LinuxSystem.h>
 
+#include <vorna/platform/Log.h>
 #include <vorna/platform/linux/DataDirectory.h>
 #include <vorna/platform/linux/DeviceModel.h>
 #include <vorna/platform/linux/DeviceName.h>
@@ -35,7 +36,8 @@ std::string withoutSlashAtEnd(std::string path) {
 BundleFacts repaired(BundleFacts bundle) {
     for (std::optional<std::string>* const text :
          {&bundle.identifier, &bundle.shortVersion, &bundle.version}) {
-        if (*text) {
+        if (*text && !utf8::isValid(**text)) {
+            log::debug({"Not UTF-8, and repaired: the bundle's \"", **text, "\""});
             **text = utf8::repaired(**text);
         }
     }
