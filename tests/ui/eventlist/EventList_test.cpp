@@ -146,6 +146,36 @@ TEST_F(EventListScreen, LetsALongLineBeMovedSidewaysInItsRowAndNeverBreaksIt) {
     EXPECT_EQ(table()->property("contentY").toDouble(), 0);
 }
 
+TEST_F(EventListScreen, ShowsEachEntryFromItsBeginningWhenEventsComeWhileARowIsMovedSideways) {
+    handle(std::string(200, 'x'));
+    show();
+    const auto moved = [&](std::size_t row) {
+        return findItem(rows().at(row), "scrollView")->property("contentX").toDouble();
+    };
+    const QPointF middle = ScreenHost::geometry(rows().front()).center();
+    drag(middle, middle - QPointF(150, 0));
+    ASSERT_TRUE(eventually([&] { return moved(0) > 100; }));
+    handle("short");
+    ASSERT_TRUE(eventually([&] { return lines().size() == 2; }));
+    host_.settle();
+    EXPECT_EQ(lines().front(), "short");
+    EXPECT_EQ(moved(0), 0) << "nobody could move a short line back";
+    EXPECT_EQ(moved(1), 0);
+}
+
+TEST_F(EventListScreen, ShowsEachEntryFromItsBeginningAlsoWhileARowStillMoves) {
+    handle(std::string(300, 'x'));
+    show();
+    QQuickItem* const scroll = findItem(rows().front(), "scrollView");
+    const QPointF middle = ScreenHost::geometry(scroll).center();
+    drag(middle, middle - QPointF(150, 0));
+    ASSERT_TRUE(scroll->property("flicking").toBool());
+    handle(std::string(300, 'y'));
+    ASSERT_TRUE(eventually([&] { return lines().size() == 2; }));
+    support::letTimePass(std::chrono::milliseconds(100));
+    EXPECT_EQ(scroll->property("contentX").toDouble(), 0);
+}
+
 TEST_F(EventListScreen, ShowsALineBreakInANameOnTheSameLine) {
     handle("two\nlines");
     show();

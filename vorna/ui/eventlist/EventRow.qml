@@ -7,6 +7,11 @@ Item {
     required property string line
 
     height: 44
+    // Another entry is shown from its beginning, wherever the one before had been moved to.
+    onLineChanged: {
+        scroll.cancelFlick();
+        scroll.contentX = 0;
+    }
     ListView.onReused: scroll.contentX = 0
     Accessible.role: Accessible.ListItem
     Accessible.name: line
