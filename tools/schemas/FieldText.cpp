@@ -15,7 +15,7 @@ constexpr std::array texts{
     FieldText{paywall, "media",
               "Address of the picture or video at the top. The service's answer tells which it is: a content "
               "type with \"video\" in it is played in a loop, with sound."},
-    FieldText{paywall, "heading", "The large text. Keep it short; it stands on one line."},
+    FieldText{paywall, "heading", "The large text. Keep it short; what does not fit on a line is wrapped."},
     FieldText{
         paywall, "details",
         "One centred line each under the heading. A line of 38 or more characters is cut to 37 and \"...\"."},
