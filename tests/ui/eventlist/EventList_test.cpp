@@ -8,6 +8,7 @@
 #include <tests/support/ui/ScreenHost.h>
 
 #include <QtCore/QAbstractItemModel>
+#include <QtGui/QAccessible>
 #include <QtTest/QTest>
 
 #include <gmock/gmock.h>
@@ -92,6 +93,48 @@ TEST_F(EventListScreen, OfNoEventsIsEmpty) {
     show();
     EXPECT_THAT(lines(), IsEmpty());
     EXPECT_EQ(host_.find("barTitle")->property("text").toString(), QStringLiteral("Event List"));
+}
+
+TEST_F(EventListScreen, ArrivesAtALaterTurnAnimatedAndCoversAll) {
+    VornaCoreSDK::ShowEventList();
+    EXPECT_THAT(host_.screens(), IsEmpty()) << "the call returns at once";
+    ASSERT_TRUE(eventually([&] { return host_.screens().size() == 1; }));
+    EXPECT_TRUE(host_.window().isMoving());
+    host_.settle();
+    EXPECT_EQ(ScreenHost::geometry(host_.topView()), QRectF(0, 0, 375, 667));
+    EXPECT_FALSE(host_.content()->isVisible());
+    EXPECT_EQ(host_.picture().pixelColor(200, 600), QColor(Qt::white));
+}
+
+TEST_F(EventListScreen, NamesItsPartsForAssistiveTechnology) {
+    QAccessible::setActive(true);
+    handle("Purchase", "42");
+    show();
+    const auto is = [](QQuickItem* item, QAccessible::Role role, const char* spoken) {
+        QAccessibleInterface* const accessible = QAccessible::queryAccessibleInterface(item);
+        ASSERT_NE(accessible, nullptr) << spoken;
+        EXPECT_EQ(accessible->role(), role) << spoken;
+        EXPECT_EQ(accessible->text(QAccessible::Name).toStdString(), spoken);
+    };
+    is(host_.find("barTitle"), QAccessible::Heading, "Event List");
+    is(host_.find("leftBarButton"), QAccessible::Button, "Close");
+    is(table(), QAccessible::List, "Event List");
+    is(rows().front(), QAccessible::ListItem, "Purchase | 42");
+    QAccessible::queryAccessibleInterface(host_.find("leftBarButton"))
+        ->actionInterface()
+        ->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_TRUE(eventually([&] { return host_.screens().empty(); }));
+}
+
+TEST_F(EventListScreen, DoesNothingWhenARowIsTapped) {
+    handle("Purchase", "42");
+    show();
+    host_.click(rows().front());
+    host_.touch(rows().front());
+    support::letTimePass(std::chrono::milliseconds(50));
+    EXPECT_EQ(host_.screens().size(), 1U);
+    EXPECT_FALSE(host_.window().isMoving());
+    EXPECT_THAT(lines(), ElementsAre("Purchase | 42"));
 }
 
 TEST_F(EventListScreen, ShowsTheNewestFirstWithTheValueAfterTheName) {
@@ -198,6 +241,15 @@ TEST_F(EventListScreen, IsClosedByItsOwnButton) {
     host_.settle();
 }
 
+TEST_F(EventListScreen, IsClosedByItsOwnButtonFromTheKeyboard) {
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+        show();
+        host_.press(key);
+        EXPECT_TRUE(eventually([&] { return host_.screens().empty(); }));
+        host_.settle();
+    }
+}
+
 TEST_F(EventListScreen, IsClosedByTheFacade) {
     show();
     VornaCoreSDK::CloseEventList();
@@ -285,6 +337,20 @@ TEST(ShowEventList, WithoutAWindowSaysSoOnlyWhileDebugIsOn) {
     CaptureStdout();
     VornaCoreSDK::ShowEventList();
     EXPECT_EQ(GetCapturedStdout(), "[VornaSDK] ❌ Failed to find top view controller\n");
+}
+
+TEST(CloseEventList, WithoutAWindowDoesNothingAndPrintsNothing) {
+    const support::RecordedEvents platform;
+    VornaCoreSDK::debug = true;
+    CaptureStdout();
+    VornaCoreSDK::CloseEventList();
+    {
+        ScreenHost host;
+        host.close();
+        VornaCoreSDK::CloseEventList();
+        support::letTimePass(std::chrono::milliseconds(50));
+    }
+    EXPECT_EQ(GetCapturedStdout(), "");
 }
 
 TEST(ShowEventList, AfterTheWindowHasGoneSaysSo) {

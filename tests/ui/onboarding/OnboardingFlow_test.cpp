@@ -7,6 +7,7 @@
 #include <tests/support/ui/ScreenHost.h>
 
 #include <vorna/ui/common/NavigationController.h>
+#include <vorna/ui/common/showJSONErrorScreen.h>
 #include <vorna/ui/onboarding/OnboardingBasicScreenViewController.h>
 
 #include <QtTest/QTest>
@@ -182,6 +183,8 @@ TEST_F(Onboarding, ReportsAStepOfUnknownType) {
 
 TEST_F(Onboarding, ReportsEverythingThatAnEmptyStepLacks) {
     VornaCoreSDK::ShowOnboarding("[{}]");
+    EXPECT_TRUE(host.window().isMoving()) << "it arrives animated";
+    EXPECT_GT(host.topView()->parentItem()->y(), 0) << "from below, and is not pushed";
     host.settle();
     EXPECT_EQ(errorText(),
               "⚠️ Onboarding[0] JSON Hatası:\n\nEksik "
@@ -503,6 +506,16 @@ INSTANTIATE_TEST_SUITE_P(Seconds, CloseButtonDelay,
                                          Delay{"AThousandYears", 31'557'600'000, false},
                                          Delay{"TheMost", std::numeric_limits<std::int64_t>::max(), false}),
                          [](const auto& testCase) { return testCase.param.name; });
+
+TEST(ErrorScreen, SaysThatThereIsNothingToBeShownOverWithDebugAlone) {
+    const support::RecordedEvents platform;
+    PrintedLines printed;
+    ui::showJSONErrorScreen("Paywall", "message");
+    EXPECT_THAT(printed.take(), ElementsAre("[VornaSDK] ❌ Hata ekranı gösterilemedi: Top VC bulunamadı."));
+    VornaCoreSDK::debug = false;
+    ui::showJSONErrorScreen("Paywall", "message");
+    EXPECT_THAT(printed.take(), IsEmpty());
+}
 
 TEST(OnboardingWithoutAWindow, FindsNothingToBeShownOver) {
     const support::RecordedEvents platform;

@@ -6,6 +6,9 @@
 #include <tests/support/ui/PaidDocument.h>
 #include <tests/support/ui/ScreenHost.h>
 
+#include <QtGui/QColor>
+#include <QtGui/QFont>
+
 #include <gmock/gmock.h>
 
 #include <array>
@@ -214,6 +217,41 @@ TEST_F(PaywallStep, HasCloseButtonAndArrowOnlyWhereItIsLast) {
     host_.settle();
     EXPECT_TRUE(eventually([&] { return host_.find("exitButton") != nullptr; }));
     EXPECT_TRUE(host_.find("arrow")->isVisible());
+}
+
+TEST_F(PaywallStep, ShowsTheTextsAndColoursOfItsDocument) {
+    show({paywallStep({{"heading", "Heading"}, {"exitButtonColor", "#123456"}})});
+    ASSERT_TRUE(eventually([&] { return host_.find("exitButton") != nullptr; }));
+
+    struct Shown {
+        const char* name;
+        const char* text;
+        const char* colorProperty;
+        QColor color;
+        int fontSize;
+        bool isBold;
+    };
+
+    for (const Shown& shown :
+         {Shown{"titleLabel", "Title", "color", QColor(0xff, 0xee, 0xdd), 30, true},
+          Shown{"headingLabel", "Heading", "color", QColor(0xff, 0xee, 0xdd), 16, true},
+          Shown{"actionButton", "Continue", "titleColor", QColor(0xff, 0xff, 0xff), 18, true},
+          Shown{"footnoteLabel", "Foot note", "color", QColor(0xcc, 0xcc, 0xcc), 12, false},
+          Shown{"termsOfUseButton", "Terms of Use", "titleColor", QColor(0, 0xff, 0), 12, false},
+          Shown{"restoreButton", "Restore Purchase", "titleColor", QColor(0xff, 0xff, 0), 12, false},
+          Shown{"privacyPolicyButton", "Privacy Policy", "titleColor", QColor(0, 0xff, 0xff), 12, false},
+          Shown{"exitButton", "✕", "glyphColor", QColor(0x12, 0x34, 0x56), 24, true}}) {
+        SCOPED_TRACE(shown.name);
+        const QQuickItem* const item = host_.find(shown.name);
+        ASSERT_NE(item, nullptr);
+        EXPECT_EQ(item->property("text").toString().toStdString(), shown.text);
+        EXPECT_EQ(item->property(shown.colorProperty).value<QColor>(), shown.color);
+        EXPECT_EQ(item->property("font").value<QFont>().pixelSize(), shown.fontSize);
+        EXPECT_EQ(item->property("font").value<QFont>().bold(), shown.isBold);
+    }
+    EXPECT_EQ(host_.topView()->property("color").value<QColor>(), QColor(0x1b, 0x1b, 0x3a));
+    EXPECT_EQ(host_.find("gradient")->property("firstColor").value<QColor>(), QColor(0xff, 0, 0));
+    EXPECT_EQ(host_.find("gradient")->property("secondColor").value<QColor>(), QColor(0, 0, 0xff));
 }
 
 TEST_F(PaywallStep, ShowsTitleAndHeadingInOneColourAndNoDetails) {

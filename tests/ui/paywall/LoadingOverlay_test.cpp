@@ -7,6 +7,7 @@
 
 #include <vorna/ui/paywall/SpinningArc.h>
 
+#include <QtGui/QAccessible>
 #include <QtGui/QPainter>
 
 #include <gmock/gmock.h>
@@ -174,6 +175,18 @@ TEST_F(Overlay, KeepsTapsAndKeysFromWhatLiesBelow) {
     host_->click(button);
     host_->press(Qt::Key_Return);
     EXPECT_EQ(host_->notifications().size(), 2U);
+}
+
+TEST_F(Overlay, TellsAssistiveTechnologyThatSomethingIsUnderWay) {
+    QAccessible::setActive(true);
+    show();
+    QAccessibleInterface* const overlay = QAccessible::queryAccessibleInterface(host_->topView());
+    ASSERT_NE(overlay, nullptr);
+    EXPECT_EQ(overlay->role(), QAccessible::Dialog);
+    EXPECT_EQ(overlay->text(QAccessible::Name), QStringLiteral("Loading"));
+    QAccessibleInterface* const arc = QAccessible::queryAccessibleInterface(host_->find("spinner"));
+    ASSERT_NE(arc, nullptr);
+    EXPECT_EQ(arc->role(), QAccessible::ProgressBar);
 }
 
 TEST_F(Overlay, DimsWhatLiesBelow) {

@@ -495,6 +495,8 @@ TEST_F(PaywallMedia, IsAPictureUnlessTheServerSaysVideoInSmallLetters) {
     VornaCoreSDK::ShowPaywall(support::paywallText());
     answer(1, head("Video/MP4"));
     EXPECT_EQ(http_->requests()[0].method, HttpMethod::head);
+    EXPECT_EQ(http_->requests()[0].url.text(), "https://media.test/picture.png");
+    EXPECT_EQ(http_->requests()[0].timeout, std::chrono::seconds(60));
     answer(2, picture({300, 100}));
     EXPECT_EQ(http_->requests()[1].method, HttpMethod::get);
     EXPECT_EQ(http_->requests()[1].url.text(), "https://media.test/picture.png");
