@@ -109,7 +109,7 @@ class VornaSingleton : public QObject {
     Q_INVOKABLE static void DailyStreakClaimed();
     Q_INVOKABLE static void DailyStreakClosed();
 
-    // Screens, shown in the window that was attached last.
+    // Screens, shown in the window that was attached or activated last.
 
     Q_INVOKABLE static void ShowPaywallWithJsonString(const QString& jsonString);
     Q_INVOKABLE static void ClosePaywall();

@@ -31,8 +31,8 @@ class [[gnu::visibility("default")]] VornaCoreSDK {
     VornaCoreSDK() = delete;
 
     /// Whether the library prints what it does to standard output. Reads and writes like a bool. Off at
-    /// start; then nothing is printed but the errors of the credential store and of the documents folder, and
-    /// the list of what a screen's document lacks.
+    /// start; what is printed even then are the errors of the credential store and of the documents folder,
+    /// and for each document of a screen that is judged the list of what it lacks, which may be empty.
     static std::atomic<bool>& debug;
 
     // Set-up
@@ -141,6 +141,7 @@ class [[gnu::visibility("default")]] VornaCoreSDK {
 
     /// Dims the screen and shows a spinning arc until the purchase is over.
     static void ShowPaidProductLoadingScreen();
+    /// Does nothing while the overlay is still on its way in.
     static void ClosePaidProductLoadingScreen();
 
     /// Shows the first of the steps that the document, an array, describes; each step's button shows the

@@ -168,6 +168,7 @@ void vorna_close_paywall(void);
 
 /// Dims the screen and shows a spinning arc until the purchase is over.
 void vorna_show_paid_product_loading_screen(void);
+/// Does nothing while the overlay is still on its way in.
 void vorna_close_paid_product_loading_screen(void);
 
 /// Shows the first of the steps that the document, a JSON array, describes. Call it on the main thread.
