@@ -219,6 +219,19 @@ TEST_F(EventListScreen, ShowsEachEntryFromItsBeginningAlsoWhileARowStillMoves) {
     EXPECT_EQ(scroll->property("contentX").toDouble(), 0);
 }
 
+TEST_F(EventListScreen, ShowsAWholeLineAgainWhenTheWindowGrowsAroundIt) {
+    handle(std::string(60, 'x'));
+    show();
+    const QPointF middle = ScreenHost::geometry(rows().front()).center();
+    drag(middle, middle - QPointF(150, 0));
+    QQuickItem* const scroll = findItem(rows().front(), "scrollView");
+    ASSERT_TRUE(eventually([&] { return scroll->property("contentX").toDouble() > 100; }));
+    host_.settle();
+    host_.quickWindow().resize(1180, 820);
+    ASSERT_TRUE(eventually([&] { return table()->width() == 1180; }));
+    EXPECT_TRUE(eventually([&] { return scroll->property("contentX").toDouble() == 0; }));
+}
+
 TEST_F(EventListScreen, ShowsALineBreakInANameOnTheSameLine) {
     handle("two\nlines");
     show();

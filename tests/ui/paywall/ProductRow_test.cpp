@@ -5,6 +5,7 @@
 #include <tests/support/ui/ScreenHost.h>
 
 #include <QtGui/QAccessible>
+#include <QtGui/QGuiApplication>
 #include <QtGui/QPointingDevice>
 #include <QtGui/QWheelEvent>
 #include <QtTest/QSignalSpy>
@@ -204,6 +205,19 @@ TEST_F(ShownRow, ScrollsByEitherWheelWhereCellsAreWidened) {
     EXPECT_NEAR(scrolled(), 6 * 80 + 5 * 10 - 351, 0.5);
 }
 
+TEST_F(ShownRow, ShowsAllCellsAgainWhenTheWindowGrowsAroundThem) {
+    show(6);
+    swipe(-300);
+    swipe(-300);
+    ASSERT_GT(scrolled(), 100);
+    host_->quickWindow().resize(1180, 820);
+    ASSERT_TRUE(eventually([&] { return row()->width() == 1180 * 0.9; }));
+    settleRow();
+    EXPECT_EQ(scrolled(), 0);
+    EXPECT_TRUE(isInSight(0));
+    EXPECT_TRUE(isInSight(5));
+}
+
 TEST_F(ShownRow, StaysWhereAllCellsFit) {
     for (const int count : {1, 2, 3}) {
         SCOPED_TRACE(count);
@@ -246,6 +260,33 @@ TEST_F(ShownRow, FollowsTheArrowKeysAndKeepsTheFocusedCellInSight) {
         EXPECT_TRUE(isInSight(index));
     }
     EXPECT_TRUE(host_->notifications().empty()) << "moving selects nothing";
+}
+
+TEST_F(ShownRow, ScrollsAndFollowsTheArrowKeysTheOtherWayRoundWhereReadingGoesFromRightToLeft) {
+    QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+    show(6);
+    EXPECT_TRUE(isInSight(0));
+    EXPECT_NEAR(ScreenHost::geometry(cellsIn(*host_)[0]).right(), ScreenHost::geometry(row()).right(), 0.5);
+    for (int turn = 0; turn < 10; ++turn) {
+        turnWheel({0, -240});
+    }
+    EXPECT_TRUE(isInSight(5));
+    EXPECT_FALSE(isInSight(0));
+    for (int turn = 0; turn < 10; ++turn) {
+        turnWheel({0, 240});
+    }
+    EXPECT_TRUE(isInSight(0));
+    tabIntoTheRow();
+    ASSERT_EQ(focused(), 0);
+    host_->press(Qt::Key_Right);
+    EXPECT_EQ(focused(), 0) << "the row begins there";
+    for (int index = 1; index < 6; ++index) {
+        host_->press(Qt::Key_Left);
+        EXPECT_EQ(focused(), index);
+        settleRow();
+        EXPECT_TRUE(isInSight(index));
+    }
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
 TEST_F(ShownRow, GoesOnWithTheArrowKeysFromWhereTabOrATapHasLed) {
