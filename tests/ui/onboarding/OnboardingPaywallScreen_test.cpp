@@ -252,6 +252,7 @@ TEST_F(PaywallStep, ShowsTheTextsAndColoursOfItsDocument) {
     EXPECT_EQ(host_.topView()->property("color").value<QColor>(), QColor(0x1b, 0x1b, 0x3a));
     EXPECT_EQ(host_.find("gradient")->property("firstColor").value<QColor>(), QColor(0xff, 0, 0));
     EXPECT_EQ(host_.find("gradient")->property("secondColor").value<QColor>(), QColor(0, 0, 0xff));
+    EXPECT_EQ(host_.find("arrow")->property("color").value<QColor>(), QColor(Qt::white));
 }
 
 TEST_F(PaywallStep, ShowsTitleAndHeadingInOneColourAndNoDetails) {

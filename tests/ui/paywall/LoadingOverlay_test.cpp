@@ -7,6 +7,7 @@
 
 #include <vorna/ui/paywall/SpinningArc.h>
 
+#include <QtCore/QEasingCurve>
 #include <QtGui/QAccessible>
 #include <QtGui/QPainter>
 
@@ -219,6 +220,12 @@ TEST_F(Overlay, HasAnArcThatTurnsOnceASecond) {
     EXPECT_EQ(arc->property("radius").toDouble(), 27.5);
     EXPECT_TRUE(arc->parentItem()->property("isRotating").toBool());
     EXPECT_EQ(arc->transformOrigin(), QQuickItem::Center);
+    const auto* const rotation = arc->parentItem()->findChild<const QObject*>(QStringLiteral("rotation"));
+    ASSERT_NE(rotation, nullptr);
+    EXPECT_EQ(rotation->property("duration").toInt(), 1000);
+    EXPECT_EQ(rotation->property("to").toDouble() - rotation->property("from").toDouble(), 360);
+    EXPECT_EQ(rotation->property("loops").toInt(), -1) << "without end";
+    EXPECT_EQ(rotation->property("easing").value<QEasingCurve>().type(), QEasingCurve::Linear);
 
     // The arc is open between nine and twelve o'clock, so the middle of the gap tells how far it has turned.
     const auto turned = [&] {

@@ -197,6 +197,42 @@ TEST_F(Paywall, ComesOverAnOnboarding) {
     EXPECT_EQ(host_.find("titleLabel")->property("text"), QStringLiteral("One"));
 }
 
+TEST_F(Paywall, LeavesTheOverlayOverItOnShowWhenItCloses) {
+    showPaywall(host_);
+    VornaCoreSDK::ShowPaidProductLoadingScreen();
+    ASSERT_TRUE(eventually([&] { return host_.screens().size() == 2; }));
+    host_.settle();
+    const std::shared_ptr<ui::ViewController> overlay = host_.screens().back();
+    PrintedLines printed;
+    VornaCoreSDK::ClosePaywall();
+    turn();
+    host_.settle();
+    EXPECT_THAT(host_.screens(), ElementsAre(overlay));
+    EXPECT_THAT(printed.take(), ElementsAre(closed));
+    VornaCoreSDK::ClosePaidProductLoadingScreen();
+    turn();
+    host_.settle();
+    EXPECT_THAT(host_.screens(), IsEmpty());
+    EXPECT_TRUE(host_.content()->isVisible());
+    EXPECT_TRUE(host_.content()->isEnabled());
+}
+
+TEST_F(Paywall, GoesInOneTurnWithTheOverlayOverIt) {
+    showPaywall(host_);
+    VornaCoreSDK::ShowPaidProductLoadingScreen();
+    ASSERT_TRUE(eventually([&] { return host_.screens().size() == 2; }));
+    host_.settle();
+    PrintedLines printed;
+    VornaCoreSDK::ClosePaidProductLoadingScreen();
+    VornaCoreSDK::ClosePaywall();
+    turn();
+    host_.settle();
+    EXPECT_THAT(host_.screens(), IsEmpty());
+    EXPECT_THAT(printed.take(), ElementsAre(closed));
+    EXPECT_TRUE(host_.content()->isVisible());
+    EXPECT_TRUE(host_.content()->isEnabled());
+}
+
 TEST_F(Paywall, LetsGoOfTheOnboardingStepAsItCloses) {
     const auto step = [&] { return support::documentOf({support::basicStep("Step")}); };
     VornaCoreSDK::ShowOnboarding(step());

@@ -189,6 +189,7 @@ TEST_F(PaywallScreen, ShowsTheTextsAndColoursOfItsDocument) {
     EXPECT_TRUE(isBold("actionButton"));
     EXPECT_EQ(color("gradient", "firstColor"), QColor(0xff, 0, 0));
     EXPECT_EQ(color("gradient", "secondColor"), QColor(0, 0, 0xff));
+    EXPECT_EQ(color("arrow"), QColor(Qt::white));
     EXPECT_EQ(text("footnoteLabel"), "Foot note");
     EXPECT_EQ(color("footnoteLabel"), QColor(0xcc, 0xcc, 0xcc));
     EXPECT_EQ(fontSize("footnoteLabel"), 12);

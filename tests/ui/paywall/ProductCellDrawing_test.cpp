@@ -4,6 +4,8 @@
 #include <tests/support/ui/PaidDocument.h>
 #include <tests/support/ui/ScreenHost.h>
 
+#include <QtGui/QFont>
+
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -87,6 +89,29 @@ TEST_F(DrawnCells, HaveTheirPartsInTheirPlaces) {
     EXPECT_EQ(part("badgeContainerView")->property("radius"), 12);
     EXPECT_NEAR(place("badgeLabel").center().x(), badge.center().x(), 0.51);
     EXPECT_NEAR(place("badgeLabel").center().y(), badge.center().y(), 0.51);
+}
+
+TEST_F(DrawnCells, HaveTheirFontsAndBreakWhereTheyMay) {
+    show({product("p0", {{"descriptionText", "3 days free"}, {"tagText", "Tag"}, {"badgeText", "Best"}})});
+
+    struct Shown {
+        const char* name;
+        int fontSize;
+        bool isBold;
+        bool breaks;
+    };
+
+    for (const Shown& shown :
+         {Shown{"titleLabel", 16, true, false}, Shown{"priceLabel", 16, true, false},
+          Shown{"descriptionLabel", 9, false, true}, Shown{"tagPeriodLabel", 12, true, true},
+          Shown{"badgeLabel", 12, true, false}}) {
+        SCOPED_TRACE(shown.name);
+        const QQuickItem* const label = part(shown.name);
+        EXPECT_EQ(label->property("font").value<QFont>().pixelSize(), shown.fontSize);
+        EXPECT_EQ(label->property("font").value<QFont>().bold(), shown.isBold);
+        EXPECT_EQ(label->property("wrapMode").toInt(), shown.breaks ? 1 /* Text.WordWrap */ : 0);
+        EXPECT_EQ(label->property("horizontalAlignment").toInt(), Qt::AlignHCenter);
+    }
 }
 
 TEST_F(DrawnCells, LeaveRoomWhereThereIsNoDescription) {
