@@ -192,6 +192,23 @@ TEST_F(BasicScreen, HasItsTextsFontsAndColours) {
     EXPECT_EQ(host.picture().pixelColor(3, 300), QColor(0x1b, 0x1b, 0x3a));
 }
 
+TEST_F(BasicScreen, HasItsButtonsInTheColoursOfItsDocument) {
+    const auto color = [&](const char* name, const char* which) {
+        return host.find(name)->property(which).value<QColor>();
+    };
+    show(basicStep("One", {{"buttonTitleColor", "#102030"}, {"exitButtonColor", "#405060"}}));
+    ASSERT_TRUE(eventually([&] { return host.find("exitButton") != nullptr; }));
+    EXPECT_EQ(color("actionButton", "titleColor"), QColor(0x10, 0x20, 0x30));
+    EXPECT_EQ(color("arrow", "color"), QColor(Qt::white)) << "whatever the title has";
+    EXPECT_EQ(color("gradient", "firstColor"), QColor(0xff, 0, 0));
+    EXPECT_EQ(color("gradient", "secondColor"), QColor(0, 0, 0xff));
+    EXPECT_EQ(host.find("exitButton")->property("text").toString(), QStringLiteral("✕"));
+    EXPECT_EQ(color("exitButton", "glyphColor"), QColor(0x40, 0x50, 0x60));
+    show(basicStep("Two"));
+    ASSERT_TRUE(eventually([&] { return host.find("exitButton") != nullptr; }));
+    EXPECT_EQ(color("exitButton", "glyphColor"), QColor(Qt::white)) << "unless the document says otherwise";
+}
+
 TEST_F(BasicScreen, ShowsTextAsItIs) {
     show(basicStep("<b>a</b> &amp; \\n", {{"heading", "<img src='file:///etc/passwd'>"}}));
     for (const char* const name : {"titleLabel", "headingLabel"}) {
