@@ -168,7 +168,7 @@ TEST(InstalledScreens, ThatFailToStartLeaveTheLibraryOnThePlatformOfItsHost) {
     VornaCoreSDK::debug = true;
     CaptureStdout();
     VornaCoreSDK::Event("first");
-    EXPECT_EQ(GetCapturedStdout(), "[VornaSDK] The screens have failed to start: no display\n"
+    EXPECT_EQ(GetCapturedStdout(), "[VornaSDK] The start of the screens has failed: no display\n"
                                    "[VornaSDK] Event called  -> first\n");
     EXPECT_EQ(SharedInstance::get().platform.httpClient, platform.http);
     EXPECT_EQ(platform.take().size(), 1U);
@@ -180,7 +180,7 @@ TEST(InstalledScreens, ThatFailToStartLateDoNotTroubleTheirHost) {
     VornaCoreSDK::debug = true;
     CaptureStdout();
     EXPECT_NO_THROW(installScreens(std::make_shared<ScreensWithoutDisplay>()));
-    EXPECT_EQ(GetCapturedStdout(), "[VornaSDK] The screens have failed to start: no display\n");
+    EXPECT_EQ(GetCapturedStdout(), "[VornaSDK] The start of the screens has failed: no display\n");
 }
 
 TEST(InstalledScreens, StayTheOnesThatCameFirst) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
@@ -26,6 +27,22 @@ TEST(Log, PrintsWhatAHostMustSeeWithoutPrefixWhateverTheSwitchSays) {
     testing::internal::CaptureStdout();
     log::always({"Error reading from Keychain: ", "-25300"});
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "Error reading from Keychain: -25300\n");
+}
+
+TEST(Log, SaysWhatHasFailedAndWhatTheExceptionSays) {
+    const auto printedOf = [](const auto& thrown) {
+        testing::internal::CaptureStdout();
+        try {
+            throw thrown;
+        } catch (...) {
+            log::failure({"The ", "thing"});
+        }
+        return testing::internal::GetCapturedStdout();
+    };
+    EXPECT_EQ(printedOf(std::runtime_error("why")), "") << "the switch is off";
+    log::enabled = true;
+    EXPECT_EQ(printedOf(std::runtime_error("why")), "[VornaSDK] The thing has failed: why\n");
+    EXPECT_EQ(printedOf(42), "[VornaSDK] The thing has failed: an exception of a kind of its own\n");
 }
 
 TEST(Log, ShowsBytesThatAreNotTextAsReplacementCharacters) {

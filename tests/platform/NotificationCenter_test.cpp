@@ -1,3 +1,4 @@
+#include <vorna/platform/Log.h>
 #include <vorna/platform/NotificationCenter.h>
 
 #include <gmock/gmock.h>
@@ -137,15 +138,21 @@ TEST(NotificationCenter, WaitsForACallOnAnotherThreadBeforeAnObservationHasEnded
     posting.join();
 }
 
-TEST(NotificationCenter, DropsWhatAnObserverThrowsAndCallsTheNext) {
+TEST(NotificationCenter, DropsWhatAnObserverThrowsWithAWordAboutItAndCallsTheNext) {
     NotificationCenter center;
+    log::enabled = true;
+    testing::internal::CaptureStdout();
     int calls = 0;
     const auto thrower =
         center.addObserver("n", [](const Notification&) { throw std::runtime_error("host"); });
     const auto stranger = center.addObserver("n", [](const Notification&) { throw 42; });
     const auto next = center.addObserver("n", [&](const Notification&) { ++calls; });
     center.post("n");
+    log::enabled = false;
     EXPECT_EQ(calls, 1);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "[VornaSDK] An observer of n has failed: host\n"
+              "[VornaSDK] An observer of n has failed: an exception of a kind of its own\n");
 }
 
 TEST(NotificationCenter, IsGoneBeforeAnObservationWithoutHarm) {

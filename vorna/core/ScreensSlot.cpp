@@ -3,7 +3,6 @@
 #include <vorna/platform/Log.h>
 #include <vorna/platform/NeverDestroyed.h>
 
-#include <exception>
 #include <mutex>
 #include <optional>
 #include <utility>
@@ -53,10 +52,8 @@ Slot& slot() {
 void start(Screens& screens, const ScreenServices& services) {
     try {
         screens.start(services);
-    } catch (const std::exception& problem) {
-        log::debug({"The screens have failed to start: ", problem.what()});
     } catch (...) {
-        log::debug({"The screens have failed to start: an exception of a kind of its own"});
+        log::failure({"The start of the screens"});
     }
 }
 

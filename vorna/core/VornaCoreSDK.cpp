@@ -8,7 +8,6 @@
 #include <vorna/platform/Log.h>
 #include <vorna/text/Utf8.h>
 
-#include <exception>
 #include <utility>
 
 namespace vorna {
@@ -20,23 +19,14 @@ constinit std::atomic<bool>& VornaCoreSDK::debug = log::enabled;
 
 namespace {
 
-void reportFailure(std::string_view operation, std::string_view problem) noexcept {
-    try {
-        log::debug({operation, " has failed: ", problem});
-    } catch (...) {  // NOLINT(bugprone-empty-catch): there is nothing left to do
-    }
-}
-
 /// Runs an operation of the facade. What goes wrong in it, a lack of memory or a port of the host's that
 /// throws, ends here; the result is then what an absent value would be.
 template <class Operation>
 auto quietly(std::string_view name, Operation operation) noexcept -> decltype(operation()) {
     try {
         return operation();
-    } catch (const std::exception& problem) {
-        reportFailure(name, problem.what());
     } catch (...) {
-        reportFailure(name, "an exception of a kind of its own");
+        log::failure({name});
     }
     return decltype(operation())();
 }

@@ -8,7 +8,6 @@
 
 #include <chrono>
 #include <condition_variable>
-#include <exception>
 #include <mutex>
 #include <optional>
 #include <thread>
@@ -98,11 +97,9 @@ void VornaQueueWorker::start() {
                 if (std::optional<VornaTask> task = worker->taskQueue_->dequeue()) {
                     try {
                         worker->perform(std::move(*task));
-                    } catch (const std::exception& problem) {
-                        // Above all a lack of memory: this task is lost, the next may fare better.
-                        log::debug({"A task has failed: ", problem.what()});
                     } catch (...) {
-                        log::debug({"A task has failed: an exception of a kind of its own"});
+                        // Above all a lack of memory: this task is lost, the next may fare better.
+                        log::failure({"A task"});
                     }
                 } else {
                     loop->sleep();

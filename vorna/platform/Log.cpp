@@ -3,6 +3,7 @@
 #include <vorna/text/Utf8.h>
 
 #include <cstdio>
+#include <exception>
 #include <string>
 
 namespace vorna::log {
@@ -10,6 +11,13 @@ namespace vorna::log {
 constinit std::atomic<bool> enabled = false;
 
 namespace {
+
+std::string joined(std::string text, std::initializer_list<std::string_view> pieces) {
+    for (const std::string_view piece : pieces) {
+        text += piece;
+    }
+    return text;
+}
 
 void printLine(std::string line) {
     if (!utf8::isValid(line)) {
@@ -27,19 +35,25 @@ void debug(std::initializer_list<std::string_view> pieces) {
     if (!enabled.load(std::memory_order_relaxed)) {
         return;
     }
-    std::string line = "[VornaSDK] ";
-    for (const std::string_view piece : pieces) {
-        line += piece;
-    }
-    printLine(std::move(line));
+    printLine(joined("[VornaSDK] ", pieces));
 }
 
 void always(std::initializer_list<std::string_view> pieces) {
-    std::string line;
-    for (const std::string_view piece : pieces) {
-        line += piece;
+    printLine(joined("", pieces));
+}
+
+void failure(std::initializer_list<std::string_view> pieces) noexcept {
+    try {
+        const std::string what = joined("", pieces);
+        try {
+            throw;
+        } catch (const std::exception& problem) {
+            debug({what, " has failed: ", problem.what()});
+        } catch (...) {
+            debug({what, " has failed: an exception of a kind of its own"});
+        }
+    } catch (...) {  // NOLINT(bugprone-empty-catch): there is nothing left to do
     }
-    printLine(std::move(line));
 }
 
 }  // namespace vorna::log

@@ -20,4 +20,8 @@ namespace vorna::log {
 /// credential store and the file system that a host must see, and for what a screen's document lacks.
 [[gnu::visibility("default")]] void always(std::initializer_list<std::string_view> pieces);
 
+/// Where an exception ends, in its `catch (...)`: prints like `debug` that what the pieces name has failed,
+/// and what the exception says. Throws nothing itself, however little memory there is.
+[[gnu::visibility("default")]] void failure(std::initializer_list<std::string_view> pieces) noexcept;
+
 }  // namespace vorna::log

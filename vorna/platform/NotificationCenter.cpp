@@ -1,10 +1,10 @@
 #include <vorna/platform/NotificationCenter.h>
 
+#include <vorna/platform/Log.h>
 #include <vorna/platform/NeverDestroyed.h>
 
 #include <algorithm>
 #include <condition_variable>
-#include <exception>
 #include <mutex>
 #include <thread>
 #include <utility>
@@ -44,8 +44,8 @@ struct NotificationCenter::Observation::Entry {
         }
         try {
             observer(notification);
-        } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): see addObserver
-        } catch (...) {                    // NOLINT(bugprone-empty-catch)
+        } catch (...) {
+            log::failure({"An observer of ", name});
         }
         {
             const std::scoped_lock lock(mutex);

@@ -79,7 +79,7 @@ class [[gnu::visibility("default")]] NotificationCenter {
     static NotificationCenter& defaultCenter();
 
     /// Calls the observer for each notification of that name, on the thread that posts it. The observer must
-    /// not throw; an exception that leaves it is dropped.
+    /// not throw; an exception that leaves it is dropped, with a line about it while `debug` is on.
     [[nodiscard]] Observation addObserver(std::string_view name, Observer observer);
 
     /// Calls the observers of the name in the order in which they were added, and returns when all have run.

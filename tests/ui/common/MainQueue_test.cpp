@@ -68,8 +68,9 @@ TEST(MainQueue, LogsAnExceptionAndGoesOn) {
     mainQueue::async([] { throw 5; });
     mainQueue::async([&] { done = true; });
     EXPECT_TRUE(eventually([&] { return done; }));
-    EXPECT_THAT(printed.take(), ElementsAre("[VornaSDK] A screen operation has failed: out of paper",
-                                            "[VornaSDK] A screen operation has failed"));
+    EXPECT_THAT(printed.take(),
+                ElementsAre("[VornaSDK] A screen operation has failed: out of paper",
+                            "[VornaSDK] A screen operation has failed: an exception of a kind of its own"));
 }
 
 struct Delay {

@@ -13,7 +13,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <exception>
 #include <limits>
 #include <memory>
 #include <utility>
@@ -25,10 +24,8 @@ namespace {
 void run(const std::function<void()>& work) {
     try {
         work();
-    } catch (const std::exception& problem) {
-        log::debug({"A screen operation has failed: ", problem.what()});
     } catch (...) {
-        log::debug({"A screen operation has failed"});
+        log::failure({"A screen operation"});
     }
 }
 
