@@ -185,15 +185,8 @@ class WatchedCredentialStore final : public CredentialStore {
 
 /// The platform of fakes with that store in it.
 void useStore(const RecordedEvents& host, std::function<void()> onRead) {
-    Platform platform;
-    platform.eventURL = eventURL;
-    platform.configURL = configURL;
-    platform.httpClient = host.http;
+    Platform platform = host.platform();
     platform.credentialStore = std::make_shared<WatchedCredentialStore>(std::move(onRead));
-    platform.preferences = host.preferences;
-    platform.system = host.system;
-    platform.clock = host.clock;
-    platform.randomSource = std::make_shared<support::CountingRandomSource>();
     VornaCoreSDK::UsePlatform(std::move(platform));
 }
 

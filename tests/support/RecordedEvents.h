@@ -30,17 +30,20 @@ struct RecordedEvents {
     std::shared_ptr<InMemoryCredentialStore> credentials = std::make_shared<InMemoryCredentialStore>();
     std::shared_ptr<InMemoryPreferences> preferences = std::make_shared<InMemoryPreferences>();
 
-    RecordedEvents() {
-        Platform platform;
-        platform.eventURL = "https://service.test/v1/event";
-        platform.configURL = "https://service.test/v1/config";
-        platform.httpClient = http;
-        platform.credentialStore = credentials;
-        platform.preferences = preferences;
-        platform.system = system;
-        platform.clock = clock;
-        platform.randomSource = std::make_shared<CountingRandomSource>();
-        VornaCoreSDK::UsePlatform(std::move(platform));
+    RecordedEvents() { VornaCoreSDK::UsePlatform(platform()); }
+
+    /// The fakes together, for a test that puts another port among them.
+    Platform platform() const {
+        Platform fakes;
+        fakes.eventURL = "https://service.test/v1/event";
+        fakes.configURL = "https://service.test/v1/config";
+        fakes.httpClient = http;
+        fakes.credentialStore = credentials;
+        fakes.preferences = preferences;
+        fakes.system = system;
+        fakes.clock = clock;
+        fakes.randomSource = std::make_shared<CountingRandomSource>();
+        return fakes;
     }
 
     /// The tasks that wait, oldest first.
