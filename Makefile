@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # Each target does all the set-up it needs and may be run again at any time.
 
 .PHONY: help setup build demo test sanitize bench check deb try-deb reference format schemas fuzz clean

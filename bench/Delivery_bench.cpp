@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /// Events delivered each second, from the queue to the server's answer, beside a bare libcurl loop that posts
 /// the very same bodies to the same server by turns with the library.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /// What reading and judging a paywall's document costs before its screen can be built, beside Boost.JSON's
 /// bare parse of the same text; and what a document costs that has a mistake at its end.
 ///
@@ -7,8 +8,8 @@
 #include <bench/support/Stopwatch.h>
 #include <bench/support/Table.h>
 
-#include <vorna/ui/paywall/PaywallParameters.h>
-#include <vorna/ui/paywall/PaywallValidation.h>
+#include <vorna/documents/PaywallParameters.h>
+#include <vorna/documents/PaywallValidation.h>
 
 #include <boost/json/parse.hpp>
 

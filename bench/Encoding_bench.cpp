@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /// What turning an event into the body of its request costs, beside Boost.JSON's own serializer at work on
 /// the same document.
 ///

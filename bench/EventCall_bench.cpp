@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /// What recording an event costs the thread that records it, beside the two system calls it cannot do
 /// without: one statvfs and one statx, on the same folders, made by turns with it.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /// What waiting events weigh: in the queue, and in the HTTP client beyond their bodies. Counted by the memory
 /// allocator, its own overhead included.
 ///

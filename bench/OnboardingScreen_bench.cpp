@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /// How long a user waits for the first step of an onboarding, and whether frames are missing while a step
 /// pushes the one before it out.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /// How long a user waits for a paywall with three products, which part of it is whose, what an open paywall
 /// holds in memory, and what the turning arc of the overlay takes of the processor.
 ///
@@ -11,9 +12,9 @@
 #include <bench/support/Table.h>
 
 #include <vorna/core/VornaCoreSDK.h>
-#include <vorna/ui/paywall/PaywallParameters.h>
+#include <vorna/documents/PaywallParameters.h>
+#include <vorna/documents/PaywallValidation.h>
 #include <vorna/ui/paywall/PaywallScreenViewController.h>
-#include <vorna/ui/paywall/PaywallValidation.h>
 
 #include <QtGui/QGuiApplication>
 

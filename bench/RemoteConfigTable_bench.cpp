@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a lookup in the remote configuration costs, alone and beside seven others while tables are swapped,
 // and what it costs to read an answer of the service and to put it in force.
 //

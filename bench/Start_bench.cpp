@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /// What the library adds to the beginning and to the end of a process: the first call of Init on a machine
 /// without a keyring, and leaving main while requests are under way. Each time in a fresh process.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /// What an identifier costs as text, beside the least that any formatter must do: moving 26 bytes.
 
 #include <vorna/events/ULID.h>

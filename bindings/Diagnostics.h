@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// A line for what a caller of the bindings gets wrong, in the form of the library's own lines.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # The installed package. A static and a shared build may be installed into one prefix: each brings its own
 # targets files, one for each component, and the package picks the kind that the user asks for.
 

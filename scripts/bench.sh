@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # Measures, and prints a table for each topic. Arguments are topics to measure alone: event encoding
 # documents memory delivery size start ulid config paywall onboarding. BENCH_BUILD names the build folder.
 set -euo pipefail

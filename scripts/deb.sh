@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # Makes the Debian packages of this tree, as it stands, under out/deb, and those of their debug symbols under
 # out/deb/debug. Works in a copy, whose builds stay for the next time.
 set -euo pipefail

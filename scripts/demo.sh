@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # The main job, end to end on this machine: starts the local service, runs the console host (once with the service
 # and once without), then the application with screens: on a display for whoever sits there, else on a display of
 # its own with a scripted tour that leaves numbered pictures under out/screens. Ends with what the service received.

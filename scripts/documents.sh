@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # Checks the documents under examples/documents: vorna-lint must find nothing in them, except in each bad-NAME.json
 # exactly the codes that bad-NAME.expected lists.   documents.sh [VORNA-LINT]
 set -euo pipefail

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # Lets each fuzz target search for so many seconds:  fuzz.sh SECONDS
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/.."

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # Each program's manual page is well-formed and names every option that the program's help does, and no other.
 # Needs a build in build/dev. Prints what is wrong; silent when nothing is.
 set -uo pipefail

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # on-display.sh [VARIABLE=value...] PROGRAM [ARGUMENT...]: runs the program on an X display of its own, so that programs
 # that run at the same time take neither the focus nor the pointer from each other.
 set -u

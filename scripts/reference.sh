@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # Makes the reference of the public headers under build/docs/html; fails on any warning of Doxygen.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/.."

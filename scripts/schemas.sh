@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # What is generated from the library's tables of fields: the JSON Schemas in docs/schemas and the tables in
 # docs/documents.md.   schemas.sh write|check [VORNA-SCHEMA]
 # "write" brings them up to date, "check" shows what is not.

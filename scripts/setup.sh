@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # Installs the Debian packages that are missing; does nothing when all are there.
 set -euo pipefail
 here=$(dirname "$(readlink -f "$0")")

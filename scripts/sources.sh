@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # Lists the C++ files of the project, one a line.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/.."

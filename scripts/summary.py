@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
 """Prints a table of the events in a file that vorna-devserver has written: one line for each name."""
 
 import collections

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /// The least that a host is: a program that says something. Its size is what HostWith.cpp is compared to.
 
 #include <cstdio>

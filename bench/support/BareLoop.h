@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The yardstick for delivery: the least that posts bodies with libcurl's multi interface as fast as it goes.

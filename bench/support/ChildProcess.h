@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Runs this same program again, as a fresh process with an environment of its own, and hears what it says.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// HTTP clients that a measurement puts in the place of, or around, the real one.

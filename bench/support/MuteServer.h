@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// A server that lets clients connect and never says a word: whatever is sent to it stays under way.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Events as an application records them: the operations of the catalogue and names of a host's own, some

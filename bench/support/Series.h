@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The results of one measurement repeated, and what is said of them: an order, never a mean, since a busy

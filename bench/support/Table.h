@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// What a benchmark says at its end: a title, rows of text under their headings, remarks below.

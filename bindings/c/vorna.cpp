@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <bindings/Diagnostics.h>
 
 #include <vorna/core/VornaCoreSDK.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /// What the engine loads where it finds the module on its import path.
 
 #include <vorna/qml/registerModule.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <bindings/qml/VornaSingleton.h>
 
 #include <bindings/Diagnostics.h>

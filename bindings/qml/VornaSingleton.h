@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The library for QML, as the singleton `VornaCoreSDK` of the module `Vorna`:

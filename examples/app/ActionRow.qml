@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // One thing that the start page can do.
 import QtQuick
 import QtQuick.Controls.Basic

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The documents that the application shows: from the remote configuration where it has them, else from a

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// What an application does with the library: drives the facade from its pages, listens to what the user does

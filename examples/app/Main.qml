@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The start page: drives the library, and shows what it tells.
 import QtQuick
 import QtQuick.Controls.Basic

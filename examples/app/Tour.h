@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// A scripted walk through the application for machines without a person: real clicks of the X server's

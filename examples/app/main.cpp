@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /// A phone-sized application that embeds the library with its screens.
 ///
 ///     vorna-app [--service URL] [--ca FILE] [--data DIR] [--documents DIR] [--debug] [--tour DIR]

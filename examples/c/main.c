@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /// A complete small host in C: records events with the service and prints the configuration.
 ///
 ///     vorna-c [--service URL] [--ca FILE] [--data DIR] [--debug]

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /// A complete small host without Qt: reads lines from a file or standard input and records an event for each.
 ///
 ///     vorna-console [options] [FILE]

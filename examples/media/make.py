@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: Apache-2.0
 """Draws the pictures and films of the examples: ridges at dusk, and a sea that rolls and returns to where it began.
 
 Needs python3-numpy and ffmpeg; run it in this folder. The results are committed, so that nobody else needs to.

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
 """A complete small host in Python: records events through the C interface and prints the configuration.
 
     vorna_events.py --library libvorna_c.so [--service URL] [--ca FILE] [--data DIR] [--debug]

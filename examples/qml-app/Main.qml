@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // An application in QML alone. Run it with the qml program and the import path of the built or installed module:
 //
 //     qml -I build/dev/bindings/qml/qml examples/qml-app/Main.qml -- --service URL --ca FILE --data DIR

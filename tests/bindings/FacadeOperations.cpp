@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <tests/bindings/FacadeOperations.h>
 
 #include <tests/support/RecordedEvents.h>

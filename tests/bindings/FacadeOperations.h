@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Every operation of the facade with the means to compare a binding's with it. The tests hold this table

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Nothing but the header, in C++.
 #include <vorna/vorna.h>
 

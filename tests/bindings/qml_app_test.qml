@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Uses the application of examples/qml-app as a person would, and ends with 0 when all went well.
 import QtQuick
 import QtTest

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # symbols.sh LIBRARY HEADER: the library shows exactly what the header declares, under the version VORNA_0.
 set -euo pipefail
 diff <(nm -D --defined-only "$1" | awk '$2 != "A" { print $3 }' | sort) \

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # with-service.sh DEVSERVER TEXT EVENTS COMMAND...: starts the local service, runs the command with its address
 # appended (--service, --ca, --data), and checks that it succeeds and prints the text, and that the service has
 # received exactly those events (names with their custom values as NAME=VALUE, separated by commas).

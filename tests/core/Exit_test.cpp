@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <tests/support/LocalService.h>
 #include <tests/support/StartedProgram.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /// A host that leaves in the middle of its work, in the way that its arguments say:
 ///
 ///     leaving_host SERVICE CA DATA WAY EVENTS MICROSECONDS

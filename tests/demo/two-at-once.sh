@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # two-at-once.sh BUILD-FOLDER: runs the demo twice at the same time in one checkout, each walking through by
 # itself, and checks that each ends well, with pictures of its own and with what its own hosts sent.
 set -euo pipefail

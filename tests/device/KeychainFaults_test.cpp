@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The identity over the real file store, with the parts a phone has: a real clock, real random bits, power
 // that goes away.
 

@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <tests/fuzz/Documents.h>
 
-#include <vorna/ui/onboarding/OnboardingValidation.h>
+#include <vorna/documents/OnboardingValidation.h>
 
 #include <variant>
 #include <vector>

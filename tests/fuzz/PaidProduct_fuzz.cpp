@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <tests/fuzz/Documents.h>
 
-#include <vorna/ui/paywall/PaidProduct.h>
+#include <vorna/documents/PaidProduct.h>
 
 #include <variant>
 

@@ -1,9 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <tests/fuzz/Fuzz.h>
 
+#include <vorna/documents/UIColor.h>
 #include <vorna/text/Graphemes.h>
 #include <vorna/text/Utf8.h>
 #include <vorna/text/Whitespace.h>
-#include <vorna/ui/common/UIColor.h>
 
 #include <optional>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /// Runs a fuzz target over the files of the folders that are named, in a build without a fuzzer. A folder
 /// that is not there counts as empty; at least one file must be found.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /// Loads a plugin, lets it work, unloads it in the middle of that, and goes on for so many milliseconds.
 
 #include <dlfcn.h>

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # One step of the test of the installed package:  run.sh STEP BUILD-FOLDER
 # BUILD-FOLDER is the finished static build whose neighbour folder "install" is worked in.
 set -euo pipefail

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /// A host with screens. Its QML finds the module in the program, or on an import path when that is given.
 
 #include <vorna/core/VornaCoreSDK.h>

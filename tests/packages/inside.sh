@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # Runs in a clean root with the tree's documents, examples and tests under /source, and the packages in a
 # repository of their own: installs one after the other and uses what each brings, as a newcomer would.
 set -euo pipefail

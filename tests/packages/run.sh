@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # Installs the packages of out/deb, as `make deb` has made them, in a Debian that has nothing else, uses them there
 # and takes them away again. Needs root, for the changed root; says so and leaves it where it cannot be had.
 set -euo pipefail

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// A system whose every answer is set by the test, and which remembers what it was asked.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// A second process for tests in which two of them meet. It is a copy of the test's own, so make it before

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// A desktop session with a real keyring, for one test: its own message bus, its own home, gnome-keyring on

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The real local service over HTTPS, with a data folder for the application beside it.

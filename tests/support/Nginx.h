@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// A real nginx for one test: HTTP/2 or HTTP/1.1, over TLS with the given certificate or plain, on a free

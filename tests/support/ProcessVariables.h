@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The environment of the test's own process. Threads of libraries read it, so change it before they begin.

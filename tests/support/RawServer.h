@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// A server on a loopback port that does to each connection what the test says, byte by byte: the answers

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// A fetch of the remote configuration with the real HTTP client, and all that comes out of it.

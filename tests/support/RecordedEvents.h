@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The facade on a platform of fakes, before `Init`: what it records stays in the queue, where a test can

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// A file system of a few kilobytes, in memory, that a test can fill up or make read-only.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// A folder of a test's own, gone with its end; and what tests do with files.

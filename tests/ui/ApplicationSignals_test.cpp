@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <vorna/ui/ApplicationSignals.h>
 
 #include <tests/support/ui/ScreenHost.h>

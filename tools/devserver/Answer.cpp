@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <tools/devserver/Answer.h>
 
 #include <boost/json/object.hpp>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The compiled halves of Boost.Asio and Boost.Beast, built once here so that the other sources see
 // declarations only.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <tools/lint/ColourRules.h>
 #include <tools/lint/Contrast.h>
 #include <vorna/text/Whitespace.h>

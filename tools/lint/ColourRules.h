@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 // Rules about colours: can they be read, are they there, can a text be read in front of them.

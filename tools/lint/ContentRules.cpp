@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <tools/lint/ContentRules.h>
 #include <vorna/platform/URL.h>
 #include <vorna/text/Graphemes.h>

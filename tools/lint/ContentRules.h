@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 // Rules about what a well-formed document says: addresses, products, delays, lines that do not fit.

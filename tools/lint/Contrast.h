@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <vorna/ui/common/UIColor.h>
+#include <vorna/documents/UIColor.h>
 
 #include <span>
 

@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <tools/lint/Document.h>
-#include <vorna/ui/onboarding/OnboardingValidation.h>
-#include <vorna/ui/paywall/PaywallValidation.h>
+#include <vorna/documents/OnboardingValidation.h>
+#include <vorna/documents/PaywallValidation.h>
 
 #include <algorithm>
 #include <boost/json/parse.hpp>

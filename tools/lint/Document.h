@@ -1,9 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 #include <tools/lint/Fields.h>
+#include <vorna/documents/UIColor.h>
 #include <vorna/json/DecodingError.h>
 #include <vorna/json/SourceMap.h>
-#include <vorna/ui/common/UIColor.h>
 
 #include <cstddef>
 #include <cstdint>

@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <tools/lint/Fields.h>
-#include <vorna/ui/onboarding/OnboardingStepsParameters.h>
-#include <vorna/ui/paywall/PaywallParameters.h>
+#include <vorna/documents/OnboardingStepsParameters.h>
+#include <vorna/documents/PaywallParameters.h>
 
 #include <algorithm>
 #include <vector>

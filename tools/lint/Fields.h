@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <vorna/ui/common/DocumentField.h>
+#include <vorna/documents/DocumentField.h>
 
 #include <span>
 #include <string_view>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <tools/lint/Lint.h>
 #include <tools/lint/Rules.h>
 #include <vorna/json/Position.h>

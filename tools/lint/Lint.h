@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 // Judges a document that describes a paywall or an onboarding. Knows no files: main.cpp reads them, and other

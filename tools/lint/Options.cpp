@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <tools/lint/Options.h>
 #include <tools/lint/Rules.h>
 

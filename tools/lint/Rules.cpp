@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <tools/lint/ColourRules.h>
 #include <tools/lint/ContentRules.h>
 #include <tools/lint/Rules.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <tools/lint/NearestName.h>
 #include <tools/lint/StructureRules.h>
 #include <vorna/json/Kind.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 // Rules about the form of a document: is it JSON, has each field the right type, are the keys known and all

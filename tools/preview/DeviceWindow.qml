@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The page of a host: what is seen where the library shows nothing.
 import QtQuick
 import VornaPreview

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What stands beside the picture: what the document is shown on, what is wrong with it, what the library has
 // told the host, and the keys.
 import QtQuick

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <tools/preview/PreviewSession.h>
 #include <vorna/core/VornaCoreSDK.h>
 #include <vorna/ui/common/ViewController.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <tools/preview/Board.h>
 #include <tools/preview/Console.h>
 #include <tools/preview/ContactSheet.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <tools/lint/Fields.h>
 #include <tools/lint/Rules.h>
 #include <tools/schemas/FieldText.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <tools/schemas/FieldText.h>
 #include <tools/schemas/PrettyJson.h>
 #include <tools/schemas/Schema.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// A value that is read all the time, from any thread, and replaced as a whole now and then. Reading never

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Tells a writer when every reader that might still hold a former value has left, without readers ever

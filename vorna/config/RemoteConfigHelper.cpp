@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <vorna/config/RemoteConfigHelper.h>
 
 #include <vorna/config/RemoteConfigNotifications.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Fetches the remote configuration from the service and keeps the last one for the next start.

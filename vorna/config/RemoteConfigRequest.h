@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The body of a request for the remote configuration: one JSON object with the single key "deviceData".

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The body of the service's answer: {"configs": {...}}, a table from text to text.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// A fetched configuration, laid out for lookups: one block of text and a hash index over it. It never

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The predefined events: one row for each operation of the facade that records one. The facade, other

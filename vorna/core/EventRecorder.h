@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Makes the record of an event at the moment it is recorded, and sends it on its way: through the queue, or

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// What the facade knows of the application and its user: set by `Init` and `SetAdid`, read by the getters

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// What the library does as the application comes and goes: it keeps the usage session, reports it, and asks

@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The facade's view of the screens: what can be shown and closed. `vorna/ui` implements it and installs it
 /// with `vorna::ui::attach`; a program without screens has none.
 
+#include <vorna/base/Export.h>
 #include <vorna/events/EventListManager.h>
 #include <vorna/platform/HttpClient.h>
 #include <vorna/platform/System.h>
@@ -22,12 +24,12 @@ struct ScreenServices {
 
 /// All operations may be called from any thread; an implementation takes them to its main thread. Documents
 /// are handed over as the host gave them. An exception that leaves an operation is logged and dropped.
-class [[gnu::visibility("default")]] Screens {
+class VORNA_EXPORT Screens {
   public:
     Screens() = default;
     Screens(const Screens&) = delete;
     Screens& operator=(const Screens&) = delete;
-    Screens(Screens &&) = delete;
+    Screens(Screens&&) = delete;
     Screens& operator=(Screens&&) = delete;
     virtual ~Screens() = default;
 
@@ -47,6 +49,6 @@ class [[gnu::visibility("default")]] Screens {
 
 /// Makes the facade's screen operations reach these screens from now on, for the life of the process. Only
 /// the first call counts. Any thread.
-[[gnu::visibility("default")]] void installScreens(std::shared_ptr<Screens> screens);
+VORNA_EXPORT void installScreens(std::shared_ptr<Screens> screens);
 
 }  // namespace vorna

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The place where the installed screens are kept, and where they meet the library's instance, whichever of

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The one instance behind the facade's static operations: made on the first operation that needs it, alive

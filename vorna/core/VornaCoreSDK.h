@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The library's front door. An application calls `Init` once at its start and records events from then on:
@@ -15,6 +16,7 @@
 /// the range of time or set back while the application was inactive, a stored identity that cannot be read, a
 /// user without any place for documents.
 
+#include <vorna/base/Export.h>
 #include <vorna/platform/NotificationCenter.h>
 #include <vorna/platform/Platform.h>
 
@@ -26,7 +28,7 @@
 
 namespace vorna {
 
-class [[gnu::visibility("default")]] VornaCoreSDK {
+class VORNA_EXPORT VornaCoreSDK {
   public:
     VornaCoreSDK() = delete;
 

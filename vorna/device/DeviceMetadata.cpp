@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <vorna/device/DeviceMetadata.h>
 
 namespace vorna {

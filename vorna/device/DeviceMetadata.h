@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The snapshot of device, application and identity that every event and every configuration request carries.

@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Gives the installation its identity: the same user identifier and install time on every run, kept in the
 /// credential store as one JSON record.
 
+#include <vorna/base/Export.h>
 #include <vorna/device/KeyChainData.h>
 #include <vorna/platform/Clock.h>
 #include <vorna/platform/CredentialStore.h>
@@ -18,7 +20,7 @@
 namespace vorna {
 
 /// Waits as long as the store does. The operations are called one at a time.
-class [[gnu::visibility("default")]] KeychainHelper {
+class VORNA_EXPORT KeychainHelper {
   public:
     /// What the store knows the record by.
     static constexpr std::string_view service = "io.vorna.vornasdk";

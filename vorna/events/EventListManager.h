@@ -1,7 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The events that were handed to the network in this run, kept for the debug list. The list grows for the
 /// life of the process: it is meant to show everything.
+
+#include <vorna/base/Export.h>
 
 #include <cstddef>
 #include <deque>
@@ -20,7 +23,7 @@ struct EventShortData {
 };
 
 /// Any thread.
-class [[gnu::visibility("default")]] EventListManager {
+class VORNA_EXPORT EventListManager {
   public:
     void append(EventShortData event);
 

@@ -1,9 +1,11 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// A 128-bit identifier that sorts by the time it was made: 48 bits of milliseconds since 1970, then 80
 /// random bits. As text it is 26 characters of Crockford's base 32, and the order of the texts is the order
 /// of the identifiers. Users and sessions are named by it.
 
+#include <vorna/base/Export.h>
 #include <vorna/platform/Date.h>
 #include <vorna/platform/RandomSource.h>
 
@@ -62,7 +64,7 @@ inline constexpr auto crockfordDigits = [] {
 }  // namespace detail
 
 /// A plain value without state outside itself. The one made by default has all bytes zero.
-class [[gnu::visibility("default")]] ULID {
+class VORNA_EXPORT ULID {
   public:
     using Bytes = std::array<std::uint8_t, 16>;
     using Text = std::array<char, 26>;
@@ -74,12 +76,12 @@ class [[gnu::visibility("default")]] ULID {
     /// The time of the date, of whose milliseconds the low 48 bits are kept, and fresh random bits. Two made
     /// in the same millisecond are in random order. A date that unsigned milliseconds cannot express is
     /// fatal.
-    ULID(Date timestamp, RandomSource & generator);
+    ULID(Date timestamp, RandomSource& generator);
 
     /// The same with any generator, from which one 16-bit and then one 64-bit integer is drawn, each
     /// uniformly over its full range.
     template <std::uniform_random_bit_generator Generator>
-    ULID(Date timestamp, Generator & generator) {
+    ULID(Date timestamp, Generator& generator) {
         const auto first = std::uniform_int_distribution<std::uint16_t>()(generator);
         const auto second = std::uniform_int_distribution<std::uint64_t>()(generator);
         *this = fromParts(timestamp, first, second);
@@ -129,13 +131,9 @@ class [[gnu::visibility("default")]] ULID {
     /// there are fewer.
     static std::optional<ULID> fromRandomPart(Date timestamp, std::span<const std::uint8_t> randomPartData);
 
-    constexpr const Bytes& ulid() const noexcept {
-        return bytes_;
-    }
+    constexpr const Bytes& ulid() const noexcept { return bytes_; }
 
-    constexpr std::span<const std::uint8_t, 16> ulidData() const noexcept {
-        return bytes_;
-    }
+    constexpr std::span<const std::uint8_t, 16> ulidData() const noexcept { return bytes_; }
 
     /// The 26 characters in capitals, without allocating.
     constexpr Text toText() const noexcept {
@@ -148,10 +146,9 @@ class [[gnu::visibility("default")]] ULID {
     }
 
     /// The characters as a view, for as long as they live.
-    static constexpr std::string_view view(const Text& text) noexcept {
-        return {text.data(), text.size()};
-    }
-    static std::string_view view(Text &&) = delete;
+    static constexpr std::string_view view(const Text& text) noexcept { return {text.data(), text.size()}; }
+
+    static std::string_view view(Text&&) = delete;
 
     std::string ulidString() const;
 

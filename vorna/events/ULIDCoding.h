@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// How a ULID stands in JSON: as one string, its text. Include this where a record with such a field is

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <vorna/events/VornaQueueWorker.h>
 
 #include <vorna/platform/BackgroundThread.h>

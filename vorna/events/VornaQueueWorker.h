@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The library's background sender: takes tasks from the queue, posts each event, starts each fetch of the

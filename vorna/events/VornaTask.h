@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// What waits for the worker: an event to send, or a configuration to fetch.

@@ -1,9 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Turns JSON text into a record, driven by the same list of fields as encoding (see Encoding.h). Every field
 /// that is not optional must be there; a null counts as absent; keys that the record does not know are
 /// ignored. An error tells the path to the value, but no position. The documents of screens have defaults and
-/// positions and are decoded from tables (vorna/ui/common).
+/// positions and are decoded from tables (vorna/documents).
 
 #include <vorna/json/DecodingError.h>
 #include <vorna/json/Encoding.h>

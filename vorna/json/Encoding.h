@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Turns a record into JSON text. A record type lists its fields once, in the order of encoding:
@@ -15,7 +16,7 @@
 ///
 /// and that list drives encoding here and decoding in Decoding.h. An optional field that is empty is left
 /// out. A type that is no such record is written by a function `write(Writer&, const Type&)` in its own
-/// namespace; so are the documents of screens, which list their fields in tables (vorna/ui/common).
+/// namespace; so are the documents of screens, which list their fields in tables (vorna/documents).
 
 #include <vorna/json/EncodingError.h>
 #include <vorna/json/Writer.h>

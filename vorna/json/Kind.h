@@ -1,6 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The kinds of JSON values, and how an error names them.
+
+#include <vorna/base/Export.h>
 
 #include <cstdint>
 #include <string_view>
@@ -10,6 +13,6 @@ namespace vorna::json {
 enum class Kind : std::uint8_t { null, boolean, number, string, array, object };
 
 /// "null", "a boolean", "a number", "a string", "an array", "an object".
-[[gnu::visibility("default")]] std::string_view kindName(Kind kind) noexcept;
+VORNA_EXPORT std::string_view kindName(Kind kind) noexcept;
 
 }  // namespace vorna::json

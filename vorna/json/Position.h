@@ -1,6 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Where in a text something stands, as an editor shows it.
+
+#include <vorna/base/Export.h>
 
 #include <cstddef>
 #include <string_view>
@@ -18,6 +21,6 @@ struct Position {
 };
 
 /// The position of a byte of the text; of the end of the text when the offset lies behind it.
-[[gnu::visibility("default")]] Position positionAt(std::string_view text, std::size_t offset) noexcept;
+VORNA_EXPORT Position positionAt(std::string_view text, std::size_t offset) noexcept;
 
 }  // namespace vorna::json

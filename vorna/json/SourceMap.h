@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// A map of a JSON text: where each member and each element stands, what kind it is, and which members are
 /// written twice. For programs that tell an author about a document: a decoder keeps none of this.
 
+#include <vorna/base/Export.h>
 #include <vorna/json/DecodingError.h>
 #include <vorna/json/Kind.h>
 #include <vorna/json/Position.h>
@@ -19,7 +21,7 @@
 namespace vorna::json {
 
 /// Refers to the text that it was read from, which must outlive it. Immutable; any thread.
-class [[gnu::visibility("default")]] SourceMap {
+class VORNA_EXPORT SourceMap {
   public:
     /// Where there is none: the parent of the top, the key of an element.
     static constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
@@ -51,13 +53,9 @@ class [[gnu::visibility("default")]] SourceMap {
     static std::variant<SourceMap, DecodingError> read(std::string_view text);
 
     /// In the order of the text, so that a value stands before what it contains; the first is the top.
-    std::span<const Entry> entries() const noexcept {
-        return entries_;
-    }
+    std::span<const Entry> entries() const noexcept { return entries_; }
 
-    std::string_view text() const noexcept {
-        return text_;
-    }
+    std::string_view text() const noexcept { return text_; }
 
     /// The member's key, with its escapes resolved; empty for what is no member.
     std::string key(std::size_t entry) const;

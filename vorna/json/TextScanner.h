@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Walks through a text that is known to be JSON, to find out where things stand. Each offset that is handed

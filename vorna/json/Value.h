@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Reads JSON text into Boost.JSON's tree, with the library's rules for what counts as JSON.

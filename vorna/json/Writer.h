@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Writes one JSON text piece by piece, without an intermediate tree: the hot path of every event.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The default credential store: each item in a private file and in the user's keyring both. The file makes

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// How the library starts its own threads, so that a host never notices them: they take no signals, and those

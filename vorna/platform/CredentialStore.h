@@ -1,7 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The secure store that keeps the installation's identity, as a port: a keyring of the desktop, a private
 /// file, or what a host puts in their place.
+
+#include <vorna/base/Export.h>
 
 #include <cstdint>
 #include <optional>
@@ -32,7 +35,7 @@ inline constexpr CredentialStatus notTrusted = -67054;
 /// One opaque byte value for each pair of service and account. Calls come from the thread that initialises
 /// the library, one at a time. An implementation bounds its own waiting (2 seconds in all) and never
 /// prompts the user.
-class [[gnu::visibility("default")]] CredentialStore {
+class VORNA_EXPORT CredentialStore {
   public:
     struct ReadResult {
         CredentialStatus status = credentialStatus::itemNotFound;
@@ -43,7 +46,7 @@ class [[gnu::visibility("default")]] CredentialStore {
     CredentialStore() = default;
     CredentialStore(const CredentialStore&) = delete;
     CredentialStore& operator=(const CredentialStore&) = delete;
-    CredentialStore(CredentialStore &&) = delete;
+    CredentialStore(CredentialStore&&) = delete;
     CredentialStore& operator=(CredentialStore&&) = delete;
     virtual ~CredentialStore() = default;
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/Date.h>
 
 #include <vorna/platform/FatalError.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Moments in time as the whole library passes them about, and the one conversion to whole units that

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The way out of the few states in which going on would do harm: an identity that is stored but cannot be

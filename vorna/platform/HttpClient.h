@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The HTTP client, as a port: the library hands requests over and never waits. The default implementation
 /// is CurlHttpClient; a host may put its own network stack in its place.
 
+#include <vorna/base/Export.h>
 #include <vorna/platform/URL.h>
 
 #include <chrono>
@@ -58,7 +60,7 @@ struct HttpError {
 /// "nil".
 std::string debugDescription(const std::optional<HttpResponse>& response);
 
-class [[gnu::visibility("default")]] HttpClient {
+class VORNA_EXPORT HttpClient {
   public:
     /// Called once for each request, on a thread of the client; it must be quick and must not throw. Without
     /// an error there is a body (it may be empty). With an error there is no body, and a response only if its
@@ -70,7 +72,7 @@ class [[gnu::visibility("default")]] HttpClient {
     HttpClient() = default;
     HttpClient(const HttpClient&) = delete;
     HttpClient& operator=(const HttpClient&) = delete;
-    HttpClient(HttpClient &&) = delete;
+    HttpClient(HttpClient&&) = delete;
     HttpClient& operator=(HttpClient&&) = delete;
     virtual ~HttpClient() = default;
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/Log.h>
 
 #include <vorna/text/Utf8.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Holds what lives as long as the process. Background threads may still use such a value while `exit` runs

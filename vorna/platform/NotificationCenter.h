@@ -1,7 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Named notifications within the process: how the application's lifecycle reaches the library, and how the
 /// library tells its host what happened. The names the library posts are constants of `VornaCoreSDK`.
+
+#include <vorna/base/Export.h>
 
 #include <functional>
 #include <map>
@@ -38,17 +41,17 @@ struct Notification {
 };
 
 /// All operations may be called from any thread, also from within an observer.
-class [[gnu::visibility("default")]] NotificationCenter {
+class VORNA_EXPORT NotificationCenter {
   public:
     using Observer = std::function<void(const Notification&)>;
 
     /// Keeps one observer registered for as long as it lives. Movable; an empty one keeps nothing.
-    class [[gnu::visibility("default")]] Observation {
+    class VORNA_EXPORT Observation {
       public:
         Observation() noexcept = default;
         Observation(const Observation&) = delete;
         Observation& operator=(const Observation&) = delete;
-        Observation(Observation && other) noexcept = default;
+        Observation(Observation&& other) noexcept = default;
         Observation& operator=(Observation&& other) noexcept;
         /// Ends the observation. Calls of the observer that run on other threads are waited for, so whatever
         /// the observer refers to may go afterwards; do not hold a lock here that the observer takes.
@@ -71,7 +74,7 @@ class [[gnu::visibility("default")]] NotificationCenter {
     NotificationCenter();
     NotificationCenter(const NotificationCenter&) = delete;
     NotificationCenter& operator=(const NotificationCenter&) = delete;
-    NotificationCenter(NotificationCenter &&) = delete;
+    NotificationCenter(NotificationCenter&&) = delete;
     NotificationCenter& operator=(NotificationCenter&&) = delete;
     ~NotificationCenter();
 

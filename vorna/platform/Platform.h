@@ -1,9 +1,11 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Everything the library asks of the system, as one value. A host that wants other than the defaults makes
 /// one from PlatformOptions, replaces ports in it as it likes, and hands it to `VornaCoreSDK::UsePlatform`
 /// before anything else.
 
+#include <vorna/base/Export.h>
 #include <vorna/platform/Clock.h>
 #include <vorna/platform/CredentialStore.h>
 #include <vorna/platform/HttpClient.h>
@@ -61,6 +63,6 @@ struct Platform {
 
 /// The ports of this system, set up as the options say. Never fails: what the options get wrong shows when it
 /// is used, as a log line. Returns within milliseconds; what takes longer is learned in the background.
-[[gnu::visibility("default")]] Platform makePlatform(const PlatformOptions& options = {});
+VORNA_EXPORT Platform makePlatform(const PlatformOptions& options = {});
 
 }  // namespace vorna

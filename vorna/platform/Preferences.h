@@ -1,7 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The application's key-value preferences, as a port. The library keeps one entry there: the table of the
 /// last fetched remote configuration.
+
+#include <vorna/base/Export.h>
 
 #include <cstdint>
 #include <map>
@@ -25,12 +28,12 @@ struct PreferenceValue {
 };
 
 /// Calls come from any thread, concurrently. Reading may touch the disk, so it is not for hot paths.
-class [[gnu::visibility("default")]] Preferences {
+class VORNA_EXPORT Preferences {
   public:
     Preferences() = default;
     Preferences(const Preferences&) = delete;
     Preferences& operator=(const Preferences&) = delete;
-    Preferences(Preferences &&) = delete;
+    Preferences(Preferences&&) = delete;
     Preferences& operator=(Preferences&&) = delete;
     virtual ~Preferences() = default;
 

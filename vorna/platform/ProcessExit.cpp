@@ -1,8 +1,8 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/ProcessExit.h>
 
 #include <vorna/platform/NeverDestroyed.h>
 
-#include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <mutex>
@@ -13,31 +13,47 @@ namespace vorna {
 
 namespace {
 
-using Stop = std::function<void(std::chrono::steady_clock::time_point)>;
-
 constinit std::atomic<bool> exiting = false;
 
-struct Stops {
+struct Registered {
     std::mutex mutex;
-    std::vector<Stop> registered;
+    std::vector<std::weak_ptr<RestsAtExit>> resters;
+    std::vector<std::function<void(std::chrono::steady_clock::time_point)>> stops;
 };
 
-Stops& stops() {
-    static NeverDestroyed<Stops> value;
+Registered& registered() {
+    static NeverDestroyed<Registered> value;
     return *value;
 }
 
-void runStops() {
+void bringToRest() {
     exiting.store(true);
-    std::vector<Stop> registered;
+    std::vector<std::shared_ptr<RestsAtExit>> resters;
+    std::vector<std::function<void(std::chrono::steady_clock::time_point)>> stops;
     {
-        const std::scoped_lock lock(stops().mutex);
-        registered.swap(stops().registered);
+        const std::scoped_lock lock(registered().mutex);
+        for (const std::weak_ptr<RestsAtExit>& weak : std::exchange(registered().resters, {})) {
+            if (std::shared_ptr<RestsAtExit> rester = weak.lock()) {
+                resters.push_back(std::move(rester));
+            }
+        }
+        stops.swap(registered().stops);
+    }
+    for (const std::shared_ptr<RestsAtExit>& rester : resters) {
+        rester->requestStop();
     }
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(80);
-    std::reverse(registered.begin(), registered.end());
-    for (const Stop& stop : registered) {
-        stop(deadline);
+    for (const std::shared_ptr<RestsAtExit>& rester : resters) {
+        rester->awaitRest(deadline);
+    }
+    for (auto stop = stops.rbegin(); stop != stops.rend(); ++stop) {
+        (*stop)(deadline);
+    }
+    // What is vital takes milliseconds; a crowded machine may make a second of them. More would look like a
+    // program that hangs.
+    const auto grace = deadline + std::chrono::seconds(1);
+    for (const std::shared_ptr<RestsAtExit>& rester : resters) {
+        rester->awaitSafety(grace);
     }
 }
 
@@ -47,12 +63,19 @@ bool processIsExiting() noexcept {
     return exiting.load(std::memory_order_relaxed);
 }
 
-void stopAtProcessExit(Stop stop) {
-    const std::scoped_lock lock(stops().mutex);
-    stops().registered.push_back(std::move(stop));
+void restAtProcessExit(std::weak_ptr<RestsAtExit> rester) {
+    const std::scoped_lock lock(registered().mutex);
+    std::erase_if(registered().resters, [](const auto& weak) { return weak.expired(); });
+    registered().resters.push_back(std::move(rester));
     // Registered anew each time: a handler runs before the teardown of all that was set up before it, and
     // what a later thread needs may have been set up only now.
-    std::atexit(runStops);
+    std::atexit(bringToRest);
+}
+
+void stopAtProcessExit(std::function<void(std::chrono::steady_clock::time_point deadline)> stop) {
+    const std::scoped_lock lock(registered().mutex);
+    registered().stops.push_back(std::move(stop));
+    std::atexit(bringToRest);
 }
 
 }  // namespace vorna

@@ -1,6 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Random numbers, as a port: identifiers draw from it, so a test can reproduce them.
+
+#include <vorna/base/Export.h>
 
 #include <cstdint>
 
@@ -9,12 +12,12 @@ namespace vorna {
 /// Implementations are called from any thread, concurrently. The default one is the kernel's
 /// cryptographically secure generator; a host that puts its own in place must keep to that quality,
 /// since user identifiers are made of it.
-class [[gnu::visibility("default")]] RandomSource {
+class VORNA_EXPORT RandomSource {
   public:
     RandomSource() = default;
     RandomSource(const RandomSource&) = delete;
     RandomSource& operator=(const RandomSource&) = delete;
-    RandomSource(RandomSource &&) = delete;
+    RandomSource(RandomSource&&) = delete;
     RandomSource& operator=(RandomSource&&) = delete;
     virtual ~RandomSource() = default;
 

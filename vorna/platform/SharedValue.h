@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// A value that many holders share until one of them changes it. What hardly ever differs between records

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// What the library asks of the machine, the desktop and the application it runs in, as a port.
@@ -6,6 +7,7 @@
 /// value, and the few readings that are taken anew for every record (disk space, the age of the documents
 /// folder, the offset of the time zone).
 
+#include <vorna/base/Export.h>
 #include <vorna/platform/Date.h>
 
 #include <cstdint>
@@ -84,12 +86,12 @@ struct ItemCreation {
 
 /// Called from any thread, concurrently, on every recorded event: nothing here may wait for a disk beyond one
 /// system call, for D-Bus, or for the network.
-class [[gnu::visibility("default")]] System {
+class VORNA_EXPORT System {
   public:
     System() = default;
     System(const System&) = delete;
     System& operator=(const System&) = delete;
-    System(System &&) = delete;
+    System(System&&) = delete;
     System& operator=(System&&) = delete;
     virtual ~System() = default;
 

@@ -1,6 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// An absolute web address, parsed once and correct from then on.
+
+#include <vorna/base/Export.h>
 
 #include <cstdint>
 #include <optional>
@@ -9,31 +12,23 @@
 
 namespace vorna {
 
-class [[gnu::visibility("default")]] URL {
+class VORNA_EXPORT URL {
   public:
     /// Absent when the text is not an absolute URL with a scheme and a host: empty text, blanks or control
     /// characters inside, no host, a port that is no number.
     static std::optional<URL> parse(std::string_view text);
 
     /// The address as it was given.
-    const std::string& text() const noexcept {
-        return text_;
-    }
+    const std::string& text() const noexcept { return text_; }
 
     /// In lower case, such as "https".
-    const std::string& scheme() const noexcept {
-        return scheme_;
-    }
+    const std::string& scheme() const noexcept { return scheme_; }
 
     /// In lower case; an IPv6 address stands without its brackets.
-    const std::string& host() const noexcept {
-        return host_;
-    }
+    const std::string& host() const noexcept { return host_; }
 
     /// The given port or the scheme's usual one; 0 where there is neither.
-    std::uint16_t port() const noexcept {
-        return port_;
-    }
+    std::uint16_t port() const noexcept { return port_; }
 
     /// True for 127.0.0.0/8, ::1 and "localhost": what can be reached only on this machine.
     bool isLoopback() const;

@@ -1,7 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// White space and line breaks at the ends of a text, by Unicode: the code points of the categories for
 /// separators, U+0009 to U+000D and U+0085.
+
+#include <vorna/base/Export.h>
 
 #include <string_view>
 
@@ -9,12 +12,12 @@ namespace vorna::text {
 
 /// A part of the given text, without the white space and line breaks at both ends. Bytes that are not UTF-8
 /// are not white space.
-[[gnu::visibility("default")]] std::string_view trimmed(std::string_view text) noexcept;
+VORNA_EXPORT std::string_view trimmed(std::string_view text) noexcept;
 
 /// True when nothing is left after trimming.
-[[gnu::visibility("default")]] bool isBlank(std::string_view text) noexcept;
+VORNA_EXPORT bool isBlank(std::string_view text) noexcept;
 
 /// Whether a code point is white space or a line break.
-[[gnu::visibility("default")]] bool isWhiteSpace(char32_t codePoint) noexcept;
+VORNA_EXPORT bool isWhiteSpace(char32_t codePoint) noexcept;
 
 }  // namespace vorna::text

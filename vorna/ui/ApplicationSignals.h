@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Delivers the six signals of the application's life from what Qt and the system tell.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Tells when the system runs short of memory, where the kernel tells (pressure stall information).

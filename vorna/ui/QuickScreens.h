@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The screens behind the facade: takes each operation to the main thread and hands it to its flow.

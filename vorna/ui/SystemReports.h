@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Tells the library's system port what Qt knows: the main screen, and how the application calls itself.

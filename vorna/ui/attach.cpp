@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <vorna/ui/attach.h>
 
 #include <vorna/core/Screens.h>

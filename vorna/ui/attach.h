@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Gives the library a window to show its screens in. A Qt host calls it once for each of its windows, when
@@ -8,6 +9,7 @@
 ///     vorna::ui::attach(window);
 ///     vorna::VornaCoreSDK::Init("my-app");
 
+#include <vorna/base/Export.h>
 #include <vorna/ui/common/Window.h>
 
 class QQuickWindow;
@@ -25,6 +27,6 @@ namespace vorna::ui {
 ///
 /// Main thread, with a QGuiApplication. The result lives as long as the window; a later call for the same
 /// window returns the same.
-[[gnu::visibility("default")]] Window& attach(QQuickWindow& window);
+VORNA_EXPORT Window& attach(QQuickWindow& window);
 
 }  // namespace vorna::ui

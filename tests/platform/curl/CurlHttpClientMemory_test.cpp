@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /// What the client does when memory runs out on its thread. This file replaces the allocation functions of
 /// its whole program, and is therefore a program of its own.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// A certificate authority of a test's own, and certificates of every quality for a server on "localhost".

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// A D-Bus of the test's own, and a fingerprint service on it.

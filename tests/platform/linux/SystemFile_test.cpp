@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/linux/SystemFile.h>
 
 #include <tests/platform/linux/SystemTree.h>

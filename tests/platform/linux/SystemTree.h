@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Folders that stand for the root of a system: the stored ones, and copies that a test may change.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Documents of onboardings: every step has what it needs, until a test says otherwise.

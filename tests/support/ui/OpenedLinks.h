@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Stands in for the desktop's opener of web addresses: opens nothing, and remembers what it was to open.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Documents of screens that offer products: each has what it needs, until a test says otherwise.

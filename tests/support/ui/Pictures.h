@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Compares what is drawn with the reference pictures in `tests/ui/pictures`.

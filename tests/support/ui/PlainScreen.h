@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// A screen without a document: its view is one control that counts taps and takes the keyboard's focus.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// A host's window for tests, with the library attached, and the means to use it as a person would: looking

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /// Runs test cases that need a QGuiApplication, with the font that the tests' pictures are drawn in.
 
 #include <QtGui/QFont>

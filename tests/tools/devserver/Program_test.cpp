@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The running program, met as its users meet it: libcurl for what a client does, a bare socket for what none
 // should.
 

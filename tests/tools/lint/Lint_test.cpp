@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <gmock/gmock.h>
 #include <tests/tools/lint/SampleDocuments.h>
 #include <tools/lint/Lint.h>

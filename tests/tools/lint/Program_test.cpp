@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The program as its users run it: arguments and files in, lines and an exit status out.
 
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Each rule with documents in which it finds something and with documents in which it must not.
 
 #include <gmock/gmock.h>

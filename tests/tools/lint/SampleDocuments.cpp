@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <tests/tools/lint/SampleDocuments.h>
 
 #include <boost/json/array.hpp>

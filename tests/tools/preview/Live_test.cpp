@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The program with windows, as its users run it: files are edited, keys and buttons are pressed.
 
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Pictures of the example documents, as the program takes them where there is no display.
 
 #include <gmock/gmock.h>

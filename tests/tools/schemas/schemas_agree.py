@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
 """Holds the JSON Schemas against the library, for which vorna-lint speaks: a schema must accept exactly what the library
 decodes, and its definition "shown" exactly what leads to screens without the error screen. Judged are the example documents
 and thousands of variants of them, one value changed in each.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <vorna/ui/common/MainQueue.h>
 
 #include <tests/support/ui/PrintedLines.h>

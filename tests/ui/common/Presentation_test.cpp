@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <vorna/ui/common/Window.h>
 
 #include <tests/support/ui/PlainScreen.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <vorna/core/SharedInstance.h>
 #include <vorna/core/VornaCoreSDK.h>
 #include <vorna/ui/common/NavigationController.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <tests/support/RecordedEvents.h>
 #include <tests/support/ui/MediaSamples.h>
 #include <tests/support/ui/OnboardingDocument.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/curl/CurlHttpClient.h>
 
 #include <vorna/platform/curl/CurlEngine.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// What requests of one kind have in common. All events share one such value, so that a waiting request costs

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The credential store for every machine: one private file for each item, in the folder "credentials" of the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Preferences in one JSON file, readable to people and private to their owner (mode 0600).

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/file/PreferencesDocument.h>
 
 #include <vorna/json/Writer.h>

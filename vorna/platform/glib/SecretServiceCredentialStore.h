@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The credential store of the desktop: the user's own keyring, through the Secret Service on the session bus

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The screen as the kernel knows it, for programs that show nothing through Qt.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// What a process is told by those who started it, as functions, so that tests need not change their own.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Where the facts about the system are posted: read by every recorded event, changed seldom.

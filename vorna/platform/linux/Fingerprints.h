@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Whether the user can be recognised by a fingerprint: the one kind of biometrics that Linux devices have a

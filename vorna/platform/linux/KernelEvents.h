@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The kernel's announcements that a device has appeared, changed or gone (netlink, NETLINK_KOBJECT_UEVENT).

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Files of assignments in the shell's manner, such as os-release and machine-info.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The background thread that learns what takes time to learn, and keeps it current: the battery, the screen,

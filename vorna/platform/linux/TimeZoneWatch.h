@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Keeps the C library's local time right when the user travels: it looks at the system's time zone only when

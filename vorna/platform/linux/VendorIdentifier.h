@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The identifier that all applications of one vendor see on this device, and no other vendor's.

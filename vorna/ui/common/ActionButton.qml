@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The wide button that moves a screen on: a capsule with a gradient and a title.
 import QtQuick
 import Vorna.Ui

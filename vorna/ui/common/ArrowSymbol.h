@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// An arrow that points to the right, in one colour: a line with round ends and a head of two strokes.

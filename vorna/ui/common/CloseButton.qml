@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The "✕" in a corner of a screen. The glyph lies where `glyphLeft` and `glyphTop` say; a finger hits more
 // than the glyph.
 import QtQuick

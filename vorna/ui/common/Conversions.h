@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Our values as Qt's: UTF-8 text, lists of lines, colours.
 
-#include <vorna/ui/common/UIColor.h>
+#include <vorna/documents/UIColor.h>
 
 #include <QtCore/QString>
 #include <QtCore/QStringList>

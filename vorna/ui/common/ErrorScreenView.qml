@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a document lacks, for the developer who reads it: one centred text on white.
 import QtQuick
 import Vorna.Ui

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The screen that tells a developer what a document lacks. It has no way to be closed from within.

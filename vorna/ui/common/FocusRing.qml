@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Shows which control the keyboard reaches.
 import QtQuick
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Draws a video frame by frame as pictures, for renderers that cannot draw video themselves: Qt's software

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A text of as many lines as it needs, centred, never wider than its screen.
 import QtQuick
 

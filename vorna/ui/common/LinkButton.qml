@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A small text that can be tapped.
 import QtQuick
 import QtQuick.Templates as T

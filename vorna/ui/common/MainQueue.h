@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Work for the main thread: the thread that runs Qt's event loop and owns every screen.

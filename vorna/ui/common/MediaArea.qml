@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The media at the top of a screen: nothing, a picture as wide as the screen, or a video that plays in a loop.
 //
 // A picture gives the area its height. Nothing says how high the area of a video is: it then reaches down to

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Fetches the picture or video at the top of a screen: asks what it is, downloads it, and decodes a picture

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <vorna/ui/common/MediaScreenViewController.h>
 
 #include <vorna/ui/common/Window.h>

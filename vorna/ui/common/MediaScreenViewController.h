@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// What the screens with media at the top have in common: the media, and a close button that comes after a

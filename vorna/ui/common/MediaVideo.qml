@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A video that plays with sound, over and over, until it is destroyed.
 import QtQuick
 import Vorna.Ui

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// A controller that shows one of a stack of others.
@@ -8,6 +9,7 @@
 ///     window.setRootViewController(std::make_shared<vorna::ui::NavigationController>([page] { return page;
 ///     }));
 
+#include <vorna/base/Export.h>
 #include <vorna/ui/common/ViewController.h>
 
 #include <functional>
@@ -15,7 +17,7 @@
 
 namespace vorna::ui {
 
-class [[gnu::visibility("default")]] NavigationController : public vorna::ui::ViewController {
+class VORNA_EXPORT NavigationController : public vorna::ui::ViewController {
     Q_OBJECT
     Q_PROPERTY(QString barTitle READ barTitle CONSTANT)
     Q_PROPERTY(QString leftBarButtonText READ leftBarButtonText CONSTANT)
@@ -41,7 +43,7 @@ class [[gnu::visibility("default")]] NavigationController : public vorna::ui::Vi
 
   protected:
     QUrl viewSource() const override;
-    QQuickItem* loadView(QQuickItem & parent) override;
+    QQuickItem* loadView(QQuickItem& parent) override;
 
   private:
     const Answer answer_;

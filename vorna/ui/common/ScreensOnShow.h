@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The screens that the facade's close operations refer to. Kept here together because closing a paywall lets

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // One dot for each step of a sequence; the present one is opaque. Of a row that is wider than the screen only
 // the dots in sight are made, so that any number of steps will do.
 import QtQuick

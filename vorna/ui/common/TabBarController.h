@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// A controller that shows one of several others, chosen by the user. A host with a tab bar of its own hands
 /// over one that answers from it.
 
+#include <vorna/base/Export.h>
 #include <vorna/ui/common/ViewController.h>
 
 #include <functional>
@@ -10,7 +12,7 @@
 
 namespace vorna::ui {
 
-class [[gnu::visibility("default")]] TabBarController : public vorna::ui::ViewController {
+class VORNA_EXPORT TabBarController : public vorna::ui::ViewController {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by hosts")

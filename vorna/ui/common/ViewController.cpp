@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <vorna/ui/common/ViewController.h>
 
 #include <vorna/ui/common/ViewLoader.h>

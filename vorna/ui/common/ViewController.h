@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// One screen: a view and what stands behind it. Screens are presented over one another, as a chain that
@@ -6,6 +7,8 @@
 /// Controllers are held by shared pointers and live on the main thread. While one is on show its window holds
 /// it; when it is dismissed, its view and everything that works for it ends, also when somebody still holds
 /// the controller.
+
+#include <vorna/base/Export.h>
 
 #include <QtCore/QObject>
 #include <QtCore/QPointer>
@@ -31,11 +34,10 @@ enum class ModalPresentationStyle : std::uint8_t {
 
 enum class ModalTransitionStyle : std::uint8_t { coverVertical, crossDissolve };
 
-class [[gnu::visibility("default")]] ViewController : public QObject,
-                                                      public std::enable_shared_from_this<ViewController> {
+class VORNA_EXPORT ViewController : public QObject, public std::enable_shared_from_this<ViewController> {
     Q_OBJECT
-    Q_MOC_INCLUDE(<vorna / ui / common / Window.h>)
-    Q_PROPERTY(vorna::ui::Window * window READ window NOTIFY windowChanged)
+    Q_MOC_INCLUDE("vorna/ui/common/Window.h")
+    Q_PROPERTY(vorna::ui::Window* window READ window NOTIFY windowChanged)
     QML_ELEMENT
     QML_UNCREATABLE("made by the flows")
 
@@ -43,7 +45,7 @@ class [[gnu::visibility("default")]] ViewController : public QObject,
     ViewController();
     ViewController(const ViewController&) = delete;
     ViewController& operator=(const ViewController&) = delete;
-    ViewController(ViewController &&) = delete;
+    ViewController(ViewController&&) = delete;
     ViewController& operator=(ViewController&&) = delete;
     ~ViewController() override;
 
@@ -56,9 +58,7 @@ class [[gnu::visibility("default")]] ViewController : public QObject,
     Window* window() const;
 
     /// The container: a navigation or tab bar controller. Null where there is none.
-    ViewController* parentViewController() const {
-        return parent_;
-    }
+    ViewController* parentViewController() const { return parent_; }
 
     /// The controller that was presented over this one, or over the one that contains it, and is not on its
     /// way out. Null where there is none.
@@ -79,32 +79,24 @@ class [[gnu::visibility("default")]] ViewController : public QObject,
     void dismiss(bool animated, std::function<void()> completion = {});
 
     /// What a navigation bar over this controller shows.
-    QString title() const {
-        return title_;
-    }
+    QString title() const { return title_; }
 
-    QString leftBarButtonTitle() const {
-        return leftBarButtonTitle_;
-    }
+    QString leftBarButtonTitle() const { return leftBarButtonTitle_; }
 
     virtual void leftBarButtonTapped() {}
 
     /// The view, once it has been loaded; null before and afterwards.
-    QQuickItem* view() const {
-        return view_;
-    }
+    QQuickItem* view() const { return view_; }
 
   Q_SIGNALS:
     void windowChanged();
 
   protected:
     /// The QML file of the view. Its root has a required property `controller`.
-    virtual QUrl viewSource() const {
-        return {};
-    }
+    virtual QUrl viewSource() const { return {}; }
 
     /// Makes the view as a child of the item, which gives it its size. Null when that fails.
-    virtual QQuickItem* loadView(QQuickItem & parent);
+    virtual QQuickItem* loadView(QQuickItem& parent);
 
     /// The view has been made; the window is known.
     virtual void viewDidLoad() {}
@@ -112,28 +104,24 @@ class [[gnu::visibility("default")]] ViewController : public QObject,
     /// The screen has been taken away: timers, downloads and players end here.
     virtual void viewDidDisappear() {}
 
-    void setTitle(const QString& title) {
-        title_ = title;
-    }
+    void setTitle(const QString& title) { title_ = title; }
 
     /// There is no button while its title is empty.
-    void setLeftBarButtonTitle(const QString& title) {
-        leftBarButtonTitle_ = title;
-    }
+    void setLeftBarButtonTitle(const QString& title) { leftBarButtonTitle_ = title; }
 
     /// Makes this the container of the other, loads the other's view into the item, and lets it end with this
     /// one. False when that fails.
-    bool embed(std::shared_ptr<ViewController> child, QQuickItem & parent);
+    bool embed(std::shared_ptr<ViewController> child, QQuickItem& parent);
 
     /// Makes this the container of the other. False, and nothing changes, where the other is this one or
     /// contains it.
-    bool contain(ViewController & child);
+    bool contain(ViewController& child);
 
   private:
     friend class Window;
 
-    bool enter(Window & window, QQuickItem & parent);
-    void setWindow(Window * window);
+    bool enter(Window& window, QQuickItem& parent);
+    void setWindow(Window* window);
     void leave();
     /// This controller, or the outermost one that contains it.
     const ViewController& outermost() const;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// A window of the host's in which the library may show screens: its root view controller stands for what the
@@ -5,6 +6,7 @@
 ///
 /// Made by `vorna::ui::attach`; ends with the QQuickWindow. Lives on the main thread.
 
+#include <vorna/base/Export.h>
 #include <vorna/ui/common/Transition.h>
 #include <vorna/ui/common/ViewController.h>
 
@@ -26,7 +28,7 @@ class QQmlEngine;
 
 namespace vorna::ui {
 
-class [[gnu::visibility("default")]] Window final : public QObject {
+class VORNA_EXPORT Window final : public QObject {
     Q_OBJECT
     Q_PROPERTY(qreal screenWidth READ screenWidth NOTIFY screenChanged)
     Q_PROPERTY(qreal screenHeight READ screenHeight NOTIFY screenChanged)
@@ -43,12 +45,12 @@ class [[gnu::visibility("default")]] Window final : public QObject {
     /// The window attached first among those that are still there. Null without any.
     static Window* firstWindow();
     /// The one made for that window of the host's; made on the first call.
-    static Window& forQuickWindow(QQuickWindow & quickWindow);
+    static Window& forQuickWindow(QQuickWindow& quickWindow);
 
-    explicit Window(QQuickWindow & quickWindow);
+    explicit Window(QQuickWindow& quickWindow);
     Window(const Window&) = delete;
     Window& operator=(const Window&) = delete;
-    Window(Window &&) = delete;
+    Window(Window&&) = delete;
     Window& operator=(Window&&) = delete;
     ~Window() override;
 
@@ -58,9 +60,7 @@ class [[gnu::visibility("default")]] Window final : public QObject {
     void makeKey();
 
     /// Never null.
-    std::shared_ptr<ViewController> rootViewController() const {
-        return root_;
-    }
+    std::shared_ptr<ViewController> rootViewController() const { return root_; }
 
     /// A navigation or tab bar controller that answers for what the host shows. What has been presented
     /// stays.
@@ -70,46 +70,30 @@ class [[gnu::visibility("default")]] Window final : public QObject {
     /// window, which stands for a screen on a desktop.
     QSizeF screenSize() const;
 
-    qreal screenWidth() const {
-        return screenSize().width();
-    }
+    qreal screenWidth() const { return screenSize().width(); }
 
-    qreal screenHeight() const {
-        return screenSize().height();
-    }
+    qreal screenHeight() const { return screenSize().height(); }
 
     /// How far notches, rounded corners and system bars reach into the window, in logical pixels. Zero at
     /// start.
-    QMarginsF safeAreaInsets() const {
-        return safeAreaInsets_;
-    }
+    QMarginsF safeAreaInsets() const { return safeAreaInsets_; }
 
     void setSafeAreaInsets(const QMarginsF& insets);
 
-    qreal safeAreaTop() const {
-        return safeAreaInsets_.top();
-    }
+    qreal safeAreaTop() const { return safeAreaInsets_.top(); }
 
-    qreal safeAreaLeft() const {
-        return safeAreaInsets_.left();
-    }
+    qreal safeAreaLeft() const { return safeAreaInsets_.left(); }
 
-    qreal safeAreaBottom() const {
-        return safeAreaInsets_.bottom();
-    }
+    qreal safeAreaBottom() const { return safeAreaInsets_.bottom(); }
 
-    qreal safeAreaRight() const {
-        return safeAreaInsets_.right();
-    }
+    qreal safeAreaRight() const { return safeAreaInsets_.right(); }
 
     /// The next screen that is presented or dismissed without an animation of its own, within this turn of
     /// the event loop, moves like this.
     void addTransition(Transition transition);
 
     /// True while a screen arrives or leaves before the user's eyes.
-    bool isMoving() const {
-        return animation_ != nullptr;
-    }
+    bool isMoving() const { return animation_ != nullptr; }
 
     /// The screens on show over the root, lowest first, without one that is on its way out.
     std::vector<std::shared_ptr<ViewController>> presentedViewControllers() const;
@@ -146,9 +130,9 @@ class [[gnu::visibility("default")]] Window final : public QObject {
     /// False when that has led to the end of this window.
     bool finishTransition();
     void settle();
-    static void focus(QQuickItem * item);
+    static void focus(QQuickItem* item);
     void adoptHostItems();
-    static QQuickItem& makeLayer(QQuickItem & parent);
+    static QQuickItem& makeLayer(QQuickItem& parent);
 
     /// While it is destroyed it still tells of changes, and is no QQuickWindow any more.
     const QPointer<QObject> quickWindow_;

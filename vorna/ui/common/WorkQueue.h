@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Work on its way from one thread to another, in the order of its coming. Any thread.

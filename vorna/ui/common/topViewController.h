@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Finds the controller over which a new screen is presented.
 
+#include <vorna/base/Export.h>
 #include <vorna/ui/common/ViewController.h>
 
 #include <memory>
@@ -10,10 +12,9 @@ namespace vorna::ui {
 
 /// Looks through navigation controllers, selected tabs and presented screens, beginning with the candidate.
 /// Null when there is no candidate, or a navigation controller shows nothing. Main thread.
-[[gnu::visibility("default")]] std::shared_ptr<ViewController>
-topViewController(std::shared_ptr<ViewController> candidate);
+VORNA_EXPORT std::shared_ptr<ViewController> topViewController(std::shared_ptr<ViewController> candidate);
 
 /// The same, beginning with the root of the key window. Null also when there is no window.
-[[gnu::visibility("default")]] std::shared_ptr<ViewController> topViewController();
+VORNA_EXPORT std::shared_ptr<ViewController> topViewController();
 
 }  // namespace vorna::ui

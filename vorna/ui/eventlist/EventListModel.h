@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The rows of the event list: the entries of a list that grows at its end, newest first.

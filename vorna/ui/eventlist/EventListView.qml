@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The events of this run, a row each.
 import QtQuick
 import Vorna.Ui

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The list of the events that were handed to the network in this run, newest first: a help for developers.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // One event on one line, which can be moved sideways when it is longer than the row is wide.
 import QtQuick
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // One step of an onboarding: media, title, heading, dots and a button, from top to bottom.
 import QtQuick
 import Vorna.Ui

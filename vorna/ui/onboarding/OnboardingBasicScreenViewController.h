@@ -1,9 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The screen of an onboarding step of type "basic".
 
+#include <vorna/documents/OnboardingStepsParameters.h>
 #include <vorna/ui/common/MediaScreenViewController.h>
-#include <vorna/ui/onboarding/OnboardingStepsParameters.h>
 #include <vorna/ui/onboarding/StepPosition.h>
 
 #include <QtCore/QString>

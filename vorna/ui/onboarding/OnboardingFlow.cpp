@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <vorna/ui/onboarding/OnboardingFlow.h>
 
 #include <vorna/core/VornaCoreSDK.h>
+#include <vorna/documents/OnboardingValidation.h>
 #include <vorna/platform/Log.h>
 #include <vorna/platform/NotificationCenter.h>
 #include <vorna/text/Utf8.h>
@@ -9,7 +11,6 @@
 #include <vorna/ui/common/topViewController.h>
 #include <vorna/ui/onboarding/OnboardingBasicScreenViewController.h>
 #include <vorna/ui/onboarding/OnboardingPaywallScreenViewController.h>
-#include <vorna/ui/onboarding/OnboardingValidation.h>
 
 #include <algorithm>
 #include <utility>

@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The sequence of onboarding steps: each step's button presents the next one over it, and the end is told to
 /// the host. All steps stay on show, one over the other, until they are closed together.
 
+#include <vorna/documents/OnboardingStepsParameters.h>
 #include <vorna/ui/common/ScreensOnShow.h>
-#include <vorna/ui/onboarding/OnboardingStepsParameters.h>
 
 #include <cstddef>
 #include <memory>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A step of an onboarding that offers products: media, title, heading, dots, products, a button and what is
 // said below it.
 import QtQuick

@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The screen of an onboarding step of type "paywall". It sells nothing: it hands the identifier of the
 /// chosen product on, and tells the host of taps on products and "Restore Purchase".
 
+#include <vorna/documents/OnboardingStepsParameters.h>
 #include <vorna/ui/common/MediaScreenViewController.h>
-#include <vorna/ui/onboarding/OnboardingStepsParameters.h>
 #include <vorna/ui/onboarding/StepPosition.h>
 #include <vorna/ui/paywall/ProductRow.h>
 

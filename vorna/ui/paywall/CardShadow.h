@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The soft shadow under a card with round corners, as if the card were opaque. The item is larger than the

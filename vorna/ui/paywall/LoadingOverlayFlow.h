@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Shows and removes the overlay that covers the screen while a purchase runs.

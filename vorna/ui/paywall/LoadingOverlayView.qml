@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Dims the screen and keeps every tap from it while a purchase runs.
 import QtQuick
 import Vorna.Ui

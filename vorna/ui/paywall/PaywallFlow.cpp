@@ -1,11 +1,12 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <vorna/ui/paywall/PaywallFlow.h>
 
+#include <vorna/documents/PaywallValidation.h>
 #include <vorna/platform/Log.h>
 #include <vorna/text/Utf8.h>
 #include <vorna/ui/common/showJSONErrorScreen.h>
 #include <vorna/ui/common/topViewController.h>
 #include <vorna/ui/paywall/PaywallScreenViewController.h>
-#include <vorna/ui/paywall/PaywallValidation.h>
 
 #include <memory>
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A paywall: media, heading, details, products, the purchase button and what is said below it.
 import QtQuick
 import Vorna.Ui

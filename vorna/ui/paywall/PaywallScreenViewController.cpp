@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <vorna/ui/paywall/PaywallScreenViewController.h>
 
 #include <vorna/core/VornaCoreSDK.h>

@@ -1,9 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The screen of a paywall. It sells nothing: it tells the host what the user chose, and waits to be closed.
 
+#include <vorna/documents/PaywallParameters.h>
 #include <vorna/ui/common/MediaScreenViewController.h>
-#include <vorna/ui/paywall/PaywallParameters.h>
 #include <vorna/ui/paywall/ProductRow.h>
 
 #include <QtCore/QString>

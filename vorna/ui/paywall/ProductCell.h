@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Decides how one product looks in the product row, selected or not.
 
-#include <vorna/ui/paywall/PaidProduct.h>
+#include <vorna/documents/PaidProduct.h>
 
 #include <QtCore/QObject>
 #include <QtCore/QString>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // One product in the row: a card with title, description and price, a tag at its foot and a badge on its edge.
 import QtQuick
 import QtQuick.Templates as T

@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The products of a screen, one cell for each, and which of them is selected.
 
-#include <vorna/ui/paywall/PaidProduct.h>
+#include <vorna/documents/PaidProduct.h>
 #include <vorna/ui/paywall/ProductCell.h>
 
 #include <QtCore/QAbstractListModel>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The products of a screen side by side. They share the row's width; where that would make them too narrow,
 // the row scrolls.
 import QtQuick

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Three quarters of a circle, clockwise from twelve o'clock to nine, with round ends.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Three quarters of a circle that turn once a second. The arc is painted once; turning it is the render
 // thread's work, so that it goes on while the application is busy.
 import QtQuick

@@ -1,10 +1,12 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// One product that a paywall or a paywall step offers.
 
+#include <vorna/base/Export.h>
+#include <vorna/documents/DocumentField.h>
 #include <vorna/json/DecodingError.h>
 #include <vorna/json/EncodingError.h>
-#include <vorna/ui/common/DocumentField.h>
 
 #include <optional>
 #include <span>
@@ -17,7 +19,7 @@ namespace vorna {
 /// Made whole, by decoding or from all its values; there is none without. The members are open: who must not
 /// change a product is given a const one. A product that was decoded holds no absent text, since an absent
 /// key gives an empty text; only the constructor leaves one out.
-class [[gnu::visibility("default")]] PaidProduct {
+class VORNA_EXPORT PaidProduct {
   public:
     /// The first line of the cell.
     std::string title;
@@ -71,7 +73,6 @@ class [[gnu::visibility("default")]] PaidProduct {
 };
 
 /// All keys in the order of the table, without the texts that are absent. Fails for text that is not UTF-8.
-[[gnu::visibility("default")]] std::variant<std::string, json::EncodingError>
-encode(const PaidProduct& product);
+VORNA_EXPORT std::variant<std::string, json::EncodingError> encode(const PaidProduct& product);
 
 }  // namespace vorna

@@ -1,6 +1,7 @@
-#include <vorna/ui/onboarding/OnboardingValidation.h>
+// SPDX-License-Identifier: Apache-2.0
+#include <vorna/documents/OnboardingValidation.h>
 
-#include <vorna/ui/common/DocumentCoding.h>
+#include <vorna/documents/DocumentCoding.h>
 
 namespace vorna {
 

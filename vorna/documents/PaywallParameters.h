@@ -1,11 +1,13 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The document of a paywall.
 
+#include <vorna/base/Export.h>
+#include <vorna/documents/DocumentField.h>
+#include <vorna/documents/PaidProduct.h>
 #include <vorna/json/DecodingError.h>
 #include <vorna/json/EncodingError.h>
-#include <vorna/ui/common/DocumentField.h>
-#include <vorna/ui/paywall/PaidProduct.h>
 
 #include <cstdint>
 #include <span>
@@ -18,7 +20,7 @@ namespace vorna {
 
 /// Made whole, by decoding or from all its values; there is none without. The members are open: who must not
 /// change a document is given a const one.
-class [[gnu::visibility("default")]] PaywallParameters {
+class VORNA_EXPORT PaywallParameters {
   public:
     /// Address of the image or the video at the top.
     std::string media;
@@ -76,7 +78,6 @@ class [[gnu::visibility("default")]] PaywallParameters {
 };
 
 /// All keys in the order of the table. Fails for text that is not UTF-8.
-[[gnu::visibility("default")]] std::variant<std::string, json::EncodingError>
-encode(const PaywallParameters& paywall);
+VORNA_EXPORT std::variant<std::string, json::EncodingError> encode(const PaywallParameters& paywall);
 
 }  // namespace vorna

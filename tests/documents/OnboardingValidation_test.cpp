@@ -1,6 +1,7 @@
-#include <vorna/ui/onboarding/OnboardingValidation.h>
+// SPDX-License-Identifier: Apache-2.0
+#include <vorna/documents/OnboardingValidation.h>
 
-#include <tests/ui/support/Documents.h>
+#include <tests/documents/support/Documents.h>
 
 #include <vorna/platform/Log.h>
 

@@ -1,4 +1,5 @@
-#include <vorna/ui/common/DocumentCoding.h>
+// SPDX-License-Identifier: Apache-2.0
+#include <vorna/documents/DocumentCoding.h>
 
 #include <vorna/json/Position.h>
 #include <vorna/json/Value.h>

@@ -1,6 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// An RGB colour, and the reader of the colour strings in documents.
+
+#include <vorna/base/Export.h>
 
 #include <optional>
 #include <string_view>
@@ -8,7 +11,7 @@
 namespace vorna {
 
 /// Every component from 0 to 1; what is given is not cut to that range. An alpha of 1 is opaque.
-struct [[gnu::visibility("default")]] UIColor {
+struct VORNA_EXPORT UIColor {
     double red = 0;
     double green = 0;
     double blue = 0;

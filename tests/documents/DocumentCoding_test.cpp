@@ -1,11 +1,12 @@
-#include <vorna/ui/common/DocumentCoding.h>
+// SPDX-License-Identifier: Apache-2.0
+#include <vorna/documents/DocumentCoding.h>
 
-#include <tests/ui/support/Documents.h>
+#include <tests/documents/support/Documents.h>
 
+#include <vorna/documents/OnboardingStepsParameters.h>
+#include <vorna/documents/PaidProduct.h>
+#include <vorna/documents/PaywallParameters.h>
 #include <vorna/json/SourceMap.h>
-#include <vorna/ui/onboarding/OnboardingStepsParameters.h>
-#include <vorna/ui/paywall/PaidProduct.h>
-#include <vorna/ui/paywall/PaywallParameters.h>
 
 #include <gtest/gtest.h>
 

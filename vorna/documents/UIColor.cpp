@@ -1,4 +1,5 @@
-#include <vorna/ui/common/UIColor.h>
+// SPDX-License-Identifier: Apache-2.0
+#include <vorna/documents/UIColor.h>
 
 #include <vorna/text/CodePoints.h>
 #include <vorna/text/Utf8.h>

@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Whether a paywall's document has what its screen needs.
 
-#include <vorna/ui/paywall/PaywallParameters.h>
+#include <vorna/base/Export.h>
+#include <vorna/documents/PaywallParameters.h>
 
 #include <string>
 #include <vector>
@@ -13,10 +15,10 @@ namespace vorna {
 /// or blank, "details" without a line, "paidProducts (boş)" without a product, and those of products, as in
 /// "paidProducts[0].price". Empty when the paywall may be shown. Only presence is judged, not whether a
 /// colour is one. Any thread.
-[[gnu::visibility("default")]] std::vector<std::string> missingFields(const PaywallParameters& paywall);
+VORNA_EXPORT std::vector<std::string> missingFields(const PaywallParameters& paywall);
 
 /// The same, and prints the array on a line of standard output, as in ["heading", "media"], whether or not
 /// there is something in it and whatever the `debug` switch says.
-[[gnu::visibility("default")]] std::vector<std::string> validate(const PaywallParameters& paywall);
+VORNA_EXPORT std::vector<std::string> validate(const PaywallParameters& paywall);
 
 }  // namespace vorna

@@ -1,7 +1,8 @@
-#include <tests/ui/support/Documents.h>
+// SPDX-License-Identifier: Apache-2.0
+#include <tests/documents/support/Documents.h>
 
-#include <vorna/ui/onboarding/OnboardingStepsParameters.h>
-#include <vorna/ui/paywall/PaywallParameters.h>
+#include <vorna/documents/OnboardingStepsParameters.h>
+#include <vorna/documents/PaywallParameters.h>
 
 #include <boost/json/serialize.hpp>
 #include <boost/json/string_view.hpp>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Decoding, encoding and validation of the screens' documents, all driven by the records' tables of fields.
@@ -6,12 +7,12 @@
 /// of many types. Documents have many fields of few types: a table that a loop goes through at run time is a
 /// fraction of the code.
 
+#include <vorna/documents/DocumentField.h>
 #include <vorna/json/DecodingError.h>
 #include <vorna/json/Encoding.h>
 #include <vorna/json/TextScanner.h>
 #include <vorna/json/Writer.h>
 #include <vorna/text/Whitespace.h>
-#include <vorna/ui/common/DocumentField.h>
 
 #include <boost/json/array.hpp>
 #include <boost/json/object.hpp>

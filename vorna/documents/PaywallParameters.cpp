@@ -1,6 +1,7 @@
-#include <vorna/ui/paywall/PaywallParameters.h>
+// SPDX-License-Identifier: Apache-2.0
+#include <vorna/documents/PaywallParameters.h>
 
-#include <vorna/ui/common/DocumentCoding.h>
+#include <vorna/documents/DocumentCoding.h>
 
 #include <array>
 #include <utility>

@@ -1,6 +1,7 @@
-#include <vorna/ui/paywall/PaywallValidation.h>
+// SPDX-License-Identifier: Apache-2.0
+#include <vorna/documents/PaywallValidation.h>
 
-#include <vorna/ui/common/DocumentCoding.h>
+#include <vorna/documents/DocumentCoding.h>
 
 namespace vorna {
 

@@ -1,6 +1,7 @@
-#include <vorna/ui/onboarding/OnboardingStepsParameters.h>
+// SPDX-License-Identifier: Apache-2.0
+#include <vorna/documents/OnboardingStepsParameters.h>
 
-#include <tests/ui/support/Documents.h>
+#include <tests/documents/support/Documents.h>
 
 #include <gtest/gtest.h>
 

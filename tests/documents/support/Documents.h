@@ -1,11 +1,12 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// What the tests of the screens' documents share: what the documents hold, written down by hand and apart
 /// from the library's tables, and documents made from that.
 
+#include <vorna/documents/DocumentField.h>
+#include <vorna/documents/PaidProduct.h>
 #include <vorna/json/DecodingError.h>
-#include <vorna/ui/common/DocumentField.h>
-#include <vorna/ui/paywall/PaidProduct.h>
 
 #include <map>
 #include <string>

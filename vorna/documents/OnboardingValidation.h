@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Whether a step of an onboarding has what its screen needs.
 
-#include <vorna/ui/onboarding/OnboardingStepsParameters.h>
+#include <vorna/base/Export.h>
+#include <vorna/documents/OnboardingStepsParameters.h>
 
 #include <string>
 #include <vector>
@@ -13,10 +15,10 @@ namespace vorna {
 /// is empty or blank; "type (geçersiz)" for a type that is neither "basic" nor "paywall", letter for letter;
 /// and for a paywall step "paidProducts (boş)" without a product, and those of products, as in
 /// "paidProducts[0].price". Empty when the step may be shown. Any thread.
-[[gnu::visibility("default")]] std::vector<std::string> missingFields(const OnboardingStepsParameters& step);
+VORNA_EXPORT std::vector<std::string> missingFields(const OnboardingStepsParameters& step);
 
 /// The same, and prints the array on a line of standard output, as in ["heading", "media"], whether or not
 /// there is something in it and whatever the `debug` switch says.
-[[gnu::visibility("default")]] std::vector<std::string> validate(const OnboardingStepsParameters& step);
+VORNA_EXPORT std::vector<std::string> validate(const OnboardingStepsParameters& step);
 
 }  // namespace vorna

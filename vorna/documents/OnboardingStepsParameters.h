@@ -1,11 +1,13 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// One step of an onboarding, and the document that lists them.
 
+#include <vorna/base/Export.h>
+#include <vorna/documents/DocumentField.h>
+#include <vorna/documents/PaidProduct.h>
 #include <vorna/json/DecodingError.h>
 #include <vorna/json/EncodingError.h>
-#include <vorna/ui/common/DocumentField.h>
-#include <vorna/ui/paywall/PaidProduct.h>
 
 #include <cstdint>
 #include <span>
@@ -18,7 +20,7 @@ namespace vorna {
 
 /// Made whole, by decoding or from all its values; there is none without. The members are open: who must not
 /// change a step is given a const one.
-class [[gnu::visibility("default")]] OnboardingStepsParameters {
+class VORNA_EXPORT OnboardingStepsParameters {
   public:
     /// "basic" or "paywall"; anything else is refused by validation, not by decoding.
     std::string type;
@@ -55,15 +57,16 @@ class [[gnu::visibility("default")]] OnboardingStepsParameters {
     std::string exitButtonColor;
 
     /// The order is not that of the document: the texts and what they open come first, the colours last.
-    OnboardingStepsParameters(
-        std::string type, std::string media, std::string heading, std::vector<std::string> details,
-        std::string buttonTitle, std::vector<PaidProduct> paidProducts, std::string selectedPaidProduct,
-        std::int64_t exitButtonDelay, std::string termsOfUse, std::string privacyPolicy, std::string title,
-        std::string footNote, std::string backgroundColor, std::string actionButtonColor1,
-        std::string actionButtonColor2, std::string detailsColor, std::string titleColor,
-        std::string headingColor, std::string buttonTitleColor, std::string termsOfUseColor,
-        std::string footNoteColor, std::string restoreButtonColor, std::string privacyPolicyColor,
-        std::string exitButtonColor);
+    OnboardingStepsParameters(std::string type, std::string media, std::string heading,
+                              std::vector<std::string> details, std::string buttonTitle,
+                              std::vector<PaidProduct> paidProducts, std::string selectedPaidProduct,
+                              std::int64_t exitButtonDelay, std::string termsOfUse, std::string privacyPolicy,
+                              std::string title, std::string footNote, std::string backgroundColor,
+                              std::string actionButtonColor1, std::string actionButtonColor2,
+                              std::string detailsColor, std::string titleColor, std::string headingColor,
+                              std::string buttonTitleColor, std::string termsOfUseColor,
+                              std::string footNoteColor, std::string restoreButtonColor,
+                              std::string privacyPolicyColor, std::string exitButtonColor);
 
     /// The table of its fields.
     static std::span<const RecordField<OnboardingStepsParameters>> fields() noexcept;
@@ -82,13 +85,12 @@ class [[gnu::visibility("default")]] OnboardingStepsParameters {
 /// last holds.
 /// A text that is not UTF-8 fails like any other that is not JSON; `utf8::isValid` tells it apart
 /// beforehand. Any thread; any bytes.
-[[gnu::visibility("default")]] std::variant<std::vector<OnboardingStepsParameters>, json::DecodingError>
+VORNA_EXPORT std::variant<std::vector<OnboardingStepsParameters>, json::DecodingError>
 decodeOnboardingSteps(std::string_view json);
 
 /// All keys of a step in the order of the table; the array of the steps. Fails for text that is not UTF-8.
-[[gnu::visibility("default")]] std::variant<std::string, json::EncodingError>
-encode(const OnboardingStepsParameters& step);
-[[gnu::visibility("default")]] std::variant<std::string, json::EncodingError>
+VORNA_EXPORT std::variant<std::string, json::EncodingError> encode(const OnboardingStepsParameters& step);
+VORNA_EXPORT std::variant<std::string, json::EncodingError>
 encode(const std::vector<OnboardingStepsParameters>& steps);
 
 }  // namespace vorna

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// What a field of a screen's document is, apart from any document. Each record type (`PaidProduct`,
