@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-/// Events delivered each second, from the queue to the server's answer, beside a bare libcurl loop that posts
-/// the very same bodies to the same server by turns with the library.
+/// Events delivered per second, from the queue to the server's answer, next to a bare libcurl loop that posts
+/// the same bodies to the same server, alternating with the library.
 ///
 ///     Delivery_bench TITLE DATA-FOLDER CA-FILE STATUS-URL ROUNDS (LABEL URL PARALLEL EVENTS TARGET)...
 ///
-/// PARALLEL is how many requests the bare loop keeps under way. TARGET is the events a second that are asked
-/// for, or with an "x" at its end their ratio to the bare loop's. STATUS-URL is nginx's stub_status, which
-/// counts what really arrives. Each server is measured in a process of its own.
+/// PARALLEL is how many requests the bare loop keeps in flight. TARGET is in events per second or, with a
+/// trailing "x", a ratio to the bare loop. STATUS-URL is nginx's stub_status, which counts what really
+/// arrives. Each server is measured in its own process.
 
 #include <bench/support/BareLoop.h>
 #include <bench/support/ChildProcess.h>
@@ -51,10 +51,10 @@ struct Service {
     std::string target;
 };
 
-/// One round of either side.
+/// One round of the library or of the bare loop.
 struct Side {
     double perSecond = 0;
-    /// Microseconds of processor time that the process has used for each event.
+    /// Processor time of the process per event, in microseconds.
     double processorTime = 0;
     std::uint64_t delivered = 0;
     std::uint64_t received = 0;
@@ -64,7 +64,7 @@ double microseconds(const timeval& time) {
     return static_cast<double>(time.tv_sec) * 1e6 + static_cast<double>(time.tv_usec);
 }
 
-/// Of all threads of the process.
+/// Processor time of all threads.
 double processorMicroseconds() {
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
@@ -98,7 +98,7 @@ class Measurement {
         configured.get_future().wait();
     }
 
-    /// Opens the connections and takes down the bodies that the bare loop is to post.
+    /// Opens the connections and records the bodies for the bare loop.
     void warmUp() {
         library(true);
         bodies_ = client_->bodies();
@@ -156,7 +156,7 @@ Side read(std::istream& numbers) {
     return side;
 }
 
-/// In a process of its own: a line for each round.
+/// Runs in its own process and prints a line per round.
 int measureService(const Common& common, const Service& service) {
     Measurement measurement(common, service);
     measurement.warmUp();
@@ -191,7 +191,7 @@ bool addRow(Table& table, const Common& common, const Service& service) {
     std::uint64_t surplus = 0;
     std::istringstream lines(child.output);
     for (std::string line; std::getline(lines, line);) {
-        // The library may have something to say on its own.
+        // The library may print lines of its own.
         if (!line.starts_with(roundMark)) {
             continue;
         }

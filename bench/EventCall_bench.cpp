@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-/// What recording an event costs the thread that records it, beside the two system calls it cannot do
-/// without: one statvfs and one statx, on the same folders, made by turns with it.
+/// The cost of recording an event on the calling thread, next to the two system calls it cannot avoid: one
+/// statvfs and one statx on the same folders, alternating with it.
 ///
 ///     EventCall_bench DATA-FOLDER
 
@@ -74,7 +74,7 @@ struct Comparison {
     Series event{blocks * callsPerBlock};
 };
 
-/// Blocks of the one and of the other by turns, so that whatever else the machine does meets both.
+/// Alternates blocks of both, so that other load on the machine affects them alike.
 Comparison compare(const TwoSystemCalls& yardstick, double clock) {
     Comparison comparison;
     for (std::size_t block = 0; block < blocks; ++block) {
@@ -116,7 +116,7 @@ double measureWhole(const TwoSystemCalls& yardstick, const std::string& dataFold
     const Comparison before = compare(yardstick, clock);
     VornaCoreSDK::Init("bench");
     waitUntil([&] { return http->swallowed() > 2 * blocks * callsPerBlock; });
-    // The worker rests when there is nothing to do: something to wake up to.
+    // The idle worker sleeps: give it something to wake up for.
     const std::uint64_t seen = http->swallowed();
     for (std::size_t index = 0; index < callsPerBlock; ++index) {
         recordSample(index);
@@ -125,12 +125,12 @@ double measureWhole(const TwoSystemCalls& yardstick, const std::string& dataFold
     const Comparison during = compare(yardstick, clock);
 
     Table table("An event on the calling thread, in ns",
-                {"what", "p50", "p99", "p50 beside statvfs + statx", "target", ""});
+                {"what", "p50", "p99", "p50 vs. statvfs + statx", "target", ""});
     addRows(table, "before Init", before);
     addRows(table, "worker at work", during);
     table.remark(number(static_cast<double>(before.event.size())) +
-                 " calls each, timed one by one; looking at the clock takes " + number(clock) +
-                 " ns, which is taken off.");
+                 " calls each, timed individually; reading the clock takes " + number(clock) +
+                 " ns, which is subtracted.");
     table.print();
     return before.event.median();
 }
@@ -139,7 +139,7 @@ double measureWhole(const TwoSystemCalls& yardstick, const std::string& dataFold
 struct Part {
     std::string name;
     std::function<void()> call;
-    /// Gets ready what a batch of calls uses up; not measured.
+    /// Prepares what a batch of calls consumes; not measured.
     std::function<void()> prepare = [] {};
     Series series{};
 };
@@ -196,16 +196,15 @@ void measureParts(const TwoSystemCalls& yardstick, const std::string& dataFolder
                          used(system->facts());
                      }});
     parts.push_back({"disk space", [&] { used(system->homeFileSystem()); }});
-    parts.push_back({"   of it statvfs itself", [&] { yardstick.fileSystem(); }});
+    parts.push_back({"   of which statvfs itself", [&] { yardstick.fileSystem(); }});
     parts.push_back({"documents folder", [&] { used(system->creation(*system->documentsDirectory())); }});
-    parts.push_back({"   of it statx itself", [&] { yardstick.birth(); }});
-    parts.push_back({"offset of the time zone", [&] { used(system->secondsFromGMT(clock->now())); }});
-    parts.push_back({"   of it the clock", [&] { used(clock->now()); }});
+    parts.push_back({"   of which statx itself", [&] { yardstick.birth(); }});
+    parts.push_back({"time zone offset", [&] { used(system->secondsFromGMT(clock->now())); }});
+    parts.push_back({"   of which the clock", [&] { used(clock->now()); }});
     parts.push_back({"offset as text", [&] { used(timezoneText(10'800)); }});
-    parts.push_back(
-        {"all the device's data at once", [&] { used(collector.collect(state->description())); }});
-    parts.push_back({"the record itself", build, prepareMetadata});
-    parts.push_back({"into the queue", [&] { queue.enqueue(std::move(tasks[next++])); }, prepareTasks});
+    parts.push_back({"the whole device snapshot", [&] { used(collector.collect(state->description())); }});
+    parts.push_back({"building the record", build, prepareMetadata});
+    parts.push_back({"enqueueing", [&] { queue.enqueue(std::move(tasks[next++])); }, prepareTasks});
 
     for (std::size_t round = 0; round < blocks; ++round) {
         for (Part& part : parts) {
@@ -224,8 +223,8 @@ void measureParts(const TwoSystemCalls& yardstick, const std::string& dataFolder
         const double nanoseconds = part.series.median();
         table.row({part.name, number(nanoseconds), number(100 * nanoseconds / whole) + " %"});
     }
-    table.remark("Each part by itself, " + number(batch) + " calls at a time, " + number(blocks) +
-                 " times by turns; memory and caches serve such a run better than one call among others.");
+    table.remark("Each part alone, in batches of " + number(batch) + ", " + number(blocks) +
+                 " times in turn; such a run has warmer caches than one call among others.");
     table.print();
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-/// What waiting events weigh: in the queue, and in the HTTP client beyond their bodies. Counted by the memory
-/// allocator, its own overhead included.
+/// Memory of waiting events: in the queue, and in the HTTP client beyond their bodies. As counted by the
+/// memory allocator, including its overhead.
 ///
 ///     Memory_bench DATA-FOLDER
 
@@ -40,7 +40,7 @@ double bytesInUse() {
     return static_cast<double>(info.uordblks) + static_cast<double>(info.hblkhd);
 }
 
-/// The same when the background threads have finished moving things about.
+/// The same once the background threads have settled.
 double bytesInUseAtRest() {
     constexpr int calm = 10;
     double before = bytesInUse();
@@ -95,7 +95,7 @@ std::optional<InClient> bytesPerWaitingRequest(const Platform& platform, const s
                                    [](const auto&, const auto&, const auto&) {});
         return true;
     };
-    // The first few are put on the wire, with all that libcurl needs for it; those after them wait.
+    // The first few are sent, with everything libcurl needs for that; the rest wait.
     constexpr std::size_t first = 100;
     for (std::size_t index = 0; index < first; ++index) {
         if (!address || !start(index)) {
@@ -138,17 +138,17 @@ int measure(const std::string& dataFolder) {
     }
     const double listed = bytesPerListedEvent();
 
-    Table table("Memory, in bytes an event", {"what", "bytes", "target", ""});
+    Table table("Memory, in bytes per event", {"what", "bytes", "target", ""});
     table.row({"in the queue, device record included", number(queued),
                "at most " + number(mostBytesPerQueuedEvent), atMost(queued, mostBytesPerQueuedEvent)});
-    table.row({"   of it the task itself", number(sizeof(VornaTask)), "", ""});
-    table.row({"in the HTTP client, the body", number(waiting->body), "", ""});
-    table.row({"in the HTTP client, beyond the body", number(waiting->beyond), "", ""});
-    table.row({"   in parts of the body", number(100 * waiting->beyond / waiting->body, 1) + " %",
+    table.row({"   of which the task itself", number(sizeof(VornaTask)), "", ""});
+    table.row({"in the HTTP client: body", number(waiting->body), "", ""});
+    table.row({"in the HTTP client: beyond the body", number(waiting->beyond), "", ""});
+    table.row({"   relative to the body", number(100 * waiting->beyond / waiting->body, 1) + " %",
                "at most " + number(100 * mostBeyondTheBody) + " %",
                atMost(waiting->beyond / waiting->body, mostBeyondTheBody)});
-    table.row({"in the list of handled events, for good", number(listed), "", ""});
-    table.remark("Each over " + number(events) + " events, as the memory allocator counts them.");
+    table.row({"in the event list, permanently", number(listed), "", ""});
+    table.remark("Averaged over " + number(events) + " events, as counted by the memory allocator.");
     table.print();
     return EXIT_SUCCESS;
 }

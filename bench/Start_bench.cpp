@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-/// What the library adds to the beginning and to the end of a process: the first call of Init on a machine
-/// without a keyring, and leaving main while requests are under way. Each time in a fresh process.
+/// What the library adds to the start and exit of a process: the first Init on a machine without a keyring,
+/// and leaving main with requests in flight. Each in a fresh process.
 ///
 ///     Start_bench WORK-FOLDER WORK-FOLDER-IN-MEMORY CA-FILE SLOW-URL
 ///
-/// At SLOW-URL is a server that takes its time to answer.
+/// The server at SLOW-URL answers slowly.
 
 #include <bench/support/ChildProcess.h>
 #include <bench/support/CountingHttpClient.h>
@@ -41,16 +41,16 @@ constexpr double millisecond = 1e6;
 constexpr double mostForInit = 5;
 constexpr double mostForLeaving = 100;
 
-// What the fresh processes do
+// In the fresh processes
 
-/// The very first call, with nothing made beforehand: everything is set up in it.
+/// The very first call: everything is set up in it.
 int childInit() {
     const std::int64_t took = nanosecondsOf([] { VornaCoreSDK::Init("bench"); });
     std::cout << took << std::endl;
     return VornaCoreSDK::GetUserID() ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
-/// The moment of leaving main, for the parent to count from.
+/// Prints the time of leaving main, for the parent.
 int leave() {
     std::cout << nanosecondsNow() << std::endl;
     return EXIT_SUCCESS;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-/// What an identifier costs as text, beside the least that any formatter must do: moving 26 bytes.
+/// Formatting and parsing identifiers, next to the least any formatter must do: copying 26 bytes.
 
 #include <vorna/events/ULID.h>
 
@@ -17,7 +17,7 @@ namespace {
 using vorna::Date;
 using vorna::ULID;
 
-/// Enough of them that no branch can learn their digits, few enough to stay in the first-level cache.
+/// Enough of them to defeat branch prediction, few enough to fit the L1 cache.
 constexpr std::size_t count = 256;
 
 std::vector<ULID> identifiers() {

@@ -36,7 +36,7 @@ std::size_t keep(const char* bytes, std::size_t, std::size_t count, void* text) 
 
 }  // namespace
 
-/// In this order: handles are to be gone before what they use.
+/// In this order: handles must be destroyed before what they use.
 struct BareLoop::State {
     std::unique_ptr<curl_slist, ListDeleter> headers;
     std::unique_ptr<CURLM, MultiDeleter> multi;
@@ -118,7 +118,7 @@ std::uint64_t requestsReceived(const std::string& statusURL) {
     const std::string heading = "requests\n";
     const std::size_t at = text.find(heading);
     if (code != CURLE_OK || at == std::string::npos) {
-        throw std::runtime_error("nginx does not tell how many requests it has received: " + text);
+        throw std::runtime_error("nginx does not report its request count: " + text);
     }
     char* end = text.data() + at + heading.size();
     std::strtoull(end, &end, 10);

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The yardstick for delivery: the least that posts bodies with libcurl's multi interface as fast as it goes.
-/// One thread, a fixed number of handles that are used again and again, connections kept alive and
-/// multiplexed, nothing looked at but the status.
+/// The yardstick for delivery: the minimum it takes to post bodies at full speed with libcurl's multi
+/// interface. One thread, a fixed number of reused handles, connections kept alive and multiplexed, only the
+/// status checked.
 
 #include <cstddef>
 #include <cstdint>
@@ -15,7 +15,7 @@ namespace vorna::bench {
 
 class BareLoop {
   public:
-    /// As many requests are under way at a time as `parallel` says.
+    /// Keeps `parallel` requests in flight.
     BareLoop(const std::string& url, const std::string& certificateAuthorityFile, std::size_t parallel);
     BareLoop(const BareLoop&) = delete;
     BareLoop& operator=(const BareLoop&) = delete;
@@ -23,7 +23,7 @@ class BareLoop {
     BareLoop& operator=(BareLoop&&) = delete;
     ~BareLoop();
 
-    /// Posts all and returns how many had a status of 200. Connections stay open for the next call.
+    /// Posts all bodies and returns how many were answered 200. Connections stay open for the next call.
     std::uint64_t post(const std::vector<std::string>& bodies);
 
   private:
@@ -32,7 +32,7 @@ class BareLoop {
     std::unique_ptr<State> state_;
 };
 
-/// How many requests nginx has received so far, by its own count, this one included.
+/// The number of requests nginx has received, including this one.
 std::uint64_t requestsReceived(const std::string& statusURL);
 
 }  // namespace vorna::bench

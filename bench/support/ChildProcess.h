@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Runs this same program again, as a fresh process with an environment of its own, and hears what it says.
+/// Runs this program again as a fresh process with its own environment, and reads its output.
 
 #include <cstdint>
 #include <string>
@@ -10,19 +10,19 @@
 namespace vorna::bench {
 
 struct ChildResult {
-    /// Standard output, whole.
+    /// All of standard output.
     std::string output;
-    /// When the process was found to have ended; see nanosecondsNow().
+    /// When the process was seen to have ended; see nanosecondsNow().
     std::int64_t ended = 0;
-    /// True when it returned 0 from main.
+    /// True if main returned 0.
     bool succeeded = false;
 };
 
-/// The variables ("NAME=value") are all of the environment. Throws std::system_error when no process can be
-/// made.
+/// `variables` ("NAME=value") is the complete environment. Throws std::system_error if no process can be
+/// created.
 ChildResult runSelf(const std::vector<std::string>& arguments, const std::vector<std::string>& environment);
 
-/// The variables of this process.
+/// This process's environment.
 std::vector<std::string> ownEnvironment();
 
 }  // namespace vorna::bench

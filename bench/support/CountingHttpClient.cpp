@@ -13,7 +13,7 @@ void SwallowingHttpClient::start(HttpRequest, Completion) {
 }
 
 void CountingHttpClient::start(HttpRequest request, Completion completion) {
-    // The configuration request of Init is none of the round's.
+    // The configuration request of Init does not count.
     const bool counts = request.url.text().ends_with("/v1/event");
     if (counts) {
         const std::scoped_lock lock(mutex_);

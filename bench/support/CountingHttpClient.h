@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// HTTP clients that a measurement puts in the place of, or around, the real one.
+/// HTTP clients that replace or wrap the real one in measurements.
 
 #include <vorna/platform/HttpClient.h>
 
@@ -16,7 +16,7 @@
 
 namespace vorna::bench {
 
-/// Swallows requests without an answer, and counts them.
+/// Counts requests and never answers them.
 class SwallowingHttpClient final : public HttpClient {
   public:
     void start(HttpRequest request, Completion completion) override;
@@ -27,31 +27,31 @@ class SwallowingHttpClient final : public HttpClient {
     std::atomic<std::uint64_t> swallowed_ = 0;
 };
 
-/// Passes requests on and counts the POST requests and their ends. It outlives its requests.
+/// Forwards requests and counts POST requests and their completions. It must outlive its requests.
 class CountingHttpClient final : public HttpClient {
   public:
     explicit CountingHttpClient(std::shared_ptr<HttpClient> client) : client_(std::move(client)) {}
 
     void start(HttpRequest request, Completion completion) override;
 
-    /// What came of one round of requests.
+    /// Outcome of one round of requests.
     struct Round {
-        /// When the first was handed over and when the last has ended.
+        /// When the first request was handed over and the last one completed.
         std::int64_t began = 0;
         std::int64_t ended = 0;
-        /// How many had a status of 200.
+        /// Requests answered 200.
         std::uint64_t delivered = 0;
-        /// Why others had not; the last reason.
+        /// The latest reason for anything else.
         std::string problem;
     };
 
-    /// Counts anew; nothing is under way. The bodies of the round are kept if wanted.
+    /// Resets the counters; nothing may be in flight. Keeps the round's bodies if asked to.
     void beginRound(std::uint64_t requests, bool keepBodies = false);
 
-    /// Waits until the round's last request has ended.
+    /// Waits for the round's last request to complete.
     Round waitForRound();
 
-    /// Those kept in the last round.
+    /// The bodies kept in the last round.
     const std::vector<std::string>& bodies() const { return bodies_; }
 
   private:

@@ -19,7 +19,7 @@ MuteServer::MuteServer() : socket_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0
     auto* const raw = reinterpret_cast<sockaddr*>(&address);
     if (socket_ < 0 || bind(socket_, raw, size) != 0 || listen(socket_, SOMAXCONN) != 0 ||
         getsockname(socket_, raw, &size) != 0) {
-        throw std::system_error(errno, std::generic_category(), "a server that says nothing");
+        throw std::system_error(errno, std::generic_category(), "cannot start the silent server");
     }
     url_ = "https://127.0.0.1:" + std::to_string(ntohs(address.sin_port));
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A server that lets clients connect and never says a word: whatever is sent to it stays under way.
+/// A server that accepts connections and never answers, so that requests to it stay in flight.
 
 #include <string>
 
@@ -9,7 +9,7 @@ namespace vorna::bench {
 
 class MuteServer {
   public:
-    /// Listens on a free port of the loopback address. Throws std::system_error when it cannot.
+    /// Listens on a free loopback port. Throws std::system_error on failure.
     MuteServer();
     MuteServer(const MuteServer&) = delete;
     MuteServer& operator=(const MuteServer&) = delete;
@@ -17,7 +17,7 @@ class MuteServer {
     MuteServer& operator=(MuteServer&&) = delete;
     ~MuteServer();
 
-    /// As in "https://127.0.0.1:40001".
+    /// Such as "https://127.0.0.1:40001".
     const std::string& url() const { return url_; }
 
     /// Waits until a client has connected.

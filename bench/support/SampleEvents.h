@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Events as an application records them: the operations of the catalogue and names of a host's own, some
-/// with custom values, short and long.
+/// Typical events: operations of the catalogue and names of a host's own, some with short or long custom
+/// values.
 
 #include <vorna/platform/Platform.h>
 
@@ -18,14 +18,13 @@ struct SampleEvent {
     std::optional<std::string_view> customValue;
 };
 
-/// They repeat after a few dozen.
+/// Repeats after a few dozen.
 SampleEvent sampleEvent(std::size_t index);
 
-/// Records it through the facade.
+/// Records sample event `index` through the facade.
 void recordSample(std::size_t index);
 
-/// Options with everything filled in that a real host fills in. Data is kept in the folder, without a
-/// keyring.
+/// Options as a real host sets them. Data is kept in the folder, without a keyring.
 PlatformOptions sampleOptions(const std::string& dataDirectory);
 
 }  // namespace vorna::bench

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The results of one measurement repeated, and what is said of them: an order, never a mean, since a busy
-/// machine only ever adds.
+/// Repeated results of one measurement. Only order statistics, never a mean: a busy machine only ever adds
+/// time.
 
 #include <cstddef>
 #include <vector>
@@ -17,8 +17,7 @@ class Series {
 
     std::size_t size() const { return values_.size(); }
 
-    /// The value that the given part of all values does not exceed: 0.5 is the median, 1 the greatest. 0 when
-    /// nothing was measured.
+    /// The given quantile: 0.5 is the median, 1 the maximum. 0 if nothing was measured.
     double quantile(double part) const;
 
     double median() const { return quantile(0.5); }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Time as the measurements read it.
+/// Time measurement.
 
 #include <bench/support/Series.h>
 
@@ -11,20 +11,20 @@
 
 namespace vorna::bench {
 
-/// Of the clock that never jumps; the same for all processes of this machine.
+/// Monotonic time, shared by all processes of this machine.
 inline std::int64_t nanosecondsNow() {
     return std::chrono::duration_cast<std::chrono::nanoseconds>(
                std::chrono::steady_clock::now().time_since_epoch())
         .count();
 }
 
-/// Makes the compiler believe that somebody looks at the value.
+/// Keeps the compiler from optimising the value away.
 template <class Value>
 void used(const Value& value) {
     asm volatile("" : : "r"(&value) : "memory");
 }
 
-/// What a call takes, one call at a time.
+/// Duration of one call.
 template <class Call>
 std::int64_t nanosecondsOf(Call&& call) {
     const std::int64_t began = nanosecondsNow();
@@ -32,7 +32,7 @@ std::int64_t nanosecondsOf(Call&& call) {
     return nanosecondsNow() - began;
 }
 
-/// What looking at the clock itself adds to each such time: the median of many calls of nothing.
+/// The overhead of reading the clock: the median of many empty calls.
 inline double nanosecondsOfTheClock() {
     constexpr std::size_t enough = 100'000;
     Series series(enough);

@@ -12,7 +12,7 @@ namespace vorna::bench {
 
 namespace {
 
-/// As the eye counts: a character of several bytes is one.
+/// Width in characters, not bytes.
 std::size_t widthOf(std::string_view text) {
     return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char character) {
         return (static_cast<unsigned char>(character) & 0xC0U) != 0x80U;

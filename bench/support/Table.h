@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// What a benchmark says at its end: a title, rows of text under their headings, remarks below.
+/// A benchmark's report: a title, rows under headings, remarks below.
 
 #include <string>
 #include <string_view>
@@ -13,13 +13,13 @@ class Table {
   public:
     Table(std::string title, std::vector<std::string> headings);
 
-    /// One text for each heading; the first column is aligned to the left, the others to the right.
+    /// One cell per heading; the first column is left-aligned, the others right-aligned.
     void row(std::vector<std::string> cells);
 
-    /// A line under the table, for what a reader needs to know to judge the figures.
+    /// A line below the table that helps to judge the figures.
     void remark(std::string text);
 
-    /// To standard output.
+    /// Prints to standard output.
     void print() const;
 
   private:
@@ -28,13 +28,13 @@ class Table {
     std::vector<std::string> remarks_;
 };
 
-/// With so many digits behind the point; thousands are set apart.
+/// With that many decimals and thousands separators.
 std::string number(double value, int digits = 0);
 
-/// As in "2.00 x".
+/// Such as "2.00 x".
 std::string ratio(double value);
 
-/// How a figure stands to what is asked of it.
+/// Compares a figure with its target.
 std::string atMost(double value, double limit);
 std::string atLeast(double value, double limit);
 

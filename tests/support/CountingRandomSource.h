@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Numbers that follow each other: 1, 2, 3 …
+/// Counts up: 1, 2, 3 …
 
 #include <vorna/platform/RandomSource.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A system whose every answer is set by the test, and which remembers what it was asked.
+/// A fake system: the test sets every answer. Records some of the calls.
 
 #include <vorna/platform/System.h>
 
@@ -16,7 +16,7 @@ namespace vorna::support {
 
 class FixedSystem final : public System {
   public:
-    // The knobs. Set them before the system is shared between threads, except through `setFacts`.
+    // The knobs. Except for `setFacts`, set them before the system is shared between threads.
     std::optional<FileSystemSize> fileSystem = FileSystemSize{64'000'000'000, 12'345'678'901};
     std::optional<std::string> documents = "/documents";
     ItemCreation documentsCreation{Date{1'700'000'000.5}, std::nullopt};
@@ -44,7 +44,7 @@ class FixedSystem final : public System {
 
     int timesMonitoringWasEnabled() const { return monitoringEnabled_; }
 
-    /// What the screens' module said last; the facts stay as they were set.
+    /// The bundle supplied last by the screens; the facts remain as set.
     std::optional<BundleFacts> suppliedBundle() const {
         const std::scoped_lock lock(mutex_);
         return suppliedBundle_;
@@ -55,7 +55,7 @@ class FixedSystem final : public System {
         return facts_;
     }
 
-    /// The facts say so from now on.
+    /// Reflected in the facts.
     void enableBatteryMonitoring() override {
         ++monitoringEnabled_;
         const std::scoped_lock lock(mutex_);

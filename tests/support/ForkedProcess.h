@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A second process for tests in which two of them meet. It is a copy of the test's own, so make it before
-/// the test has any thread: neither GLib nor a sanitizer bears less.
+/// A second process, for tests in which two processes interact. It is a fork of the test, so create it before
+/// the test has any threads: neither GLib nor the sanitizers tolerate anything else.
 
 #include <sys/types.h>
 #include <sys/wait.h>
@@ -22,17 +22,17 @@
 
 namespace vorna::support {
 
-/// The process waits until it is started, runs the function and exits with what it returns, by way of `exit`.
-/// One that still runs in the end is killed.
+/// Waits to be started, runs the function, and passes its result to `exit`. Killed by the destructor if it is
+/// still running.
 class ForkedProcess {
   public:
-    /// The function is given the text that `start` passes on.
+    /// The function receives the message passed to `start`.
     explicit ForkedProcess(const std::function<int(const std::string& message)>& function) {
         std::array<int, 2> pipe{};
         if (pipe2(pipe.data(), O_CLOEXEC) != 0) {
             std::abort();
         }
-        // Otherwise both processes would write what waits in the buffers.
+        // Otherwise both processes would flush the same buffers.
         std::fflush(nullptr);
         process_ = fork();
         if (process_ == 0) {
@@ -56,7 +56,7 @@ class ForkedProcess {
         wait();
     }
 
-    /// A short text. Returns at once.
+    /// The message must be short. Returns immediately.
     void start(const std::string& message = {}) {
         if (!message.empty() && write(starter_, message.data(), message.size()) < 0) {
             std::abort();
@@ -77,7 +77,7 @@ class ForkedProcess {
                 information.si_pid == process_);
     }
 
-    /// What the process has returned, or -1 when a signal has ended it.
+    /// Waits for the process. Returns its exit status, or -1 if a signal killed it.
     int wait() {
         int status = 0;
         if (process_ > 0) {

@@ -53,7 +53,7 @@ using Connection = std::unique_ptr<GDBusConnection, ObjectReleaser>;
     throw std::runtime_error("keyring session: " + what);
 }
 
-/// For what another process does in its own time, and gives no sign of.
+/// For things another process does at some point without any sign.
 void waitUntil(const char* what, const std::function<bool()>& condition) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     while (!condition()) {
@@ -70,7 +70,7 @@ std::string takeMessage(GError* error) {
     return message;
 }
 
-/// Null when nothing answers there yet.
+/// Null if nothing answers there yet.
 Connection connectionTo(const std::string& address) {
     GError* error = nullptr;
     Connection connection(g_dbus_connection_new_for_address_sync(
@@ -123,7 +123,7 @@ pid_t spawn(const std::vector<std::string>& arguments, int standardInput, int st
     const pid_t parent = getpid();
     const pid_t process = fork();
     if (process == 0) {
-        // Nothing is left behind by a test that crashes.
+        // A test that crashes leaves nothing behind.
         prctl(PR_SET_PDEATHSIG, SIGKILL);
         if (getppid() == parent && dup2(standardInput, 0) >= 0 && dup2(standardOutput, 1) >= 0 &&
             dup2(silence, 2) >= 0) {
@@ -298,7 +298,7 @@ void KeyringSession::stopKeyring() {
 
 void KeyringSession::lockKeyring() const {
     const Connection connection = openedConnection(busAddress_);
-    // The collection itself: an alias is not taken for it here.
+    // The collection's own path: this call does not accept an alias.
     const Variant alias = call(connection, secretService, servicePath, serviceInterface, "ReadAlias",
                                g_variant_new("(s)", "default"));
     const Variant path(g_variant_get_child_value(alias.get(), 0));
@@ -384,8 +384,7 @@ void KeyringSession::requestPrompt() const {
 }
 
 std::size_t KeyringSession::promptCount() const {
-    // The monitor writes one line for each call; a request of our own marks the end of what it must have
-    // seen.
+    // The monitor prints one line per call; a request of our own marks the end.
     requestPrompt();
     const auto seen = [this] {
         std::ifstream file(home_ / "prompts");

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The real local service over HTTPS, with a data folder for the application beside it.
+/// The real development server over HTTPS, with a data folder for the application.
 
 #include <tests/support/TemporaryFolder.h>
 #include <tests/tools/devserver/DevServerProcess.h>
@@ -18,13 +18,13 @@
 
 namespace vorna::support {
 
-/// Knobs: the service's further arguments. Remembered: every document it has accepted.
+/// Knobs: extra arguments of the server. Records: every accepted document.
 class LocalService {
   public:
     explicit LocalService(std::vector<std::string> arguments = {})
         : server_(complete(std::move(arguments))) {}
 
-    /// Options for a host that talks to this service and keeps its data beside it.
+    /// Options for a host that talks to this service and keeps its data in the same folder.
     PlatformOptions options() const {
         PlatformOptions options;
         options.serviceURL = server_.url();
@@ -37,7 +37,7 @@ class LocalService {
 
     const std::string& url() const { return server_.url(); }
 
-    /// The documents as they came, in order of arrival.
+    /// The documents, in order of arrival.
     std::vector<std::string> documents() const {
         std::vector<std::string> lines;
         std::ifstream file(folder_.path() / "events.ndjson");
@@ -47,7 +47,7 @@ class LocalService {
         return lines;
     }
 
-    /// The documents once there are so many, or what there is after a time that is long enough for anything.
+    /// Waits for that many documents. Returns what there is after a generous timeout.
     std::vector<std::string> waitForDocuments(std::size_t count) const {
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes(2);
         std::vector<std::string> found = documents();

@@ -20,14 +20,14 @@ namespace {
 
 constexpr const char* program = "/usr/sbin/nginx";
 constexpr const char* echoModule = "/usr/lib/nginx/modules/ngx_http_echo_module.so";
-/// Where nginx finds its listening socket.
+/// The descriptor on which nginx inherits its listening socket.
 constexpr int inheritedListener = 3;
 
 [[noreturn]] void fail(const char* what) {
     throw std::system_error(errno, std::generic_category(), what);
 }
 
-/// Listens on a free loopback port and says which.
+/// Listens on a free loopback port and reports which.
 int listen(std::uint16_t& port) {
     const int listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in address{};
@@ -50,7 +50,7 @@ std::string configuration(const Nginx::Options& options, const std::string& fold
         text << "load_module " << echoModule << ";\n";
     }
     if (geteuid() == 0) {
-        // Its folder is nobody else's.
+        // Its folder is private.
         text << "user root;\n";
     }
     text << "daemon off;\nworker_processes 1;\npid nginx.pid;\nerror_log error.log;\n"
@@ -59,7 +59,7 @@ std::string configuration(const Nginx::Options& options, const std::string& fold
             "  log_format line '$request_method $uri $server_protocol $status $connection';\n"
             "  access_log access.log line;\n"
             "  client_max_body_size 0;\n"
-            // So that stop() is not held up by peers that have gone already.
+            // Keeps stop() from waiting for peers that are already gone.
             "  lingering_timeout 100ms;\n";
     for (const char* const kind : {"client_body", "proxy", "fastcgi", "uwsgi", "scgi"}) {
         text << "  " << kind << "_temp_path " << kind << ";\n";
@@ -92,8 +92,8 @@ Nginx::Nginx(const Options& options) : isSecure_(!options.certificate.empty()) {
     const int listener = listen(port_);
     writeFile(folder() / "nginx.conf", configuration(options, folder().string(), port_));
 
-    // nginx takes over a socket that listens already, as it does when it is replaced by a newer one. So the
-    // port is ours from the start, and whoever connects before nginx is ready just waits.
+    // nginx inherits a listening socket, as in a binary upgrade. So the port is ours from the start, and
+    // clients that connect before nginx is ready simply wait.
     const std::string prefix = folder().string() + "/";
     const std::string inherited = "NGINX=" + std::to_string(inheritedListener) + ";";
     const std::array<const char*, 6> words{program, "-p", prefix.c_str(), "-c", "nginx.conf", nullptr};

@@ -2,14 +2,14 @@
 #pragma once
 
 /// A real nginx for one test: HTTP/2 or HTTP/1.1, over TLS with the given certificate or plain, on a free
-/// loopback port, with everything it writes in a folder of its own.
+/// loopback port, keeping all its files in its own folder.
 ///
 ///     Nginx nginx({.certificate = identity.certificate, .privateKey = identity.privateKey});
 ///     ... requests to nginx.url("/v1/event") ...
 ///     nginx.stop();
 ///     EXPECT_EQ(nginx.requests().size(), 5000);
 ///
-/// Knobs: the options. Remembered: every request, as nginx's access log has it.
+/// Knobs: the options. Records: every request, from nginx's access log.
 
 #include <tests/support/TemporaryFolder.h>
 
@@ -26,13 +26,13 @@ namespace vorna::support {
 class Nginx {
   public:
     struct Options {
-        /// PEM. Without them it is plain HTTP.
+        /// PEM. Plain HTTP without them.
         std::string certificate;
         std::string privateKey;
-        /// Offered beside HTTP/1.1; over TLS only.
+        /// In addition to HTTP/1.1; over TLS only.
         bool offersHttp2 = true;
-        /// Directives for the server block, in nginx's own language. `proxy_pass http://accepting;` takes a
-        /// request in to its last byte and answers 200; `return 200;` does not wait for the body.
+        /// Directives for nginx's server block. `proxy_pass http://accepting;` reads the whole request and
+        /// answers 200; `return 200;` does not wait for the body.
         std::string server = "location / { proxy_pass http://accepting; }";
     };
 
@@ -42,18 +42,17 @@ class Nginx {
         std::string path;
         std::string protocol;
         int status = 0;
-        /// The same for all that came on one connection.
+        /// Equal for requests on the same connection.
         std::uint64_t connection = 0;
     };
 
-    /// Whether the program is installed; a test that needs it is skipped otherwise.
+    /// Whether nginx is installed; tests that need it are skipped otherwise.
     static bool isInstalled();
 
-    /// Whether its module is installed that knows `echo_sleep SECONDS;` and `echo TEXT;`.
+    /// Whether the module for `echo_sleep SECONDS;` and `echo TEXT;` is installed.
     static bool canSleep();
 
-    /// Starts it. What is sent to it from now on is answered; a step that fails ends the test with an
-    /// exception that says which.
+    /// Starts nginx and waits until it answers. Throws, naming the step, if that fails.
     explicit Nginx(const Options& options);
     Nginx(const Nginx&) = delete;
     Nginx& operator=(const Nginx&) = delete;
@@ -66,13 +65,13 @@ class Nginx {
     /// "https://localhost:PORT" or "http://..." and the path.
     std::string url(std::string_view path) const;
 
-    /// The folder that relative names in the directives refer to.
+    /// The folder that relative paths in directives refer to.
     const std::filesystem::path& folder() const { return folder_.path(); }
 
-    /// Lets it finish what it has begun, and waits for its end.
+    /// Stops it gracefully and waits.
     void stop();
 
-    /// In the order in which they were finished: all of them once it has been stopped.
+    /// In order of completion. Complete only after `stop`.
     std::vector<Request> requests() const;
 
   private:

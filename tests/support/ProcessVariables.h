@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The environment of the test's own process. Threads of libraries read it, so change it before they begin.
+/// Environment variables of the test process. Library threads read them, so set them before any starts.
 
 #include <cstdlib>
 #include <string>
@@ -16,7 +16,7 @@ inline void unsetVariable(const char* name) {
     unsetenv(name);  // NOLINT(concurrency-mt-unsafe): see above
 }
 
-/// Empty when it is not set.
+/// Empty if not set.
 inline std::string variable(const char* name) {
     const char* const value = std::getenv(name);  // NOLINT(concurrency-mt-unsafe): see above
     return value == nullptr ? "" : value;

@@ -25,7 +25,7 @@ struct RawServer::State {
     mutable std::mutex mutex;
     mutable std::condition_variable changed;
     bool ends = false;
-    /// By number; -1 when it has ended.
+    /// Sockets by connection number; -1 once closed.
     std::vector<int> sockets;
     std::vector<std::string> received;
     std::vector<std::thread> scripts;
@@ -41,7 +41,7 @@ namespace {
     throw std::system_error(errno, std::generic_category(), what);
 }
 
-/// Bytes of the body that an HTTP head announces; 0 where it says nothing.
+/// The Content-Length of an HTTP head; 0 if absent.
 std::size_t contentLength(std::string_view head) {
     std::string lowered(head);
     std::transform(lowered.begin(), lowered.end(), lowered.begin(), [](char character) {
@@ -156,7 +156,7 @@ void RawServer::Connection::reset() {
     if (socket_ < 0) {
         return;
     }
-    // Nothing lingers: closing throws away what is unsent and tells the peer by a reset.
+    // With a linger time of zero, closing discards unsent data and sends a reset.
     const linger now{.l_onoff = 1, .l_linger = 0};
     setsockopt(socket_, SOL_SOCKET, SO_LINGER, &now, sizeof now);
     close(socket_);

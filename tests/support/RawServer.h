@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A server on a loopback port that does to each connection what the test says, byte by byte: the answers
-/// that no proper server gives.
+/// A loopback server scripted by the test, byte by byte: for answers that no proper server gives.
 ///
 ///     RawServer server([](RawServer::Connection& connection) {
 ///         connection.readRequest();
@@ -13,8 +12,8 @@
 ///     });
 ///     client.start({.url = *URL::parse(server.url("/v1/config"))}, completion);
 ///
-/// Knobs: the script, called for each connection on a thread of its own; when it returns, the connection is
-/// closed. Remembered: how many connections came, and what each of them sent.
+/// Knobs: the script, called for each connection on its own thread; the connection is closed when it returns.
+/// Records: the number of connections and the bytes received on each.
 
 #include <chrono>
 #include <cstddef>
@@ -31,7 +30,7 @@ class RawServer {
     struct State;
 
   public:
-    /// One connection, for the script.
+    /// One connection, as the script sees it.
     class Connection {
       public:
         Connection(const Connection&) = delete;
@@ -40,20 +39,20 @@ class RawServer {
         Connection& operator=(Connection&&) = delete;
         ~Connection();
 
-        /// 0 for the first that came.
+        /// 0 for the first one.
         std::size_t number() const noexcept { return number_; }
 
-        /// The next HTTP request: its head and as many bytes as its Content-Length says. Shorter when the
-        /// peer closes before; empty when nothing comes any more.
+        /// Reads the next HTTP request: its head and Content-Length bytes of body. Shorter if the peer closes
+        /// early; empty if nothing more arrives.
         std::string readRequest();
 
-        /// Sends all the bytes. False when the peer has gone.
+        /// Sends all bytes. False if the peer has closed.
         bool send(std::string_view bytes) const;
 
-        /// Leaves the connection open and does nothing until the peer closes it or the server goes.
+        /// Keeps the connection open and silent until the peer closes it or the server is destroyed.
         void hang();
 
-        /// Ends the connection so that the peer sees a reset. Nothing can be done with it any more.
+        /// Closes the connection with a reset. It must not be used afterwards.
         void reset();
 
       private:
@@ -79,7 +78,7 @@ class RawServer {
     RawServer& operator=(const RawServer&) = delete;
     RawServer(RawServer&&) = delete;
     RawServer& operator=(RawServer&&) = delete;
-    /// Ends all connections and waits for their scripts.
+    /// Closes all connections and waits for their scripts.
     ~RawServer();
 
     std::uint16_t port() const noexcept;
@@ -89,13 +88,13 @@ class RawServer {
 
     std::size_t connectionCount() const;
 
-    /// The bytes that came on each connection so far.
+    /// Bytes received so far, by connection.
     std::vector<std::string> received() const;
 
-    /// False when fewer connections have come even after a time that is long enough for anything.
+    /// Waits for that many connections. False after a generous timeout.
     bool waitForConnections(std::size_t count) const;
 
-    /// A whole answer in HTTP/1.1 that ends the connection.
+    /// A complete HTTP/1.1 response with "Connection: close".
     static std::string httpAnswer(int status, std::string_view body);
 
   private:

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A fetch of the remote configuration with the real HTTP client, and all that comes out of it.
+/// Fixture that fetches the remote configuration with the real HTTP client and records the outcome.
 
 #include <tests/support/InMemoryPreferences.h>
 #include <tests/support/Samples.h>
@@ -61,8 +61,8 @@ class RealFetch : public testing::Test {
 
     void TearDown() override { lines(); }
 
-    /// Fetches once and waits until that has failed for good or is about to save what it has got. Trusts the
-    /// authorities in the PEM file, or those of the system when the name is empty.
+    /// Fetches, and waits until all attempts have failed or the result is about to be saved. Trusts the
+    /// authorities in the PEM file, or the system's if the name is empty.
     void fetch(const std::string& url, const std::string& certificateAuthorityFile = {}) {
         RemoteConfigHelper helper(std::make_shared<CurlHttpClient>(certificateAuthorityFile), preferences_,
                                   url);
@@ -71,7 +71,7 @@ class RealFetch : public testing::Test {
         EXPECT_TRUE(ended_.wait_for(lock, std::chrono::seconds(60), [this] { return ends_ > 0; }));
     }
 
-    /// What has been printed up to the first call.
+    /// The lines printed up to the first call.
     const Lines& lines() {
         if (!printed_) {
             printed_ = linesOf(testing::internal::GetCapturedStdout());
@@ -81,7 +81,7 @@ class RealFetch : public testing::Test {
 
     std::shared_ptr<InMemoryPreferences> preferences_ = std::make_shared<InMemoryPreferences>();
     RemoteConfigData data_{sampleDeviceMetadata()};
-    /// Those that were announced.
+    /// The tables that were announced.
     std::vector<Configs> tables_;
 
   private:

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The facade on a platform of fakes, before `Init`: what it records stays in the queue, where a test can
-/// look at it.
+/// The facade on a platform of fakes, before `Init`: recorded events stay in the queue, where a test can
+/// inspect them.
 
 #include <tests/support/CountingRandomSource.h>
 #include <tests/support/FixedSystem.h>
@@ -23,7 +23,7 @@
 
 namespace vorna::support {
 
-/// Make one at the beginning of a test, before any operation of the facade. The fakes are open to the test.
+/// Create one at the start of a test, before using the facade. The fakes are public.
 struct RecordedEvents {
     std::shared_ptr<SettableClock> clock = std::make_shared<SettableClock>();
     std::shared_ptr<FixedSystem> system = std::make_shared<FixedSystem>();
@@ -33,7 +33,7 @@ struct RecordedEvents {
 
     RecordedEvents() { VornaCoreSDK::UsePlatform(platform()); }
 
-    /// The fakes together, for a test that puts another port among them.
+    /// All fakes as a platform, for tests that replace one of them.
     Platform platform() const {
         Platform fakes;
         fakes.eventURL = "https://service.test/v1/event";
@@ -47,7 +47,7 @@ struct RecordedEvents {
         return fakes;
     }
 
-    /// The tasks that wait, oldest first.
+    /// Removes and returns the queued tasks, oldest first.
     static std::vector<VornaTask> takeTasks() {
         std::vector<VornaTask> tasks;
         while (std::optional<VornaTask> task = SharedInstance::get().queue->dequeue()) {
@@ -56,7 +56,7 @@ struct RecordedEvents {
         return tasks;
     }
 
-    /// The events among them.
+    /// Likewise, the events only.
     static std::vector<EventData> take() {
         std::vector<EventData> events;
         for (VornaTask& task : takeTasks()) {

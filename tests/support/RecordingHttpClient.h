@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// An HTTP client for tests that sends nothing.
+/// A fake HTTP client that sends nothing.
 ///
-/// Knobs: in the constructor, who completes a request: the test by `answer` (the default), the client at once
-/// on the thread that starts it, or the client on a thread of its own; for the latter two the script of
-/// answers, whose last one is repeated. Remembered: every request, in order, and how many were under way at
-/// once.
+/// Knobs: who completes a request: the test by `answer` (the default), the client synchronously in `start`,
+/// or the client on its own thread; for the latter two, a script of answers whose last one repeats. Records:
+/// every request, in order, and how many were in flight at once.
 
 #include <vorna/platform/HttpClient.h>
 
@@ -26,18 +25,18 @@
 
 namespace vorna::support {
 
-/// What a completion is called with.
+/// The arguments of a completion.
 struct HttpAnswer {
     std::optional<std::string> body;
     std::optional<HttpResponse> response;
     std::optional<HttpError> error;
 
-    /// The service's usual answer, or another status with a body.
+    /// A response with this status and body.
     static HttpAnswer status(int code, std::string text = {}) {
         return {std::move(text), HttpResponse{"https://service.example/answered", code, {}}, std::nullopt};
     }
 
-    /// The transport's failure, before any answer.
+    /// A transport failure without a response.
     static HttpAnswer failure(std::string description) {
         return {std::nullopt, std::nullopt, HttpError{std::move(description)}};
     }
@@ -63,7 +62,7 @@ class RecordingHttpClient final : public HttpClient {
     RecordingHttpClient(RecordingHttpClient&&) = delete;
     RecordingHttpClient& operator=(RecordingHttpClient&&) = delete;
 
-    /// Requests that wait are never completed.
+    /// Pending requests are never completed.
     ~RecordingHttpClient() override {
         {
             const std::scoped_lock lock(state_->mutex);
@@ -94,7 +93,7 @@ class RecordingHttpClient final : public HttpClient {
         }
     }
 
-    /// Completes the oldest request that waits, on this thread. False when none does.
+    /// Completes the oldest pending request, on this thread. False if there is none.
     bool answer(HttpAnswer answer) { return state_->completeNext(std::move(answer)); }
 
     std::vector<HttpRequest> requests() const {
@@ -107,7 +106,7 @@ class RecordingHttpClient final : public HttpClient {
         return state_->requests.size();
     }
 
-    /// Requests started and not completed. One that the completion of another starts counts as later than it.
+    /// Requests started but not completed. A request counts as completed before its completion runs.
     std::size_t underWay() const {
         const std::scoped_lock lock(state_->mutex);
         return state_->underWay;
@@ -118,7 +117,7 @@ class RecordingHttpClient final : public HttpClient {
         return state_->mostUnderWay;
     }
 
-    /// False when there are fewer requests even after a time that is long enough for anything.
+    /// Waits for that many requests. False after a generous timeout.
     bool waitForRequests(std::size_t count) const {
         std::unique_lock lock(state_->mutex);
         return state_->changed.wait_for(lock, std::chrono::seconds(30),
@@ -126,7 +125,7 @@ class RecordingHttpClient final : public HttpClient {
     }
 
   private:
-    /// Shared with the client's own thread, which may be the one that destroys the client.
+    /// Shared with the client's thread, which may be the one that destroys the client.
     struct State {
         mutable std::mutex mutex;
         std::condition_variable changed;

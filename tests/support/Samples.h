@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Ready-made records for tests that need some record and do not care which.
+/// Sample records for tests that need one but do not care what it contains.
 
 #include <tests/support/FixedSystem.h>
 #include <tests/support/SettableClock.h>

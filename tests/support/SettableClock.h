@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A clock that stands where it is set.
+/// A clock that shows the time it was set to.
 
 #include <vorna/platform/Clock.h>
 
@@ -15,7 +15,7 @@ class SettableClock final : public Clock {
 
     void set(double secondsSince1970) { seconds_ = secondsSince1970; }
 
-    /// From now on each reading is later by this much than the one before.
+    /// Advances the clock by this much after each reading.
     void tickBy(double seconds) { tick_ = seconds; }
 
     Date now() const override {

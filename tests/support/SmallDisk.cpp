@@ -29,7 +29,7 @@ std::string errorText() {
     throw std::runtime_error("small disk: " + what + ": " + errorText());
 }
 
-/// Gives this process mounts of its own; one that is not root first becomes it in a namespace of its own.
+/// Moves this process into its own mount namespace; without root, into its own user namespace first.
 std::string enterOwnNamespace() {
     const uid_t user = geteuid();
     const gid_t group = getegid();

@@ -40,7 +40,7 @@ StartedProgram::StartedProgram(std::vector<std::string> words,
         throw std::runtime_error("no pipe");
     }
     output_ = FileDescriptor(pipe[0]);
-    // Closed here at the end, so that the output ends with the program.
+    // Closed here, so that the pipe ends when the program does.
     const FileDescriptor writing(pipe[1]);
     problems_ = FileDescriptor(memfd_create("standard error", MFD_CLOEXEC));
 
@@ -120,7 +120,7 @@ StartedProgram::End StartedProgram::end(int signal) {
     }
     while (readMore()) {
     }
-    // The output ends with the program. If it only fell silent the program hangs, and is killed to show so.
+    // The pipe ends with the program. If it only went silent, the program hangs and is killed to show it.
     if (pollfd state{output_.number(), POLLIN, 0}; poll(&state, 1, 0) == 0) {
         kill(process_, SIGKILL);
     }

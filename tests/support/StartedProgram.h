@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A program that a test starts, hears, and ends.
+/// A child process that a test starts, reads from, and stops.
 
 #include <vorna/platform/FileDescriptor.h>
 
@@ -14,14 +14,14 @@
 
 namespace vorna::support {
 
-/// Runs from the constructor on, and no longer than this object or the test's process.
+/// Runs from construction until destruction at the latest, or until the test process ends.
 ///
-/// Its standard output is read only by the functions below, so a program that says thousands of lines
-/// meanwhile waits for its reader.
+/// Only the functions below read its standard output: a program that prints thousands of lines in between
+/// blocks.
 class StartedProgram {
   public:
-    /// The program's path, or its name where that is enough to find it, and its arguments. Of the test's
-    /// environment it sees all but `withoutVariables`.
+    /// The program's path, or its name if it is in $PATH, and its arguments. It inherits the test's
+    /// environment except for `withoutVariables`.
     explicit StartedProgram(std::vector<std::string> words,
                             const std::vector<std::string>& withoutVariables = {});
     StartedProgram(const StartedProgram&) = delete;
@@ -30,17 +30,17 @@ class StartedProgram {
     StartedProgram& operator=(StartedProgram&&) = delete;
     ~StartedProgram();
 
-    /// The next line of its output that contains `text`. Absent when the output ends first, or nothing comes
-    /// for a time that is long enough for anything.
+    /// The next output line that contains `text`. Absent if the output ends first, or after a generous
+    /// timeout.
     [[nodiscard]] std::optional<std::string> waitForLine(std::string_view text);
 
     struct End {
         int status = -1;      ///< exit status, or minus the signal that killed it
-        std::string output;   ///< what was left of standard output
+        std::string output;   ///< unread rest of standard output
         std::string problem;  ///< all of standard error
     };
 
-    /// Sends it `signal` (0: none) and waits for its end; kills it when it says nothing for too long.
+    /// Sends `signal` (0: none) and waits for the process to end; kills it after a generous timeout.
     [[nodiscard]] End end(int signal = 0);
 
   private:
