@@ -1,21 +1,22 @@
 # SPDX-License-Identifier: Apache-2.0
-# Each target does all the set-up it needs and may be run again at any time.
+# Each target does all the set-up that it needs and can be run again at any time.
 
-.PHONY: help setup build demo test sanitize bench check deb try-deb reference format schemas fuzz clean
+.PHONY: help setup build demo test sanitize bench check deb try-deb reference format schemas fuzz build-cost clean
 
 help:
-	@echo "make demo      run the library against a local service and show what the service received"
-	@echo "make test      build and run the whole test suite"
-	@echo "make sanitize  the same under the address, undefined-behaviour and thread sanitizers"
-	@echo "make bench     measure"
-	@echo "make check     format, static analysis, rules of the house"
-	@echo "make deb       make the Debian packages, out/deb"
-	@echo "make try-deb   the same, then install, use and remove them in a clean Debian (root only)"
-	@echo "make fuzz      run each fuzz target for a minute (FUZZ_SECONDS=60)"
-	@echo "make format    format all sources in place"
-	@echo "make schemas   write what is generated from the tables of fields: JSON Schemas, tables of docs/documents.md"
-	@echo "make reference make the reference of the public headers, build/docs/html"
-	@echo "make setup     install the Debian packages that are missing"
+	@echo "make demo       run the example hosts against a local service and print what the service received"
+	@echo "make test       build and run the whole test suite"
+	@echo "make sanitize   the same under the address, undefined-behaviour and thread sanitizers"
+	@echo "make bench      run the benchmarks"
+	@echo "make check      check format, static analysis and the project's rules"
+	@echo "make deb        build the Debian packages in out/deb"
+	@echo "make try-deb    the same, then install, use and remove them in a clean Debian (as root)"
+	@echo "make fuzz       run each fuzz target for a minute (FUZZ_SECONDS=60)"
+	@echo "make format     format all sources in place"
+	@echo "make schemas    generate the JSON Schemas and the tables of docs/documents.md"
+	@echo "make reference  generate the reference of the public headers in build/docs/html"
+	@echo "make build-cost print what the builds so far have cost"
+	@echo "make setup      install the Debian packages that are missing"
 
 # Two calls in one checkout build one after the other.
 alone := mkdir -p build && flock build/.lock
@@ -30,8 +31,10 @@ build/%/build.ninja: setup
 build-release build-dev build-asan build-tsan build-fuzz: build-%: build/%/build.ninja
 	@$(alone) cmake --build --preset $*
 
-# Only what the demo runs: the rest of a release build is for others.
-demo: build/release/build.ninja
+# Installs and builds only what the demo runs.
+demo:
+	@scripts/setup.sh library screens display tools
+	@$(alone) cmake --preset release
 	@$(alone) cmake --build --preset release --target vorna-devserver vorna-console vorna-app
 	@scripts/demo.sh
 
@@ -67,6 +70,9 @@ schemas: build-dev
 FUZZ_SECONDS ?= 60
 fuzz: build-fuzz
 	@scripts/fuzz.sh $(FUZZ_SECONDS)
+
+build-cost:
+	@scripts/build-cost.py
 
 clean:
 	rm -rf build out

@@ -1,12 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
-# The installed package. A static and a shared build may be installed into one prefix: each brings its own
-# targets files, one for each component, and the package picks the kind that the user asks for.
+# The installed package. Static and shared libraries may be installed into one prefix, from one build or from two: each
+# kind has its own targets files, one per component, and the package picks the kind that the user asks for.
 
-if(BUILD_SHARED_LIBS)
-    set(kind shared)
-else()
-    set(kind static)
-endif()
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/Vorna")
 # Relative, so that the installed tree may be moved.
 file(RELATIVE_PATH prefix_from_pkgconfig "/prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/prefix")
@@ -14,12 +9,23 @@ file(RELATIVE_PATH prefix_from_pkgconfig "/prefix/${CMAKE_INSTALL_LIBDIR}/pkgcon
 # vorna_install_component(NAME TARGET [PKG_CONFIG FILE]): component Vorna::NAME.
 function(vorna_install_component name target)
     cmake_parse_arguments(PARSE_ARGV 2 arg "" "PKG_CONFIG" "")
-    install(TARGETS ${target} EXPORT Vorna${name}_${kind}
-        LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-        ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-        FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
-    install(EXPORT Vorna${name}_${kind} FILE Vorna${name}-${kind}-targets.cmake NAMESPACE Vorna::
-        DESTINATION "${package_dir}")
+    foreach(library IN ITEMS ${target} ${target}_shared)
+        if(NOT TARGET ${library})
+            continue()
+        endif()
+        get_target_property(type ${library} TYPE)
+        if(type STREQUAL "SHARED_LIBRARY")
+            set(kind shared)
+        else()
+            set(kind static)
+        endif()
+        install(TARGETS ${library} EXPORT Vorna${name}_${kind}
+            LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+            ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+            FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+        install(EXPORT Vorna${name}_${kind} FILE Vorna${name}-${kind}-targets.cmake NAMESPACE Vorna::
+            DESTINATION "${package_dir}")
+    endforeach()
     if(arg_PKG_CONFIG)
         configure_file(cmake/${arg_PKG_CONFIG}.in "${PROJECT_BINARY_DIR}/${arg_PKG_CONFIG}" @ONLY)
         install(FILES "${PROJECT_BINARY_DIR}/${arg_PKG_CONFIG}" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
@@ -34,9 +40,9 @@ if(VORNA_BUILD_BINDINGS)
     vorna_install_component(C vorna_c PKG_CONFIG vorna-c.pc)
     if(VORNA_BUILD_UI)
         vorna_install_component(Qml vorna_qml)
-        # The module on an import path is of the shared library alone: a plugin that carries the library itself
-        # would be the second one in a host that links it.
-        if(BUILD_SHARED_LIBS)
+        # The module on an import path needs the shared library: a plugin that contained the library would be a
+        # second copy in a host that links it.
+        if(BUILD_SHARED_LIBS OR VORNA_BUILD_BOTH_KINDS)
             install(TARGETS vorna_qmlplugin LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/qt6/qml/Vorna")
             install(FILES bindings/qml/qmldir "${PROJECT_BINARY_DIR}/bindings/qml/qml/Vorna/vorna_qml.qmltypes"
                 DESTINATION "${CMAKE_INSTALL_LIBDIR}/qt6/qml/Vorna")
@@ -53,7 +59,7 @@ install(FILES "${PROJECT_BINARY_DIR}/VornaConfig.cmake" "${PROJECT_BINARY_DIR}/V
 
 if(VORNA_BUILD_TOOLS)
     install(TARGETS vorna-devserver vorna-lint RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
-    # It needs the library of the screens, which a static build has inside.
+    # It needs the library of the screens, which a static build contains.
     if(TARGET vorna-preview AND NOT BUILD_SHARED_LIBS)
         install(TARGETS vorna-preview RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
         install(FILES tools/preview/vorna-preview.1 DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")

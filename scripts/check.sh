@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# The rules of the house, as far as a program can judge them. Needs a configured build in build/dev.
+# Checks the project's rules, as far as a program can. Needs a finished build in build/dev.
 set -uo pipefail
 shopt -s lastpipe  # a rule at the end of a pipe counts
-# Behind a pipe stands no grep -q: it ends at its first find, and whoever still writes then fails.
+# No grep -q at the end of a pipe: it exits at its first match, and the writer then fails.
 cd "$(dirname "$(readlink -f "$0")")/.."
 
 failed=0
@@ -11,7 +11,7 @@ report() {
     echo "check: $1" >&2
     failed=1
 }
-# rule NAME: fails, showing them, when there are lines on standard input.
+# rule NAME: fails and prints standard input if that is not empty.
 rule() {
     local found
     found=$(cat)
@@ -27,7 +27,7 @@ echo "check: format"
 clang-format --dry-run --Werror "${sources[@]}" 2>&1 | grep 'error:' | rule 'not formatted; run make format'
 
 echo "check: floors"
-# Each folder of vorna/ and what it may include besides itself; see docs/architecture.md.
+# Each folder of vorna/ and the folders that it may include besides itself; see docs/architecture.md.
 declare -A below=(
     [base]=''
     [text]='base'
@@ -43,15 +43,22 @@ declare -A below=(
 for floor in "${!below[@]}"; do
     allowed=$(echo "$floor ${below[$floor]}" | tr ' ' '|' | sed 's/|*$//')
     grep -rnE '^#include <vorna/' "vorna/$floor" 2>/dev/null | grep -vE "#include <vorna/($allowed)/" |
-        rule "vorna/$floor looks upwards"
+        rule "vorna/$floor includes a floor above it"
+done
+# The same for the folders of vorna/ui; the last onboarding step is a paywall.
+declare -A below_in_ui=([common]='' [eventlist]='common' [paywall]='common' [onboarding]='common paywall')
+for floor in "${!below_in_ui[@]}"; do
+    allowed=$(echo "$floor ${below_in_ui[$floor]}" | tr ' ' '|' | sed 's/|*$//')
+    grep -rnE '^#include <vorna/ui/' "vorna/ui/$floor" | grep -vE "#include <vorna/ui/($allowed)/" |
+        rule "vorna/ui/$floor includes a floor above it"
 done
 for floor in "${!below[@]}"; do
     [ "$floor" = ui ] || grep -rnE '^#include <(Q[A-Z]|Qt)' "vorna/$floor" | rule "vorna/$floor includes Qt"
 done
 grep -rnE '^#include <vorna/platform/(curl|file|glib|linux)/' vorna --include='*' |
     grep -vE '^vorna/platform/(curl|file|glib|linux)/|^vorna/platform/Platform\.cpp:' |
-    rule 'an adapter is named outside vorna/platform/Platform.cpp'
-# What is public: the sets of headers of the libraries.
+    rule 'an adapter is included outside vorna/platform/Platform.cpp'
+# Public headers are those in the libraries' header sets.
 is_public() {
     sed -n '/FILE_SET HEADERS/,/)/p' vorna/CMakeLists.txt vorna/ui/CMakeLists.txt bindings/*/CMakeLists.txt |
         tr ' ' '\n' | tr -d ')' | grep -xE "$1|${1#vorna/}|${1#vorna/ui/}" >/dev/null
@@ -63,11 +70,11 @@ grep -rnE '^#include <(vorna|tools)/' tools examples bindings --include='*.cpp' 
     done | rule 'a host, tool or binding includes a header that is not public'
 sed -E 's#//.*##; /^#ifdef __cplusplus/,/^#endif/d' bindings/c/vorna/vorna.h |
     grep -nE '\b(class|namespace|template|std|auto|nullptr|noexcept|constexpr|using)\b|&|::' |
-    rule 'vorna.h is not C alone'
+    rule 'vorna.h contains C++'
 
 echo "check: public headers"
 public=$(sed -n '/FILE_SET HEADERS/,/)/p' vorna/CMakeLists.txt | grep -oE '[a-z]+/[A-Za-z/]+\.h' | sed 's#^#vorna/#')
-grep -nE '#include <(curl|boost|glib|gio|libsecret|utf8proc|openssl)' $public | rule 'a public header shows a third party'
+grep -nE '#include <(curl|boost|glib|gio|libsecret|utf8proc|openssl)' $public | rule 'a public header includes a third party'
 grep -nE '^ *# *define' $(git ls-files --cached --others --exclude-standard -- '*.h' ':!vorna/base/Export.h') |
     rule 'a header defines a macro'
 for header in $(git ls-files --cached --others --exclude-standard -- '*.h'); do
@@ -79,9 +86,9 @@ git grep --untracked -L 'SPDX-License-Identifier: Apache-2.0' -- '*.cpp' '*.h' '
     '*CMakeLists.txt' Makefile .ci/run | rule 'a source file without its SPDX line'
 
 echo "check: public headers alone, with clang"
-# `make test` proves the same with g++. Here the sets' own compile commands, and vorna.h once more as C, run without
-# the libraries that they belong to, so that nothing else has to be compiled.
-cmake --preset clang >/dev/null 2>&1 || report 'the build for clang does not configure; try cmake --preset clang'
+# `make test` does the same with g++. These are the compile commands of the sets, and of vorna.h also as C, run alone, so
+# that the libraries need not be compiled.
+cmake --preset clang >/dev/null 2>&1 || report 'cannot configure the build for clang; try cmake --preset clang'
 mapfile -t commands < <(python3 - <<'END'
 import json
 for entry in json.load(open("build/clang/compile_commands.json")):
@@ -99,9 +106,15 @@ done
 printf '%s\n' "${commands[@]}" | xargs -d '\n' -P "$(nproc)" -n 1 bash -c '(eval "$1") 2>&1 || echo "failed: $1"' header |
     rule 'a public header does not compile alone'
 
+# Precompiled headers bring these to every test.
+git grep --untracked -lE '^(TEST|TEST_F|TEST_P)\(' -- 'tests/*.cpp' | xargs -r grep -LE '#include <(gtest/gtest|gmock/gmock)\.h>' |
+    rule 'a test includes neither gtest nor gmock'
+git grep --untracked -lE '\bQTest::' -- 'tests/*.cpp' 'tests/*.h' | xargs -r grep -L '#include <QtTest/' |
+    rule 'a test uses QTest without its header'
+
 echo "check: tests are registered"
 for test in $(git ls-files --cached --others --exclude-standard -- 'tests/*_test.cpp'); do
-    # By the lists of its own folder or of one above it.
+    # In the list of its own folder or of one above it.
     folder=$test
     known=
     while [ "$folder" != tests ] && [ -z "$known" ]; do
@@ -109,25 +122,25 @@ for test in $(git ls-files --cached --others --exclude-standard -- 'tests/*_test
         [ ! -e "$folder/CMakeLists.txt" ] || ! grep -qF "${test#"$folder"/}" "$folder/CMakeLists.txt" || known=yes
     done
     [ -n "$known" ] || echo "$test"
-done | rule 'a test that no build knows'
+done | rule 'a test that is in no CMakeLists.txt'
 ctest --test-dir build/dev --show-only 2>/dev/null | grep -E 'NOT_BUILT|Disabled' | rule 'tests that are not built or disabled'
 grep -rnE 'DISABLED_' tests --include='*_test.cpp' | rule 'a disabled test'
 
 echo "check: example documents"
-scripts/documents.sh 2>&1 >/dev/null | rule 'an example document is not what vorna-lint should find in it'
+scripts/documents.sh 2>&1 >/dev/null | rule 'vorna-lint does not find what is expected in an example document'
 scripts/schemas.sh check 2>&1 | rule 'generated files are out of date'
 
 echo "check: manual pages"
-scripts/manuals.sh | rule 'a manual page is not that of its program'
+scripts/manuals.sh | rule 'a manual page differs from its program'
 
 echo "check: version"
 version=$(sed -nE 's/^project\(Vorna VERSION ([0-9.]+) .*/\1/p' CMakeLists.txt)
 grep -LF "\"Vorna $version\"" tools/*/*.1 | rule "a manual page is not of version $version"
 head -n 1 debian/changelog | grep -vF "vorna ($version)" | rule "debian/changelog does not begin with version $version"
-grep -qF "## $version" CHANGELOG.md || report "CHANGELOG.md does not know version $version"
+grep -qF "## $version" CHANGELOG.md || report "CHANGELOG.md has no section for version $version"
 
 echo "check: reference"
-scripts/reference.sh 2>&1 | grep -v '^reference:' | rule 'Doxygen has something to say'
+scripts/reference.sh 2>&1 | grep -v '^reference:' | rule 'Doxygen warns'
 
 echo "check: words"
 words='\b[Pp]arts? [0-9]+\.[0-9]|\bspec\.md\b|\bthe (spec|specification)\b|\b(per|in|by|see) (the )?spec\b|\bissue #?[0-9]+\b|\bshared/(spec|design|style)'
@@ -146,14 +159,11 @@ echo "check: QML"
 cmake --build build/dev --target vorna_ui_qmllint 2>&1 | grep -E '^(Warning|Error)|FAILED' | rule 'qmllint'
 
 if [ "${CHECK_FAST:-}" = "" ]; then
-    echo "check: clang-tidy (this takes a while)"
-    # Tests and benchmarks are left out: the macros of their frameworks trip too many of its checks.
-    printf '%s\n' "${sources[@]}" | grep -E '^(vorna|tools|examples|bindings)/.*\.cpp$' | while IFS= read -r file; do
-        grep -qF "\"$PWD/$file\"" build/dev/compile_commands.json && echo "$file"
-    done | xargs -P "$(nproc)" -n 4 clang-tidy -p build/dev --quiet \
-            --extra-arg=-Wno-unknown-warning-option 2>/dev/null | grep -E 'error:|warning:' | grep -v '^/usr/' | sort -u |
+    echo "check: clang-tidy (minutes the first time, then only what has changed)"
+    # Not the tests and benchmarks: the macros of their frameworks trip too many of its checks.
+    printf '%s\n' "${sources[@]}" | grep -E '^(vorna|tools|examples|bindings)/.*\.cpp$' | xargs scripts/tidy.py 2>&1 |
         rule 'clang-tidy'
 fi
 
-[ "$failed" -eq 0 ] && echo "check: all well"
+[ "$failed" -eq 0 ] && echo "check: passed"
 exit "$failed"

@@ -1,14 +1,14 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# Makes the Debian packages of this tree, as it stands, under out/deb, and those of their debug symbols under
-# out/deb/debug. Works in a copy, whose builds stay for the next time.
+# Builds the Debian packages of the working tree under out/deb, and those of their debug symbols under
+# out/deb/debug. Works in a copy, whose build folder is kept for the next time.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/.."
 
 work=build/deb
 tree=$work/vorna
 mkdir -p "$tree"
-find "$tree" -mindepth 1 -maxdepth 1 ! -name 'obj-*' -exec rm -rf {} +
+find "$tree" -mindepth 1 -maxdepth 1 ! -name obj -exec rm -rf {} +
 git ls-files -z --cached --others --exclude-standard --deduplicate |
     while IFS= read -rd '' file; do [ ! -e "$file" ] || printf '%s\0' "$file"; done |
     tar --create --null --files-from=- | tar --extract --directory="$tree"

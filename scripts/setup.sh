@@ -1,10 +1,18 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# Installs the Debian packages that are missing; does nothing when all are there.
+# setup.sh [SECTION...]: installs the Debian packages of packages.debian that are missing, of these sections or of all.
+# Does nothing if all are installed.
 set -euo pipefail
 here=$(dirname "$(readlink -f "$0")")
 
-mapfile -t wanted < <(sed 's/#.*//' "$here/packages.debian" | tr -d ' \t' | grep -v '^$')
+mapfile -t wanted < <(awk -v sections="$*" '
+    BEGIN { count = split(sections, names, " "); for (i in names) chosen[names[i]] = 1 }
+    { sub(/#.*/, ""); gsub(/[ \t]/, "") }
+    /^\[.*\]$/ { section = substr($0, 2, length($0) - 2); next }
+    $0 != "" && (count == 0 || section in chosen)' "$here/packages.debian")
+for section in "$@"; do
+    grep -qxF "[$section]" "$here/packages.debian" || { echo "setup: no section $section in packages.debian" >&2; exit 2; }
+done
 find_missing() {
     local package status
     missing=()
@@ -15,7 +23,7 @@ find_missing() {
 }
 find_missing
 [ ${#missing[@]} -gt 0 ] || exit 0
-# One at a time on a machine; whoever has waited looks again.
+# One at a time on a machine; the one that waited looks again.
 exec {lock}</usr/bin/apt-get
 flock "$lock"
 find_missing
@@ -28,7 +36,7 @@ fi
 echo "Installing: ${missing[*]}"
 export DEBIAN_FRONTEND=noninteractive
 $sudo apt-get update --quiet
-# A server that a package brings must not start on the developer's machine: nginx is only run by tests.
+# Servers in these packages must not start on the developer's machine: only tests run nginx.
 policy=/usr/sbin/policy-rc.d
 if [ ! -e "$policy" ]; then
     printf '#!/bin/sh\nexit 101\n' | $sudo tee "$policy" >/dev/null

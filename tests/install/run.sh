@@ -1,16 +1,16 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
 # One step of the test of the installed package:  run.sh STEP BUILD-FOLDER
-# BUILD-FOLDER is the finished static build whose neighbour folder "install" is worked in.
+# BUILD-FOLDER is a finished build of both kinds of library; the steps work in its folder install-test.
 set -euo pipefail
 step=$1
-static_build=$(readlink -f "$2")
+build=$(readlink -f "$2")
 source=$(readlink -f "$(dirname "$(readlink -f "$0")")/../..")
 here=$source/tests/install
-work=$static_build/install-test
+work=$build/install-test
 prefix=$work/prefix
 
-consume() {  # NAME CMAKE-ARGUMENTS...: builds the consumer and runs it
+consume() {  # NAME CMAKE-ARGUMENTS...: builds the consumers and runs them
     local name=$1
     shift
     rm -rf "${work:?}/$name"
@@ -27,10 +27,10 @@ on_display() {
 }
 
 with_service() {
-    "$source/tests/bindings/with-service.sh" "$static_build/tools/devserver/vorna-devserver" "$@"
+    "$source/tests/bindings/with-service.sh" "$build/tools/devserver/vorna-devserver" "$@"
 }
 
-unload() {  # NAME: loads and unloads the plugin of that consumer again and again
+unload() {  # NAME: repeatedly loads and unloads the plugin of that consumer
     for run in $(seq 20); do
         "$work/$1/loader" "$work/$1/plugin.so" "$work/$1/plugin-data" "$((run * 7))" >/dev/null
     done
@@ -65,20 +65,17 @@ modules=$libraries/qt6/qml
 case $step in
 install)
     rm -rf "$prefix"
-    cmake --install "$static_build" --prefix "$prefix" >/dev/null
-    cmake -S "$source" -B "$work/library" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-        -DCMAKE_CXX_FLAGS_RELWITHDEBINFO="-O1" -DBUILD_SHARED_LIBS=ON -DVORNA_BUILD_TOOLS=OFF \
-        -DVORNA_BUILD_EXAMPLES=OFF -DCMAKE_INSTALL_PREFIX="$prefix" >"$work/library.log"
-    cmake --build "$work/library" >>"$work/library.log" || { tail -n 40 "$work/library.log"; exit 1; }
-    cmake --install "$work/library" --prefix "$prefix" >/dev/null
+    cmake --install "$build" --prefix "$prefix" >/dev/null
     ;;
 cmake-static)
     consume static -DCMAKE_PREFIX_PATH="$prefix" -DVORNA_KIND=static
-    ! ldd "$work/static/consumer" | grep libvorna
+    for program in consumer c_consumer ui_consumer; do
+        ! ldd "$work/static/$program" | grep libvorna || exit 1
+    done
     ;;
 cmake-shared)
     consume shared -DCMAKE_PREFIX_PATH="$prefix" -DVORNA_KIND=shared
-    # Not grep -q, which ends at its first find and makes ldd fail.
+    # Not grep -q, which exits at its first match and makes ldd fail.
     ldd "$work/shared/consumer" | grep libvorna_core.so
     ldd "$work/shared/c_consumer" | grep libvorna_c.so.0
     ldd "$work/shared/ui_consumer" | grep libvorna_ui.so
@@ -101,8 +98,19 @@ pkg-config-shared)
     compile_ui pkg-config-ui-shared $(pkg-config --cflags --libs vorna-ui)
     ;;
 add-subdirectory)
-    # The whole library once more; not optimised, to be quick.
-    consume subdirectory -DVORNA_SOURCE="$source" -DCMAKE_BUILD_TYPE=None
+    # With screens only configured: the other steps compile the same sources.
+    rm -rf "$work/subdirectory" "$work/subdirectory-ui"
+    cmake -S "$here" -B "$work/subdirectory-ui" -G Ninja -DVORNA_SOURCE="$source" >"$work/subdirectory.log" 2>&1 ||
+        { cat "$work/subdirectory.log"; exit 1; }
+    # The core and the facade for C, shared, in a host without Qt. Not optimised, to be quick.
+    cmake -S "$here" -B "$work/subdirectory" -G Ninja -DVORNA_SOURCE="$source" -DCMAKE_BUILD_TYPE=None \
+        -DBUILD_SHARED_LIBS=ON -DVORNA_BUILD_UI=OFF -DCMAKE_DISABLE_FIND_PACKAGE_Qt6=ON \
+        >"$work/subdirectory.log" 2>&1 || { cat "$work/subdirectory.log"; exit 1; }
+    cmake --build "$work/subdirectory" >>"$work/subdirectory.log" || { tail -n 40 "$work/subdirectory.log"; exit 1; }
+    "$work/subdirectory/consumer" "$work/subdirectory/data"
+    "$work/subdirectory/c_consumer" "$work/subdirectory/c-data"
+    ldd "$work/subdirectory/consumer" | grep libvorna_core.so
+    ! ldd "$work/subdirectory/consumer" "$work/subdirectory/c_consumer" | grep -i qt
     ;;
 python)
     with_service "welcome_text = Hoş geldin! 👋" \
@@ -115,23 +123,15 @@ qml)
         "$source/scripts/on-display.sh" "$(qtpaths6 --query QT_INSTALL_BINS)/qml" \
         -I "$modules" "$source/tests/bindings/qml_app_test.qml" --
     ;;
-core-only)
-    # Without screens nothing asks for Qt. Not optimised, to be quick.
-    cmake -S "$source" -B "$work/core-only" -G Ninja -DCMAKE_BUILD_TYPE=None -DVORNA_BUILD_UI=OFF -DVORNA_BUILD_TOOLS=OFF \
-        -DCMAKE_DISABLE_FIND_PACKAGE_Qt6=ON >"$work/core-only.log" 2>&1 || { cat "$work/core-only.log"; exit 1; }
-    cmake --build "$work/core-only" --target vorna-c >>"$work/core-only.log" ||
-        { tail -n 40 "$work/core-only.log"; exit 1; }
-    ! ldd "$work/core-only/examples/c/vorna-c" | grep -i qt
-    ;;
 symbols)
     "$source/tests/bindings/symbols.sh" "$libraries/libvorna_c.so" "$source/bindings/c/vorna/vorna.h"
-    # What the shared libraries show is ours: the namespace, and what the compiler derives from its types.
+    # The shared libraries export our namespace, what the compiler derives from its types, and nothing else.
     for name in core ui qml; do
         library=$libraries/libvorna_$name.so
         nm -D --defined-only --demangle "$library" | sed -E 's/^[0-9a-f]* +[A-Za-z] //' |
             grep -vE '^(typeinfo (name )?for |vtable for )?vorna::' >"$work/foreign" || true
         if [ -s "$work/foreign" ]; then
-            echo "$library shows what is not its own:"
+            echo "$library exports foreign symbols:"
             head -n 20 "$work/foreign"
             exit 1
         fi
