@@ -1,4 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <tools/devserver/CertificateAuthority.h>
+
+#include <tools/devserver/FileDescriptor.h>
+
 #include <fcntl.h>
 #include <openssl/bio.h>
 #include <openssl/bn.h>
@@ -8,8 +12,6 @@
 #include <openssl/x509.h>
 #include <openssl/x509v3.h>
 #include <sys/stat.h>
-#include <tools/devserver/CertificateAuthority.h>
-#include <tools/devserver/FileDescriptor.h>
 
 #include <cerrno>
 #include <cstdio>

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <tools/devserver/ConfigFile.h>
+
 #include <tools/devserver/JsonText.h>
 
 #include <cerrno>

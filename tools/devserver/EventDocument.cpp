@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <tools/devserver/EventDocument.h>
+
 #include <tools/devserver/JsonText.h>
 
 #include <boost/json/serialize.hpp>
+
 #include <optional>
 #include <utility>
 

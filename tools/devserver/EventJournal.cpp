@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <tools/devserver/EventJournal.h>
+
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <tools/devserver/EventJournal.h>
 
 #include <cerrno>
 #include <stdexcept>

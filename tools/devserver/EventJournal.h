@@ -9,15 +9,15 @@
 
 namespace vorna::devserver {
 
-// The file that recorded events are appended to, one JSON document a line.
+/// The file that recorded events are appended to, one JSON document a line.
 class EventJournal {
   public:
-    // Opens the file, making it and its folder if need be. Throws std::runtime_error when it cannot be
-    // written.
+    /// Opens the file, making it and its folder if need be. Throws std::runtime_error when it cannot be
+    /// written.
     explicit EventJournal(std::filesystem::path path);
 
-    // Appends `document`, which holds no line break, as one line: all of it or nothing. A file that was
-    // deleted or moved away in the meantime is begun anew. Returns what went wrong, or an empty text.
+    /// Appends `document`, which holds no line break, as one line: all of it or nothing. A file that was
+    /// deleted or moved away in the meantime is begun anew. Returns what went wrong, or an empty text.
     [[nodiscard]] std::string append(std::string_view document);
 
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }

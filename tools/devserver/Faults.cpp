@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <tools/devserver/Faults.h>
+
 #include <tools/devserver/JsonText.h>
 
-#include <algorithm>
 #include <boost/json/serialize.hpp>
+
+#include <algorithm>
 #include <charconv>
 #include <utility>
 

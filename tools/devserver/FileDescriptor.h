@@ -7,7 +7,7 @@
 
 namespace vorna::devserver {
 
-// Owns one POSIX file descriptor and closes it at the end of its life. Empty when the number is negative.
+/// Owns one POSIX file descriptor and closes it at the end of its life. Empty when the number is negative.
 class FileDescriptor {
   public:
     FileDescriptor() = default;

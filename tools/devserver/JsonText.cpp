@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <tools/devserver/Console.h>
 #include <tools/devserver/JsonText.h>
 
-#include <algorithm>
+#include <tools/devserver/Console.h>
+
 #include <boost/json/basic_parser_impl.hpp>
 #include <boost/json/parser.hpp>
+
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 #include <utility>

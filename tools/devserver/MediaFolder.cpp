@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <tools/devserver/MediaFolder.h>
+
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <tools/devserver/MediaFolder.h>
 
 #include <algorithm>
 #include <array>

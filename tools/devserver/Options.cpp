@@ -2,6 +2,7 @@
 #include <tools/devserver/Options.h>
 
 #include <CLI/CLI.hpp>
+
 #include <sstream>
 #include <utility>
 

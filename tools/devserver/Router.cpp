@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <tools/devserver/EventDocument.h>
 #include <tools/devserver/Router.h>
+
+#include <tools/devserver/EventDocument.h>
 
 #include <string>
 #include <utility>

@@ -16,31 +16,31 @@
 
 namespace vorna::devserver {
 
-// A request as it came in. The views hold for the length of the call.
+/// A request as it came in. The views hold for the length of the call.
 struct Request {
     std::string_view method;
     std::string_view target;
     std::string_view body;
-    std::string_view range;         // of the header of that name
-    bool conditionalRange = false;  // an If-Range header stands beside it
+    std::string_view range;         ///< of the header of that name
+    bool conditionalRange = false;  ///< an If-Range header stands beside it
     bool fromLoopback = true;
 };
 
-// What becomes of a request: an answer, or one of the ways to leave a client without one.
+/// What becomes of a request: an answer, or one of the ways to leave a client without one.
 struct Outcome {
     std::chrono::milliseconds delay{0};
     std::variant<Answer, DropConnection, ResetConnection, HoldConnection> deed;
     bool cutBody = false;
-    bool stopServer = false;  // once the answer is out
+    bool stopServer = false;  ///< once the answer is out
 };
 
-// Knows every path of the service and what it does; knows nothing of the network.
-//
-// A fault that answers, drops, resets or holds stands in for the service: nothing is checked or recorded. One
-// that only delays or cuts the body leaves the service at work: an event is recorded at once, whatever
-// happens to its answer.
-//
-// Used from one thread. Everything handed to the constructor outlives the router.
+/// Knows every path of the service and what it does; knows nothing of the network.
+///
+/// A fault that answers, drops, resets or holds stands in for the service: nothing is checked or recorded.
+/// One that only delays or cuts the body leaves the service at work: an event is recorded at once, whatever
+/// happens to its answer.
+///
+/// Used from one thread. Everything handed to the constructor outlives the router.
 class Router {
   public:
     Router(EventJournal& journal, const ConfigFile& config, std::optional<MediaFolder> media, Faults& faults,

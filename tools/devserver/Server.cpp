@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <tools/devserver/Server.h>
-#include <unistd.h>
 
-#include <algorithm>
-#include <array>
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
@@ -21,6 +18,10 @@
 #include <boost/beast/http/string_body.hpp>
 #include <boost/beast/http/write.hpp>
 #include <boost/beast/ssl/ssl_stream.hpp>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
 #include <csignal>
 #include <functional>
 #include <sstream>

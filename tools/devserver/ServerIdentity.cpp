@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <arpa/inet.h>
-#include <tools/devserver/CertificateAuthority.h>
 #include <tools/devserver/ServerIdentity.h>
+
+#include <tools/devserver/CertificateAuthority.h>
+
+#include <arpa/inet.h>
 
 #include <array>
 #include <fstream>

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <sys/resource.h>
 #include <tools/devserver/ConfigFile.h>
 #include <tools/devserver/Console.h>
 #include <tools/devserver/EventJournal.h>
@@ -10,6 +9,8 @@
 #include <tools/devserver/Server.h>
 #include <tools/devserver/ServerIdentity.h>
 #include <tools/devserver/Statistics.h>
+
+#include <sys/resource.h>
 
 #include <chrono>
 #include <csignal>

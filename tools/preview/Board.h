@@ -10,17 +10,17 @@
 
 namespace vorna::preview {
 
-// What the program tells its author beside the picture.
+/// What the program tells its author beside the picture.
 class Board : public QObject {
     Q_OBJECT
     Q_PROPERTY(QString document READ document CONSTANT)
     Q_PROPERTY(QString device READ device NOTIFY deviceChanged)
     Q_PROPERTY(QString status READ status NOTIFY statusChanged)
-    // What the library has told the host, newest first.
+    /// What the library has told the host, newest first.
     Q_PROPERTY(QStringList posted READ posted NOTIFY postedChanged)
     Q_PROPERTY(vorna::preview::FindingsModel* findings READ findings CONSTANT)
     Q_PROPERTY(int findingsCount READ findingsCount NOTIFY findingsChanged)
-    // The desktop's, which is that of the host's page too.
+    /// The desktop's, which is that of the host's page too.
     Q_PROPERTY(bool isDark READ isDark NOTIFY isDarkChanged)
     QML_ELEMENT
     QML_UNCREATABLE("made by the program")

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <tools/lint/Report.h>
 #include <tools/preview/Console.h>
+
+#include <tools/lint/Report.h>
 
 #include <array>
 #include <iostream>

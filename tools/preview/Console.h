@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-// What the program prints, a line at a time, so that others can follow it.
+/// What the program prints, a line at a time, so that others can follow it.
 
 #include <tools/lint/Lint.h>
 
@@ -11,10 +11,10 @@ namespace vorna::preview::console {
 
 void say(const std::string& line);
 
-// On standard error.
+/// On standard error.
 void complain(const std::string& line);
 
-// What `vorna-lint` prints for the document.
+/// What `vorna-lint` prints for the document.
 void report(const std::string& file, const lint::Verdict& verdict);
 
 }  // namespace vorna::preview::console

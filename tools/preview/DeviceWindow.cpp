@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <tools/preview/Board.h>
 #include <tools/preview/DeviceWindow.h>
+
+#include <tools/preview/Board.h>
 #include <tools/preview/QmlObject.h>
 #include <vorna/ui/attach.h>
 

@@ -8,9 +8,9 @@
 
 namespace vorna::preview {
 
-// Tells when a file may have changed: written to, put in the place of another, or back after it was gone.
-// Editors write in several turns, so it waits until there is quiet. Whoever listens reads the file; what it
-// holds may be the same as before.
+/// Tells when a file may have changed: written to, put in the place of another, or back after it was gone.
+/// Editors write in several turns, so it waits until there is quiet. Whoever listens reads the file; what it
+/// holds may be the same as before.
 class DocumentWatcher : public QObject {
     Q_OBJECT
 

@@ -10,8 +10,8 @@
 
 namespace vorna::preview {
 
-// The linter's findings for QML: roles `severity` ("error", "warning"), `path`, `place` ("line:column"),
-// `message` and `code`.
+/// The linter's findings for QML: roles `severity` ("error", "warning"), `path`, `place` ("line:column"),
+/// `message` and `code`.
 class FindingsModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT

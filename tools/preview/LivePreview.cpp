@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <tools/preview/Console.h>
 #include <tools/preview/LivePreview.h>
+
+#include <tools/preview/Console.h>
 #include <tools/preview/QmlObject.h>
 
 #include <QtCore/QCoreApplication>

@@ -19,7 +19,8 @@
 
 namespace vorna::preview {
 
-// The program with windows: one of the device's size, and the board beside it. Follows the file and the keys.
+/// The program with windows: one of the device's size, and the board beside it. Follows the file and the
+/// keys.
 class LivePreview : public QObject {
     Q_OBJECT
 
@@ -42,7 +43,7 @@ class LivePreview : public QObject {
 
     const Options options_;
     Draft draft_;
-    bool isKept_ = false;  // what is on show is older than the draft, which has errors
+    bool isKept_ = false;  ///< what is on show is older than the draft, which has errors
     std::vector<Device> devices_;
     std::size_t device_ = 0;
     bool hasSafeArea_ = true;

@@ -2,6 +2,7 @@
 #include <tools/preview/Options.h>
 
 #include <CLI/CLI.hpp>
+
 #include <array>
 #include <charconv>
 #include <cmath>

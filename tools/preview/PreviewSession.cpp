@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <tools/preview/PreviewSession.h>
+
 #include <vorna/core/VornaCoreSDK.h>
 #include <vorna/ui/common/ViewController.h>
 #include <vorna/ui/common/Window.h>

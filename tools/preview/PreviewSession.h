@@ -20,14 +20,14 @@ class Window;
 
 namespace vorna::preview {
 
-// A host of the library that shows one document at a time in its window, through the facade, and closes it as
-// hosts do: when the user taps the close button or has come to the end of an onboarding. Afterwards it shows
-// the document again.
+/// A host of the library that shows one document at a time in its window, through the facade, and closes it
+/// as hosts do: when the user taps the close button or has come to the end of an onboarding. Afterwards it
+/// shows the document again.
 class PreviewSession : public QObject {
     Q_OBJECT
 
   public:
-    // The window must outlive the session.
+    /// The window must outlive the session.
     PreviewSession(ui::Window& window, std::string mediaService);
     PreviewSession(const PreviewSession&) = delete;
     PreviewSession(PreviewSession&&) = delete;
@@ -35,22 +35,22 @@ class PreviewSession : public QObject {
     PreviewSession& operator=(PreviewSession&&) = delete;
     ~PreviewSession() override;
 
-    // Shows the document in place of what was shown before; an onboarding from its first step, tapping
-    // through to the one that is asked for as far as that goes. `settled` follows.
+    /// Shows the document in place of what was shown before; an onboarding from its first step, tapping
+    /// through to the one that is asked for as far as that goes. `settled` follows.
     void show(const Draft& draft, std::size_t step = 0);
 
-    // Of an onboarding, counted from 0.
+    /// Of an onboarding, counted from 0.
     [[nodiscard]] std::size_t stepOnShow() const;
 
-    // A screen of the document is on show, not one that says what the document lacks.
+    /// A screen of the document is on show, not one that says what the document lacks.
     [[nodiscard]] bool isDocumentShown() const;
 
   Q_SIGNALS:
-    // What was asked for stands still, or nothing will come.
+    /// What was asked for stands still, or nothing will come.
     void settled();
-    // The library has told the host something: its name and what it carries.
+    /// The library has told the host something: its name and what it carries.
     void posted(const QString& notification);
-    // The host closes what is on show, and shows it again soon.
+    /// The host closes what is on show, and shows it again soon.
     void closing();
 
   private:

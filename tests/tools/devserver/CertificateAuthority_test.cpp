@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <tools/devserver/CertificateAuthority.h>
+
+#include <tests/support/TemporaryFolder.h>
+
 #include <gmock/gmock.h>
 #include <sys/stat.h>
-#include <tests/support/TemporaryFolder.h>
-#include <tools/devserver/CertificateAuthority.h>
 
 #include <chrono>
 

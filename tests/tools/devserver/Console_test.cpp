@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <gtest/gtest.h>
 #include <tools/devserver/Console.h>
+
+#include <gtest/gtest.h>
 
 namespace vorna::devserver {
 namespace {

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <tests/tools/devserver/HttpClient.h>
+
+#include <tools/devserver/FileDescriptor.h>
+
 #include <arpa/inet.h>
 #include <sys/socket.h>
-#include <tests/tools/devserver/HttpClient.h>
-#include <tools/devserver/FileDescriptor.h>
 
 #include <algorithm>
 #include <array>

@@ -2,19 +2,20 @@
 // The running program, met as its users meet it: libcurl for what a client does, a bare socket for what none
 // should.
 
-#include <arpa/inet.h>
-#include <gmock/gmock.h>
-#include <openssl/ssl.h>
-#include <sys/socket.h>
 #include <tests/support/TemporaryFolder.h>
 #include <tests/tools/devserver/DevServerProcess.h>
 #include <tests/tools/devserver/HttpClient.h>
 #include <tools/devserver/CertificateAuthority.h>
 
-#include <algorithm>
-#include <atomic>
+#include <arpa/inet.h>
 #include <boost/json/parse.hpp>
 #include <boost/json/value.hpp>
+#include <gmock/gmock.h>
+#include <openssl/ssl.h>
+#include <sys/socket.h>
+
+#include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <csignal>
 #include <memory>

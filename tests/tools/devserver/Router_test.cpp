@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <gmock/gmock.h>
-#include <tests/support/TemporaryFolder.h>
 #include <tools/devserver/Router.h>
+
+#include <tests/support/TemporaryFolder.h>
+
+#include <gmock/gmock.h>
 
 #include <memory>
 #include <vector>

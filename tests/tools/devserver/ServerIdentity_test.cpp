@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <gmock/gmock.h>
-#include <sys/stat.h>
+#include <tools/devserver/ServerIdentity.h>
+
 #include <tests/support/TemporaryFolder.h>
 #include <tools/devserver/CertificateAuthority.h>
-#include <tools/devserver/ServerIdentity.h>
+
+#include <gmock/gmock.h>
+#include <sys/stat.h>
 
 namespace vorna::devserver {
 namespace {

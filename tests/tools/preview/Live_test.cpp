@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 // The program with windows, as its users run it: files are edited, keys and buttons are pressed.
 
-#include <gmock/gmock.h>
 #include <tests/support/TemporaryFolder.h>
 #include <tests/support/ui/ScreenHost.h>
 #include <tests/tools/preview/PreviewProcess.h>
+
+#include <gmock/gmock.h>
 
 #include <QtGui/QGuiApplication>
 #include <QtGui/QPixmap>

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 // Pictures of the example documents, as the program takes them where there is no display.
 
-#include <gmock/gmock.h>
 #include <tests/support/TemporaryFolder.h>
 #include <tests/tools/devserver/DevServerProcess.h>
 #include <tests/tools/preview/PreviewProcess.h>
 #include <tools/preview/Device.h>
+
+#include <gmock/gmock.h>
 
 #include <QtCore/QString>
 #include <QtGui/QImage>
