@@ -8,7 +8,7 @@
 
 namespace vorna::devserver {
 
-/// What the server has done since it started. Requests that steer the server itself are not counted.
+/// Counts what the server has done since it started; requests to /control are not counted.
 class Statistics {
   public:
     void countRequest(std::string_view path);
@@ -32,7 +32,7 @@ class Statistics {
     ///  "statuses":{"200":1}}
     [[nodiscard]] std::string toJson() const;
 
-    /// The same in one line for people.
+    /// A one-line summary for people.
     [[nodiscard]] std::string summary() const;
 
   private:

@@ -15,7 +15,7 @@ namespace vorna::preview {
 class FindingsModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("made by the board")
+    QML_UNCREATABLE("created by the board")
 
   public:
     void set(std::vector<lint::Finding> findings);
