@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# run.sh STEP BUILD-FOLDER: one step of the tests of the installed package.
-# BUILD-FOLDER is a finished static build; its neighbour folder "install" is the workspace.
+# One step of the test of the installed package:  run.sh STEP BUILD-FOLDER
+# BUILD-FOLDER is the finished static build whose neighbour folder "install" is worked in.
 set -euo pipefail
 step=$1
 static_build=$(readlink -f "$2")
@@ -30,14 +30,14 @@ with_service() {
     "$source/tests/bindings/with-service.sh" "$static_build/tools/devserver/vorna-devserver" "$@"
 }
 
-unload() {  # NAME: repeatedly loads and unloads that consumer's plugin
+unload() {  # NAME: loads and unloads the plugin of that consumer again and again
     for run in $(seq 20); do
         "$work/$1/loader" "$work/$1/plugin.so" "$work/$1/plugin-data" "$((run * 7))" >/dev/null
     done
     echo "unloaded 20 times under load"
 }
 
-compile() {  # NAME FLAGS...: builds the consumer without CMake
+compile() {  # NAME FLAGS...: builds the consumer with the compiler alone
     local name=$1
     shift
     g++ -std=c++20 -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror "$here/consumer.cpp" -o "$work/$name" "$@"
@@ -51,7 +51,7 @@ compile_c() {  # NAME FLAGS...: the same for the consumer in C
     LD_LIBRARY_PATH=$libraries "$work/$name" "$work/$name-data"
 }
 
-compile_ui() {  # NAME FLAGS...: the same for the consumer with screens, with the module on the import path
+compile_ui() {  # NAME FLAGS...: the same for the consumer with screens, on Vorna's module of the import path
     local name=$1
     shift
     g++ -std=c++20 -fPIC -DVORNA_IMPORT_PATH=\""$modules"\" "$here/ui_consumer.cpp" -o "$work/$name" "$@"
@@ -78,7 +78,7 @@ cmake-static)
     ;;
 cmake-shared)
     consume shared -DCMAKE_PREFIX_PATH="$prefix" -DVORNA_KIND=shared
-    # Not grep -q, which exits at its first match and makes ldd fail.
+    # Not grep -q, which ends at its first find and makes ldd fail.
     ldd "$work/shared/consumer" | grep libvorna_core.so
     ldd "$work/shared/c_consumer" | grep libvorna_c.so.0
     ldd "$work/shared/ui_consumer" | grep libvorna_ui.so
@@ -101,7 +101,7 @@ pkg-config-shared)
     compile_ui pkg-config-ui-shared $(pkg-config --cflags --libs vorna-ui)
     ;;
 add-subdirectory)
-    # Builds the whole library again; not optimised, to be quick.
+    # The whole library once more; not optimised, to be quick.
     consume subdirectory -DVORNA_SOURCE="$source" -DCMAKE_BUILD_TYPE=None
     ;;
 python)
@@ -116,7 +116,7 @@ qml)
         -I "$modules" "$source/tests/bindings/qml_app_test.qml" --
     ;;
 core-only)
-    # Without screens nothing needs Qt. Not optimised, to be quick.
+    # Without screens nothing asks for Qt. Not optimised, to be quick.
     cmake -S "$source" -B "$work/core-only" -G Ninja -DCMAKE_BUILD_TYPE=None -DVORNA_BUILD_UI=OFF -DVORNA_BUILD_TOOLS=OFF \
         -DCMAKE_DISABLE_FIND_PACKAGE_Qt6=ON >"$work/core-only.log" 2>&1 || { cat "$work/core-only.log"; exit 1; }
     cmake --build "$work/core-only" --target vorna-c >>"$work/core-only.log" ||
@@ -125,7 +125,7 @@ core-only)
     ;;
 symbols)
     "$source/tests/bindings/symbols.sh" "$libraries/libvorna_c.so" "$source/bindings/c/vorna/vorna.h"
-    # The shared libraries export only our namespace, and what the compiler derives from its types.
+    # What the shared libraries show is ours: the namespace, and what the compiler derives from its types.
     for name in core ui qml; do
         library=$libraries/libvorna_$name.so
         nm -D --defined-only --demangle "$library" | sed -E 's/^[0-9a-f]* +[A-Za-z] //' |
