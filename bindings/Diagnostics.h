@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A line for what a caller of the bindings gets wrong, in the form of the library's own lines.
+/// Log lines about misuse of the bindings, in the form of the library's own.
 
 #include <vorna/core/VornaCoreSDK.h>
 
@@ -12,7 +12,7 @@
 
 namespace vorna::bindings {
 
-/// Prints the pieces as one line of the library; nothing while `debug` is off. They are UTF-8.
+/// Logs the pieces, in UTF-8, as one line; does nothing while `debug` is off.
 inline void report(std::initializer_list<std::string_view> pieces) {
     if (!VornaCoreSDK::debug.load(std::memory_order_relaxed)) {
         return;
@@ -22,7 +22,7 @@ inline void report(std::initializer_list<std::string_view> pieces) {
         line += piece;
     }
     line += '\n';
-    // One call a line: the stream's own lock keeps lines of several threads apart.
+    // One call per line: the stream's lock keeps lines of several threads apart.
     std::fwrite(line.data(), 1, line.size(), stdout);
     std::fflush(stdout);
 }

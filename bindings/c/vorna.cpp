@@ -32,9 +32,9 @@ struct vorna_observation {
 
 namespace {
 
-/// Runs what may throw for want of memory.
+/// Runs an operation that may throw std::bad_alloc.
 template <class Operation>
-auto quietly(Operation operation) noexcept -> decltype(operation()) {
+auto ignoringExceptions(Operation operation) noexcept -> decltype(operation()) {
     try {
         return operation();
     } catch (...) {
@@ -42,10 +42,10 @@ auto quietly(Operation operation) noexcept -> decltype(operation()) {
     }
 }
 
-/// True when there is a text; otherwise a line says that it is missing.
+/// Whether there is a value; logs a line if it is NULL.
 bool isGiven(std::string_view operation, std::string_view argument, const void* value) {
     if (value == nullptr) {
-        quietly([&] { report({operation, ": ", argument, " is NULL; nothing is done"}); });
+        ignoringExceptions([&] { report({operation, ": ", argument, " is NULL; nothing is done"}); });
     }
     return value != nullptr;
 }
@@ -61,7 +61,7 @@ std::optional<std::string_view> unlessNull(const char* text) {
     return text == nullptr ? std::nullopt : std::optional<std::string_view>(text);
 }
 
-/// The longest beginning of the text that fits and ends with a whole character.
+/// Returns the longest prefix that fits and ends with a whole character.
 std::string_view fitting(std::string_view text, std::size_t longest) {
     if (text.size() <= longest) {
         return text;
@@ -82,15 +82,15 @@ std::size_t write(std::optional<std::string_view> text, char* buffer, std::size_
     return text ? text->size() : VORNA_ABSENT;
 }
 
-/// What the notification carries under that key; null when that is nothing, or of another kind.
+/// Returns the value with that key; nullptr if there is none or it has another type.
 template <class Value>
 const Value* find(const vorna_notification* notification, const char* key) {
     if (notification == nullptr || key == nullptr) {
         return nullptr;
     }
-    const vorna::UserInfo& carried = notification->notification.userInfo;
-    const auto found = carried.find(std::string_view(key));
-    return found == carried.end() ? nullptr : std::get_if<Value>(&found->second);
+    const vorna::UserInfo& userInfo = notification->notification.userInfo;
+    const auto found = userInfo.find(std::string_view(key));
+    return found == userInfo.end() ? nullptr : std::get_if<Value>(&found->second);
 }
 
 using Map = std::map<std::string, std::string>;
@@ -124,7 +124,7 @@ void usePlatform(const vorna_platform_options& given) {
     }
     const std::optional<vorna::CredentialStoreKind> store = storeKind(given.credential_store);
     if (!store) {
-        report({"vorna_use_platform: there is no such credential store; nothing is done"});
+        report({"vorna_use_platform: unknown credential store; nothing is done"});
         return;
     }
     const auto text = [](const char* value) { return std::string(unlessNull(value).value_or("")); };
@@ -144,7 +144,7 @@ void usePlatform(const vorna_platform_options& given) {
 
 }  // namespace
 
-// The constants of the facade are literals, so a zero byte follows them.
+// The constants of the facade are literals, so they are null-terminated.
 const char* const vorna_notification_remote_configs_ready = VornaCoreSDK::RemoteConfigsReady.data();
 const char* const vorna_notification_paid_product_clicked = VornaCoreSDK::PaidProductClicked.data();
 const char* const vorna_notification_onboarding_screens_finished =
@@ -157,7 +157,7 @@ const char* const vorna_notification_event_list_updated = VornaCoreSDK::EventLis
 
 void vorna_use_platform(const vorna_platform_options* options) {
     if (isGiven("vorna_use_platform", "options", options)) {
-        quietly([&] { usePlatform(*options); });
+        ignoringExceptions([&] { usePlatform(*options); });
     }
 }
 
@@ -370,9 +370,9 @@ void vorna_close_event_list(void) {
 }
 
 void vorna_post_signal(vorna_signal signal) {
-    quietly([&] {
+    ignoringExceptions([&] {
         if (signal < 0 || static_cast<std::size_t>(signal) >= signalNames.size()) {
-            report({"vorna_post_signal: there is no signal ", std::to_string(signal)});
+            report({"vorna_post_signal: unknown signal ", std::to_string(signal)});
             return;
         }
         const auto index = static_cast<std::size_t>(signal);
@@ -386,7 +386,7 @@ vorna_observation* vorna_add_observer(const char* name, vorna_observer observer,
         !isGiven(operation, "observer", reinterpret_cast<const void*>(observer))) {
         return nullptr;
     }
-    return quietly([&] {
+    return ignoringExceptions([&] {
         auto observation = std::make_unique<vorna_observation>();
         observation->observation = vorna::NotificationCenter::defaultCenter().addObserver(
             name, [observer, user_data](const vorna::Notification& posted) {
@@ -431,7 +431,7 @@ const char* vorna_notification_get_map_value(const vorna_notification* notificat
     if (map == nullptr || entry == nullptr) {
         return nullptr;
     }
-    return quietly([&]() -> const char* {
+    return ignoringExceptions([&]() -> const char* {
         const auto found = map->find(entry);
         return found == map->end() ? nullptr : found->second.c_str();
     });

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-/// What the engine loads where it finds the module on its import path.
+/// The plugin that engines load from their import path.
 
 #include <vorna/qml/registerModule.h>
 

@@ -29,10 +29,10 @@ std::string utf8(const QString& text) {
     return text.toStdString();
 }
 
-/// The text as the library takes it; absent, with a line, when there is none to be had.
+/// Converts the text to UTF-8; logs a line and returns std::nullopt if it is not valid UTF-16.
 std::optional<std::string> converted(std::string_view operation, const QString& text) {
     if (!text.isValidUtf16()) {
-        report({operation, ": the text has half a surrogate pair; nothing is done"});
+        report({operation, ": the text has an unpaired surrogate; nothing is done"});
         return std::nullopt;
     }
     return utf8(text);
@@ -48,13 +48,13 @@ bool isAbsent(const QVariant& value) {
     return !value.isValid() || value.metaType() == QMetaType::fromType<std::nullptr_t>();
 }
 
-/// The outer value is absent, with a line, when the custom value is nothing that can be recorded.
+/// The outer value is std::nullopt, with a log line, if the custom value cannot be recorded.
 std::optional<std::optional<std::string>> customValueOf(std::string_view operation, const QVariant& value) {
     if (isAbsent(value)) {
         return std::optional<std::string>();
     }
     if (!value.canConvert<QString>()) {
-        report({operation, ": the custom value is no text; nothing is done"});
+        report({operation, ": the custom value is not text; nothing is done"});
         return std::nullopt;
     }
     std::optional<std::string> text = converted(operation, value.toString());
@@ -64,7 +64,7 @@ std::optional<std::optional<std::string>> customValueOf(std::string_view operati
 std::optional<std::uint64_t> secondsOf(std::string_view operation, double value) {
     constexpr double beyond = 18'446'744'073'709'551'616.0;
     if (!(value > -1 && value < beyond)) {
-        report({operation, ": a time is no number of seconds since 1970; nothing is done"});
+        report({operation, ": a time is not a number of seconds since 1970; nothing is done"});
         return std::nullopt;
     }
     return value < 0 ? 0 : static_cast<std::uint64_t>(value);
@@ -106,7 +106,7 @@ bool setStore(PlatformOptions& options, const QString& name) {
     return false;
 }
 
-/// False when the library knows no such option or value.
+/// Returns false if the option or its value is unknown.
 bool setOption(PlatformOptions& options, const QString& key, const QVariant& value) {
     const bool isText = value.metaType() == QMetaType::fromType<QString>();
     if (key == QLatin1String("credentialStore")) {
@@ -123,9 +123,9 @@ bool setOption(PlatformOptions& options, const QString& key, const QVariant& val
     return false;
 }
 
-/// What a notification carries under that key, or a value of that kind that says nothing.
+/// Returns the value with that key, or a default value if there is none or it has another type.
 template <class Value>
-Value carried(const Notification& notification, std::string_view key) {
+Value userInfoValue(const Notification& notification, std::string_view key) {
     const auto found = notification.userInfo.find(key);
     const Value* const value =
         found == notification.userInfo.end() ? nullptr : std::get_if<Value>(&found->second);
@@ -146,16 +146,16 @@ VornaSingleton::VornaSingleton(QObject* parent) : QObject(parent) {
     observe(SDK::EventListUpdated, [this](const Notification&) { Q_EMIT eventListUpdated(); });
 }
 
-void VornaSingleton::observe(std::string_view name, std::function<void(const Notification&)> heard) {
+void VornaSingleton::observe(std::string_view name, std::function<void(const Notification&)> handler) {
     observations_.push_back(NotificationCenter::defaultCenter().addObserver(
-        name, [this, heard = std::move(heard)](const Notification& notification) {
+        name, [this, handler = std::move(handler)](const Notification& notification) {
             if (QThread::currentThread() == thread()) {
-                heard(notification);
+                handler(notification);
                 return;
             }
             {
                 const std::lock_guard lock(mutex_);
-                posted_.emplace_back([heard, notification] { heard(notification); });
+                posted_.emplace_back([handler, notification] { handler(notification); });
             }
             QCoreApplication::postEvent(this, std::make_unique<QEvent>(QEvent::User).release());
         }));
@@ -181,14 +181,14 @@ bool VornaSingleton::event(QEvent* event) {
 void VornaSingleton::forward(std::string_view name, std::string_view key,
                              void (VornaSingleton::*signal)(bool)) {
     observe(name, [this, key, signal](const Notification& notification) {
-        Q_EMIT(this->*signal)(carried<bool>(notification, key));
+        Q_EMIT(this->*signal)(userInfoValue<bool>(notification, key));
     });
 }
 
 void VornaSingleton::forward(std::string_view name, std::string_view key,
                              void (VornaSingleton::*signal)(const QString&)) {
     observe(name, [this, key, signal](const Notification& notification) {
-        Q_EMIT(this->*signal)(QString::fromStdString(carried<std::string>(notification, key)));
+        Q_EMIT(this->*signal)(QString::fromStdString(userInfoValue<std::string>(notification, key)));
     });
 }
 
@@ -206,8 +206,8 @@ void VornaSingleton::UsePlatformWithOptions(const QVariantMap& options) {
     PlatformOptions platform;
     for (auto option = options.begin(); option != options.end(); ++option) {
         if (!setOption(platform, option.key(), option.value())) {
-            report({"UsePlatformWithOptions: the option ", utf8(option.key()),
-                    " is not known or has no such value; nothing is done"});
+            report({"UsePlatformWithOptions: unknown option or value: ", utf8(option.key()),
+                    "; nothing is done"});
             return;
         }
     }
@@ -216,7 +216,7 @@ void VornaSingleton::UsePlatformWithOptions(const QVariantMap& options) {
 
 void VornaSingleton::Attach(QQuickWindow* window) {
     if (window == nullptr) {
-        report({"Attach: there is no window; nothing is done"});
+        report({"Attach: the window is null; nothing is done"});
         return;
     }
     ui::attach(*window);

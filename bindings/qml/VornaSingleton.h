@@ -11,9 +11,9 @@
 ///         VornaCoreSDK.PaywallShownWithPaywall("main")
 ///     }
 ///
-/// Each operation of the facade is there under its name followed by the names of its arguments, as in
-/// `GetRemoteConfigWithKeyDefaultValue`. Results that are absent are undefined. Numbers of seconds are exact
-/// up to 2^53. Text with half a surrogate pair is refused with a log line.
+/// Each operation of the facade has its name followed by the names of its arguments, as in
+/// `GetRemoteConfigWithKeyDefaultValue`. Absent results are undefined. Times in seconds are exact up to 2^53.
+/// Text with an unpaired surrogate is refused with a log line.
 
 #include <vorna/platform/NotificationCenter.h>
 
@@ -32,10 +32,10 @@
 
 namespace vorna::qml {
 
-/// One for each engine, on the engine's thread, which is the main thread.
+/// One per engine, on the engine's thread, which is the main thread.
 class VornaSingleton : public QObject {
     Q_OBJECT
-    /// Whether the library prints what it does to standard output. Off at start.
+    /// Debug output on standard output. Off by default.
     Q_PROPERTY(bool debug READ debug WRITE setDebug NOTIFY debugChanged)
     QML_NAMED_ELEMENT(VornaCoreSDK)
     QML_SINGLETON
@@ -48,14 +48,14 @@ class VornaSingleton : public QObject {
 
     // Set-up
 
-    /// Chooses what the library asks of the system; before any other operation. The keys are those of
+    /// Configures how the library uses the system; call it before any other operation. The keys are those of
     /// `PlatformOptions`: serviceURL, certificateAuthorityFile, bundleIdentifier, bundleShortVersion,
     /// bundleVersion, dataDirectory, and credentialStore, which is "automatic", "secretService" or "file".
-    /// Options with another key or value are refused with a log line.
+    /// Options with any other key or value are refused with a log line.
     Q_INVOKABLE static void UsePlatformWithOptions(const QVariantMap& options);
 
-    /// Gives the library a window to show its screens in, and lets it follow the application's life; see
-    /// `vorna::ui::attach`. Null does nothing but print a log line.
+    /// Attaches a window to show the screens in, and follows the application's lifecycle; see
+    /// `vorna::ui::attach`. Null only logs a line.
     Q_INVOKABLE static void Attach(QQuickWindow* window);
 
     Q_INVOKABLE static void InitWithAppID(const QString& appID);
@@ -71,8 +71,8 @@ class VornaSingleton : public QObject {
     Q_INVOKABLE static QString GetRemoteConfigWithKeyDefaultValue(const QString& key,
                                                                   const QString& defaultValue);
 
-    // Events. A custom value that is undefined or null is absent; numbers and booleans become text. Times
-    // that are negative, no numbers or beyond 64 bits are refused with a log line; fractions are cut off.
+    // Events. An undefined or null custom value is absent; numbers and booleans are converted to text. Times
+    // that are negative, not numbers or beyond 64 bits are refused with a log line; fractions are truncated.
 
     Q_INVOKABLE static void EventWithName(const QString& name);
     Q_INVOKABLE static void EventWithNameCustomValue(const QString& name, const QVariant& customValue);
@@ -110,7 +110,7 @@ class VornaSingleton : public QObject {
     Q_INVOKABLE static void DailyStreakClaimed();
     Q_INVOKABLE static void DailyStreakClosed();
 
-    // Screens, shown in the window that was attached or activated last.
+    // Screens, shown in the most recently attached or activated window.
 
     Q_INVOKABLE static void ShowPaywallWithJsonString(const QString& jsonString);
     Q_INVOKABLE static void ClosePaywall();
@@ -139,16 +139,16 @@ class VornaSingleton : public QObject {
     bool event(QEvent* event) override;
 
   private:
-    /// Calls it on this object's thread: at once where that is the thread that posts.
-    void observe(std::string_view name, std::function<void(const Notification&)> heard);
+    /// Calls the handler on this object's thread; at once if the notification is posted on it.
+    void observe(std::string_view name, std::function<void(const Notification&)> handler);
     void forward(std::string_view name, std::string_view key, void (VornaSingleton::*signal)(bool));
     void forward(std::string_view name, std::string_view key, void (VornaSingleton::*signal)(const QString&));
 
-    /// From other threads, one for each event of the type QEvent::User. Qt's events could carry them as well;
-    /// but the thread sanitizer does not see Qt's locks, and would take each for a race.
+    /// Calls from other threads, one for each event of type QEvent::User. Qt's events could hold them too,
+    /// but the thread sanitizer does not see Qt's locks and would report a race for each.
     std::mutex mutex_;
     std::deque<std::function<void()>> posted_;
-    /// The first to go: they use what stands above.
+    /// Destroyed first, as the observers use the members above.
     std::vector<NotificationCenter::Observation> observations_;
 };
 

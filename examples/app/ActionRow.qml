@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// One thing that the start page can do.
+// A button of the start page.
 import QtQuick
 import QtQuick.Controls.Basic
 

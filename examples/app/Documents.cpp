@@ -12,7 +12,7 @@ namespace app {
 
 namespace {
 
-/// Where the examples say that their media are.
+/// The media service in the example documents.
 constexpr std::string_view exampleService = "https://127.0.0.1:8443";
 
 }  // namespace

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The documents that the application shows: from the remote configuration where it has them, else from a
+/// The documents that the application shows: from the remote configuration if present there, otherwise from a
 /// folder of examples.
 
 #include <string>
@@ -11,12 +11,12 @@ namespace app {
 
 class Documents {
   public:
-    /// `folder` holds "paywall" and "onboarding"; media addresses in its files are made to point to the
+    /// `folder` contains "paywall" and "onboarding"; media URLs in its files are changed to point to the
     /// service.
     Documents(std::string folder, std::string serviceURL);
 
-    /// As "paywall/three-products". The configuration's key is the path with "_" in place of "/" and "-".
-    /// Empty when it is in neither place.
+    /// Returns the document with a path such as "paywall/three-products"; empty if there is none. The
+    /// configuration's key is the path with "_" instead of "/" and "-".
     std::string document(std::string_view path) const;
 
   private:

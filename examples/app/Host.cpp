@@ -46,8 +46,8 @@ Host::Host(Documents documents) : documents_(std::move(documents)) {
           VornaCoreSDK::RestorePurchaseClicked}) {
         observations_.push_back(NotificationCenter::defaultCenter().addObserver(
             name, [this](const vorna::Notification& notification) {
-                // Some are posted on the library's threads; the pages live on this one.
-                QMetaObject::invokeMethod(this, [this, notification] { heard(notification); });
+                // Some are posted on the library's threads; the pages belong to this one.
+                QMetaObject::invokeMethod(this, [this, notification] { handle(notification); });
             }));
     }
 }
@@ -72,7 +72,7 @@ void Host::showEventList() {
 void Host::recordEvent() {
     ++recorded_;
     VornaCoreSDK::Event("button_tapped", std::to_string(recorded_));
-    say(QStringLiteral("recorded button_tapped %1").arg(recorded_));
+    print(QStringLiteral("recorded button_tapped %1").arg(recorded_));
 }
 
 void Host::showOnboarding(const QString& name) {
@@ -95,8 +95,8 @@ void Host::pretendToBuy() {
     });
 }
 
-void Host::heard(const vorna::Notification& notification) {
-    say(describe(notification));
+void Host::handle(const vorna::Notification& notification) {
+    print(describe(notification));
     react(notification);
 }
 
@@ -116,7 +116,7 @@ void Host::react(const vorna::Notification& notification) {
     }
 }
 
-void Host::say(const QString& line) {
+void Host::print(const QString& line) {
     std::printf("%s\n", qUtf8Printable(line));
     std::fflush(stdout);
     log_.prepend(line);

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// What an application does with the library: drives the facade from its pages, listens to what the user does
-/// on the library's screens, and closes them.
+/// What an application does with the library: calls the facade from its pages, observes what the user does on
+/// the library's screens, and closes them.
 
 #include <examples/app/Documents.h>
 
@@ -19,13 +19,13 @@ namespace app {
 
 class Host : public QObject {
     Q_OBJECT
-    /// What has happened, newest first.
+    /// Notifications and actions, newest first.
     Q_PROPERTY(QStringList log READ log NOTIFY logChanged)
     Q_PROPERTY(QString welcomeText READ welcomeText NOTIFY configurationChanged)
-    /// The configured values that this application knows of, a line each.
+    /// The configured values used by this application, one per line.
     Q_PROPERTY(QStringList configuration READ configuration NOTIFY configurationChanged)
     QML_ELEMENT
-    QML_UNCREATABLE("made by main")
+    QML_UNCREATABLE("created by main")
 
   public:
     explicit Host(Documents documents);
@@ -39,7 +39,7 @@ class Host : public QObject {
     Q_INVOKABLE void showOnboarding(const QString& name);
     Q_INVOKABLE void showPaywall(const QString& name);
     Q_INVOKABLE void showEventList();
-    /// Shows the overlay for a while, as during a purchase.
+    /// Shows the overlay for a while, as for a purchase.
     Q_INVOKABLE void pretendToBuy();
 
   Q_SIGNALS:
@@ -47,9 +47,9 @@ class Host : public QObject {
     void configurationChanged();
 
   private:
-    void heard(const vorna::Notification& notification);
+    void handle(const vorna::Notification& notification);
     void react(const vorna::Notification& notification);
-    void say(const QString& line);
+    void print(const QString& line);
 
     const Documents documents_;
     QStringList log_;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The start page: drives the library, and shows what it tells.
+// The start page: calls the library, and shows its notifications.
 import QtQuick
 import QtQuick.Controls.Basic
 import VornaApp
@@ -59,7 +59,7 @@ ApplicationWindow {
 
         ActionRow {
             objectName: "showVideoPaywall"
-            text: "Paywall with a film"
+            text: "Paywall with a video"
             onClicked: root.host.showPaywall("video")
         }
 
@@ -77,7 +77,7 @@ ApplicationWindow {
 
         ActionRow {
             objectName: "showIncomplete"
-            text: "A document that lacks something"
+            text: "Incomplete document"
             onClicked: root.host.showOnboarding("bad-missing-heading")
         }
     }
@@ -101,7 +101,7 @@ ApplicationWindow {
         anchors.top: configuration.bottom
         anchors.left: actions.left
         anchors.topMargin: 16
-        text: "What the library has told"
+        text: "Notifications of the library"
         color: "#b9b7e0"
         font.pixelSize: 13
     }

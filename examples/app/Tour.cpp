@@ -50,7 +50,7 @@ Tour::~Tour() {
 
 void Tour::openLink(const QUrl& url) {
     opened_.append(url.toString());
-    std::printf("tour: a link would open %s\n", qUtf8Printable(url.toString()));
+    std::printf("tour: would open %s\n", qUtf8Printable(url.toString()));
     std::fflush(stdout);
 }
 
@@ -62,13 +62,13 @@ bool Tour::eventFilter(QObject* watched, QEvent* event) {
 }
 
 bool Tour::run() {
-    const bool arrived = startPage() && onboarding() && paywall() && film() && eventList() && incomplete();
+    const bool arrived = startPage() && onboarding() && paywall() && video() && eventList() && incomplete();
     std::printf("tour: %d pictures in %s\n", pictures_, qUtf8Printable(folder_));
     return arrived;
 }
 
 bool Tour::startPage() {
-    // The pointer finds a window only once the X server shows it.
+    // The pointer reaches a window only once the X server shows it.
     return waitFor("the window", [this] { return window_.quickWindow()->isExposed(); }) &&
            waitForItem("recordEvent") && picture(QStringLiteral("start")) && click("recordEvent") &&
            click("recordEvent");
@@ -82,7 +82,7 @@ bool Tour::onboarding() {
     if (!picture(QStringLiteral("onboarding-first-step")) || !click("actionButton")) {
         return false;
     }
-    // On a machine that is busy elsewhere it may be over before it is looked at.
+    // On a busy machine it may be over before it is observed.
     if (!waitFor("the push",
                  [this] { return window_.isMoving() || window_.presentedViewControllers().size() == 2; })) {
         return false;
@@ -96,7 +96,7 @@ bool Tour::onboarding() {
         !waitForItem("exitButton")) {
         return false;
     }
-    // The last step sells: what is chosen there is what the end of the sequence tells.
+    // The last step sells: its selection is posted at the end of the sequence.
     if (!click("productCell", 0)) {
         return false;
     }
@@ -122,17 +122,17 @@ bool Tour::paywall() {
     if (!picture(QStringLiteral("paywall-purchase")) || !waitForScreens(0)) {
         return false;
     }
-    // Once more, and out by the close button.
+    // Once more, and leave by the close button.
     return click("showPaywall") && waitForScreens(1) && waitForItem("exitButton") && click("exitButton") &&
            waitForScreens(0);
 }
 
-bool Tour::film() {
+bool Tour::video() {
     if (!click("showVideoPaywall") || !waitForScreens(1) || !waitForItem("exitButton")) {
         return false;
     }
     pause(std::chrono::milliseconds(2500));
-    return picture(QStringLiteral("paywall-film")) && click("exitButton") && waitForScreens(0);
+    return picture(QStringLiteral("paywall-video")) && click("exitButton") && waitForScreens(0);
 }
 
 bool Tour::eventList() {
@@ -141,11 +141,11 @@ bool Tour::eventList() {
     }
     pause(std::chrono::milliseconds(500));
     return picture(QStringLiteral("event-list")) && click("leftBarButton") && waitForScreens(0) &&
-           picture(QStringLiteral("what-was-told"));
+           picture(QStringLiteral("notifications"));
 }
 
 bool Tour::incomplete() {
-    // The error screen has no way out: it comes last.
+    // The error screen cannot be closed, so it comes last.
     if (!click("showIncomplete") || !waitForScreens(1)) {
         return false;
     }
@@ -175,7 +175,7 @@ bool Tour::waitFor(std::string_view what, const std::function<bool()>& condition
     const QDeadlineTimer deadline(std::chrono::seconds(30));
     while (!condition()) {
         if (deadline.hasExpired()) {
-            std::printf("tour: %s did not come\n", std::string(what).c_str());
+            std::printf("tour: %s did not appear\n", std::string(what).c_str());
             return false;
         }
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
@@ -202,7 +202,7 @@ void Tour::pause(std::chrono::milliseconds time) {
 bool Tour::click(std::string_view name, int number) {
     const QQuickItem* const item = find(name, number);
     if (item == nullptr) {
-        std::printf("tour: there is no %s\n", std::string(name).c_str());
+        std::printf("tour: %s not found\n", std::string(name).c_str());
         return false;
     }
     const QQuickWindow& window = *window_.quickWindow();
@@ -214,7 +214,7 @@ bool Tour::click(std::string_view name, int number) {
                   {QStringLiteral("mousemove"), QString::number(std::lround(onScreen.x())),
                    QString::number(std::lround(onScreen.y())), QStringLiteral("click"), QStringLiteral("1")});
     if (!pointer.waitForFinished() || pointer.exitCode() != 0) {
-        std::printf("tour: xdotool cannot click\n");
+        std::printf("tour: xdotool failed to click\n");
         return false;
     }
     return waitFor("the click on " + std::string(name), [this, before] { return clicks_ > before; });

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A scripted walk through the application for machines without a person: real clicks of the X server's
-/// pointer on what is on show, and a numbered picture of each station.
+/// A scripted walk through the application, with real clicks of the X server's pointer and a numbered picture
+/// of each screen.
 
 #include <QtCore/QObject>
 #include <QtCore/QString>
@@ -25,7 +25,7 @@ class Tour : public QObject {
     Q_OBJECT
 
   public:
-    /// Pictures are written into the folder, which must exist.
+    /// Writes pictures into the folder, which must exist.
     Tour(vorna::ui::Window& window, QString folder);
     Tour(const Tour&) = delete;
     Tour& operator=(const Tour&) = delete;
@@ -33,13 +33,13 @@ class Tour : public QObject {
     Tour& operator=(Tour&&) = delete;
     ~Tour() override;
 
-    /// Walks to the end. False when something did not come that should have, with a line about it.
+    /// Walks to the end. Prints a line and returns false if something expected does not appear.
     bool run();
 
-    /// Takes the place of the desktop's opener, for there is no desktop.
+    /// Replaces the desktop's URL handler, as there may be no desktop.
     Q_INVOKABLE void openLink(const QUrl& url);
 
-    /// Counts the clicks that have reached the window.
+    /// Counts the clicks that reach the window.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
@@ -54,7 +54,7 @@ class Tour : public QObject {
     bool startPage();
     bool onboarding();
     bool paywall();
-    bool film();
+    bool video();
     bool eventList();
     bool incomplete();
 

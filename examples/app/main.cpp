@@ -30,25 +30,25 @@ struct Options {
 
 Options parse(const QCoreApplication& application) {
     QCommandLineParser parser;
-    parser.setApplicationDescription(
-        QStringLiteral("An example of an application that embeds VornaCoreSDK."));
+    parser.setApplicationDescription(QStringLiteral("An example application that embeds VornaCoreSDK."));
     parser.addHelpOption();
     const QCommandLineOption service(QStringLiteral("service"),
                                      QStringLiteral("Scheme and authority of the service."),
                                      QStringLiteral("url"));
     const QCommandLineOption authority(
-        QStringLiteral("ca"), QStringLiteral("The certificate authority to trust in place of the system's."),
+        QStringLiteral("ca"), QStringLiteral("Certificate authority to trust instead of the system's."),
         QStringLiteral("file"));
     const QCommandLineOption data(QStringLiteral("data"),
-                                  QStringLiteral("Where preferences and identity are kept."),
+                                  QStringLiteral("Folder for preferences and identity."),
                                   QStringLiteral("folder"));
     const QCommandLineOption documents(QStringLiteral("documents"),
-                                       QStringLiteral("Where the documents of the screens lie."),
+                                       QStringLiteral("Folder of the documents of screens."),
                                        QStringLiteral("folder"), QStringLiteral("examples/documents"));
-    const QCommandLineOption debug(QStringLiteral("debug"), QStringLiteral("Print what the library does."));
+    const QCommandLineOption debug(QStringLiteral("debug"),
+                                   QStringLiteral("Print debug output of the library."));
     const QCommandLineOption tour(
         QStringLiteral("tour"),
-        QStringLiteral("Walk through by itself, write pictures into the folder, and end."),
+        QStringLiteral("Walk through automatically, write pictures into the folder, and exit."),
         QStringLiteral("folder"));
     parser.addOptions({service, authority, data, documents, debug, tour});
     parser.process(application);
@@ -83,8 +83,7 @@ int main(int count, char** arguments) {
     }
     auto& quickWindow = *qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
     vorna::ui::Window& window = vorna::ui::attach(quickWindow);
-    // The window is as large as a phone, and leaves room for its notch and its bar: screens keep clear of
-    // both.
+    // A phone-sized window with insets for a notch and a bar, which screens keep clear of.
     window.setSafeAreaInsets({0, 47, 0, 34});
     VornaCoreSDK::Init("vorna-app");
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-/// A complete small host in C: records events with the service and prints the configuration.
+/// A complete small host in C: sends events to the service and prints the configuration.
 ///
 ///     vorna-c [--service URL] [--ca FILE] [--data DIR] [--debug]
 
@@ -11,30 +11,30 @@
 #include <string.h>
 #include <time.h>
 
-/// Filled by observers, which run on the library's threads.
+/// Updated by observers, on the library's threads.
 struct progress {
-    atomic_int events_handed_over;
+    atomic_int events_passed_on;
     atomic_bool is_configuration_ready;
 };
 
 static void event_list_updated(const vorna_notification* notification, void* user_data) {
     struct progress* const progress = user_data;
     (void)notification;
-    atomic_fetch_add(&progress->events_handed_over, 1);
+    atomic_fetch_add(&progress->events_passed_on, 1);
 }
 
 static void remote_configs_ready(const vorna_notification* notification, void* user_data) {
     struct progress* const progress = user_data;
     bool is_fetched = false;
     vorna_notification_get_bool(notification, "remoteConfigFetched", &is_fetched);
-    printf("configuration %s\n", is_fetched ? "fetched" : "not to be had");
+    printf("configuration %s\n", is_fetched ? "fetched" : "not available");
     atomic_store(&progress->is_configuration_ready, true);
 }
 
 static void print_configuration(const char* key) {
     char value[256];
     const size_t length = vorna_get_remote_config(key, "(default)", value, sizeof value);
-    printf("%s = %s%s\n", key, value, length < sizeof value ? "" : " (cut)");
+    printf("%s = %s%s\n", key, value, length < sizeof value ? "" : " (truncated)");
 }
 
 static bool parse(int count, char** texts, vorna_platform_options* options) {
@@ -72,7 +72,7 @@ int main(int count, char** texts) {
     vorna_use_platform(&options);
 
     struct progress progress;
-    atomic_init(&progress.events_handed_over, 0);
+    atomic_init(&progress.events_passed_on, 0);
     atomic_init(&progress.is_configuration_ready, false);
     vorna_observation* const list =
         vorna_add_observer(vorna_notification_event_list_updated, event_list_updated, &progress);
@@ -87,11 +87,11 @@ int main(int count, char** texts) {
     vorna_event_with_value("level_up", "7");
     vorna_event_timed("lesson", 1704067200, 1704067260, NULL);
 
-    // With "sdk_initialized". A request follows the hand-over at once; leave it a moment to come through.
+    // Including "sdk_initialized". The requests follow at once; give them a moment to complete.
     const int recorded = 5;
     const struct timespec moment = {0, 20000000};
     for (int waited = 0; waited < 1500; ++waited) {
-        if (atomic_load(&progress.events_handed_over) >= recorded &&
+        if (atomic_load(&progress.events_passed_on) >= recorded &&
             atomic_load(&progress.is_configuration_ready)) {
             break;
         }
@@ -107,5 +107,5 @@ int main(int count, char** texts) {
     print_configuration("paywall_name");
     vorna_remove_observer(configuration);
     vorna_remove_observer(list);
-    return atomic_load(&progress.events_handed_over) >= recorded ? EXIT_SUCCESS : EXIT_FAILURE;
+    return atomic_load(&progress.events_passed_on) >= recorded ? EXIT_SUCCESS : EXIT_FAILURE;
 }

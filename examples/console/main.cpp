@@ -3,11 +3,11 @@
 ///
 ///     vorna-console [options] [FILE]
 ///
-/// A line is the name of an operation and its argument; what begins with "#" is a comment:
+/// A line is the name of an operation and its argument; lines that begin with "#" are comments:
 ///
 ///     PaywallShown main
-///     Event level_up 7                            any name, and optionally a custom value
-///     TimedEvent lesson 1704067200 1704067260 7   the same with start and end in seconds since 1970
+///     Event level_up 7                            any name, optionally with a custom value
+///     TimedEvent lesson 1704067200 1704067260 7   with start and end in seconds since 1970
 
 #include <vorna/core/VornaCoreSDK.h>
 
@@ -31,7 +31,7 @@ namespace {
 
 using vorna::VornaCoreSDK;
 
-/// Knows when nothing is under way any more. A host may put such an object around any port of the platform.
+/// Knows when all requests have completed. A host may wrap any port of the platform like this.
 class CountingHttpClient final : public vorna::HttpClient {
   public:
     explicit CountingHttpClient(std::shared_ptr<vorna::HttpClient> client) : client_(std::move(client)) {}
@@ -39,26 +39,25 @@ class CountingHttpClient final : public vorna::HttpClient {
     void start(vorna::HttpRequest request, Completion completion) override {
         {
             const std::scoped_lock lock(mutex_);
-            ++underWay_;
+            ++pending_;
         }
         client_->start(std::move(request),
                        [this, completion = std::move(completion)](auto body, auto response, auto error) {
                            completion(std::move(body), std::move(response), std::move(error));
-                           // Under the lock, so that whoever waits finds this object unused from then on.
+                           // Under the lock, so that this object is no longer in use when the waiter returns.
                            const std::scoped_lock lock(mutex_);
-                           --underWay_;
+                           --pending_;
                            changed_.notify_all();
                        });
     }
 
-    /// True when so many events have been handed over and every answer has come, false when time is up first.
-    bool waitUntilQuiet(const std::uint64_t& handedOver, std::uint64_t expected,
-                        std::chrono::seconds longest) {
+    /// Waits until that many events have been passed on and all requests have completed; false on timeout.
+    bool waitUntilIdle(const std::uint64_t& passedOn, std::uint64_t expected, std::chrono::seconds timeout) {
         std::unique_lock lock(mutex_);
-        return changed_.wait_for(lock, longest, [&] { return underWay_ == 0 && handedOver >= expected; });
+        return changed_.wait_for(lock, timeout, [&] { return pending_ == 0 && passedOn >= expected; });
     }
 
-    /// Changes something that `waitUntilQuiet` looks at.
+    /// Increments a number that `waitUntilIdle` reads.
     void count(std::uint64_t& number) {
         const std::scoped_lock lock(mutex_);
         ++number;
@@ -69,7 +68,7 @@ class CountingHttpClient final : public vorna::HttpClient {
     const std::shared_ptr<vorna::HttpClient> client_;
     std::mutex mutex_;
     std::condition_variable changed_;
-    std::uint64_t underWay_ = 0;
+    std::uint64_t pending_ = 0;
 };
 
 using Plain = void (*)();
@@ -108,16 +107,16 @@ const std::map<std::string_view, std::variant<Plain, WithText>>& operations() {
     return table;
 }
 
-/// Cuts the first word off the text and returns it.
-std::string_view takeWord(std::string_view& text) {
+/// Removes the first word from the text and returns it.
+std::string_view nextWord(std::string_view& text) {
     const std::size_t end = text.find(' ');
     const std::string_view word = text.substr(0, end);
     text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
     return word;
 }
 
-std::optional<std::uint64_t> takeSeconds(std::string_view& text) {
-    const std::string_view word = takeWord(text);
+std::optional<std::uint64_t> nextSeconds(std::string_view& text) {
+    const std::string_view word = nextWord(text);
     std::uint64_t seconds = 0;
     const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), seconds);
     if (error != std::errc() || end != word.data() + word.size()) {
@@ -130,18 +129,18 @@ std::optional<std::string_view> unlessEmpty(std::string_view text) {
     return text.empty() ? std::nullopt : std::optional(text);
 }
 
-/// False when the line makes no sense.
+/// Records the event on that line; false if the line is invalid.
 bool recordLine(std::string_view line) {
-    const std::string_view operation = takeWord(line);
+    const std::string_view operation = nextWord(line);
     if (operation == "Event") {
-        const std::string_view name = takeWord(line);
+        const std::string_view name = nextWord(line);
         VornaCoreSDK::Event(name, unlessEmpty(line));
         return true;
     }
     if (operation == "TimedEvent") {
-        const std::string_view name = takeWord(line);
-        const std::optional<std::uint64_t> start = takeSeconds(line);
-        const std::optional<std::uint64_t> end = takeSeconds(line);
+        const std::string_view name = nextWord(line);
+        const std::optional<std::uint64_t> start = nextSeconds(line);
+        const std::optional<std::uint64_t> end = nextSeconds(line);
         if (!start || !end) {
             return false;
         }
@@ -170,10 +169,10 @@ struct Arguments {
 constexpr std::string_view usage = R"(Usage: vorna-console [options] [FILE]
 Records an event for each line of FILE, or of standard input.
   --service URL   scheme and authority of the service, such as https://127.0.0.1:8443
-  --ca FILE       the certificate authority to trust in place of the system's
-  --data DIR      where preferences and identity are kept
-  --app-id ID     the application identifier (vorna-console)
-  --debug         print what the library does
+  --ca FILE       certificate authority to trust instead of the system's
+  --data DIR      folder for preferences and identity
+  --app-id ID     application identifier (default: vorna-console)
+  --debug         print debug output of the library
 )";
 
 std::optional<Arguments> parse(int count, char** texts) {
@@ -228,13 +227,13 @@ int run(const Arguments& arguments) {
     VornaCoreSDK::UsePlatform(std::move(platform));
 
     auto& center = vorna::NotificationCenter::defaultCenter();
-    std::uint64_t handedOver = 0;
+    std::uint64_t passedOn = 0;
     const auto list =
-        center.addObserver(VornaCoreSDK::EventListUpdated, [&](const auto&) { http->count(handedOver); });
+        center.addObserver(VornaCoreSDK::EventListUpdated, [&](const auto&) { http->count(passedOn); });
     const auto configs =
         center.addObserver(VornaCoreSDK::RemoteConfigsReady, [](const vorna::Notification& notification) {
             const bool fetched = std::get<bool>(notification.userInfo.at("remoteConfigFetched"));
-            printConfiguration(fetched ? "configuration fetched" : "configuration not to be had");
+            printConfiguration(fetched ? "configuration fetched" : "configuration not available");
         });
 
     VornaCoreSDK::Init(arguments.appID);
@@ -243,7 +242,7 @@ int run(const Arguments& arguments) {
     center.post(vorna::UIApplicationDidBecomeActiveNotification);
 
     std::uint64_t recorded = 1;  // "sdk_initialized"
-    bool allUnderstood = true;
+    bool allValid = true;
     std::uint64_t number = 0;
     for (std::string line; std::getline(input, line);) {
         ++number;
@@ -253,17 +252,17 @@ int run(const Arguments& arguments) {
         if (recordLine(line)) {
             ++recorded;
         } else {
-            std::cerr << "vorna-console: line " << number << " is not understood: " << line << '\n';
-            allUnderstood = false;
+            std::cerr << "vorna-console: line " << number << " is invalid: " << line << '\n';
+            allValid = false;
         }
     }
 
     center.post(vorna::UIApplicationWillResignActiveNotification);
     ++recorded;  // "vorna_session"
-    const bool quiet = http->waitUntilQuiet(handedOver, recorded, std::chrono::seconds(90));
+    const bool idle = http->waitUntilIdle(passedOn, recorded, std::chrono::seconds(90));
     std::cout << recorded << " events recorded, "
-              << (quiet ? "every request has ended" : "some requests have not ended in time") << std::endl;
-    return allUnderstood && quiet ? EXIT_SUCCESS : EXIT_FAILURE;
+              << (idle ? "all requests completed" : "some requests timed out") << std::endl;
+    return allValid && idle ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
 }  // namespace

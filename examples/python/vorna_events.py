@@ -31,7 +31,7 @@ STORE_FILE = 2
 
 
 class Vorna:
-    """The operations that this example uses; texts are str, absent ones None."""
+    """The functions that this example uses; text is str, absent text None."""
 
     def __init__(self, library):
         self._library = ctypes.CDLL(library)
@@ -57,12 +57,12 @@ class Vorna:
             function.argtypes = arguments
 
     def __getattr__(self, name):
-        """Any operation by its name without "vorna_"; str becomes UTF-8."""
+        """Any function by its name without "vorna_"; str becomes UTF-8."""
         function = getattr(self._library, "vorna_" + name)
         return lambda *values: function(*(v.encode() if isinstance(v, str) else v for v in values))
 
     def text(self, operation, *arguments):
-        """The result of an operation that results in text."""
+        """The result of a function that returns text."""
         call = getattr(self, operation)
         length = call(*arguments, None, 0)
         if length == ABSENT:
@@ -72,9 +72,9 @@ class Vorna:
         return buffer.value.decode()
 
     def observe(self, notification, observer):
-        """Calls the observer with a function that looks up a bool, on a thread of the library's."""
+        """Calls the observer with a function that looks up a bool, on one of the library's threads."""
 
-        def heard(posted, _):
+        def handle(posted, _):
             def flag(key):
                 value = ctypes.c_bool()
                 found = self.notification_get_bool(posted, key, ctypes.byref(value))
@@ -82,7 +82,7 @@ class Vorna:
 
             observer(flag)
 
-        callback = OBSERVER(heard)
+        callback = OBSERVER(handle)
         name = ctypes.c_char_p.in_dll(self._library, "vorna_notification_" + notification)
         observation = self._library.vorna_add_observer(name.value, callback, None)
         self._observers.append((observation, callback))
@@ -117,23 +117,23 @@ def main():
     )
     vorna.use_platform(ctypes.byref(options))
 
-    recorded = 4  # with "sdk_initialized"
-    handed_over = threading.Semaphore(0)
+    recorded = 4  # including "sdk_initialized"
+    passed_on = threading.Semaphore(0)
     configured = threading.Event()
 
     def ready(flag):
-        print("configuration", "fetched" if flag("remoteConfigFetched") else "not to be had")
+        print("configuration", "fetched" if flag("remoteConfigFetched") else "not available")
         configured.set()
 
-    vorna.observe("event_list_updated", lambda flag: handed_over.release())
+    vorna.observe("event_list_updated", lambda flag: passed_on.release())
     vorna.observe("remote_configs_ready", ready)
     vorna.init("vorna-python")
     vorna.paywall_shown("ana ekran")
     vorna.event_with_value("level_up", "7 🎉")
     vorna.event_timed("lesson", 1704067200, 1704067260, None)
 
-    arrived = all([handed_over.acquire(timeout=30) for _ in range(recorded)]) and configured.wait(30)
-    time.sleep(1)  # a request follows the hand-over at once; leave it a moment to come through
+    arrived = all([passed_on.acquire(timeout=30) for _ in range(recorded)]) and configured.wait(30)
+    time.sleep(1)  # the requests follow at once; give them a moment to complete
     vorna.remove_observers()
     print("user", vorna.text("get_user_id"))
     for key in ("welcome_text", "paywall_name"):

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// An application in QML alone. Run it with the qml program and the import path of the built or installed module:
+// A pure QML application. Run it with the qml program and the import path of the built or installed module:
 //
 //     qml -I build/dev/bindings/qml/qml examples/qml-app/Main.qml -- --service URL --ca FILE --data DIR
 pragma ComponentBehavior: Bound
@@ -11,8 +11,8 @@ import Vorna
 Window {
     id: root
 
-    /// What the library has told, a line each, newest last.
-    property string heard
+    /// The notifications of the library, one per line, newest last.
+    property string log
 
     readonly property var words: Qt.application.arguments
 
@@ -22,9 +22,9 @@ Window {
             "media": root.argument("service", "https://127.0.0.1:8443") + "/media/mountains.jpg",
             "title": "Welcome",
             "titleColor": "#FFFFFF",
-            "heading": "An application in QML alone.",
+            "heading": "A pure QML application.",
             "headingColor": "#FFFFFF",
-            "buttonTitle": "Let us go",
+            "buttonTitle": "Let's go",
             "buttonTitleColor": "#FFFFFF",
             "backgroundColor": "#0B1026",
             "actionButtonColor1": "#5B6CFF",
@@ -38,9 +38,9 @@ Window {
         return place >= 0 && place + 1 < root.words.length ? root.words[place + 1] : otherwise
     }
 
-    function say(line: string) {
+    function report(line: string) {
         console.log(line)
-        root.heard += line + "\n"
+        root.log += line + "\n"
     }
 
     function showOnboarding() {
@@ -74,17 +74,17 @@ Window {
         function onRemoteConfigsReady(remoteConfigFetched: bool) {
             const text = VornaCoreSDK.GetRemoteConfigWithKeyDefaultValue("welcome_text", "Welcome")
             welcome.text = text
-            root.say("remoteConfigsReady " + remoteConfigFetched)
+            root.report("remoteConfigsReady " + remoteConfigFetched)
         }
 
         function onOnboardingScreensFinished(identifier: string) {
-            root.say("onboardingScreensFinished \"" + identifier + "\"")
+            root.report("onboardingScreensFinished \"" + identifier + "\"")
             VornaCoreSDK.OnboardingFinish()
             VornaCoreSDK.CloseOnboarding()
         }
 
         function onOnboardingScreenClosed(success: bool) {
-            root.say("onboardingScreenClosed " + success)
+            root.report("onboardingScreenClosed " + success)
             VornaCoreSDK.CloseOnboarding()
         }
     }
@@ -131,7 +131,7 @@ Window {
 
         Text {
             width: parent.width
-            text: root.heard
+            text: root.log
             textFormat: Text.PlainText
             color: "#b9b7e0"
             font.pixelSize: 13

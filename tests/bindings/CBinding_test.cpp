@@ -150,7 +150,7 @@ TEST(CBinding, HasEveryOperationOfTheFacadeUnderItsName) {
 
 class COperation : public testing::TestWithParam<std::string> {};
 
-TEST_P(COperation, DoesWhatTheFacadesDoes) {
+TEST_P(COperation, DoesTheSameAsTheFacades) {
     const Outcomes outcomes = compare(GetParam(), operations().at(GetParam()));
     EXPECT_EQ(outcomes.ofBinding, outcomes.ofFacade);
 }
@@ -172,7 +172,7 @@ INSTANTIATE_TEST_SUITE_P(Operations, CResult,
                                          "CurrentTimestamp()", "GetRemoteConfig(key,defaultValue)"),
                          [](const auto& testCase) { return nameOf(testCase.param); });
 
-TEST(CText, IsCutAtAWholeCharacterAndItsLengthReturned) {
+TEST(CText, IsTruncatedAtAWholeCharacterAndItsLengthReturned) {
     const support::RecordedEvents platform;
     const std::string text = "aş🎉";  // of 1, 2 and 4 bytes
 
@@ -195,7 +195,7 @@ TEST(CText, IsCutAtAWholeCharacterAndItsLengthReturned) {
     EXPECT_EQ(vorna_get_remote_config("k", text.c_str(), nullptr, 5), text.size());
 }
 
-TEST(CText, ThatIsAbsentIsToldFromOneThatIsEmpty) {
+TEST(CText, ThatIsAbsentDiffersFromEmptyText) {
     const support::RecordedEvents platform;
     std::array<char, 4> buffer{"xyz"};
     EXPECT_EQ(vorna_get_adid(buffer.data(), buffer.size()), VORNA_ABSENT);
@@ -204,7 +204,7 @@ TEST(CText, ThatIsAbsentIsToldFromOneThatIsEmpty) {
     EXPECT_EQ(vorna_get_adid(buffer.data(), buffer.size()), 0U);
 }
 
-TEST(CBinding, TakesAnAbsentCustomValue) {
+TEST(CBinding, AcceptsANullCustomValue) {
     const support::RecordedEvents platform;
     vorna_event_with_value("a", nullptr);
     vorna_event_timed("b", 1, 2, nullptr);
@@ -214,7 +214,7 @@ TEST(CBinding, TakesAnAbsentCustomValue) {
     EXPECT_EQ(events[1].endDate, 2U);
 }
 
-TEST(CBinding, BearsNullEverywhereAndSaysSo) {
+TEST(CBinding, AcceptsNullEverywhereAndLogsIt) {
     const support::RecordedEvents platform;
     vorna_set_debug(true);
     EXPECT_TRUE(vorna_get_debug());
@@ -249,7 +249,7 @@ TEST(CBinding, BearsNullEverywhereAndSaysSo) {
           "vorna_add_observer: observer", "vorna_remove_observer: observation"}) {
         EXPECT_THAT(printed, HasSubstr(std::string("[VornaSDK] ") + name + " is NULL; nothing is done\n"));
     }
-    EXPECT_THAT(printed, HasSubstr("[VornaSDK] vorna_post_signal: there is no signal 6\n"));
+    EXPECT_THAT(printed, HasSubstr("[VornaSDK] vorna_post_signal: unknown signal 6\n"));
     EXPECT_TRUE(support::RecordedEvents::take().empty());
 }
 
@@ -264,11 +264,11 @@ TEST(CPlatformOptions, WithoutTheirSizeOrWithAnUnknownStoreAreRefused) {
     vorna_use_platform(&options);
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
               "[VornaSDK] vorna_use_platform: the size of the options is not set; nothing is done\n"
-              "[VornaSDK] vorna_use_platform: there is no such credential store; nothing is done\n");
+              "[VornaSDK] vorna_use_platform: unknown credential store; nothing is done\n");
     EXPECT_NE(SharedInstance::get().platform.eventURL, std::string(serviceURL) + "/v1/event");
 }
 
-TEST(CPlatformOptions, OfALaterVersionAreTaken) {
+TEST(CPlatformOptions, OfALaterVersionAreAccepted) {
     struct Later {
         vorna_platform_options known{};
         const char* unknown = "later";
@@ -319,7 +319,7 @@ TEST(CSignals, ArePostedUnderTheirNames) {
                                     UIApplicationDidReceiveMemoryWarningNotification));
 }
 
-TEST(CObserver, ReadsWhatTheNotificationCarries) {
+TEST(CObserver, ReadsTheUserInfo) {
     std::vector<std::string> read;
     vorna_observation* const observation = vorna_add_observer(
         "test",
@@ -367,7 +367,7 @@ TEST(CObserver, MayRemoveItself) {
             auto& self = *static_cast<Observer*>(userData);
             ++self.calls;
             vorna_remove_observer(self.observation);
-            // What was given to this call is still there.
+            // The arguments of this call are still valid.
             EXPECT_STREQ(vorna_notification_name(notification), "test");
         },
         &observer);
@@ -376,7 +376,7 @@ TEST(CObserver, MayRemoveItself) {
     EXPECT_EQ(observer.calls, 1);
 }
 
-TEST(CObserver, HasNoCallUnderWayOnceItIsRemoved) {
+TEST(CObserver, IsNotRunningOnceRemoved) {
     for (int round = 0; round < 200; ++round) {
         std::atomic<bool> mayBeCalled = true;
         std::atomic<bool> wasCalledLate = false;

@@ -36,7 +36,7 @@ std::function<std::string()> nothing(void (*call)()) {
     };
 }
 
-/// Remembers what the facade asks of the screens.
+/// Records the facade's calls of the screens.
 class RecordingScreens final : public Screens {
   public:
     void start(const ScreenServices& /*services*/) override {}
@@ -190,7 +190,7 @@ Outcomes compare(const std::string& signature, const std::function<std::string()
         screens->calls.clear();
         Outcome outcome{"result " + call()};
         outcome.insert(outcome.end(), screens->calls.begin(), screens->calls.end());
-        // What `Init` starts takes the tasks away.
+        // What `Init` starts consumes the tasks.
         if (recorded && nameOf(signature) != "Init") {
             for (const EventData& event : recorded->take()) {
                 outcome.push_back("event " + event.name + " " + std::to_string(event.createDate) + " " +
@@ -202,7 +202,7 @@ Outcomes compare(const std::string& signature, const std::function<std::string()
         outcome.push_back("service " + SharedInstance::get().platform.eventURL);
         return outcome;
     };
-    // The facade's own call comes second, so that state which it makes cannot be taken for the binding's.
+    // The facade is called second, so that its state cannot be mistaken for the binding's.
     Outcomes outcomes;
     outcomes.ofBinding = outcomeOf(binding);
     outcomes.ofFacade = outcomeOf(operation(signature).call);

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Every operation of the facade with the means to compare a binding's with it. The tests hold this table
-/// against the text of the facade's header, so that a new operation fails them until it is bound.
+/// Every operation of the facade, to compare a binding's with. The tests compare this table with the facade's
+/// header, so that a new operation fails them until it is bound.
 
 #include <functional>
 #include <map>
@@ -12,30 +12,29 @@
 
 namespace vorna::bindings {
 
-/// What a call has led to: events, screen operations, the state that its kind changes or returns.
+/// The effect of a call: events, screen operations, the state that it changes or returns.
 using Outcome = std::vector<std::string>;
 
 /// The operations by name and arguments, as in "Event(name,customValue)".
 struct FacadeOperation {
     std::string signature;
-    /// Calls it with the table's arguments and returns its result as text; "absent" without one.
+    /// Calls it with the table's arguments and returns its result as text; "absent" if there is none.
     std::function<std::string()> call;
 };
 
 const std::vector<FacadeOperation>& facadeOperations();
 
-/// The signatures that the facade's header declares, in its order.
+/// The signatures in the facade's header, in order.
 std::vector<std::string> declaredOperations();
 
-/// The notification names that it declares, by the names of their constants.
+/// The names of the notification constants in it.
 std::map<std::string, std::string> declaredNotifications();
 
 /// The name of the operation without its arguments, and the arguments.
 std::string nameOf(const std::string& signature);
 std::vector<std::string> argumentsOf(const std::string& signature);
 
-/// Runs the calls one after the other on a platform of fakes and returns what each has led to. Once in a
-/// process.
+/// Runs the calls one by one on a platform of fakes and returns the effect of each. Once per process.
 struct Outcomes {
     Outcome ofBinding;
     Outcome ofFacade;
@@ -43,7 +42,7 @@ struct Outcomes {
 
 Outcomes compare(const std::string& signature, const std::function<std::string()>& binding);
 
-/// The same for the operations that return something, after `Init` and `SetAdid` and with a configuration.
+/// The same for operations that return a value, after `Init` and `SetAdid` and with a configuration.
 Outcomes compareResults(const std::string& signature, const std::function<std::string()>& binding);
 
 /// "absent" or the text.

@@ -30,7 +30,7 @@ using support::eventually;
 using testing::HasSubstr;
 using testing::UnorderedElementsAreArray;
 
-/// What QML calls, as it is written there after "VornaCoreSDK.".
+/// A call as written in QML after "VornaCoreSDK.".
 const std::map<std::string, std::string>& operations() {
     static const std::map<std::string, std::string> table = {
         {"UsePlatform(platform)",
@@ -87,7 +87,7 @@ const std::map<std::string, std::string>& operations() {
     return table;
 }
 
-/// An engine that has loaded the module.
+/// An engine with the module loaded.
 class Qml {
   public:
     Qml() {
@@ -109,7 +109,7 @@ class Qml {
         return result;
     }
 
-    /// Calls an operation; its result as text, empty where it returns nothing.
+    /// Calls an operation and returns its result as text; empty if it returns nothing.
     std::string call(const std::string& signature) {
         const QVariant result = evaluate("VornaCoreSDK." + operations().at(signature));
         const std::string name = nameOf(signature);
@@ -174,7 +174,7 @@ TEST(QmlBinding, HasEveryOperationOfTheFacadeUnderItsName) {
 
 class QmlOperation : public testing::TestWithParam<std::string> {};
 
-TEST_P(QmlOperation, DoesWhatTheFacadesDoes) {
+TEST_P(QmlOperation, DoesTheSameAsTheFacades) {
     Qml qml;
     const Outcomes outcomes = compare(GetParam(), [&] { return qml.call(GetParam()); });
     EXPECT_EQ(outcomes.ofBinding, outcomes.ofFacade);
@@ -231,7 +231,7 @@ struct RefusedCase {
 
 class QmlMisuse : public testing::TestWithParam<RefusedCase> {};
 
-TEST_P(QmlMisuse, IsToldInALineAndDoesNothing) {
+TEST_P(QmlMisuse, LogsALineAndDoesNothing) {
     Qml qml;
     qml.evaluate("VornaCoreSDK.debug = true");
     testing::internal::CaptureStdout();
@@ -243,33 +243,30 @@ TEST_P(QmlMisuse, IsToldInALineAndDoesNothing) {
 INSTANTIATE_TEST_SUITE_P(
     Kinds, QmlMisuse,
     testing::Values(
-        RefusedCase{"HalfASurrogatePair", R"(EventWithName("\ud800"))",
-                    "EventWithName: the text has half a surrogate pair; nothing is done"},
-        RefusedCase{"HalfASurrogatePairAsArgument", R"(TabClickedWithTab("\udc00"))",
-                    "TabClickedWithTab: the text has half a surrogate pair; nothing is done"},
+        RefusedCase{"UnpairedSurrogate", R"(EventWithName("\ud800"))",
+                    "EventWithName: the text has an unpaired surrogate; nothing is done"},
+        RefusedCase{"UnpairedSurrogateAsArgument", R"(TabClickedWithTab("\udc00"))",
+                    "TabClickedWithTab: the text has an unpaired surrogate; nothing is done"},
         RefusedCase{"ObjectAsCustomValue", R"(EventWithNameCustomValue("a", {"b": 1}))",
-                    "EventWithNameCustomValue: the custom value is no text; nothing is done"},
+                    "EventWithNameCustomValue: the custom value is not text; nothing is done"},
         RefusedCase{"NegativeTime", R"(EventWithNameStartTimeEndtimeCustomValue("a", -1, 0, ""))",
-                    "EventWithNameStartTimeEndtimeCustomValue: a time is no number of seconds since 1970; "
+                    "EventWithNameStartTimeEndtimeCustomValue: a time is not a number of seconds since 1970; "
                     "nothing is done"},
-        RefusedCase{"NoNumber", R"(EventWithNameStartTimeEndtimeCustomValue("a", 0, NaN, ""))",
-                    "EventWithNameStartTimeEndtimeCustomValue: a time is no number of seconds since 1970; "
+        RefusedCase{"NotANumber", R"(EventWithNameStartTimeEndtimeCustomValue("a", 0, NaN, ""))",
+                    "EventWithNameStartTimeEndtimeCustomValue: a time is not a number of seconds since 1970; "
                     "nothing is done"},
         RefusedCase{"TooLate",
                     R"(EventWithNameStartTimeEndtimeCustomValue("a", 0, 18446744073709551616, ""))",
-                    "EventWithNameStartTimeEndtimeCustomValue: a time is no number of seconds since 1970; "
+                    "EventWithNameStartTimeEndtimeCustomValue: a time is not a number of seconds since 1970; "
                     "nothing is done"},
-        RefusedCase{
-            "UnknownOption", R"(UsePlatformWithOptions({"serviceUrl": "https://a.test"}))",
-            "UsePlatformWithOptions: the option serviceUrl is not known or has no such value; nothing "
-            "is done"},
+        RefusedCase{"UnknownOption", R"(UsePlatformWithOptions({"serviceUrl": "https://a.test"}))",
+                    "UsePlatformWithOptions: unknown option or value: serviceUrl; nothing is done"},
         RefusedCase{"UnknownStore", R"(UsePlatformWithOptions({"credentialStore": "cupboard"}))",
-                    "UsePlatformWithOptions: the option credentialStore is not known or has no such value; "
-                    "nothing is done"},
-        RefusedCase{"NoWindow", "Attach(null)", "Attach: there is no window; nothing is done"}),
+                    "UsePlatformWithOptions: unknown option or value: credentialStore; nothing is done"},
+        RefusedCase{"NoWindow", "Attach(null)", "Attach: the window is null; nothing is done"}),
     [](const auto& testCase) { return testCase.param.name; });
 
-TEST(QmlDebug, ReadsAndWritesTheSwitchAndTellsOfChanges) {
+TEST(QmlDebug, ReadsAndWritesTheSwitchAndSignalsChanges) {
     Qml qml;
     QSignalSpy changes(qml.singleton(), SIGNAL(debugChanged()));
     EXPECT_EQ(qml.evaluate("VornaCoreSDK.debug"), QVariant(false));
@@ -279,7 +276,7 @@ TEST(QmlDebug, ReadsAndWritesTheSwitchAndTellsOfChanges) {
     EXPECT_EQ(changes.size(), 1);
 }
 
-/// What each notification carries, and the arguments that its signal is to have.
+/// The user info of each notification, and the expected arguments of its signal.
 struct SignalCase {
     const char* constant;
     UserInfo carried;
@@ -314,7 +311,7 @@ TEST(QmlSignals, ExistForEveryNotification) {
 
 class QmlSignal : public testing::TestWithParam<SignalCase> {};
 
-TEST_P(QmlSignal, ArrivesOnTheMainThreadWithItsUserInformation) {
+TEST_P(QmlSignal, ArrivesOnTheMainThreadWithItsUserInfo) {
     Qml qml;
     std::string name = GetParam().constant;
     name.front() = static_cast<char>(std::tolower(static_cast<unsigned char>(name.front())));
@@ -326,15 +323,15 @@ TEST_P(QmlSignal, ArrivesOnTheMainThreadWithItsUserInformation) {
         }
     }
     ASSERT_EQ(signal.methodType(), QMetaMethod::Signal) << name;
-    QSignalSpy heard(qml.singleton(), signal);
+    QSignalSpy received(qml.singleton(), signal);
     const std::string notification = declaredNotifications().at(GetParam().constant);
     std::thread([&] { NotificationCenter::defaultCenter().post(notification, GetParam().carried); }).join();
-    EXPECT_EQ(heard.size(), 0) << "not on the thread that posts";
-    ASSERT_TRUE(eventually([&] { return heard.size() == 1; }));
-    EXPECT_EQ(heard.front(), GetParam().arguments);
+    EXPECT_EQ(received.size(), 0) << "not on the thread that posts";
+    ASSERT_TRUE(eventually([&] { return received.size() == 1; }));
+    EXPECT_EQ(received.front(), GetParam().arguments);
 
     NotificationCenter::defaultCenter().post(notification, GetParam().carried);
-    EXPECT_EQ(heard.size(), 2) << "at once on the main thread";
+    EXPECT_EQ(received.size(), 2) << "at once on the main thread";
 }
 
 INSTANTIATE_TEST_SUITE_P(Notifications, QmlSignal, testing::ValuesIn(signalCases()),

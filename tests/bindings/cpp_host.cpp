@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Nothing but the header, in C++.
+// Only the header, in C++.
 #include <vorna/vorna.h>
 
 int main() {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Uses the application of examples/qml-app as a person would, and ends with 0 when all went well.
+// Operates the application in examples/qml-app as a user would, and exits with 0 if all went well.
 import QtQuick
 import QtTest
 import Vorna
@@ -55,7 +55,7 @@ Item {
         return null
     }
 
-    /// Clicks the item once it is there and does not move. True when it has been clicked.
+    /// Clicks the item once it is there and not moving. Returns whether it has been clicked.
     function clicked(name: string): bool {
         const item = root.find(root.application.contentItem, name)
         if (!item || item.width === 0) {
@@ -70,16 +70,16 @@ Item {
     }
 
     function advance() {
-        const heard = root.application.heard
-        if (root.step === 0 && heard.includes("remoteConfigsReady true") && root.clicked("showOnboarding")) {
+        const log = root.application.log
+        if (root.step === 0 && log.includes("remoteConfigsReady true") && root.clicked("showOnboarding")) {
             root.step = 1
         } else if (root.step === 1 && root.clicked("actionButton")) {
             root.step = 2
-        } else if (root.step === 2 && heard.includes("onboardingScreensFinished \"\"")) {
+        } else if (root.step === 2 && log.includes("onboardingScreensFinished \"\"")) {
             root.step = 3
         } else if (root.step === 3 && !root.find(root.application.contentItem, "actionButton")
                    && root.eventListUpdates >= 4) {
-            // A request follows the hand-over at once; leave it a moment to come through.
+            // The requests follow at once; give them a moment to complete.
             root.step = 4
         } else if (root.step >= 4 && ++root.step > 14) {
             const text = root.find(root.application.contentItem, "welcome").text

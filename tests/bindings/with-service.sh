@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: Apache-2.0
 # with-service.sh DEVSERVER TEXT EVENTS COMMAND...: starts the local service, runs the command with its address
 # appended (--service, --ca, --data), and checks that it succeeds and prints the text, and that the service has
-# received exactly those events (names with their custom values as NAME=VALUE, separated by commas).
+# received exactly those events (comma-separated names, with their custom values as NAME=VALUE).
 set -euo pipefail
 devserver=$1 text=$2 expected=$3
 shift 3
@@ -24,19 +24,19 @@ done
 status=0
 "$@" --service "$url" --ca "$folder/service/ca.pem" --data "$folder/app" >"$folder/output" 2>&1 || status=$?
 cat "$folder/output"
-[ "$status" -eq 0 ] || { echo "the program ended with $status"; exit 1; }
-grep -qF "$text" "$folder/output" || { echo "the program has not printed: $text"; exit 1; }
+[ "$status" -eq 0 ] || { echo "the program exited with $status"; exit 1; }
+grep -qF "$text" "$folder/output" || { echo "the program did not print: $text"; exit 1; }
 python3 - "$folder/service/events.ndjson" "$expected" <<'PYTHON'
 import collections, json, sys
 
 with open(sys.argv[1], encoding="utf-8") as lines:
-    # Sessions depend on when the display gives the program its focus.
+    # Sessions depend on when the display gives the program focus.
     events = [e for e in map(json.loads, lines) if e["name"] != "vorna_session"]
 named = [e["name"] + ("=" + e["customValue"] if e["customValue"] else "") for e in events]
 received, expected = collections.Counter(named), collections.Counter(sys.argv[2].split(","))
 print("received:", ", ".join(sorted(named)))
 if received != expected:
-    sys.exit(f"missing: {expected - received}, too many: {received - expected}")
+    sys.exit(f"missing: {expected - received}, unexpected: {received - expected}")
 if any(len(e["deviceData"]["userId"]) != 26 for e in events):
     sys.exit("an event without a user")
 PYTHON

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// A host's own port, to see that they can be derived from across the library's border.
+/// A host's own port: they can be derived from outside the library.
 class FixedClock final : public vorna::Clock {
   public:
     vorna::Date now() const override { return {1'704'067'200.9}; }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-/// Loads a plugin, lets it work, unloads it in the middle of that, and goes on for so many milliseconds.
+/// Loads a plugin, lets it work, unloads it while it is working, and continues for that many milliseconds.
 
 #include <dlfcn.h>
 

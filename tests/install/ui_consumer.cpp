@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-/// A host with screens. Its QML finds the module in the program, or on an import path when that is given.
+/// A host with screens. Its QML finds the module in the program, or on an import path if given.
 
 #include <vorna/core/VornaCoreSDK.h>
 #ifndef VORNA_IMPORT_PATH
@@ -26,7 +26,7 @@ constexpr const char* onboarding =
     R"("actionButtonColor2":"#ff9966","titleColor":"#ffffff","headingColor":"#ffffff",)"
     R"("buttonTitleColor":"#ffffff"}])";
 
-/// What QML reads of the same library.
+/// What QML reads from the same library.
 QString appIDInQml() {
     QQmlEngine engine;
 #ifdef VORNA_IMPORT_PATH

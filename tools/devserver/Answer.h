@@ -2,7 +2,7 @@
 #pragma once
 
 #include <tools/devserver/ByteRange.h>
-#include <tools/devserver/FileDescriptor.h>
+#include <vorna/platform/FileDescriptor.h>
 
 #include <memory>
 #include <string>
@@ -13,13 +13,13 @@
 
 namespace vorna::devserver {
 
-// A stretch of an open file, sent without reading all of it into memory.
+/// A range of an open file, sent without reading all of it into memory.
 struct FileSlice {
     std::shared_ptr<const FileDescriptor> file;
     ByteRange range;
 };
 
-// What is to be sent in answer to a request. The network adds length, connection and server.
+/// The answer to a request. The network adds the length, connection and server headers.
 struct Answer {
     unsigned status = 200;
     std::vector<std::pair<std::string, std::string>> headers;
@@ -28,7 +28,7 @@ struct Answer {
 
 [[nodiscard]] Answer jsonAnswer(unsigned status, std::string body);
 
-// {"error":"..."}: what was wrong with the request, in words.
+/// {"error":"EXPLANATION"}.
 [[nodiscard]] Answer errorAnswer(unsigned status, std::string_view explanation);
 
 }  // namespace vorna::devserver

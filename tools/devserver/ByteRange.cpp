@@ -1,22 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <tools/devserver/ByteRange.h>
 
+#include <tools/common/Number.h>
+
 #include <algorithm>
-#include <charconv>
 #include <optional>
 
 namespace vorna::devserver {
-namespace {
-
-std::optional<std::uint64_t> number(std::string_view digits) {
-    std::uint64_t value = 0;
-    const char* const end = digits.data() + digits.size();
-    const auto [stop, error] = std::from_chars(digits.data(), end, value);
-    return error == std::errc() && stop == end ? std::optional(value) : std::nullopt;
-}
-
-}  // namespace
-
 std::variant<WholeFile, ByteRange, UnsatisfiableRange> readByteRange(std::string_view header,
                                                                      std::uint64_t size) {
     constexpr std::string_view unit = "bytes=";
@@ -32,7 +22,7 @@ std::variant<WholeFile, ByteRange, UnsatisfiableRange> readByteRange(std::string
     const std::string_view lastText = header.substr(dash + 1);
 
     if (firstText.empty()) {
-        const std::optional<std::uint64_t> count = number(lastText);
+        const std::optional<std::uint64_t> count = tools::parseNumber<std::uint64_t>(lastText);
         if (!count) {
             return WholeFile{};
         }
@@ -43,8 +33,9 @@ std::variant<WholeFile, ByteRange, UnsatisfiableRange> readByteRange(std::string
         return ByteRange{size - length, length};
     }
 
-    const std::optional<std::uint64_t> first = number(firstText);
-    const std::optional<std::uint64_t> last = lastText.empty() ? std::optional(UINT64_MAX) : number(lastText);
+    const std::optional<std::uint64_t> first = tools::parseNumber<std::uint64_t>(firstText);
+    const std::optional<std::uint64_t> last =
+        lastText.empty() ? std::optional(UINT64_MAX) : tools::parseNumber<std::uint64_t>(lastText);
     if (!first || !last || *last < *first) {
         return WholeFile{};
     }

@@ -7,7 +7,7 @@
 
 namespace vorna::devserver {
 
-// A stretch of a file.
+/// Part of a file.
 struct ByteRange {
     std::uint64_t offset = 0;
     std::uint64_t length = 0;
@@ -15,12 +15,14 @@ struct ByteRange {
     friend bool operator==(const ByteRange&, const ByteRange&) = default;
 };
 
-struct WholeFile {};  // no range was asked for, or in a form we need not answer: the whole file is right
+/// No range was requested, or in a form that may be answered with the whole file.
+struct WholeFile {};
 
-struct UnsatisfiableRange {};  // well-formed, but nothing of the file lies in it
+/// A well-formed range outside the file.
+struct UnsatisfiableRange {};
 
-// What a Range header asks of a file of `size` bytes. One range is answered; several are answered with the
-// whole file, as HTTP allows.
+/// Parses a Range header for a file of `size` bytes. A request for several ranges gets the whole file, as
+/// HTTP allows.
 [[nodiscard]] std::variant<WholeFile, ByteRange, UnsatisfiableRange> readByteRange(std::string_view header,
                                                                                    std::uint64_t size);
 

@@ -1,4 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <tools/devserver/CertificateAuthority.h>
+
+#include <vorna/platform/FileDescriptor.h>
+
 #include <fcntl.h>
 #include <openssl/bio.h>
 #include <openssl/bn.h>
@@ -8,8 +12,6 @@
 #include <openssl/x509.h>
 #include <openssl/x509v3.h>
 #include <sys/stat.h>
-#include <tools/devserver/CertificateAuthority.h>
-#include <tools/devserver/FileDescriptor.h>
 
 #include <cerrno>
 #include <cstdio>
@@ -61,7 +63,7 @@ void require(bool done, const std::string& step) {
 
 Memory readable(const std::string& text) {
     require(text.size() <= static_cast<std::size_t>(std::numeric_limits<int>::max()),
-            "read a text of that length");
+            "read text of that length");
     Memory memory(BIO_new_mem_buf(text.data(), static_cast<int>(text.size())));
     require(memory != nullptr, "allocate memory");
     return memory;
@@ -73,7 +75,7 @@ std::string textOf(BIO* memory) {
     return {data, static_cast<std::size_t>(size)};
 }
 
-// An encrypted key is refused rather than asking for its passphrase on the terminal.
+// Refuses an encrypted key rather than asking for its passphrase on the terminal.
 int noPassphrase(char* /*buffer*/, int /*size*/, int /*writing*/, void* /*data*/) {
     return -1;
 }
@@ -102,7 +104,7 @@ CertificateWithKey toPem(X509* certificate, EVP_PKEY* key) {
 
 Key newKey() {
     Key key(EVP_EC_gen("P-256"));
-    require(key != nullptr, "make a key");
+    require(key != nullptr, "generate a key");
     return key;
 }
 
@@ -110,7 +112,7 @@ void setRandomSerialNumber(X509* certificate) {
     constexpr int bits = 127;  // unique without bookkeeping, and positive
     const BigNumber number(BN_new());
     require(number != nullptr && BN_rand(number.get(), bits, BN_RAND_TOP_ANY, BN_RAND_BOTTOM_ANY) == 1,
-            "draw a serial number");
+            "generate a serial number");
     require(BN_to_ASN1_INTEGER(number.get(), X509_get_serialNumber(certificate)) != nullptr,
             "set the serial number");
 }
@@ -133,7 +135,7 @@ void setCommonName(X509* certificate, std::string_view name) {
             "set the name \"" + text + "\"");
 }
 
-// `value` is ours, never a caller's: the notation would let it say more than one thing.
+// `value` must be a constant of ours: the notation would let a caller's text add more than one entry.
 void addExtension(X509* certificate, X509* issuer, int kind, const char* value) {
     X509V3_CTX context{};
     X509V3_set_ctx_nodb(&context);
@@ -179,7 +181,7 @@ Certificate unsignedCertificate(std::string_view commonName, std::chrono::system
                                 std::chrono::system_clock::time_point notAfter, EVP_PKEY* key) {
     Certificate certificate(X509_new());
     require(certificate != nullptr && X509_set_version(certificate.get(), X509_VERSION_3) == 1,
-            "make a certificate");
+            "create a certificate");
     setRandomSerialNumber(certificate.get());
     setValidity(certificate.get(), notBefore, notAfter);
     setCommonName(certificate.get(), commonName);
@@ -187,7 +189,7 @@ Certificate unsignedCertificate(std::string_view commonName, std::chrono::system
     return certificate;
 }
 
-// Signed by `issuer`, or by itself when there is none.
+// Signed by `issuer`, or self-signed if there is none.
 CertificateWithKey serverCertificate(const CertificateSubject& subject, X509* issuer, EVP_PKEY* issuerKey) {
     const Key key = newKey();
     const Certificate certificate =
@@ -252,8 +254,8 @@ CertificateAuthority CertificateAuthority::fromPem(CertificateWithKey identity) 
     const Certificate certificate = parseCertificate(identity.certificate);
     const Key key = parseKey(identity.privateKey);
     require(X509_check_private_key(certificate.get(), key.get()) == 1,
-            "use a key that is not the certificate's");
-    require(X509_check_ca(certificate.get()) == 1, "issue with a certificate that is not an authority's");
+            "use a key that does not match the certificate");
+    require(X509_check_ca(certificate.get()) == 1, "issue certificates: not an authority's certificate");
     return CertificateAuthority(std::move(identity));
 }
 

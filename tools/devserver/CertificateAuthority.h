@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+/// Certificates for development and tests.
+
 #include <chrono>
 #include <filesystem>
 #include <string>
@@ -9,52 +11,52 @@
 
 namespace vorna::devserver {
 
-// What a certificate is to say: whom it names and how long it holds. Nothing is filled in behind the caller's
-// back, so a test can ask for a certificate that has expired, is not yet valid, or names another host.
+/// The names and validity of a certificate. Nothing is filled in, so a test can request a certificate that
+/// has expired, is not yet valid, or names another host.
 struct CertificateSubject {
     std::string commonName;
     std::vector<std::string> dnsNames;
-    std::vector<std::string> ipAddresses;  // in text, IPv4 or IPv6
+    std::vector<std::string> ipAddresses;  ///< textual, IPv4 or IPv6
     std::chrono::system_clock::time_point notBefore;
     std::chrono::system_clock::time_point notAfter;
 };
 
-// A certificate and the private key that belongs to it, both PEM.
+/// A certificate and its private key, both PEM.
 struct CertificateWithKey {
     std::string certificate;
     std::string privateKey;
 };
 
-// A certificate authority for development and tests: it makes its own root and issues server certificates
-// (ECDSA, P-256). Clients that trust `certificate()` accept what it issues.
-//
-// A plain value without shared state: copy it freely, use one copy from one thread at a time. Every function
-// throws std::runtime_error when OpenSSL refuses, naming the step.
+/// A certificate authority with a root of its own that issues server certificates (ECDSA, P-256). Clients
+/// that trust `certificate()` accept them.
+///
+/// A value: copies share no state. Every function throws std::runtime_error, naming the step, if OpenSSL
+/// fails.
 class CertificateAuthority {
   public:
-    // A new root with a new key.
+    /// Creates a root with a new key.
     [[nodiscard]] static CertificateAuthority create(std::string_view name,
                                                      std::chrono::system_clock::time_point notBefore,
                                                      std::chrono::system_clock::time_point notAfter);
 
-    // An authority made earlier. Throws as well when the two do not belong together or the certificate is not
-    // an authority's.
+    /// Restores an authority. Throws also if certificate and key do not match or the certificate is not an
+    /// authority's.
     [[nodiscard]] static CertificateAuthority fromPem(CertificateWithKey identity);
 
-    // A server certificate with a new key, signed by this authority.
+    /// Issues a server certificate with a new key.
     [[nodiscard]] CertificateWithKey issue(const CertificateSubject& subject) const;
 
-    // A server certificate that nobody vouches for but itself.
+    /// Creates a self-signed server certificate.
     [[nodiscard]] static CertificateWithKey selfSigned(const CertificateSubject& subject);
 
-    // Whether a client that trusts this authority would accept `identity` at `time` for every one of the
-    // names and addresses, and its key fits.
+    /// Whether a client that trusts this authority would accept `identity` at `time` for all of the names and
+    /// addresses, and its key matches.
     [[nodiscard]] bool vouchesFor(const CertificateWithKey& identity,
                                   const std::vector<std::string>& dnsNames,
                                   const std::vector<std::string>& ipAddresses,
                                   std::chrono::system_clock::time_point time) const;
 
-    // Whether the root itself holds at `time`.
+    /// Whether the root is valid at `time`.
     [[nodiscard]] bool isValidAt(std::chrono::system_clock::time_point time) const;
 
     [[nodiscard]] const std::string& certificate() const { return identity_.certificate; }
@@ -67,8 +69,8 @@ class CertificateAuthority {
     CertificateWithKey identity_;
 };
 
-// Writes a certificate for all to read, and a private key for the owner alone (mode 0600, from the first
-// moment on). An existing file is replaced as a whole. Throws std::runtime_error naming the file.
+/// Write a certificate that everybody can read, and a private key that only the owner can (mode 0600 from the
+/// start). An existing file is replaced atomically. Throw std::runtime_error naming the file.
 void writeCertificateFile(const std::filesystem::path& path, std::string_view pem);
 void writePrivateKeyFile(const std::filesystem::path& path, std::string_view pem);
 

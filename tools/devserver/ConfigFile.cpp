@@ -1,43 +1,54 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <tools/devserver/ConfigFile.h>
+
+#include <tools/common/Files.h>
 #include <tools/devserver/JsonText.h>
 
-#include <cerrno>
-#include <fstream>
-#include <iterator>
-#include <system_error>
 #include <utility>
 
 namespace vorna::devserver {
 
-// Read anew for every request: no test of date and size notices each edit, and the file is small.
-Reading<std::string> ConfigFile::read() const {
-    std::error_code error;
-    if (!std::filesystem::exists(path_, error) && !error) {
-        return std::string("{}");
-    }
-    if (!std::filesystem::is_regular_file(path_, error)) {
-        return Complaint{path_.string() + ": not a file that can be read"};
-    }
-    std::ifstream file(path_, std::ios::binary);
-    if (!file) {
-        return Complaint{path_.string() + ": " + std::generic_category().message(errno)};
-    }
-    std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    Reading<boost::json::value> reading = readJson(text);
-    if (const auto* complaint = std::get_if<Complaint>(&reading)) {
-        return Complaint{path_.string() + ": " + complaint->text};
-    }
-    return text;
+std::string describe(const ConfigFileError& error) {
+    const auto* const unreadable = std::get_if<std::error_code>(&error.reason);
+    return error.path.string() + ": " +
+           (unreadable != nullptr ? unreadable->message() : describe(std::get<DocumentError>(error.reason)));
 }
 
-std::string complaintAboutConfigRequest(std::string_view body) {
-    Reading<boost::json::object> reading = readObjectWithExactly({"deviceData"}, body);
-    if (const auto* complaint = std::get_if<Complaint>(&reading)) {
-        return complaint->text;
+// Read anew for every request: no comparison of date and size notices every edit, and the file is small.
+Result<std::string, ConfigFileError> ConfigFile::read() const {
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(path_, error);
+    if (status.type() == std::filesystem::file_type::not_found) {
+        return std::string("{}");
     }
-    const boost::json::value& device = std::get<boost::json::object>(reading).at("deviceData");
-    return device.is_object() ? std::string() : wrongKind("deviceData", "an object", device).text;
+    if (!error && !std::filesystem::is_regular_file(status)) {
+        // A pipe would make the server wait for its writer.
+        error = std::make_error_code(std::filesystem::is_directory(status) ? std::errc::is_a_directory
+                                                                           : std::errc::not_supported);
+    }
+    if (error) {
+        return Unexpected(ConfigFileError{path_, error});
+    }
+    Result<std::string, std::error_code> text = tools::readFile(path_);
+    if (!text) {
+        return Unexpected(ConfigFileError{path_, text.error()});
+    }
+    if (auto document = readJson(*text); !document) {
+        return Unexpected(ConfigFileError{path_, std::move(document).error()});
+    }
+    return *std::move(text);
+}
+
+Result<void, DocumentError> checkConfigRequest(std::string_view body) {
+    auto request = readObjectWithExactly({"deviceData"}, body);
+    if (!request) {
+        return Unexpected(std::move(request).error());
+    }
+    const boost::json::value& device = request->at("deviceData");
+    if (!device.is_object()) {
+        return Unexpected(wrongKind("deviceData", "an object", device));
+    }
+    return {};
 }
 
 }  // namespace vorna::devserver

@@ -1,18 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <tools/devserver/Console.h>
 
-#include <cstdio>
+#include <tools/common/Console.h>
 
 namespace vorna::devserver {
 namespace {
-
-void writeLine(std::FILE* file, std::string_view line) {
-    std::string text(line);
-    text += '\n';
-    // A reader that has gone away is no reason to stop serving.
-    static_cast<void>(std::fwrite(text.data(), 1, text.size(), file));
-    static_cast<void>(std::fflush(file));
-}
 
 constexpr bool continuesCharacter(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
@@ -30,11 +22,9 @@ void appendHexadecimal(std::string& text, unsigned char byte) {
 Console standardConsole(bool quiet) {
     Console console;
     if (!quiet) {
-        console.request = [](std::string_view line) { writeLine(stdout, line); };
+        console.request = [](std::string_view line) { tools::printLine(line); };
     }
-    console.trouble = [](std::string_view line) {
-        writeLine(stderr, std::string("vorna-devserver: ").append(line));
-    };
+    console.trouble = [](std::string_view line) { tools::printError("vorna-devserver", line); };
     return console;
 }
 
@@ -64,7 +54,7 @@ std::string printable(std::string_view text, std::size_t limit) {
         } else if (byte < 0x20 || byte == 0x7F) {
             appendHexadecimal(result, byte);
         } else if (byte == 0xC2 && next >= 0x80 && next < 0xA0) {
-            // The control characters U+0080 to U+009F, which some terminals obey.
+            // The control characters U+0080 to U+009F, which some terminals interpret.
             appendHexadecimal(result, byte);
             appendHexadecimal(result, static_cast<unsigned char>(next));
             ++i;

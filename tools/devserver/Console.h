@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+/// What the server prints.
+
 #include <cstddef>
 #include <functional>
 #include <string>
@@ -8,21 +10,20 @@
 
 namespace vorna::devserver {
 
-// Where the program tells the person in front of it what happens, one line a call.
+/// Reports what happens, one line per call.
 struct Console {
-    // What one request did. Silent under --quiet.
+    /// What one request did. Prints nothing with --quiet.
     std::function<void(std::string_view)> request = [](std::string_view) {};
-    // What is wrong with the server's own surroundings: a file that cannot be written, a broken configuration
-    // file. Never silent.
+    /// A problem of the server itself, such as a file that cannot be written or a broken configuration file.
+    /// Always printed.
     std::function<void(std::string_view)> trouble = [](std::string_view) {};
 };
 
-// Requests go to standard output, trouble to standard error. Every line is flushed, so that a program reading
-// our output sees it at once.
+/// Requests go to standard output, trouble to standard error.
 [[nodiscard]] Console standardConsole(bool quiet);
 
-// Text from the network, made fit for a terminal: control characters and backslashes are escaped, and what is
-// longer than `limit` bytes is cut between two characters, with its full length noted.
+/// Makes text from the network safe for a terminal: escapes control characters and backslashes, and truncates
+/// text longer than `limit` bytes between two characters, noting its full length.
 [[nodiscard]] std::string printable(std::string_view text, std::size_t limit = 200);
 
 }  // namespace vorna::devserver

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <tools/devserver/EventDocument.h>
+
 #include <tools/devserver/JsonText.h>
 
 #include <boost/json/serialize.hpp>
+
 #include <optional>
 #include <utility>
 
@@ -23,31 +25,31 @@ std::optional<std::uint64_t> unsignedInteger(const json::value& value) {
 
 }  // namespace
 
-Reading<EventDocument> readEventDocument(std::string_view body) {
-    Reading<json::object> reading =
+Result<EventDocument, DocumentError> readEventDocument(std::string_view body) {
+    Result<json::object, DocumentError> document =
         readObjectWithExactly({"name", "createDate", "endDate", "customValue", "deviceData"}, body);
-    if (auto* complaint = std::get_if<Complaint>(&reading)) {
-        return std::move(*complaint);
+    if (!document) {
+        return Unexpected(std::move(document).error());
     }
-    const auto& object = std::get<json::object>(reading);
+    const json::object& object = *document;
 
     for (const std::string_view key : {"name", "customValue"}) {
         const json::value& value = object.at(key);
         if (!value.is_string()) {
-            return wrongKind(key, "a string", value);
+            return Unexpected(wrongKind(key, "a string", value));
         }
     }
     for (const std::string_view key : {"createDate", "endDate"}) {
         const json::value& value = object.at(key);
         if (!unsignedInteger(value)) {
-            return value.is_number() ? Complaint{std::string(key) +
-                                                 ": expected an unsigned integer of at most 64 bits, found " +
-                                                 json::serialize(value)}
-                                     : wrongKind(key, "an unsigned integer", value);
+            return Unexpected(value.is_number()
+                                  ? WrongValue{std::string(key), "an unsigned integer of at most 64 bits",
+                                               json::serialize(value)}
+                                  : wrongKind(key, "an unsigned integer", value));
         }
     }
     if (!object.at("deviceData").is_object()) {
-        return wrongKind("deviceData", "an object", object.at("deviceData"));
+        return Unexpected(wrongKind("deviceData", "an object", object.at("deviceData")));
     }
 
     EventDocument event;

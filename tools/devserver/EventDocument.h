@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <tools/devserver/Complaint.h>
+/// Analytics events as clients send them.
+
+#include <tools/devserver/DocumentError.h>
+#include <vorna/base/Result.h>
 
 #include <cstdint>
 #include <string>
@@ -9,17 +12,16 @@
 
 namespace vorna::devserver {
 
-// One analytics event as a client sent it.
 struct EventDocument {
     std::string name;
     std::string customValue;
-    std::uint64_t createDate = 0;  // seconds since 1970
-    std::uint64_t endDate = 0;     // seconds since 1970; may lie before createDate
-    std::string line;  // the document itself, without a line break: the received bytes where they have none
+    std::uint64_t createDate = 0;  ///< seconds since 1970
+    std::uint64_t endDate = 0;     ///< seconds since 1970; may be before createDate
+    std::string line;  ///< the document itself, without a line break: the received bytes if they have none
 };
 
-// Accepts an object with exactly the keys name, createDate, endDate, customValue and deviceData, each of its
-// right type. A complaint names the key.
-[[nodiscard]] Reading<EventDocument> readEventDocument(std::string_view body);
+/// Accepts an object with exactly the keys name, createDate, endDate, customValue and deviceData, each of its
+/// right type.
+[[nodiscard]] Result<EventDocument, DocumentError> readEventDocument(std::string_view body);
 
 }  // namespace vorna::devserver

@@ -1,36 +1,37 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <tools/devserver/EventJournal.h>
+
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <tools/devserver/EventJournal.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <stdexcept>
-#include <system_error>
 #include <utility>
 
 namespace vorna::devserver {
-namespace {
 
-std::string describe(const std::filesystem::path& path, int error) {
-    return "cannot write " + path.string() + ": " + std::generic_category().message(error);
+std::string describe(const JournalError& error) {
+    return "cannot write " + error.path.string() + ": " + error.reason.message() +
+           (error.isLastLineIncomplete ? " (and its last line is incomplete)" : "");
 }
-
-}  // namespace
 
 EventJournal::EventJournal(std::filesystem::path path) : path_(std::move(path)) {
-    if (const std::string problem = open(); !problem.empty()) {
-        throw std::runtime_error(problem);
+    if (const auto opened = open(); !opened) {
+        throw std::runtime_error(describe(opened.error()));
     }
 }
 
-std::string EventJournal::open() {
-    std::error_code error;
+Result<void, JournalError> EventJournal::open() {
     if (path_.has_parent_path()) {
-        std::filesystem::create_directories(path_.parent_path(),
-                                            error);  // a failure shows when the file is opened
+        std::error_code ignored;  // a failure shows when the file is opened
+        std::filesystem::create_directories(path_.parent_path(), ignored);
     }
     file_ = FileDescriptor(::open(path_.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644));
-    return file_.isOpen() ? std::string() : describe(path_, errno);
+    if (!file_.isOpen()) {
+        return Unexpected(lastError());
+    }
+    return {};
 }
 
 bool EventJournal::isCurrent() const {
@@ -42,10 +43,14 @@ bool EventJournal::isCurrent() const {
            opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
 }
 
-std::string EventJournal::append(std::string_view document) {
+JournalError EventJournal::lastError() const {
+    return {path_, std::error_code(errno, std::generic_category())};
+}
+
+Result<void, JournalError> EventJournal::append(std::string_view document) {
     if (!isCurrent()) {
-        if (std::string problem = open(); !problem.empty()) {
-            return problem;
+        if (auto opened = open(); !opened) {
+            return opened;
         }
     }
 
@@ -66,12 +71,11 @@ std::string EventJournal::append(std::string_view document) {
         if (errno == EINTR) {
             continue;
         }
-        const int error = errno;
-        // Half a document would spoil the line after it too.
-        if (isFile && rest.size() < line.size() && ::ftruncate(file_.number(), before.st_size) != 0) {
-            return describe(path_, error) + " (and its last line is incomplete)";
-        }
-        return describe(path_, error);
+        JournalError error = lastError();
+        // Half a document would spoil the next line too.
+        error.isLastLineIncomplete =
+            isFile && rest.size() < line.size() && ::ftruncate(file_.number(), before.st_size) != 0;
+        return Unexpected(std::move(error));
     }
     return {};
 }

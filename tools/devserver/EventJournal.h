@@ -1,30 +1,44 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <tools/devserver/FileDescriptor.h>
+/// The file that recorded events are appended to.
+
+#include <vorna/base/Result.h>
+#include <vorna/platform/FileDescriptor.h>
 
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 namespace vorna::devserver {
 
-// The file that recorded events are appended to, one JSON document a line.
+struct JournalError {
+    std::filesystem::path path;
+    std::error_code reason;
+    bool isLastLineIncomplete = false;
+};
+
+/// "cannot write PATH: REASON".
+[[nodiscard]] std::string describe(const JournalError& error);
+
+/// Holds one JSON document per line.
 class EventJournal {
   public:
-    // Opens the file, making it and its folder if need be. Throws std::runtime_error when it cannot be
-    // written.
+    /// Opens the file; creates it and its folder if need be. Throws std::runtime_error if it cannot be
+    /// written.
     explicit EventJournal(std::filesystem::path path);
 
-    // Appends `document`, which holds no line break, as one line: all of it or nothing. A file that was
-    // deleted or moved away in the meantime is begun anew. Returns what went wrong, or an empty text.
-    [[nodiscard]] std::string append(std::string_view document);
+    /// Appends `document`, which contains no line break, as one line: all of it or nothing. A file that has
+    /// been deleted or moved in the meantime is created again.
+    [[nodiscard]] Result<void, JournalError> append(std::string_view document);
 
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
 
   private:
-    [[nodiscard]] std::string open();
+    [[nodiscard]] Result<void, JournalError> open();
     [[nodiscard]] bool isCurrent() const;
+    [[nodiscard]] JournalError lastError() const;
 
     std::filesystem::path path_;
     FileDescriptor file_;

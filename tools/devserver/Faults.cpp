@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <tools/devserver/Faults.h>
+
+#include <tools/common/Number.h>
+#include <tools/devserver/Console.h>
 #include <tools/devserver/JsonText.h>
 
-#include <algorithm>
 #include <boost/json/serialize.hpp>
-#include <charconv>
+
+#include <algorithm>
 #include <utility>
 
 namespace vorna::devserver {
@@ -14,7 +17,7 @@ namespace json = boost::json;
 
 constexpr std::uint64_t longestDelay = 24ULL * 60 * 60 * 1000;
 
-// A fault as far as it was written down, before it is known whether it makes sense.
+// A fault as written, not yet validated.
 struct Draft {
     std::optional<std::string> path;
     std::optional<std::uint64_t> count;
@@ -38,42 +41,42 @@ constexpr bool allowsNoBody(std::uint64_t status) {
     return status == 204 || status == 304;
 }
 
-Reading<Fault> finish(Draft draft) {
+Result<Fault, FaultError> checked(Draft draft) {
     if (draft.path && !draft.path->starts_with('/')) {
-        return Complaint{"path: begins with a slash"};
+        return Unexpected(FaultRule::pathBeginsWithSlash);
     }
     if (draft.path && isControlPath(*draft.path)) {
-        return Complaint{"path: faults never touch /control"};
+        return Unexpected(FaultRule::pathIsNotControl);
     }
     if (draft.count == 0U) {
-        return Complaint{"count: at least 1 (leave it out for every request)"};
+        return Unexpected(FaultRule::countIsPositive);
     }
     if (draft.delay.value_or(0) > longestDelay) {
-        return Complaint{"delay: at most a day"};
+        return Unexpected(FaultRule::delayIsAtMostADay);
     }
     if (draft.status && (*draft.status < 200 || *draft.status > 999)) {
-        return Complaint{"status: from 200 to 999"};
+        return Unexpected(FaultRule::statusIsInRange);
     }
     if (draft.location && (draft.location->empty() || hasControlCharacter(*draft.location))) {
-        return Complaint{"location: not a header value"};
+        return Unexpected(FaultRule::locationIsHeaderValue);
     }
     if (draft.location && !draft.status) {
-        return Complaint{"location: needs a status"};
+        return Unexpected(FaultRule::locationNeedsStatus);
     }
     const bool answers = draft.status || draft.body;
     if (static_cast<int>(draft.drop) + static_cast<int>(draft.reset) + static_cast<int>(draft.hang) +
             static_cast<int>(answers) >
         1) {
-        return Complaint{"a fault has one of status or body, drop, reset and hang"};
+        return Unexpected(FaultRule::oneActionOnly);
     }
     if (draft.cutBody && (draft.drop || draft.reset || draft.hang)) {
-        return Complaint{"cutBody: there is no body to cut"};
+        return Unexpected(FaultRule::cutBodyNeedsBody);
     }
     if (draft.status && allowsNoBody(*draft.status) && (draft.cutBody || draft.body)) {
-        return Complaint{"status " + std::to_string(*draft.status) + " has no body"};
+        return Unexpected(FaultRule::statusAllowsBody);
     }
     if (!answers && !draft.drop && !draft.reset && !draft.hang && !draft.cutBody && !draft.delay) {
-        return Complaint{"a fault needs status, body, delay, drop, reset, hang or cutBody"};
+        return Unexpected(FaultRule::someActionIsNeeded);
     }
 
     Fault fault;
@@ -82,26 +85,19 @@ Reading<Fault> finish(Draft draft) {
     fault.delay = std::chrono::milliseconds(draft.delay.value_or(0));
     fault.cutBody = draft.cutBody;
     if (answers) {
-        fault.deed = AnswerWith{static_cast<unsigned>(draft.status.value_or(200)),
-                                draft.location.value_or(""), draft.body.value_or("")};
+        fault.action = AnswerWith{static_cast<unsigned>(draft.status.value_or(200)),
+                                  draft.location.value_or(""), draft.body.value_or("")};
     } else if (draft.drop) {
-        fault.deed = DropConnection{};
+        fault.action = DropConnection{};
     } else if (draft.reset) {
-        fault.deed = ResetConnection{};
+        fault.action = ResetConnection{};
     } else if (draft.hang) {
-        fault.deed = HoldConnection{};
+        fault.action = HoldConnection{};
     }
     return fault;
 }
 
-std::optional<std::uint64_t> number(std::string_view digits) {
-    std::uint64_t value = 0;
-    const char* const end = digits.data() + digits.size();
-    const auto [stop, error] = std::from_chars(digits.data(), end, value);
-    return error == std::errc() && stop == end ? std::optional(value) : std::nullopt;
-}
-
-// What a key may set, under its JSON name; the command line says "delay" for "delayMilliseconds".
+// The field that a key sets, by its JSON name; the command line writes "delay" for "delayMilliseconds".
 std::optional<std::uint64_t>* numberNamed(Draft& draft, std::string_view key) {
     if (key == "count") {
         return &draft.count;
@@ -135,8 +131,36 @@ std::optional<std::string>* textNamed(Draft& draft, std::string_view key) {
     return key == "body" ? &draft.body : nullptr;
 }
 
-Complaint unknown(std::string_view key) {
-    return {"a fault has no \"" + std::string(key) + "\""};
+Unexpected<UnknownFaultKey> unknown(std::string_view key) {
+    return Unexpected(UnknownFaultKey{std::string(key)});
+}
+
+std::string_view textOf(FaultRule rule) {
+    switch (rule) {
+    case FaultRule::pathBeginsWithSlash:
+        return "path: must begin with a slash";
+    case FaultRule::pathIsNotControl:
+        return "path: faults never affect /control";
+    case FaultRule::countIsPositive:
+        return "count: at least 1 (leave it out for every request)";
+    case FaultRule::delayIsAtMostADay:
+        return "delay: at most a day";
+    case FaultRule::statusIsInRange:
+        return "status: from 200 to 999";
+    case FaultRule::locationIsHeaderValue:
+        return "location: not a header value";
+    case FaultRule::locationNeedsStatus:
+        return "location: needs a status";
+    case FaultRule::oneActionOnly:
+        return "a fault has one of status or body, drop, reset and hang";
+    case FaultRule::cutBodyNeedsBody:
+        return "cutBody: there is no body to cut";
+    case FaultRule::statusAllowsBody:
+        return "status: an answer with 204 or 304 has no body";
+    case FaultRule::someActionIsNeeded:
+        return "a fault needs status, body, delay, drop, reset, hang or cutBody";
+    }
+    return "";
 }
 
 json::object toJsonObject(const Fault& fault) {
@@ -147,7 +171,7 @@ json::object toJsonObject(const Fault& fault) {
     if (fault.count) {
         object["count"] = *fault.count;
     }
-    if (const auto* answer = std::get_if<AnswerWith>(&fault.deed)) {
+    if (const auto* answer = std::get_if<AnswerWith>(&fault.action)) {
         object["status"] = answer->status;
         if (!answer->location.empty()) {
             object["location"] = answer->location;
@@ -155,11 +179,11 @@ json::object toJsonObject(const Fault& fault) {
         if (!answer->body.empty()) {
             object["body"] = answer->body;
         }
-    } else if (std::holds_alternative<DropConnection>(fault.deed)) {
+    } else if (std::holds_alternative<DropConnection>(fault.action)) {
         object["drop"] = true;
-    } else if (std::holds_alternative<ResetConnection>(fault.deed)) {
+    } else if (std::holds_alternative<ResetConnection>(fault.action)) {
         object["reset"] = true;
-    } else if (std::holds_alternative<HoldConnection>(fault.deed)) {
+    } else if (std::holds_alternative<HoldConnection>(fault.action)) {
         object["hang"] = true;
     }
     if (fault.cutBody) {
@@ -173,33 +197,46 @@ json::object toJsonObject(const Fault& fault) {
 
 }  // namespace
 
-Reading<Fault> readFaultJson(std::string_view text) {
-    Reading<json::value> reading = readJson(text);
-    if (auto* complaint = std::get_if<Complaint>(&reading)) {
-        return std::move(*complaint);
+std::string describe(const FaultError& error) {
+    struct {
+        std::string operator()(const DocumentError& document) const { return describe(document); }
+
+        std::string operator()(const UnknownFaultKey& unknownKey) const {
+            return "a fault has no \"" + printable(unknownKey.key) + "\"";
+        }
+
+        std::string operator()(FaultRule rule) const { return std::string(textOf(rule)); }
+    } description;
+
+    return std::visit(description, error);
+}
+
+Result<Fault, FaultError> readFaultJson(std::string_view text) {
+    const Result<json::value, DocumentError> value = readJson(text);
+    if (!value) {
+        return Unexpected(value.error());
     }
-    const auto& value = std::get<json::value>(reading);
-    if (!value.is_object()) {
-        return Complaint{"expected an object, found " + std::string(kindInWords(value))};
+    if (!value->is_object()) {
+        return Unexpected(wrongKind("", "an object", *value));
     }
 
     Draft draft;
-    for (const auto& [keyText, member] : value.get_object()) {
+    for (const auto& [keyText, member] : value->get_object()) {
         const std::string_view key(keyText.data(), keyText.size());
         if (auto* numberTarget = numberNamed(draft, key)) {
             json::error_code error;
             *numberTarget = member.to_number<std::uint64_t>(error);
             if (error || member.is_double()) {
-                return wrongKind(key, "an unsigned integer", member);
+                return Unexpected(wrongKind(key, "an unsigned integer", member));
             }
         } else if (bool* flag = flagNamed(draft, key)) {
             if (!member.is_bool()) {
-                return wrongKind(key, "a boolean", member);
+                return Unexpected(wrongKind(key, "a boolean", member));
             }
             *flag = member.get_bool();
         } else if (auto* target = textNamed(draft, key)) {
             if (!member.is_string()) {
-                return wrongKind(key, "a string", member);
+                return Unexpected(wrongKind(key, "a string", member));
             }
             *target = std::string(member.get_string());
         } else {
@@ -207,10 +244,10 @@ Reading<Fault> readFaultJson(std::string_view text) {
         }
     }
 
-    return finish(std::move(draft));
+    return checked(std::move(draft));
 }
 
-Reading<Fault> readFaultOption(std::string_view text) {
+Result<Fault, FaultError> readFaultOption(std::string_view text) {
     Draft draft;
     while (!text.empty()) {
         constexpr std::string_view bodyKey = "body=";
@@ -235,10 +272,10 @@ Reading<Fault> readFaultOption(std::string_view text) {
         }
         const std::string_view value = part.substr(equals + 1);
         if (auto* target = numberNamed(draft, key)) {
-            *target = number(value);
+            *target = tools::parseNumber<std::uint64_t>(value);
             if (!*target) {
-                return Complaint{std::string(written) + ": expected an unsigned integer, found \"" +
-                                 std::string(value) + "\""};
+                return Unexpected(WrongValue{std::string(written), "an unsigned integer",
+                                             "\"" + std::string(value) + "\""});
             }
         } else if (auto* textTarget = textNamed(draft, key)) {
             *textTarget = std::string(value);
@@ -246,7 +283,7 @@ Reading<Fault> readFaultOption(std::string_view text) {
             return unknown(written);
         }
     }
-    return finish(std::move(draft));
+    return checked(std::move(draft));
 }
 
 std::string describe(const Fault& fault) {
@@ -264,7 +301,7 @@ std::string describe(const Fault& fault) {
         std::string operator()(const HoldConnection&) const { return "hang"; }
     } inWords;
 
-    std::string text = std::visit(inWords, fault.deed);
+    std::string text = std::visit(inWords, fault.action);
     const auto add = [&text](const std::string& part) { text += (text.empty() ? "" : ", ") + part; };
     if (fault.cutBody) {
         add("cutBody");

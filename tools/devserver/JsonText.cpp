@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <tools/devserver/Console.h>
 #include <tools/devserver/JsonText.h>
 
-#include <algorithm>
 #include <boost/json/basic_parser_impl.hpp>
 #include <boost/json/parser.hpp>
+
+#include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <limits>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -16,8 +18,8 @@ namespace {
 namespace json = boost::json;
 
 // NOLINTBEGIN(readability-identifier-naming, readability-convert-member-functions-to-static): the parser's
-// names. Collects the keys of the outermost object as they are written: a parsed object would no longer show
-// that one stood there twice.
+// names. Collects the keys of the outermost object as they are written: a parsed object no longer shows that
+// a key was repeated.
 struct OutermostKeys {
     static constexpr std::size_t max_object_size = std::numeric_limits<std::size_t>::max();
     static constexpr std::size_t max_array_size = std::numeric_limits<std::size_t>::max();
@@ -84,62 +86,6 @@ std::vector<std::string> outermostKeys(std::string_view text) {
     return std::move(parser.handler().keys);
 }
 
-}  // namespace
-
-Reading<json::value> readJson(std::string_view text) {
-    if (text.find_first_not_of(" \t\r\n") == std::string_view::npos) {
-        return Complaint{"expected JSON, found nothing"};
-    }
-    json::parser parser;
-    json::error_code error;
-    std::size_t consumed = parser.write_some(json::string_view(text.data(), text.size()), error);
-    if (!error && consumed < text.size()) {
-        error = json::error::extra_data;
-    }
-    if (error) {
-        return Complaint{"not JSON: " + error.message() + " at byte " + std::to_string(consumed)};
-    }
-    return parser.release();
-}
-
-Reading<json::object> readObjectWithExactly(std::initializer_list<std::string_view> keys,
-                                            std::string_view text) {
-    Reading<json::value> reading = readJson(text);
-    if (auto* complaint = std::get_if<Complaint>(&reading)) {
-        return std::move(*complaint);
-    }
-    auto& value = std::get<json::value>(reading);
-    if (!value.is_object()) {
-        return Complaint{"expected an object, found " + std::string(kindInWords(value))};
-    }
-
-    const std::vector<std::string> found = outermostKeys(text);
-    std::string problems;
-    const auto note = [&problems](std::string_view what, std::string_view key) {
-        problems += problems.empty() ? "" : "; ";
-        problems += std::string(what) + " \"" + printable(key, 60) + "\"";
-    };
-    for (const std::string_view key : keys) {
-        const auto times = std::count(found.begin(), found.end(), key);
-        if (times == 0) {
-            note("missing key", key);
-        } else if (times > 1) {
-            note("repeated key", key);
-        }
-    }
-    constexpr std::size_t enough = 5;
-    std::size_t unexpected = 0;
-    for (const std::string& key : found) {
-        if (std::find(keys.begin(), keys.end(), key) == keys.end() && ++unexpected <= enough) {
-            note("unexpected key", key);
-        }
-    }
-    if (!problems.empty()) {
-        return Complaint{problems};
-    }
-    return std::move(value.get_object());
-}
-
 std::string_view kindInWords(const json::value& value) {
     switch (value.kind()) {
     case json::kind::null:
@@ -160,9 +106,54 @@ std::string_view kindInWords(const json::value& value) {
     return "something else";
 }
 
-Complaint wrongKind(std::string_view key, std::string_view expected, const json::value& found) {
-    return {std::string(key) + ": expected " + std::string(expected) + ", found " +
-            std::string(kindInWords(found))};
+}  // namespace
+
+Result<json::value, DocumentError> readJson(std::string_view text) {
+    if (text.find_first_not_of(" \t\r\n") == std::string_view::npos) {
+        return Unexpected(WrongValue{{}, "JSON", "nothing"});
+    }
+    json::parser parser;
+    json::error_code error;
+    const std::size_t consumed = parser.write_some(json::string_view(text.data(), text.size()), error);
+    if (!error && consumed < text.size()) {
+        error = json::error::extra_data;
+    }
+    if (error) {
+        return Unexpected(NotJson{consumed, error});
+    }
+    return parser.release();
+}
+
+Result<json::object, DocumentError> readObjectWithExactly(std::initializer_list<std::string_view> keys,
+                                                          std::string_view text) {
+    Result<json::value, DocumentError> value = readJson(text);
+    if (!value) {
+        return Unexpected(std::move(value).error());
+    }
+    if (!value->is_object()) {
+        return Unexpected(wrongKind("", "an object", *value));
+    }
+
+    const std::vector<std::string> found = outermostKeys(text);
+    WrongKeys wrong;
+    for (const std::string_view key : keys) {
+        const auto times = std::count(found.begin(), found.end(), key);
+        if (times == 0) {
+            wrong.missing.emplace_back(key);
+        } else if (times > 1) {
+            wrong.repeated.emplace_back(key);
+        }
+    }
+    std::copy_if(found.begin(), found.end(), std::back_inserter(wrong.unexpected),
+                 [&](const auto& key) { return std::find(keys.begin(), keys.end(), key) == keys.end(); });
+    if (!wrong.areNone()) {
+        return Unexpected(std::move(wrong));
+    }
+    return std::move(value->get_object());
+}
+
+WrongValue wrongKind(std::string_view key, std::string_view expected, const json::value& found) {
+    return {std::string(key), std::string(expected), std::string(kindInWords(found))};
 }
 
 }  // namespace vorna::devserver

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <tools/devserver/MediaFolder.h>
+
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <tools/devserver/MediaFolder.h>
 
 #include <algorithm>
 #include <array>
@@ -27,7 +28,7 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 25> mimeType
     {".webp", "image/webp"},
 }};
 
-// Absent for a broken escape, and for one that stands for a slash or NUL, which no file name holds.
+// Returns std::nullopt for a malformed escape, and for an escaped slash or NUL, which no file name contains.
 std::optional<std::string> decodeSegment(std::string_view encoded) {
     std::string decoded;
     for (std::size_t i = 0; i < encoded.size(); ++i) {
@@ -45,7 +46,7 @@ std::optional<std::string> decodeSegment(std::string_view encoded) {
             character = static_cast<char>(value);
             i += 2;
         }
-        if (character == '\0' || (character == '/')) {
+        if (character == '\0' || character == '/') {
             return std::nullopt;
         }
         decoded += character;
@@ -69,7 +70,7 @@ std::optional<std::filesystem::path> decodePath(std::string_view name) {
     }
 }
 
-bool liesInside(const std::filesystem::path& path, const std::filesystem::path& folder) {
+bool isInside(const std::filesystem::path& path, const std::filesystem::path& folder) {
     return std::mismatch(folder.begin(), folder.end(), path.begin(), path.end()).first == folder.end();
 }
 
@@ -93,10 +94,10 @@ std::optional<MediaFile> MediaFolder::open(std::string_view name) const {
     }
     std::error_code error;
     const std::filesystem::path path = std::filesystem::canonical(folder_ / *relative, error);
-    if (error || !liesInside(path, folder_)) {
+    if (error || !isInside(path, folder_)) {
         return std::nullopt;
     }
-    // Not blocking: opening a pipe would otherwise wait for its writer.
+    // Non-blocking, as opening a pipe would otherwise wait for its writer.
     FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW));
 
     struct stat facts {};

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <tools/devserver/FileDescriptor.h>
+#include <vorna/platform/FileDescriptor.h>
 
 #include <cstdint>
 #include <filesystem>
@@ -10,29 +10,29 @@
 
 namespace vorna::devserver {
 
-// A file of the media folder, open for reading.
+/// A file in the media folder, open for reading.
 struct MediaFile {
     FileDescriptor file;
     std::uint64_t size = 0;
-    std::string_view type;  // its MIME type
+    std::string_view type;  ///< its MIME type
 };
 
-// The folder of pictures and videos behind /media/.
+/// The folder of pictures and videos served under /media/.
 class MediaFolder {
   public:
-    // Throws std::runtime_error when `folder` is not a folder that exists.
+    /// Throws std::runtime_error if `folder` is not an existing folder.
     explicit MediaFolder(const std::filesystem::path& folder);
 
-    // The file that `name` (what follows "/media/" in a URL, still percent-encoded) stands for. Absent when
-    // there is none, or when it would lie outside the folder: "..", an encoded slash and a symbolic link
-    // leading out find nothing.
+    /// Opens the file with that name: the part of the URL after "/media/", still percent-encoded. Returns
+    /// std::nullopt if there is no such file or it is outside the folder, be it by "..", an encoded slash or
+    /// a symbolic link.
     [[nodiscard]] std::optional<MediaFile> open(std::string_view name) const;
 
   private:
     std::filesystem::path folder_;
 };
 
-// By the ending of the file's name, whatever its case; application/octet-stream when the ending is unknown.
+/// Returns the MIME type for the file name's extension, ignoring case; application/octet-stream if unknown.
 [[nodiscard]] std::string_view mimeType(const std::filesystem::path& path);
 
 }  // namespace vorna::devserver

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <tools/devserver/EventDocument.h>
 #include <tools/devserver/Router.h>
+
+#include <tools/devserver/EventDocument.h>
 
 #include <string>
 #include <utility>
@@ -10,7 +11,7 @@ namespace {
 
 constexpr std::string_view mediaPath = "/media/";
 
-// The path alone, without scheme and host (a proxy's form of request) and without query.
+// The path without scheme and host (as in a request to a proxy) and without query.
 std::string_view pathOf(std::string_view target) {
     for (const std::string_view scheme : {"https://", "http://"}) {
         if (target.starts_with(scheme)) {
@@ -40,17 +41,17 @@ Answer faultAnswer(const AnswerWith& fault) {
     return answer;
 }
 
-// What a fault makes of a request that the service never sees.
-Outcome outcomeOf(const FaultDeed& deed) {
+// The outcome of a request that a fault keeps from the service.
+Outcome outcomeOf(const FaultAction& action) {
     Outcome outcome;
-    if (const auto* answer = std::get_if<AnswerWith>(&deed)) {
-        outcome.deed = faultAnswer(*answer);
-    } else if (std::holds_alternative<DropConnection>(deed)) {
-        outcome.deed = DropConnection{};
-    } else if (std::holds_alternative<ResetConnection>(deed)) {
-        outcome.deed = ResetConnection{};
-    } else if (std::holds_alternative<HoldConnection>(deed)) {
-        outcome.deed = HoldConnection{};
+    if (const auto* answer = std::get_if<AnswerWith>(&action)) {
+        outcome.action = faultAnswer(*answer);
+    } else if (std::holds_alternative<DropConnection>(action)) {
+        outcome.action = DropConnection{};
+    } else if (std::holds_alternative<ResetConnection>(action)) {
+        outcome.action = ResetConnection{};
+    } else if (std::holds_alternative<HoldConnection>(action)) {
+        outcome.action = HoldConnection{};
     }
     return outcome;
 }
@@ -79,16 +80,16 @@ Outcome Router::handle(const Request& request) {
         console_.request("fault  " + std::string(request.method) + " " + printable(path) + "  " +
                          describe(*fault));
     }
-    if (fault && !std::holds_alternative<HandleAsUsual>(fault->deed)) {
-        outcome = outcomeOf(fault->deed);
+    if (fault && !std::holds_alternative<HandleAsUsual>(fault->action)) {
+        outcome = outcomeOf(fault->action);
     } else {
-        outcome.deed = serve(request, path);
+        outcome.action = serve(request, path);
     }
     if (fault) {
         outcome.delay = fault->delay;
         outcome.cutBody = fault->cutBody;
     }
-    if (const auto* answer = std::get_if<Answer>(&outcome.deed)) {
+    if (const auto* answer = std::get_if<Answer>(&outcome.action)) {
         statistics_.countStatus(answer->status);
     } else {
         statistics_.countUnanswered();
@@ -112,36 +113,42 @@ Answer Router::serve(const Request& request, std::string_view path) {
 }
 
 Answer Router::recordEvent(const Request& request) {
-    Reading<EventDocument> reading = readEventDocument(request.body);
-    if (const auto* complaint = std::get_if<Complaint>(&reading)) {
+    const Result<EventDocument, DocumentError> event = readEventDocument(request.body);
+    if (!event) {
         statistics_.countRejectedEvent();
-        console_.request("rejected  /v1/event  " + printable(complaint->text, 500));
-        return errorAnswer(400, complaint->text);
+        return rejected("/v1/event", event.error());
     }
-    const auto& event = std::get<EventDocument>(reading);
-    if (const std::string problem = journal_.append(event.line); !problem.empty()) {
-        console_.trouble(problem);
-        return errorAnswer(500, problem);
+    if (const auto appended = journal_.append(event->line); !appended) {
+        return troubled(describe(appended.error()));
     }
     statistics_.countRecordedEvent();
-    console_.request("event  " + printable(event.name) + "  " + printable(event.customValue) + "  " +
-                     std::to_string(event.createDate) + ".." + std::to_string(event.endDate));
+    console_.request("event  " + printable(event->name) + "  " + printable(event->customValue) + "  " +
+                     std::to_string(event->createDate) + ".." + std::to_string(event->endDate));
     return jsonAnswer(200, "{}");
 }
 
 Answer Router::configuration(const Request& request) {
-    if (const std::string complaint = complaintAboutConfigRequest(request.body); !complaint.empty()) {
-        console_.request("rejected  /v1/config  " + printable(complaint, 500));
-        return errorAnswer(400, complaint);
+    if (const auto checked = checkConfigRequest(request.body); !checked) {
+        return rejected("/v1/config", checked.error());
     }
-    Reading<std::string> reading = config_.read();
-    if (const auto* complaint = std::get_if<Complaint>(&reading)) {
-        console_.trouble(complaint->text);
-        return errorAnswer(500, complaint->text);
+    const Result<std::string, ConfigFileError> configs = config_.read();
+    if (!configs) {
+        return troubled(describe(configs.error()));
     }
-    const auto& configs = std::get<std::string>(reading);
-    console_.request("config  " + std::to_string(configs.size()) + " bytes");
-    return jsonAnswer(200, "{\"configs\":" + configs + "}");
+    console_.request("config  " + std::to_string(configs->size()) + " bytes");
+    return jsonAnswer(200, "{\"configs\":" + *configs + "}");
+}
+
+Answer Router::rejected(std::string_view path, const DocumentError& error) const {
+    const std::string explanation = describe(error);
+    constexpr std::size_t longestShown = 500;
+    console_.request("rejected  " + std::string(path) + "  " + printable(explanation, longestShown));
+    return errorAnswer(400, explanation);
+}
+
+Answer Router::troubled(const std::string& problem) const {
+    console_.trouble(problem);
+    return errorAnswer(500, problem);
 }
 
 Answer Router::media(const Request& request, std::string_view name) const {
@@ -153,7 +160,7 @@ Answer Router::media(const Request& request, std::string_view name) const {
     }
 
     const bool ranged = request.method == "GET" &&
-                        !request.conditionalRange;  // we name no validator, so that no condition can hold
+                        !request.conditionalRange;  // we send no validator, so no condition can hold
     const auto range = ranged ? readByteRange(request.range, file->size) : WholeFile{};
     if (std::holds_alternative<UnsatisfiableRange>(range)) {
         Answer answer = errorAnswer(416, "no such range");
@@ -180,30 +187,30 @@ Answer Router::media(const Request& request, std::string_view name) const {
 Outcome Router::control(const Request& request, std::string_view path) {
     Outcome outcome;
     if (!request.fromLoopback) {
-        outcome.deed = errorAnswer(403, "the server is steered from its own machine only");
+        outcome.action = errorAnswer(403, "/control accepts requests from the same machine only");
     } else if (path == "/control/faults") {
         if (request.method == "POST") {
-            Reading<Fault> reading = readFaultJson(request.body);
-            if (const auto* complaint = std::get_if<Complaint>(&reading)) {
-                outcome.deed = errorAnswer(400, complaint->text);
+            Result<Fault, FaultError> fault = readFaultJson(request.body);
+            if (!fault) {
+                outcome.action = errorAnswer(400, describe(fault.error()));
                 return outcome;
             }
-            faults_.add(std::move(std::get<Fault>(reading)));
+            faults_.add(*std::move(fault));
         } else if (request.method == "DELETE") {
             faults_.clear();
         } else if (request.method != "GET") {
-            outcome.deed = methodNotAllowed("GET, POST, DELETE");
+            outcome.action = methodNotAllowed("GET, POST, DELETE");
             return outcome;
         }
-        outcome.deed = jsonAnswer(200, faults_.toJson());
+        outcome.action = jsonAnswer(200, faults_.toJson());
     } else if (path == "/control/statistics") {
-        outcome.deed =
+        outcome.action =
             request.method == "GET" ? jsonAnswer(200, statistics_.toJson()) : methodNotAllowed("GET");
     } else if (path == "/control/shutdown") {
-        outcome.deed = request.method == "POST" ? jsonAnswer(200, "{}") : methodNotAllowed("POST");
+        outcome.action = request.method == "POST" ? jsonAnswer(200, "{}") : methodNotAllowed("POST");
         outcome.stopServer = request.method == "POST";
     } else {
-        outcome.deed = errorAnswer(404, "the control path has faults, statistics and shutdown");
+        outcome.action = errorAnswer(404, "/control has faults, statistics and shutdown");
     }
     return outcome;
 }

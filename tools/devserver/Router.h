@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+/// What the service does with each request.
+
 #include <tools/devserver/Answer.h>
 #include <tools/devserver/ConfigFile.h>
 #include <tools/devserver/Console.h>
@@ -11,36 +13,37 @@
 
 #include <chrono>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <variant>
 
 namespace vorna::devserver {
 
-// A request as it came in. The views hold for the length of the call.
+/// A request as received. The views are valid during the call.
 struct Request {
     std::string_view method;
     std::string_view target;
     std::string_view body;
-    std::string_view range;         // of the header of that name
-    bool conditionalRange = false;  // an If-Range header stands beside it
+    std::string_view range;         ///< value of the Range header
+    bool conditionalRange = false;  ///< there is an If-Range header too
     bool fromLoopback = true;
 };
 
-// What becomes of a request: an answer, or one of the ways to leave a client without one.
+/// The result of a request: an answer, or one of the ways to leave a client without one.
 struct Outcome {
     std::chrono::milliseconds delay{0};
-    std::variant<Answer, DropConnection, ResetConnection, HoldConnection> deed;
+    std::variant<Answer, DropConnection, ResetConnection, HoldConnection> action;
     bool cutBody = false;
-    bool stopServer = false;  // once the answer is out
+    bool stopServer = false;  ///< once the answer is sent
 };
 
-// Knows every path of the service and what it does; knows nothing of the network.
-//
-// A fault that answers, drops, resets or holds stands in for the service: nothing is checked or recorded. One
-// that only delays or cuts the body leaves the service at work: an event is recorded at once, whatever
-// happens to its answer.
-//
-// Used from one thread. Everything handed to the constructor outlives the router.
+/// Handles every path of the service, independently of the network.
+///
+/// A fault that answers, drops, resets or holds replaces the service: nothing is checked or recorded. With
+/// one that only delays or cuts the body the service does its work: an event is recorded at once, whatever
+/// happens to its answer.
+///
+/// For one thread. Everything passed to the constructor must outlive the router.
 class Router {
   public:
     Router(EventJournal& journal, const ConfigFile& config, std::optional<MediaFolder> media, Faults& faults,
@@ -53,6 +56,8 @@ class Router {
     [[nodiscard]] Answer recordEvent(const Request& request);
     [[nodiscard]] Answer configuration(const Request& request);
     [[nodiscard]] Answer media(const Request& request, std::string_view name) const;
+    [[nodiscard]] Answer rejected(std::string_view path, const DocumentError& error) const;
+    [[nodiscard]] Answer troubled(const std::string& problem) const;
     [[nodiscard]] Outcome control(const Request& request, std::string_view path);
 
     EventJournal& journal_;

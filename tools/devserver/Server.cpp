@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <tools/devserver/Server.h>
-#include <unistd.h>
 
-#include <algorithm>
-#include <array>
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
@@ -21,6 +18,10 @@
 #include <boost/beast/http/string_body.hpp>
 #include <boost/beast/http/write.hpp>
 #include <boost/beast/ssl/ssl_stream.hpp>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
 #include <csignal>
 #include <functional>
 #include <sstream>
@@ -42,9 +43,9 @@ using tcp = asio::ip::tcp;
 
 constexpr std::chrono::seconds handshakeTimeout{30};
 constexpr std::chrono::seconds idleTimeout{120};
-constexpr std::chrono::seconds bodyTimeout{600};   // for all of a request's body
-constexpr std::chrono::seconds chunkTimeout{120};  // for one piece of an answer
-constexpr std::chrono::seconds farewellTimeout{2};
+constexpr std::chrono::seconds bodyTimeout{600};   // for the whole body of a request
+constexpr std::chrono::seconds chunkTimeout{120};  // for one chunk of an answer
+constexpr std::chrono::seconds closeTimeout{2};
 constexpr std::uint64_t mostBodyBytes = 64ULL * 1024 * 1024;
 constexpr std::uint32_t mostHeaderBytes = 64 * 1024;
 constexpr std::size_t chunkBytes = 64UL * 1024;
@@ -52,15 +53,15 @@ constexpr std::size_t chunkBytes = 64UL * 1024;
 using PlainStream = beast::tcp_stream;
 using TlsStream = beast::ssl_stream<beast::tcp_stream>;
 
-// What connections need from the one who accepted them.
+// What connections need of the server.
 struct Host {
     Router& router;
     Statistics& statistics;
     std::function<void()> stop;
 };
 
-// One client's connection, from the handshake to the farewell. It lives as long as an operation on it is
-// under way.
+// One client's connection, from the handshake to the shutdown. It lives as long as an operation on it is
+// pending.
 template <class Stream>
 class Connection : public std::enable_shared_from_this<Connection<Stream>> {
   public:
@@ -91,7 +92,7 @@ class Connection : public std::enable_shared_from_this<Connection<Stream>> {
     }
 
   private:
-    // A handler that goes on with `next` when the operation went well, and otherwise lets the connection end.
+    // A handler that continues with `next` if the operation succeeded, and otherwise ends the connection.
     template <class Next>
     auto continuing(Next next) {
         return [self = this->shared_from_this(), next](error_code error, auto... /*results*/) {
@@ -114,16 +115,16 @@ class Connection : public std::enable_shared_from_this<Connection<Stream>> {
                 if (error) {
                     self->readFailed(error);
                 } else if (beast::iequals(self->parser_->get()[http::field::expect], "100-continue")) {
-                    self->inviteBody();
+                    self->sendContinue();
                 } else {
                     self->readBody();
                 }
             });
     }
 
-    void inviteBody() {
-        static constexpr std::string_view invitation = "HTTP/1.1 100 Continue\r\n\r\n";
-        asio::async_write(stream_, asio::buffer(invitation),
+    void sendContinue() {
+        static constexpr std::string_view interimAnswer = "HTTP/1.1 100 Continue\r\n\r\n";
+        asio::async_write(stream_, asio::buffer(interimAnswer),
                           continuing([](Connection& self) { self.readBody(); }));
     }
 
@@ -139,10 +140,10 @@ class Connection : public std::enable_shared_from_this<Connection<Stream>> {
                          });
     }
 
-    // A peer that breaks the rules of HTTP is told so; one that went away is not.
+    // A peer that violates HTTP gets an answer; one that has gone away does not.
     void readFailed(error_code error) {
         if (error == http::error::end_of_stream) {
-            sayGoodbye();
+            closeGracefully();
             return;
         }
         if (error.category() != http::make_error_code(http::error::end_of_stream).category() ||
@@ -158,7 +159,7 @@ class Connection : public std::enable_shared_from_this<Connection<Stream>> {
         keepAlive_ = false;
         headOnly_ = false;
         outcome_ = Outcome{};
-        outcome_.deed = errorAnswer(status, error.message());
+        outcome_.action = errorAnswer(status, error.message());
         host_.statistics.countStatus(status);
         deliver();
     }
@@ -188,14 +189,14 @@ class Connection : public std::enable_shared_from_this<Connection<Stream>> {
     }
 
     void deliver() {
-        if (std::holds_alternative<Answer>(outcome_.deed)) {
+        if (std::holds_alternative<Answer>(outcome_.action)) {
             sendAnswer();
-        } else if (std::holds_alternative<HoldConnection>(outcome_.deed)) {
+        } else if (std::holds_alternative<HoldConnection>(outcome_.action)) {
             lowest().expires_never();
             discardUntilClosed();
         } else {
             error_code ignored;
-            if (std::holds_alternative<ResetConnection>(outcome_.deed)) {
+            if (std::holds_alternative<ResetConnection>(outcome_.action)) {
                 lowest().socket().set_option(asio::socket_base::linger(true, 0), ignored);
             }
             lowest().socket().close(ignored);
@@ -203,7 +204,7 @@ class Connection : public std::enable_shared_from_this<Connection<Stream>> {
     }
 
     void sendAnswer() {
-        auto& answer = std::get<Answer>(outcome_.deed);
+        auto& answer = std::get<Answer>(outcome_.action);
         const bool hasBody = answer.status != 204 && answer.status != 304;
         const auto* const slice = std::get_if<FileSlice>(&answer.body);
         const std::uint64_t length =
@@ -216,12 +217,12 @@ class Connection : public std::enable_shared_from_this<Connection<Stream>> {
         for (const auto& [name, value] : answer.headers) {
             response.insert(name, value);
         }
-        // Half of nothing would be a whole answer.
-        constexpr std::uint64_t announcedForNothing = 16;
+        // Half of an empty body would be a complete answer.
+        constexpr std::uint64_t announcedForEmptyBody = 16;
         keepAlive_ = keepAlive_ && !outcome_.cutBody;
         response.keep_alive(keepAlive_);
         if (hasBody) {
-            response.content_length(outcome_.cutBody && length == 0 ? announcedForNothing : length);
+            response.content_length(outcome_.cutBody && length == 0 ? announcedForEmptyBody : length);
         }
         std::ostringstream text;
         text << response.base();
@@ -249,13 +250,13 @@ class Connection : public std::enable_shared_from_this<Connection<Stream>> {
             answerSent();
             return;
         }
-        const auto& slice = std::get<FileSlice>(std::get<Answer>(outcome_.deed).body);
+        const auto& slice = std::get<FileSlice>(std::get<Answer>(outcome_.action).body);
         chunk_.resize(static_cast<std::size_t>(std::min<std::uint64_t>(unsent_.length, chunkBytes)));
         const ssize_t count =
             ::pread(slice.file->number(), chunk_.data(), chunk_.size(), static_cast<off_t>(unsent_.offset));
         if (count <= 0) {
-            return;  // the file shrank after its length was announced: only ending the connection tells the
-                     // client so
+            return;  // the file shrank after its length was announced: ending the connection is the only way
+                     // to tell the client
         }
         unsent_.offset += static_cast<std::uint64_t>(count);
         unsent_.length -= static_cast<std::uint64_t>(count);
@@ -270,14 +271,14 @@ class Connection : public std::enable_shared_from_this<Connection<Stream>> {
         } else if (keepAlive_) {
             readRequest();
         } else {
-            sayGoodbye();
+            closeGracefully();
         }
     }
 
-    // Ends the connection so that the client gets all that was sent: closing while it still sends would reset
-    // it and take our answer along.
-    void sayGoodbye() {
-        lowest().expires_after(farewellTimeout);
+    // Ends the connection so that the client receives all that was sent: closing while it still sends would
+    // reset it and discard our answer.
+    void closeGracefully() {
+        lowest().expires_after(closeTimeout);
         if constexpr (std::is_same_v<Stream, TlsStream>) {
             stream_.async_shutdown([self = this->shared_from_this()](error_code) { self->closeSending(); });
         } else {
@@ -288,7 +289,7 @@ class Connection : public std::enable_shared_from_this<Connection<Stream>> {
     void closeSending() {
         error_code ignored;
         lowest().socket().shutdown(tcp::socket::shutdown_send, ignored);
-        lowest().expires_after(farewellTimeout);
+        lowest().expires_after(closeTimeout);
         discardUntilClosed();
     }
 
@@ -320,7 +321,7 @@ bool isLoopback(asio::ip::address address) {
     return address.is_loopback();
 }
 
-// Chooses HTTP/1.1 where the client offers it, and leaves the matter open where it does not.
+// Selects HTTP/1.1 if the client offers it, and otherwise no protocol.
 int chooseProtocol(SSL* /*connection*/, const unsigned char** chosen, unsigned char* chosenLength,
                    const unsigned char* offered, unsigned int offeredLength, void* /*argument*/) {
     static constexpr std::array<unsigned char, 9> ours{8, 'h', 't', 't', 'p', '/', '1', '.', '1'};
@@ -337,7 +338,7 @@ ssl::context tlsContext(const TlsFiles& files) {
     ssl::context context(ssl::context::tls_server);
     SSL_CTX_set_min_proto_version(context.native_handle(), TLS1_2_VERSION);
     SSL_CTX_set_alpn_select_cb(context.native_handle(), chooseProtocol, nullptr);
-    // A key with a passphrase is refused; nobody sits there to type it.
+    // A key with a passphrase is refused; there is nobody to type it.
     context.set_password_callback([](std::size_t, ssl::context::password_purpose) { return std::string(); });
     error_code error;
     context.use_certificate_chain_file(files.certificate.string(), error);
@@ -385,7 +386,7 @@ class Server::Network {
                 context_.run();
                 return;
             } catch (const std::exception& error) {
-                // Its connection has ended with the handler; the others go on.
+                // Only the connection whose handler threw has ended.
                 console_.trouble(error.what());
             }
         }
@@ -396,10 +397,10 @@ class Server::Network {
         error_code error;
         const auto address = asio::ip::make_address(settings.address, error);
         if (error) {
-            throw std::runtime_error("not an address to listen on: " + settings.address);
+            throw std::runtime_error("not an IP address: " + settings.address);
         }
         if (!settings.tls && !isLoopback(address)) {
-            throw std::runtime_error("plain HTTP is served on a loopback address only, not on " +
+            throw std::runtime_error("plain HTTP is served on loopback addresses only, not on " +
                                      settings.address);
         }
         const tcp::endpoint endpoint(address, settings.port);
@@ -425,9 +426,9 @@ class Server::Network {
                 return;
             }
             if (error) {
-                // Out of descriptors, most likely. Trying again at once would only spin.
-                constexpr std::chrono::milliseconds breather{50};
-                acceptTimer_.expires_after(breather);
+                // Out of descriptors, most likely. Retrying at once would only spin.
+                constexpr std::chrono::milliseconds retryDelay{50};
+                acceptTimer_.expires_after(retryDelay);
                 acceptTimer_.async_wait([this](error_code aborted) {
                     if (!aborted) {
                         accept();
@@ -460,7 +461,7 @@ class Server::Network {
     Host host_;
     const Console& console_;
     std::optional<ssl::context> tls_;
-    // Connections under way live in here and look at all of the above to their end.
+    // Owns the pending operations of connections, which use all of the above.
     asio::io_context context_{1};
     asio::signal_set signals_{context_, SIGINT, SIGTERM};
     tcp::acceptor acceptor_{context_};

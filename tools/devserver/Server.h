@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+/// The network side of the server.
+
 #include <tools/devserver/Console.h>
 #include <tools/devserver/Router.h>
 #include <tools/devserver/Statistics.h>
@@ -13,7 +15,7 @@
 
 namespace vorna::devserver {
 
-// PEM files of a server's certificate chain and its key.
+/// PEM files of a server's certificate chain and key.
 struct TlsFiles {
     std::filesystem::path certificate;
     std::filesystem::path key;
@@ -21,19 +23,19 @@ struct TlsFiles {
 
 struct ServerSettings {
     std::string address;
-    std::uint16_t port = 0;       // 0: any that is free
-    std::optional<TlsFiles> tls;  // absent: plain HTTP
+    std::uint16_t port = 0;       ///< 0: any free port
+    std::optional<TlsFiles> tls;  ///< std::nullopt: plain HTTP
 };
 
-// The network: accepts connections, speaks HTTP/1.1 over TLS 1.2 or newer (or plainly), asks the router, and
-// does to the connection what it says.
-//
-// Everything happens on the thread that calls run(), the router's work included. Whatever a peer sends, at
-// worst its own connection ends.
+/// Accepts connections, speaks HTTP/1.1 over TLS 1.2 or newer (or without TLS), and carries out what the
+/// router decides.
+///
+/// Everything runs on the thread that calls run(), the router included. Nothing that a peer sends affects
+/// more than its own connection.
 class Server {
   public:
-    // Listens from here on. Throws std::runtime_error, fit to be shown, when the address cannot be had or the
-    // certificate does not load. Router, statistics and console outlive the server.
+    /// Starts listening. Throws std::runtime_error, with a message for the user, if it cannot listen on the
+    /// address or load the certificate. Router, statistics and console must outlive the server.
     Server(const ServerSettings& settings, Router& router, Statistics& statistics, const Console& console);
     ~Server();
     Server(const Server&) = delete;
@@ -41,10 +43,10 @@ class Server {
     Server& operator=(const Server&) = delete;
     Server& operator=(Server&&) = delete;
 
-    // Scheme and authority that clients reach the server at, with the real port.
+    /// Returns the scheme and authority of the server, with the actual port.
     [[nodiscard]] std::string url() const;
 
-    // Serves until SIGINT, SIGTERM or a request to stop; then closes every connection.
+    /// Serves until SIGINT, SIGTERM or a request to shut down, then closes all connections.
     void run();
 
   private:

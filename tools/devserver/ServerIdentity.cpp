@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <arpa/inet.h>
-#include <tools/devserver/CertificateAuthority.h>
 #include <tools/devserver/ServerIdentity.h>
 
+#include <tools/common/Files.h>
+#include <tools/devserver/CertificateAuthority.h>
+
+#include <arpa/inet.h>
+
 #include <array>
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <stdexcept>
 
@@ -15,14 +16,13 @@ namespace {
 using std::chrono::hours;
 
 constexpr hours authorityLifetime{24 * 3650};
-constexpr hours serverLifetime{24 *
-                               397};  // longer ones are refused by some clients, private authority or not
-constexpr hours clockTolerance{24};   // a phone's clock may be behind ours
+// Some clients refuse longer lifetimes, even from a private authority.
+constexpr hours serverLifetime{24 * 397};
+constexpr hours clockTolerance{24};  // a phone's clock may be behind ours
 constexpr hours renewalMargin{24};
 
 std::string contentsOf(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    return tools::readFile(path).value_or("");
 }
 
 bool isAddress(const std::string& name) {
@@ -40,13 +40,13 @@ std::optional<CertificateAuthority> existingAuthority(const std::filesystem::pat
             return authority;
         }
     } catch (const std::runtime_error&) {
-        // Missing or damaged: the caller makes another.
+        // Missing or damaged: the caller creates another.
     }
     return std::nullopt;
 }
 
-bool stillGood(const CertificateAuthority& authority, const ServerIdentity& files,
-               const CertificateSubject& subject, std::chrono::system_clock::time_point now) {
+bool isStillValid(const CertificateAuthority& authority, const ServerIdentity& files,
+                  const CertificateSubject& subject, std::chrono::system_clock::time_point now) {
     try {
         const CertificateWithKey identity{contentsOf(files.certificate), contentsOf(files.key)};
         return authority.vouchesFor(identity, subject.dnsNames, subject.ipAddresses, now + renewalMargin);
@@ -63,7 +63,7 @@ ServerIdentity serverIdentity(const std::filesystem::path& folder,
     std::error_code error;
     std::filesystem::create_directories(folder, error);
     if (error) {
-        throw std::runtime_error("cannot make the folder " + folder.string() + ": " + error.message());
+        throw std::runtime_error("cannot create the folder " + folder.string() + ": " + error.message());
     }
 
     ServerIdentity files{folder / "ca.pem", folder / "server.pem", folder / "server.key"};
@@ -82,7 +82,7 @@ ServerIdentity serverIdentity(const std::filesystem::path& folder,
     for (const std::string& name : furtherNames) {
         (isAddress(name) ? subject.ipAddresses : subject.dnsNames).push_back(name);
     }
-    if (!stillGood(*authority, files, subject, now)) {
+    if (!isStillValid(*authority, files, subject, now)) {
         const CertificateWithKey identity = authority->issue(subject);
         writePrivateKeyFile(files.key, identity.privateKey);
         writeCertificateFile(files.certificate, identity.certificate);

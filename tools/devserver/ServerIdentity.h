@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+/// The generated certificates of the server.
+
 #include <chrono>
 #include <filesystem>
 #include <string>
@@ -8,17 +10,17 @@
 
 namespace vorna::devserver {
 
-// The files that prove to a client who the server is.
+/// The files that authenticate the server to its clients.
 struct ServerIdentity {
-    std::filesystem::path authority;    // what clients are to trust
-    std::filesystem::path certificate;  // of the server
-    std::filesystem::path key;          // of the server
+    std::filesystem::path authority;    ///< for clients to trust
+    std::filesystem::path certificate;  ///< of the server
+    std::filesystem::path key;          ///< of the server
 };
 
-// The identity kept in `folder` (ca.pem, ca.key, server.pem, server.key), so that a client configured once
-// stays configured. What is missing, has expired at `now`, cannot be read or does not name localhost, both
-// loopback addresses and `furtherNames` (DNS names or addresses) is made anew; the authority changes only
-// when it is itself missing, unreadable or expired. Throws std::runtime_error when a file cannot be written.
+/// Loads the identity in `folder` (ca.pem, ca.key, server.pem, server.key), so that a client configured once
+/// stays configured. Replaces files that are missing, unreadable, expired at `now`, or do not name localhost,
+/// both loopback addresses and `furtherNames` (DNS names or addresses); the authority only if it is itself
+/// missing, unreadable or expired. Throws std::runtime_error if a file cannot be written.
 [[nodiscard]] ServerIdentity serverIdentity(const std::filesystem::path& folder,
                                             const std::vector<std::string>& furtherNames,
                                             std::chrono::system_clock::time_point now);

@@ -17,7 +17,7 @@ std::string counted(std::uint64_t number, std::string_view singular) {
 
 void Statistics::countRequest(std::string_view path) {
     ++requests_;
-    // A client that tries every path there is must not fill the memory.
+    // A client that tries every possible path must not exhaust memory.
     constexpr std::size_t mostPaths = 1000;
     constexpr std::size_t longestPath = 512;
     auto found = paths_.find(path);

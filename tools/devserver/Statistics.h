@@ -8,7 +8,7 @@
 
 namespace vorna::devserver {
 
-// What the server has done since it started. Requests that steer the server itself are not counted.
+/// Counts what the server has done since it started; requests to /control are not counted.
 class Statistics {
   public:
     void countRequest(std::string_view path);
@@ -28,11 +28,11 @@ class Statistics {
 
     void connectionClosed() { --connectionsOpen_; }
 
-    // {"connections":{"accepted":1,"open":1},"events":{"recorded":1,"rejected":0},"requests":{"total":1,"unanswered":0,"paths":{"/v1/event":1}},
-    //  "statuses":{"200":1}}
+    /// {"connections":{"accepted":1,"open":1},"events":{"recorded":1,"rejected":0},"requests":{"total":1,"unanswered":0,"paths":{"/v1/event":1}},
+    ///  "statuses":{"200":1}}
     [[nodiscard]] std::string toJson() const;
 
-    // The same in one line for people.
+    /// A one-line summary for people.
     [[nodiscard]] std::string summary() const;
 
   private:

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <sys/resource.h>
+#include <tools/common/CommandLine.h>
+#include <tools/common/Console.h>
 #include <tools/devserver/ConfigFile.h>
 #include <tools/devserver/Console.h>
 #include <tools/devserver/EventJournal.h>
@@ -11,22 +12,21 @@
 #include <tools/devserver/ServerIdentity.h>
 #include <tools/devserver/Statistics.h>
 
+#include <sys/resource.h>
+
 #include <chrono>
 #include <csignal>
-#include <cstdio>
-#include <exception>
 #include <filesystem>
-#include <iostream>
 #include <optional>
 #include <string>
 #include <utility>
-#include <variant>
+#include <vector>
 
 namespace {
 
 using namespace vorna::devserver;
 
-// As many connections at once as the system lets this process have.
+// Allows as many simultaneous connections as the system lets this process have.
 void raiseDescriptorLimit() {
     rlimit limit{};
     if (::getrlimit(RLIMIT_NOFILE, &limit) == 0 && limit.rlim_cur < limit.rlim_max) {
@@ -35,8 +35,8 @@ void raiseDescriptorLimit() {
     }
 }
 
-// The names our own certificate answers to besides the loopback ones: those asked for, and the address we
-// listen on if it is a particular one.
+// The names in our own certificate besides the loopback ones: those given, and the address we listen on if it
+// is a specific one.
 std::vector<std::string> certificateNames(const Options& options) {
     std::vector<std::string> names = options.names;
     if (options.address != "0.0.0.0" && options.address != "::") {
@@ -72,14 +72,17 @@ int serve(const Options& options) {
     }
 
     Server server(settings, router, statistics, console);
-    std::cout << "vorna-devserver listening on " << server.url() << '\n';
+    const auto printPath = [](const std::string& what, const std::filesystem::path& path) {
+        vorna::tools::printLine(what + ": " + std::filesystem::absolute(path).string());
+    };
+    vorna::tools::printLine("vorna-devserver listening on " + server.url());
     if (authority) {
-        std::cout << "certificate authority: " << std::filesystem::absolute(*authority).string() << '\n';
+        printPath("certificate authority", *authority);
     }
-    std::cout << "events: " << std::filesystem::absolute(journal.path()).string() << '\n'
-              << "configuration: " << std::filesystem::absolute(config.path()).string() << std::endl;
+    printPath("events", journal.path());
+    printPath("configuration", config.path());
     server.run();
-    std::cout << "vorna-devserver stopped: " << statistics.summary() << std::endl;
+    vorna::tools::printLine("vorna-devserver stopped: " + statistics.summary());
     return 0;
 }
 
@@ -88,15 +91,9 @@ int serve(const Options& options) {
 int main(int argumentCount, char** arguments) {
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN));  // a reader of our output may go away; the server stays
     raiseDescriptorLimit();
-    try {
-        auto reading = readOptions(argumentCount, arguments);
-        if (const auto* exit = std::get_if<EarlyExit>(&reading)) {
-            (exit->status == 0 ? std::cout : std::cerr) << exit->output;
-            return exit->status;
-        }
-        return serve(std::get<Options>(reading));
-    } catch (const std::exception& error) {
-        std::cerr << "vorna-devserver: " << error.what() << '\n';
-        return 1;
-    }
+    constexpr int cannotServe = 1;
+    return vorna::tools::runProgram("vorna-devserver", cannotServe, [&] {
+        const auto options = readOptions(argumentCount, arguments);
+        return options ? serve(*options) : vorna::tools::print(options.error());
+    });
 }

@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <tools/lint/Options.h>
+
 #include <tools/lint/Rules.h>
 
 #include <CLI/CLI.hpp>
+
 #include <algorithm>
+#include <utility>
 
 namespace vorna::lint {
 namespace {
-
-constexpr int usageStatus = 2;
 
 constexpr const char* description = "Checks documents that describe a paywall (a JSON object) or an "
                                     "onboarding (a JSON array): says which screens\n"
@@ -16,10 +17,6 @@ constexpr const char* description = "Checks documents that describe a paywall (a
 
 constexpr const char* footer = "Exit status: 0 without findings, 1 with findings, 2 when a file cannot be "
                                "read or the command line is wrong.";
-
-EarlyExit mistake(const std::string& text) {
-    return {usageStatus, "vorna-lint: " + text + "\nRun with --help for more information.\n"};
-}
 
 std::string listOfRules() {
     std::size_t width = 0;
@@ -37,7 +34,7 @@ std::string listOfRules() {
 
 }  // namespace
 
-std::variant<Options, EarlyExit> readOptions(int argumentCount, const char* const* arguments) {
+Result<Options, tools::EarlyExit> readOptions(int argumentCount, const char* const* arguments) {
     Options options;
     std::string kind;
     std::string format;
@@ -54,23 +51,16 @@ std::variant<Options, EarlyExit> readOptions(int argumentCount, const char* cons
     app.add_option("--format", format, "How findings are printed (default: human)")
         ->type_name("human|json")
         ->check(CLI::IsMember(std::vector<std::string>{"human", "json"}).description(""));
-    app.add_flag("--rules", listsRules, "List the codes of all findings and end");
-    app.set_version_flag("--version", std::string("vorna-lint ") + VORNA_VERSION, "Say the version and end");
+    app.add_flag("--rules", listsRules, "List the codes of all findings and exit");
 
-    try {
-        app.parse(argumentCount, arguments);
-    } catch (const CLI::CallForVersion& version) {
-        return EarlyExit{0, std::string(version.what()) + "\n"};
-    } catch (const CLI::Success&) {
-        return EarlyExit{0, app.help()};
-    } catch (const CLI::ParseError& error) {
-        return mistake(error.what());
+    if (auto parsed = tools::parse(app, argumentCount, arguments); !parsed) {
+        return Unexpected(std::move(parsed).error());
     }
     if (listsRules) {
-        return EarlyExit{0, listOfRules()};
+        return Unexpected(tools::EarlyExit{0, listOfRules()});
     }
     if (files->empty()) {
-        return mistake("no FILE given");
+        return tools::mistake(app, "no FILE given");
     }
     if (!kind.empty()) {
         options.kind = kind == name(DocumentKind::paywall) ? DocumentKind::paywall : DocumentKind::onboarding;

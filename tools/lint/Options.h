@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <tools/common/CommandLine.h>
 #include <tools/lint/Document.h>
+#include <vorna/base/Result.h>
 
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 namespace vorna::lint {
@@ -19,12 +20,7 @@ struct Options {
     Format format = Format::human;
 };
 
-// The program ends here: after --help and the like, or because of a mistake on the command line.
-struct EarlyExit {
-    int status = 0;
-    std::string output;  // for standard output when the status is 0, for standard error otherwise
-};
-
-[[nodiscard]] std::variant<Options, EarlyExit> readOptions(int argumentCount, const char* const* arguments);
+/// Parses the command line.
+[[nodiscard]] Result<Options, tools::EarlyExit> readOptions(int argumentCount, const char* const* arguments);
 
 }  // namespace vorna::lint

@@ -1,63 +1,35 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <fcntl.h>
+#include <tools/common/CommandLine.h>
+#include <tools/common/Console.h>
+#include <tools/common/Files.h>
 #include <tools/lint/Lint.h>
 #include <tools/lint/Options.h>
 #include <tools/lint/Report.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <exception>
 #include <iostream>
-#include <string>
-#include <system_error>
-#include <variant>
 #include <vector>
 
 namespace {
 
 using namespace vorna::lint;
 
+constexpr const char* programName = "vorna-lint";
 constexpr int findingsStatus = 1;
 constexpr int unreadableStatus = 2;
-
-// What the file holds, or why it cannot be read.
-std::variant<std::string, std::error_code> contents(const std::string& file) {
-    const bool isInput = file == "-";
-    const int descriptor = isInput ? STDIN_FILENO : ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
-    std::string text;
-    std::vector<char> piece(std::size_t{64} * 1024);
-    ssize_t count = descriptor < 0 ? -1 : 1;
-    while (count > 0) {
-        count = ::read(descriptor, piece.data(), piece.size());
-        if (count > 0) {
-            text.append(piece.data(), static_cast<std::size_t>(count));
-        } else if (count < 0 && errno == EINTR) {
-            count = 1;
-        }
-    }
-    const std::error_code problem(count < 0 ? errno : 0, std::generic_category());
-    if (!isInput && descriptor >= 0) {
-        ::close(descriptor);
-    }
-    if (problem) {
-        return problem;
-    }
-    return text;
-}
 
 int check(const Options& options) {
     std::vector<CheckedDocument> documents;
     bool unreadable = false;
     for (const std::string& file : options.files) {
-        const auto reading = contents(file);
-        if (const auto* const problem = std::get_if<std::error_code>(&reading)) {
-            std::cerr << "vorna-lint: " << file << ": " << problem->message() << '\n';
+        const bool isInput = file == "-";
+        const auto text = isInput ? vorna::tools::readStandardInput() : vorna::tools::readFile(file);
+        if (!text) {
+            vorna::tools::printError(programName, file + ": " + text.error().message());
             unreadable = true;
             continue;
         }
-        documents.push_back(
-            {file == "-" ? "<stdin>" : file, lint(std::get<std::string>(reading), options.kind)});
+        documents.push_back({isInput ? "<stdin>" : file, lint(*text, options.kind)});
     }
     std::cout << (options.format == Format::json ? jsonReport(documents) : humanReport(documents))
               << std::flush;
@@ -73,15 +45,8 @@ int check(const Options& options) {
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
-    try {
-        auto reading = readOptions(argumentCount, arguments);
-        if (const auto* exit = std::get_if<EarlyExit>(&reading)) {
-            (exit->status == 0 ? std::cout : std::cerr) << exit->output;
-            return exit->status;
-        }
-        return check(std::get<Options>(reading));
-    } catch (const std::exception& error) {
-        std::cerr << "vorna-lint: " << error.what() << '\n';
-        return unreadableStatus;
-    }
+    return vorna::tools::runProgram(programName, unreadableStatus, [&] {
+        const auto options = readOptions(argumentCount, arguments);
+        return options ? check(*options) : vorna::tools::print(options.error());
+    });
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+/// The state of the findings window.
+
 #include <tools/preview/FindingsModel.h>
 
 #include <QtCore/QObject>
@@ -10,20 +12,20 @@
 
 namespace vorna::preview {
 
-// What the program tells its author beside the picture.
+/// Holds what the second window shows.
 class Board : public QObject {
     Q_OBJECT
     Q_PROPERTY(QString document READ document CONSTANT)
     Q_PROPERTY(QString device READ device NOTIFY deviceChanged)
     Q_PROPERTY(QString status READ status NOTIFY statusChanged)
-    // What the library has told the host, newest first.
+    /// The notifications of the library, newest first.
     Q_PROPERTY(QStringList posted READ posted NOTIFY postedChanged)
     Q_PROPERTY(vorna::preview::FindingsModel* findings READ findings CONSTANT)
     Q_PROPERTY(int findingsCount READ findingsCount NOTIFY findingsChanged)
-    // The desktop's, which is that of the host's page too.
+    /// The appearance of the desktop and of the host's page.
     Q_PROPERTY(bool isDark READ isDark NOTIFY isDarkChanged)
     QML_ELEMENT
-    QML_UNCREATABLE("made by the program")
+    QML_UNCREATABLE("created by the program")
 
   public:
     Board(QString document, bool isDark);

@@ -1,20 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-// What the program prints, a line at a time, so that others can follow it.
+/// What the program prints, in addition to tools/common/Console.h.
 
 #include <tools/lint/Lint.h>
 
 #include <string>
 
-namespace vorna::preview::console {
+namespace vorna::preview {
 
-void say(const std::string& line);
+inline constexpr const char* programName = "vorna-preview";
 
-// On standard error.
-void complain(const std::string& line);
+void printError(const std::string& message);
 
-// What `vorna-lint` prints for the document.
-void report(const std::string& file, const lint::Verdict& verdict);
+/// Prints what `vorna-lint` prints for the document.
+void printFindings(const std::string& file, const lint::Verdict& verdict);
 
-}  // namespace vorna::preview::console
+}  // namespace vorna::preview

@@ -13,7 +13,7 @@ struct LabelledPicture {
     QImage image;
 };
 
-// All pictures in one row, equally high, each under its label.
+/// Draws all pictures in one row, at the same height, each below its label.
 [[nodiscard]] QImage contactSheet(std::span<const LabelledPicture> pictures);
 
 }  // namespace vorna::preview

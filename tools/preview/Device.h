@@ -11,19 +11,20 @@
 
 namespace vorna::preview {
 
-// A screen to show a document on, in logical pixels.
+/// A device to show a document on, in logical pixels.
 struct Device {
-    std::string name;  // its size, as in "390x844"
+    std::string name;  ///< its size, as in "390x844"
     QSize size;
-    QMargins safeArea;  // how far notches and system bars reach in
+    QMargins safeArea;  ///< insets for notches and system bars
 };
 
-// The sizes that are common, smallest first.
+/// Common sizes, smallest first.
 [[nodiscard]] std::span<const Device> standardDevices();
 
+/// Finds a standard device by name.
 [[nodiscard]] std::optional<Device> standardDevice(std::string_view name);
 
-// "390x844" and "47,0,34,0" (top, left, bottom, right).
+/// "390x844" and "47,0,34,0" (top, left, bottom, right).
 [[nodiscard]] std::string text(QSize size);
 [[nodiscard]] std::string text(const QMargins& safeArea);
 

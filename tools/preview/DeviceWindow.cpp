@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <tools/preview/Board.h>
 #include <tools/preview/DeviceWindow.h>
+
+#include <tools/preview/Board.h>
 #include <tools/preview/QmlObject.h>
 #include <vorna/ui/attach.h>
 
@@ -19,8 +20,8 @@ DeviceWindow::DeviceWindow(QQmlEngine& engine, Board& board)
                                              {{QStringLiteral("board"), QVariant::fromValue(&board)}})),
       window_(&ui::attach(*quickWindow_)) {}
 
-void DeviceWindow::become(const Device& device, bool hasSafeArea) {
-    // Windows without a window manager know no limits.
+void DeviceWindow::resizeTo(const Device& device, bool hasSafeArea) {
+    // Without a window manager sizes have no limits.
     const bool hasLimits = QGuiApplication::platformName() != u"offscreen";
     if (hasLimits) {
         quickWindow_->setMinimumSize({});

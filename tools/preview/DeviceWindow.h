@@ -13,7 +13,7 @@ namespace vorna::preview {
 
 class Board;
 
-// The window of a device's size, with the page of a host that the library's screens come over.
+/// A window of a device's size with the page of a host; the library's screens appear over it.
 class DeviceWindow {
   public:
     DeviceWindow(QQmlEngine& engine, Board& board);
@@ -22,12 +22,12 @@ class DeviceWindow {
 
     [[nodiscard]] ui::Window& window() { return *window_; }
 
-    // The screens take the window for the whole screen.
-    void become(const Device& device, bool hasSafeArea = true);
+    /// Resizes the window to the device's screen and sets its safe area.
+    void resizeTo(const Device& device, bool hasSafeArea = true);
 
   private:
     std::unique_ptr<QQuickWindow> quickWindow_;
-    ui::Window* window_ = nullptr;  // lives as long as the other
+    ui::Window* window_ = nullptr;  ///< lives as long as `quickWindow_`
 };
 
 }  // namespace vorna::preview

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The page of a host: what is seen where the library shows nothing.
+// The host's page, visible where the library shows nothing.
 import QtQuick
 import VornaPreview
 

@@ -9,27 +9,27 @@ namespace vorna::preview {
 
 namespace {
 
-constexpr std::chrono::milliseconds quietTime{120};
+constexpr std::chrono::milliseconds settleTime{120};
 
 }  // namespace
 
 DocumentWatcher::DocumentWatcher(const QString& file) : file_(QFileInfo(file).absoluteFilePath()) {
-    quiet_.setSingleShot(true);
-    quiet_.setInterval(quietTime);
-    connect(&quiet_, &QTimer::timeout, this, [this] {
+    settleTimer_.setSingleShot(true);
+    settleTimer_.setInterval(settleTime);
+    connect(&settleTimer_, &QTimer::timeout, this, [this] {
         watchFile();
         Q_EMIT mayHaveChanged();
     });
-    const auto stir = [this] { quiet_.start(); };
-    connect(&watcher_, &QFileSystemWatcher::fileChanged, this, stir);
-    // A file that takes the place of another shows in its folder alone.
-    connect(&watcher_, &QFileSystemWatcher::directoryChanged, this, stir);
+    const auto restart = [this] { settleTimer_.start(); };
+    connect(&watcher_, &QFileSystemWatcher::fileChanged, this, restart);
+    // A replaced file is noticed only in its folder.
+    connect(&watcher_, &QFileSystemWatcher::directoryChanged, this, restart);
     watcher_.addPath(QFileInfo(file_).absolutePath());
     watchFile();
 }
 
 void DocumentWatcher::watchFile() {
-    // A watch follows the file that had the name, not the name.
+    // A watch follows the file, not its name.
     if (watcher_.files().contains(file_)) {
         watcher_.removePath(file_);
     }

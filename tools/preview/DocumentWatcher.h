@@ -8,9 +8,8 @@
 
 namespace vorna::preview {
 
-// Tells when a file may have changed: written to, put in the place of another, or back after it was gone.
-// Editors write in several turns, so it waits until there is quiet. Whoever listens reads the file; what it
-// holds may be the same as before.
+/// Signals that a file may have been written, replaced or recreated. Editors write in several operations, so
+/// it waits until they are done. The contents may be the same as before.
 class DocumentWatcher : public QObject {
     Q_OBJECT
 
@@ -25,7 +24,7 @@ class DocumentWatcher : public QObject {
 
     const QString file_;
     QFileSystemWatcher watcher_;
-    QTimer quiet_;
+    QTimer settleTimer_;
 };
 
 }  // namespace vorna::preview

@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <tools/preview/Draft.h>
 
-#include <QtCore/QFile>
-#include <QtCore/QFileInfo>
-#include <QtCore/QString>
-
 #include <algorithm>
 #include <utility>
 
@@ -23,22 +19,6 @@ Draft check(std::string text, std::optional<lint::DocumentKind> kind) {
         draft.steps = lint::Document(draft.text, kind).screens().size();
     }
     return draft;
-}
-
-std::variant<std::string, Unreadable> contents(const std::string& file) {
-    const QString path = QFile::decodeName(QByteArray::fromStdString(file));
-    if (QFileInfo(path).isDir()) {
-        return Unreadable{"is a folder"};
-    }
-    QFile reading(path);
-    if (!reading.open(QIODevice::ReadOnly)) {
-        return Unreadable{reading.errorString().toStdString()};
-    }
-    std::string text = reading.readAll().toStdString();
-    if (reading.error() != QFileDevice::NoError) {
-        return Unreadable{reading.errorString().toStdString()};
-    }
-    return text;
 }
 
 std::string withMediaService(std::string text, std::string_view service) {

@@ -10,12 +10,12 @@
 
 namespace vorna::preview {
 
-// The linter's findings for QML: roles `severity` ("error", "warning"), `path`, `place` ("line:column"),
-// `message` and `code`.
+/// The linter's findings for QML: roles `severity` ("error", "warning"), `path`, `place` ("line:column"),
+/// `message` and `code`.
 class FindingsModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("made by the board")
+    QML_UNCREATABLE("created by the board")
 
   public:
     void set(std::vector<lint::Finding> findings);

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What stands beside the picture: what the document is shown on, what is wrong with it, what the library has
-// told the host, and the keys.
+// The window beside the device: device, findings, notifications and keys.
 import QtQuick
 import VornaPreview
 
@@ -123,7 +122,7 @@ Window {
         spacing: 8
 
         Caption {
-            text: "What the library has told the host"
+            text: "Notifications posted by the library"
         }
 
         ListView {
@@ -148,7 +147,7 @@ Window {
         }
 
         Caption {
-            text: "N, P: next, previous device   S: safe area   D: dark, light\nR: reload   O: from the first step   Q: quit"
+            text: "N, P: next, previous device   S: safe area   D: dark, light\nR: reload   O: restart the onboarding   Q: quit"
         }
     }
 }

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <tools/preview/Console.h>
 #include <tools/preview/LivePreview.h>
+
+#include <tools/common/Console.h>
+#include <tools/common/Files.h>
+#include <tools/preview/Console.h>
 #include <tools/preview/QmlObject.h>
 
 #include <QtCore/QCoreApplication>
@@ -9,6 +12,7 @@
 #include <QtGui/QKeyEvent>
 
 #include <algorithm>
+#include <system_error>
 #include <utility>
 
 namespace vorna::preview {
@@ -41,19 +45,19 @@ LivePreview::LivePreview(QQmlEngine& engine, Options options, Draft draft)
         devices_.push_back(options_.device);
     }
     connect(&watcher_, &DocumentWatcher::mayHaveChanged, this, &LivePreview::fileMayHaveChanged);
-    connect(&session_, &PreviewSession::settled, this, &LivePreview::hasSettled);
+    connect(&session_, &PreviewSession::settled, this, &LivePreview::reportSettled);
     connect(&session_, &PreviewSession::closing, this,
-            [this] { board_.setStatus(QStringLiteral("closed by the host; shown again soon")); });
+            [this] { board_.setStatus(QStringLiteral("closed by the host; reopening soon")); });
     connect(&session_, &PreviewSession::posted, this, [this](const QString& notification) {
         board_.addPosted(notification);
-        console::say("posted " + notification.toStdString());
+        tools::printLine("posted " + notification.toStdString());
     });
     QCoreApplication::instance()->installEventFilter(this);
 
-    tellDevice();
-    window_.become(devices_[device_], hasSafeArea_);
+    reportDevice();
+    window_.resizeTo(devices_[device_], hasSafeArea_);
     board_.setFindings(draft_.verdict.findings);
-    console::report(options_.file, draft_.verdict);
+    printFindings(options_.file, draft_.verdict);
     QQuickWindow& deviceWindow = window_.quickWindow();
     deviceWindow.show();
     panel_->setPosition(deviceWindow.x() + deviceWindow.width() + spaceBetweenWindows, deviceWindow.y());
@@ -89,7 +93,7 @@ bool LivePreview::press(int key) {
         return true;
     case Qt::Key_D:
         board_.setDark(!board_.isDark());
-        console::say(board_.isDark() ? "dark desktop" : "light desktop");
+        tools::printLine(board_.isDark() ? "dark desktop" : "light desktop");
         return true;
     case Qt::Key_R:
         show(Step::same);
@@ -106,71 +110,71 @@ bool LivePreview::press(int key) {
 }
 
 void LivePreview::fileMayHaveChanged() {
-    auto reading = contents(options_.file);
-    if (const auto* const problem = std::get_if<Unreadable>(&reading)) {
-        // Between the two halves of a replacement there may be no file.
-        board_.setStatus(
-            QStringLiteral("the file cannot be read: %1").arg(QString::fromStdString(problem->reason)));
-        console::complain(options_.file + ": " + problem->reason);
+    Result<std::string, std::error_code> text = tools::readFile(options_.file);
+    if (!text) {
+        // While the file is being replaced there may be none.
+        const std::string reason = text.error().message();
+        board_.setStatus(QStringLiteral("the file cannot be read: %1").arg(QString::fromStdString(reason)));
+        printError(options_.file + ": " + reason);
         return;
     }
-    if (std::get<std::string>(reading) != draft_.text) {
-        take(check(std::move(std::get<std::string>(reading)), options_.kind));
+    if (*text != draft_.text) {
+        update(check(*std::move(text), options_.kind));
     }
 }
 
-void LivePreview::take(Draft draft) {
+void LivePreview::update(Draft draft) {
     draft_ = std::move(draft);
     board_.setFindings(draft_.verdict.findings);
-    console::say("changed " + options_.file);
-    console::report(options_.file, draft_.verdict);
-    isKept_ = draft_.hasErrors() && session_.isDocumentShown();
-    if (isKept_) {
-        board_.setStatus(QStringLiteral("the last picture without errors; R shows what there is now"));
-        console::say("kept the last picture");
+    tools::printLine("changed " + options_.file);
+    printFindings(options_.file, draft_.verdict);
+    isOutdated_ = draft_.hasErrors() && session_.isDocumentShown();
+    if (isOutdated_) {
+        board_.setStatus(QStringLiteral("the last version without errors; press R for the current one"));
+        tools::printLine("kept the last version");
         return;
     }
     show(Step::same);
 }
 
 void LivePreview::show(Step step) {
-    isKept_ = false;
-    const std::size_t before = session_.stepOnShow();
+    isOutdated_ = false;
+    const std::size_t before = session_.currentStep();
     const std::size_t last = draft_.steps == 0 ? 0 : draft_.steps - 1;
     session_.show(draft_, step == Step::first ? 0 : std::min(before, last));
 }
 
-void LivePreview::hasSettled() {
+void LivePreview::reportSettled() {
     std::string status = "the document is not shown";
     if (session_.isDocumentShown()) {
         status = "shown at " + devices_[device_].name;
         if (draft_.steps > 0) {
-            status += ", step " + std::to_string(session_.stepOnShow()) + ", " +
+            status += ", step " + std::to_string(session_.currentStep()) + ", " +
                       std::to_string(draft_.steps) + " in all";
         }
     }
     board_.setStatus(QString::fromStdString(status));
-    console::say(status);
+    tools::printLine(status);
 }
 
 void LivePreview::choose(std::size_t device) {
     device_ = device;
-    tellDevice();
-    window_.become(devices_[device_], hasSafeArea_);
+    reportDevice();
+    window_.resizeTo(devices_[device_], hasSafeArea_);
     QQuickWindow& deviceWindow = window_.quickWindow();
     panel_->setPosition(deviceWindow.x() + devices_[device_].size.width() + spaceBetweenWindows,
                         deviceWindow.y());
-    // A draft with errors stays out of sight until it is asked for.
-    if (!isKept_) {
+    // A draft with errors is shown only on request.
+    if (!isOutdated_) {
         show(Step::same);
     }
 }
 
-void LivePreview::tellDevice() {
+void LivePreview::reportDevice() {
     const Device& device = devices_[device_];
     const std::string safeArea = hasSafeArea_ ? "safe area " + text(device.safeArea) : "no safe area";
     board_.setDevice(QString::fromStdString(device.name + ", " + safeArea));
-    console::say("device " + device.name + ", " + safeArea);
+    tools::printLine("device " + device.name + ", " + safeArea);
 }
 
 }  // namespace vorna::preview

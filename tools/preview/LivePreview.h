@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+/// The program with windows.
+
 #include <tools/preview/Board.h>
 #include <tools/preview/Device.h>
 #include <tools/preview/DeviceWindow.h>
@@ -19,7 +21,7 @@
 
 namespace vorna::preview {
 
-// The program with windows: one of the device's size, and the board beside it. Follows the file and the keys.
+/// A window of the device's size and one for the board beside it. Follows the file and handles keys.
 class LivePreview : public QObject {
     Q_OBJECT
 
@@ -34,15 +36,15 @@ class LivePreview : public QObject {
 
     bool press(int key);
     void fileMayHaveChanged();
-    void take(Draft draft);
+    void update(Draft draft);
     void show(Step step);
-    void hasSettled();
+    void reportSettled();
     void choose(std::size_t device);
-    void tellDevice();
+    void reportDevice();
 
     const Options options_;
     Draft draft_;
-    bool isKept_ = false;  // what is on show is older than the draft, which has errors
+    bool isOutdated_ = false;  ///< the document on show is older than the draft, which has errors
     std::vector<Device> devices_;
     std::size_t device_ = 0;
     bool hasSafeArea_ = true;

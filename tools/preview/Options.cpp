@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <tools/preview/Options.h>
 
+#include <tools/common/Number.h>
+
 #include <CLI/CLI.hpp>
+
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <string_view>
 #include <utility>
@@ -12,65 +14,55 @@
 namespace vorna::preview {
 namespace {
 
-constexpr int usageStatus = 2;
 constexpr int largestSide = 8192;
 constexpr double largestScale = 4;
 constexpr double longestWait = 3600;
 constexpr std::string_view defaultDevice = "390x844";
 
 constexpr const char* description =
-    "Shows a document that describes a paywall or an onboarding as an application would, and again whenever\n"
-    "the file changes. Or takes pictures of it; these need no display.";
+    "Shows a document that describes a paywall or an onboarding as an application would, and updates it\n"
+    "whenever the file changes. Or takes pictures of it, which needs no display.";
 
 constexpr const char* footer =
-    "Keys in the window: N, P next and previous device; S safe area on and off; D dark and light desktop;\n"
-    "R reload; O onboarding from its first step; Q quit.\n"
-    "Exit status: 0 shown, 1 the document has an error, so that a screen of it is not shown, 2 when a file\n"
-    "cannot be read or written or the command line is wrong.";
-
-EarlyExit mistake(const std::string& text) {
-    return {usageStatus, "vorna-preview: " + text + "\nRun with --help for more information.\n"};
-}
-
-template <typename Number>
-std::optional<Number> number(std::string_view text) {
-    Number value{};
-    const auto [end, problem] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (problem != std::errc() || end != text.data() + text.size()) {
-        return std::nullopt;
-    }
-    return value;
-}
+    "Keys: N, P next, previous device; S safe area on/off; D dark/light desktop; R reload; O restart the\n"
+    "onboarding; Q quit.\n"
+    "Exit status: 0 if shown; 1 if the document has errors, so that a screen is not shown; 2 if a file "
+    "cannot\n"
+    "be read or written or the command line is wrong.";
 
 std::optional<double> readScale(std::string_view text) {
-    const auto scale = number<double>(text);
+    const auto scale = tools::parseNumber<double>(text);
     const bool isUsable = scale && *scale >= 1 && *scale <= largestScale;
     return isUsable ? scale : std::nullopt;
 }
 
+struct ScaledSize {
+    QSize size;
+    std::optional<double> scale;
+};
+
 // "390x844" or "390x844@2".
-bool readSize(std::string_view text, Options& options) {
+std::optional<ScaledSize> readSize(std::string_view text) {
+    ScaledSize result;
     const std::size_t at = text.find('@');
     if (at != std::string_view::npos) {
-        const auto scale = readScale(text.substr(at + 1));
-        if (!scale) {
-            return false;
+        result.scale = readScale(text.substr(at + 1));
+        if (!result.scale) {
+            return std::nullopt;
         }
-        options.scale = *scale;
         text = text.substr(0, at);
     }
     const std::size_t cross = text.find('x');
     if (cross == std::string_view::npos) {
-        return false;
+        return std::nullopt;
     }
-    const auto width = number<int>(text.substr(0, cross));
-    const auto height = number<int>(text.substr(cross + 1));
+    const auto width = tools::parseNumber<int>(text.substr(0, cross));
+    const auto height = tools::parseNumber<int>(text.substr(cross + 1));
     if (!width || !height || *width < 1 || *height < 1 || *width > largestSide || *height > largestSide) {
-        return false;
+        return std::nullopt;
     }
-    const QSize size(*width, *height);
-    options.device = {preview::text(size), size, {}};
-    return true;
+    result.size = QSize(*width, *height);
+    return result;
 }
 
 // "47,0,34,0": top, left, bottom, right.
@@ -78,7 +70,7 @@ std::optional<QMargins> readSafeArea(std::string_view text) {
     std::vector<int> sides;
     for (std::size_t begin = 0; begin <= text.size();) {
         const std::size_t end = std::min(text.find(',', begin), text.size());
-        const auto side = number<int>(text.substr(begin, end - begin));
+        const auto side = tools::parseNumber<int>(text.substr(begin, end - begin));
         if (!side || *side < 0 || *side > largestSide) {
             return std::nullopt;
         }
@@ -93,7 +85,7 @@ std::optional<QMargins> readSafeArea(std::string_view text) {
 
 }  // namespace
 
-std::variant<Options, EarlyExit> readOptions(int argumentCount, const char* const* arguments) {
+Result<Options, tools::EarlyExit> readOptions(int argumentCount, const char* const* arguments) {
     Options options;
     std::string kind;
     std::string device;
@@ -110,58 +102,49 @@ std::variant<Options, EarlyExit> readOptions(int argumentCount, const char* cons
     CLI::App app(description, "vorna-preview");
     app.footer(footer);
     app.get_formatter()->column_width(28);
-    app.add_option("DOCUMENT", options.file, "The document to show")->type_name("");
-    app.add_option("--kind", kind, "What the document is (default: what its shape says)")
+    app.add_option("DOCUMENT", options.file, "Document to show")->type_name("");
+    app.add_option("--kind", kind, "Kind of the document (default: inferred from its shape)")
         ->type_name("paywall|onboarding")
         ->check(CLI::IsMember(std::vector<std::string>{"paywall", "onboarding"}).description(""));
     auto* const deviceOption =
         app.add_option("--device", device,
-                       "A standard size with its safe area: " + CLI::detail::join(devices, ", ") +
+                       "Standard size with its safe area: " + CLI::detail::join(devices, ", ") +
                            " (default: " + std::string(defaultDevice) + ")")
             ->type_name("NAME")
             ->check(CLI::IsMember(devices).description(""));
     auto* const sizeOption =
-        app.add_option("--size", size, "Any other size, and device pixels a logical pixel (default: 1)")
+        app.add_option("--size", size, "Any other size, and device pixels per logical pixel (default: 1)")
             ->type_name("WxH[@SCALE]");
     auto* const safeAreaOption =
-        app.add_option("--safe-area", safeArea, "How far notches and bars reach in")->type_name("T,L,B,R");
+        app.add_option("--safe-area", safeArea, "Insets for notches and bars")->type_name("T,L,B,R");
     auto* const scaleOption =
-        app.add_option("--scale", scale, "Device pixels a logical pixel, 1 to 4")->type_name("SCALE");
-    app.add_option("--step", options.step, "The step of an onboarding, from 0, reached by tapping through")
+        app.add_option("--scale", scale, "Device pixels per logical pixel, 1 to 4")->type_name("SCALE");
+    app.add_option("--step", options.step, "Step of an onboarding, from 0, reached by tapping through")
         ->type_name("N")
         ->check(CLI::NonNegativeNumber.description(""));
     auto* const pictureOption =
-        app.add_option("--png", options.picture, "Write a picture and end")->type_name("FILE");
+        app.add_option("--png", options.picture, "Write a picture and exit")->type_name("FILE");
     auto* const folderOption =
         app.add_option("--all-sizes", options.pictureFolder,
-                       "Write a picture of each standard size, and a sheet of them all, and end")
+                       "Write a picture of each standard size and a sheet of them all, and exit")
             ->type_name("DIR");
     auto* const afterOption =
         app.add_option("--after", after,
-                       "How long a screen stands still before its picture is taken (default: 1)")
+                       "Time from the end of a screen's animation to its picture (default: 1)")
             ->type_name("SECONDS")
             ->check(CLI::Range(0.0, longestWait).description(""));
     app.add_option("--ca", options.certificateAuthorityFile,
-                   "The certificate authority to trust in place of the system's")
+                   "Certificate authority to trust instead of the system's")
         ->type_name("FILE")
         ->check(CLI::ExistingFile.description(""));
-    app.add_option("--media-service", options.mediaService,
-                   "Stands in for https://127.0.0.1:8443 wherever the document says so")
+    app.add_option("--media-service", options.mediaService, "Replaces https://127.0.0.1:8443 in the document")
         ->type_name("URL");
-    app.add_flag("--dark", options.isDark, "Begin with a dark desktop");
-    app.add_flag("--debug", options.debug, "Print what the library does");
-    app.set_version_flag("--version", std::string("vorna-preview ") + VORNA_VERSION,
-                         "Say the version and end");
-
-    try {
-        app.parse(argumentCount, arguments);
-    } catch (const CLI::CallForVersion& version) {
-        return EarlyExit{0, std::string(version.what()) + "\n"};
-    } catch (const CLI::Success&) {
-        return EarlyExit{0, app.help()};
-    } catch (const CLI::ParseError& error) {
-        return mistake(error.what());
+    app.add_flag("--dark", options.isDark, "Start with a dark desktop");
+    app.add_flag("--debug", options.debug, "Print debug output of the library");
+    if (auto parsed = tools::parse(app, argumentCount, arguments); !parsed) {
+        return Unexpected(std::move(parsed).error());
     }
+    const auto mistake = [&app](const std::string& text) { return tools::mistake(app, text); };
 
     if (options.file.empty()) {
         return mistake("no DOCUMENT given");
@@ -175,15 +158,15 @@ std::variant<Options, EarlyExit> readOptions(int argumentCount, const char* cons
          {folderOption, safeAreaOption}}};
     for (const auto& [one, other] : oneOnly) {
         if (one->count() > 0 && other->count() > 0) {
-            return mistake(one->get_name() + " does not go with " + other->get_name());
+            return mistake(one->get_name() + " cannot be combined with " + other->get_name());
         }
     }
     if ((pictureOption->count() > 0 && options.picture.empty()) ||
         (folderOption->count() > 0 && options.pictureFolder.empty())) {
-        return mistake("--png and --all-sizes need a name");
+        return mistake("--png and --all-sizes need a path");
     }
     if (afterOption->count() > 0 && !options.takesPictures()) {
-        return mistake("--after is for pictures: give --png or --all-sizes too");
+        return mistake("--after needs --png or --all-sizes");
     }
     options.device = *standardDevice(device.empty() ? defaultDevice : device);
     if (!scale.empty()) {
@@ -193,13 +176,19 @@ std::variant<Options, EarlyExit> readOptions(int argumentCount, const char* cons
         }
         options.scale = *read;
     }
-    if (sizeOption->count() > 0 && !readSize(size, options)) {
-        return mistake("--size: " + size + " is not like 390x844 or 390x844@2");
+    if (sizeOption->count() > 0) {
+        const auto read = readSize(size);
+        if (!read) {
+            return mistake("--size: " + size + " is not of the form 390x844 or 390x844@2");
+        }
+        options.device = {preview::text(read->size), read->size, {}};
+        options.scale = read->scale.value_or(options.scale);
     }
     if (safeAreaOption->count() > 0) {
         const auto read = readSafeArea(safeArea);
         if (!read) {
-            return mistake("--safe-area: " + safeArea + " is not like 47,0,34,0 (top, left, bottom, right)");
+            return mistake("--safe-area: " + safeArea +
+                           " is not of the form 47,0,34,0 (top, left, bottom, right)");
         }
         options.device.safeArea = *read;
     }

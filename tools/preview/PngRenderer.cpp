@@ -7,14 +7,14 @@
 namespace vorna::preview {
 
 PngRenderer::Picture PngRenderer::render(const Draft& draft, const Device& device, std::size_t step) {
-    window_.become(device);
+    window_.resizeTo(device);
     window_.quickWindow().show();
     QEventLoop loop;
     QObject::connect(&session_, &PreviewSession::settled, &loop,
                      [&] { QTimer::singleShot(after_, &loop, &QEventLoop::quit); });
     session_.show(draft, step);
     loop.exec();
-    return {window_.quickWindow().grabWindow(), session_.isDocumentShown(), session_.stepOnShow()};
+    return {window_.quickWindow().grabWindow(), session_.isDocumentShown(), session_.currentStep()};
 }
 
 }  // namespace vorna::preview

@@ -13,7 +13,7 @@
 
 namespace vorna::preview {
 
-// Takes pictures of a document on devices, one after the other.
+/// Takes pictures of a document on devices, one at a time.
 class PngRenderer {
   public:
     PngRenderer(DeviceWindow& window, PreviewSession& session, std::chrono::milliseconds after)
@@ -23,11 +23,11 @@ class PngRenderer {
 
     struct Picture {
         QImage image;
-        bool isOfDocument = false;  // and not of a screen that says what is missing, or of none
-        std::size_t step = 0;       // of an onboarding
+        bool isOfDocument = false;  ///< rather than of the missing-fields screen or none
+        std::size_t step = 0;       ///< of an onboarding, as shown
     };
 
-    // Returns when it is there; the event loop runs meanwhile.
+    /// Shows the document and takes its picture; runs the event loop meanwhile.
     [[nodiscard]] Picture render(const Draft& draft, const Device& device, std::size_t step);
 
   private:

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <tools/preview/PreviewSession.h>
+
 #include <vorna/core/VornaCoreSDK.h>
 #include <vorna/ui/common/ViewController.h>
 #include <vorna/ui/common/Window.h>
@@ -19,11 +20,11 @@ namespace vorna::preview {
 
 namespace {
 
-constexpr std::chrono::milliseconds lookInterval{10};
-// So long the author sees that the screen is gone.
-constexpr std::chrono::milliseconds pauseBeforeNextTime{700};
-// What the facade is asked to do is done a few turns of the event loop later, or never.
-constexpr int looksUntilNothingComes = 25;
+constexpr std::chrono::milliseconds pollInterval{10};
+// Long enough to see that the screen is gone.
+constexpr std::chrono::milliseconds reopenDelay{700};
+// The facade acts a few turns of the event loop later, or never.
+constexpr int mostUnchangedPolls = 25;
 
 constexpr std::array postedNames{VornaCoreSDK::PaidProductClicked,    VornaCoreSDK::OnboardingScreensFinished,
                                  VornaCoreSDK::PaywallScreenClosed,   VornaCoreSDK::OnboardingScreenClosed,
@@ -52,14 +53,14 @@ QString described(const Notification& notification) {
     return text;
 }
 
-QQuickItem* visibleItem(QQuickItem* below, QStringView name) {
-    if (below == nullptr || !below->isVisible()) {
+QQuickItem* visibleItem(QQuickItem* root, QStringView name) {
+    if (root == nullptr || !root->isVisible()) {
         return nullptr;
     }
-    if (below->objectName() == name) {
-        return below;
+    if (root->objectName() == name) {
+        return root;
     }
-    for (QQuickItem* const child : below->childItems()) {
+    for (QQuickItem* const child : root->childItems()) {
         if (QQuickItem* const found = visibleItem(child, name)) {
             return found;
         }
@@ -72,17 +73,17 @@ QQuickItem* visibleItem(QQuickItem* below, QStringView name) {
 PreviewSession::PreviewSession(ui::Window& window, std::string mediaService)
     : window_(window),
       mediaService_(std::move(mediaService)) {
-    clock_.setInterval(lookInterval);
-    connect(&clock_, &QTimer::timeout, this, &PreviewSession::look);
-    pause_.setSingleShot(true);
-    pause_.setInterval(pauseBeforeNextTime);
-    connect(&pause_, &QTimer::timeout, this, &PreviewSession::hand);
+    pollTimer_.setInterval(pollInterval);
+    connect(&pollTimer_, &QTimer::timeout, this, &PreviewSession::poll);
+    reopenTimer_.setSingleShot(true);
+    reopenTimer_.setInterval(reopenDelay);
+    connect(&reopenTimer_, &QTimer::timeout, this, &PreviewSession::present);
     for (const std::string_view name : postedNames) {
         observations_.push_back(
             NotificationCenter::defaultCenter().addObserver(name, [this](const Notification& notification) {
-                // It may come from any thread, and from within an operation of the library.
+                // Posted on any thread, also during an operation of the library.
                 QMetaObject::invokeMethod(
-                    this, [this, notification] { hear(notification); }, Qt::QueuedConnection);
+                    this, [this, notification] { handle(notification); }, Qt::QueuedConnection);
             }));
     }
 }
@@ -92,13 +93,13 @@ PreviewSession::~PreviewSession() = default;
 void PreviewSession::show(const Draft& draft, std::size_t step) {
     clear();
     text_ = withMediaService(draft.text, mediaService_);
-    // The library shows nothing for a text that tells no kind, whoever is asked.
+    // The library shows nothing for a document without a kind, whichever operation is called.
     kind_ = draft.verdict.kind.value_or(lint::DocumentKind::paywall);
     step_ = kind_ == lint::DocumentKind::onboarding ? step : 0;
-    hand();
+    present();
 }
 
-std::size_t PreviewSession::stepOnShow() const {
+std::size_t PreviewSession::currentStep() const {
     return kind_ == lint::DocumentKind::onboarding && isDocumentShown() ? screens() - 1 : 0;
 }
 
@@ -107,8 +108,8 @@ bool PreviewSession::isDocumentShown() const {
 }
 
 void PreviewSession::clear() {
-    clock_.stop();
-    pause_.stop();
+    pollTimer_.stop();
+    reopenTimer_.stop();
     state_ = State::idle;
     if (screens() == 0) {
         return;
@@ -116,16 +117,16 @@ void PreviewSession::clear() {
     if (kind_ == lint::DocumentKind::onboarding) {
         VornaCoreSDK::CloseOnboarding();
     }
-    // The screen that says what a document lacks has no operation that closes it.
+    // No operation closes the screen that lists missing fields.
     auto shown = window_.presentedViewControllers();
     std::for_each(shown.rbegin(), shown.rend(), [](const auto& screen) { screen->dismiss(false); });
 }
 
-void PreviewSession::hand() {
+void PreviewSession::present() {
     state_ = State::arriving;
-    looks_ = 0;
-    seen_ = 0;
-    clock_.start();
+    unchangedPolls_ = 0;
+    lastScreens_ = 0;
+    pollTimer_.start();
     if (kind_ == lint::DocumentKind::onboarding) {
         VornaCoreSDK::ShowOnboarding(text_);
     } else {
@@ -133,31 +134,31 @@ void PreviewSession::hand() {
     }
 }
 
-void PreviewSession::look() {
+void PreviewSession::poll() {
     if (window_.isMoving()) {
         return;
     }
     if (state_ == State::leaving) {
         if (screens() == 0) {
-            clock_.stop();
+            pollTimer_.stop();
             state_ = State::idle;
-            pause_.start();
+            reopenTimer_.start();
         }
         return;
     }
-    if (screens() == seen_) {
-        if (++looks_ < looksUntilNothingComes) {
+    if (screens() == lastScreens_) {
+        if (++unchangedPolls_ < mostUnchangedPolls) {
             return;
         }
     } else {
-        looks_ = 0;
-        seen_ = screens();
-        if (QQuickItem* const button = actionButton(); button != nullptr && seen_ <= step_) {
+        unchangedPolls_ = 0;
+        lastScreens_ = screens();
+        if (QQuickItem* const button = actionButton(); button != nullptr && lastScreens_ <= step_) {
             tap(*button);
             return;
         }
     }
-    clock_.stop();
+    pollTimer_.stop();
     state_ = State::idle;
     Q_EMIT settled();
 }
@@ -172,19 +173,19 @@ void PreviewSession::tap(const QQuickItem& item) {
     QCoreApplication::sendEvent(&window, &release);
 }
 
-void PreviewSession::hear(const Notification& notification) {
+void PreviewSession::handle(const Notification& notification) {
     Q_EMIT posted(described(notification));
     const bool endsPaywall = notification.name == VornaCoreSDK::PaywallScreenClosed;
     const bool endsOnboarding = notification.name == VornaCoreSDK::OnboardingScreensFinished ||
                                 notification.name == VornaCoreSDK::OnboardingScreenClosed;
-    // An empty onboarding is over before anything is shown; again and again would tell nothing new.
+    // An empty onboarding is over before anything is shown; reopening it would repeat that forever.
     if (!(endsPaywall || endsOnboarding) || screens() == 0 || state_ == State::leaving) {
         return;
     }
     Q_EMIT closing();
     step_ = 0;
     state_ = State::leaving;
-    clock_.start();
+    pollTimer_.start();
     if (endsPaywall) {
         VornaCoreSDK::ClosePaywall();
     } else {

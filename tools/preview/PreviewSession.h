@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+/// A host of the library.
+
 #include <tools/preview/Draft.h>
 #include <vorna/platform/NotificationCenter.h>
 
@@ -20,14 +22,13 @@ class Window;
 
 namespace vorna::preview {
 
-// A host of the library that shows one document at a time in its window, through the facade, and closes it as
-// hosts do: when the user taps the close button or has come to the end of an onboarding. Afterwards it shows
-// the document again.
+/// Shows one document at a time in its window, through the facade, and closes it as hosts do: when the user
+/// taps the close button or reaches the end of an onboarding. Then shows it again.
 class PreviewSession : public QObject {
     Q_OBJECT
 
   public:
-    // The window must outlive the session.
+    /// The window must outlive the session.
     PreviewSession(ui::Window& window, std::string mediaService);
     PreviewSession(const PreviewSession&) = delete;
     PreviewSession(PreviewSession&&) = delete;
@@ -35,32 +36,32 @@ class PreviewSession : public QObject {
     PreviewSession& operator=(PreviewSession&&) = delete;
     ~PreviewSession() override;
 
-    // Shows the document in place of what was shown before; an onboarding from its first step, tapping
-    // through to the one that is asked for as far as that goes. `settled` follows.
+    /// Replaces the document on show; starts an onboarding at its first step and taps through to `step` as
+    /// far as possible. Emits `settled` when done.
     void show(const Draft& draft, std::size_t step = 0);
 
-    // Of an onboarding, counted from 0.
-    [[nodiscard]] std::size_t stepOnShow() const;
+    /// The step of the onboarding on show, counted from 0.
+    [[nodiscard]] std::size_t currentStep() const;
 
-    // A screen of the document is on show, not one that says what the document lacks.
+    /// Whether a screen of the document is on show, rather than the one that lists missing fields.
     [[nodiscard]] bool isDocumentShown() const;
 
   Q_SIGNALS:
-    // What was asked for stands still, or nothing will come.
+    /// The screens have come to a standstill, or none will appear.
     void settled();
-    // The library has told the host something: its name and what it carries.
+    /// The library has posted a notification: its name and user info.
     void posted(const QString& notification);
-    // The host closes what is on show, and shows it again soon.
+    /// The host is closing the document, and will show it again soon.
     void closing();
 
   private:
     enum class State { idle, arriving, leaving };
 
     void clear();
-    void hand();
-    void look();
+    void present();
+    void poll();
     void tap(const QQuickItem& item);
-    void hear(const Notification& notification);
+    void handle(const Notification& notification);
     [[nodiscard]] QQuickItem* actionButton() const;
     [[nodiscard]] std::size_t screens() const;
 
@@ -70,10 +71,10 @@ class PreviewSession : public QObject {
     lint::DocumentKind kind_ = lint::DocumentKind::paywall;
     std::size_t step_ = 0;
     State state_ = State::idle;
-    int looks_ = 0;
-    std::size_t seen_ = 0;
-    QTimer clock_;
-    QTimer pause_;
+    int unchangedPolls_ = 0;
+    std::size_t lastScreens_ = 0;
+    QTimer pollTimer_;
+    QTimer reopenTimer_;
     std::vector<NotificationCenter::Observation> observations_;
 };
 

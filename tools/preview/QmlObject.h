@@ -11,7 +11,7 @@
 
 namespace vorna::preview {
 
-// Makes what a file of the program's own QML module describes.
+/// Creates the object in a file of the program's QML module. Throws std::runtime_error if that fails.
 template <typename Type>
 std::unique_ptr<Type> makeFromQml(QQmlEngine& engine, const QString& file, const QVariantMap& properties) {
     QQmlComponent component(&engine, QUrl(QStringLiteral("qrc:/VornaPreview/") + file));

@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <tools/common/CommandLine.h>
+#include <tools/common/Console.h>
+#include <tools/common/Files.h>
 #include <tools/preview/Board.h>
 #include <tools/preview/Console.h>
 #include <tools/preview/ContactSheet.h>
@@ -7,6 +10,7 @@
 #include <tools/preview/Options.h>
 #include <tools/preview/PngRenderer.h>
 #include <tools/preview/PreviewSession.h>
+#include <vorna/base/Result.h>
 #include <vorna/core/VornaCoreSDK.h>
 #include <vorna/platform/Platform.h>
 
@@ -16,15 +20,13 @@
 #include <QtGui/QGuiApplication>
 #include <QtQml/QQmlEngine>
 
-#include <exception>
-#include <iostream>
 #include <string>
 #include <utility>
-#include <variant>
 #include <vector>
 
 namespace {
 
+using namespace vorna;
 using namespace vorna::preview;
 
 constexpr int errorsStatus = 1;
@@ -34,51 +36,93 @@ QString pathOf(const std::string& file) {
     return QFile::decodeName(QByteArray::fromStdString(file));
 }
 
-// What Qt reads once, when the application object is made. False when there is no display for windows.
-bool prepareQt(const Options& options) {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
-        if (options.takesPictures()) {
-            qputenv("QT_QPA_PLATFORM", "offscreen");
-        } else if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
-            return false;
-        }
-    }
-    if (options.takesPictures()) {
-        // The same drawing on every machine: without a graphics driver and the desktop's own scale.
-        if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND")) {
-            qputenv("QT_QUICK_BACKEND", "software");
-        }
-        qputenv("QT_SCALE_FACTOR", QByteArray::number(options.scale));
-    } else if (options.scale > 1) {
-        qputenv("QT_SCALE_FACTOR", QByteArray::number(options.scale));
-    }
-    return true;
+bool hasDisplay() {
+    return !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") || !qEnvironmentVariableIsEmpty("DISPLAY") ||
+           !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
 }
 
-// The library for showing alone: nothing is recorded, sent or kept.
+void setVariableUnlessSet(const char* name, const QByteArray& value) {
+    if (qEnvironmentVariableIsEmpty(name)) {
+        qputenv(name, value);
+    }
+}
+
+// Qt reads these variables when the application object is created.
+void prepareQt(const Options& options) {
+    if (options.takesPictures()) {
+        // The same pictures on every machine, whatever its graphics driver and desktop scale.
+        setVariableUnlessSet("QT_QPA_PLATFORM", "offscreen");
+        setVariableUnlessSet("QT_QUICK_BACKEND", "software");
+    }
+    if (options.takesPictures() || options.scale > 1) {
+        qputenv("QT_SCALE_FACTOR", QByteArray::number(options.scale));
+    }
+}
+
+// For showing alone: nothing is recorded, sent or kept.
 void prepareLibrary(const Options& options) {
-    vorna::PlatformOptions platform;
+    PlatformOptions platform;
     platform.bundleIdentifier = "vorna-preview";
     platform.certificateAuthorityFile = options.certificateAuthorityFile;
-    vorna::VornaCoreSDK::debug = options.debug;
-    vorna::VornaCoreSDK::UsePlatform(vorna::makePlatform(platform));
+    VornaCoreSDK::debug = options.debug;
+    VornaCoreSDK::UsePlatform(makePlatform(platform));
 }
 
-bool write(const QImage& picture, const QString& file) {
-    if (!picture.save(file, "PNG")) {
-        console::complain(file.toStdString() + ": the picture cannot be written");
-        return false;
+enum class PictureProblem { noSuchStep, cannotCreate, cannotWrite };
+
+struct PictureError {
+    PictureProblem problem = PictureProblem::cannotWrite;
+    std::string path;
+    std::size_t step = 0;  // that does not exist
+};
+
+std::string describe(const PictureError& error) {
+    switch (error.problem) {
+    case PictureProblem::noSuchStep:
+        return error.path + ": there is no step " + std::to_string(error.step);
+    case PictureProblem::cannotCreate:
+        return error.path + ": cannot create the folder";
+    case PictureProblem::cannotWrite:
+        return error.path + ": cannot write the picture";
     }
-    console::say("wrote " + file.toStdString() + " " + text(picture.size()));
-    return true;
+    return error.path;
 }
 
-int takePictures(const Options& options, const Draft& draft) {
+Result<void, PictureError> write(const QImage& picture, const QString& file) {
+    if (!picture.save(file, "PNG")) {
+        return Unexpected(PictureError{PictureProblem::cannotWrite, file.toStdString(), {}});
+    }
+    tools::printLine("wrote " + file.toStdString() + " " + text(picture.size()));
+    return {};
+}
+
+// Writes the pictures of all standard sizes and the sheet.
+template <class Render>
+Result<void, PictureError> writeAllSizes(const Options& options, const Render& render) {
+    const QDir folder(pathOf(options.pictureFolder));
+    if (!folder.mkpath(QStringLiteral("."))) {
+        return Unexpected(PictureError{PictureProblem::cannotCreate, options.pictureFolder, {}});
+    }
+    const QString stem = QFileInfo(pathOf(options.file)).completeBaseName();
+    const auto file = [&](const QString& name) {
+        return folder.filePath(QStringLiteral("%1-%2.png").arg(stem, name));
+    };
+    std::vector<LabelledPicture> pictures;
+    for (const Device& device : standardDevices()) {
+        pictures.push_back({QString::fromStdString(device.name), render(device)});
+        if (auto written = write(pictures.back().image, file(pictures.back().label)); !written) {
+            return written;
+        }
+    }
+    return write(contactSheet(pictures), file(QStringLiteral("sheet")));
+}
+
+enum class Shown { completely, notAsAsked };
+
+Result<Shown, PictureError> takePictures(const Options& options, const Draft& draft) {
     const auto step = static_cast<std::size_t>(options.step);
-    console::report(options.file, draft.verdict);
     if (step > 0 && step >= draft.steps) {
-        console::complain(options.file + ": there is no step " + std::to_string(step));
-        return failureStatus;
+        return Unexpected(PictureError{PictureProblem::noSuchStep, options.file, step});
     }
     QQmlEngine engine;
     Board board(QFileInfo(pathOf(options.file)).fileName(), options.isDark);
@@ -87,64 +131,51 @@ int takePictures(const Options& options, const Draft& draft) {
     PreviewSession session(window.window(), options.mediaService);
     PngRenderer renderer(window, session, options.after);
 
-    bool isShown = true;
+    auto shown = Shown::completely;
     const auto render = [&](const Device& device) {
         PngRenderer::Picture picture = renderer.render(draft, device, step);
-        isShown = isShown && picture.isOfDocument && picture.step == step;
+        if (!picture.isOfDocument || picture.step != step) {
+            shown = Shown::notAsAsked;
+        }
         return std::move(picture.image);
     };
-    if (!options.picture.empty()) {
-        if (!write(render(options.device), pathOf(options.picture))) {
-            return failureStatus;
-        }
-    } else {
-        const QDir folder(pathOf(options.pictureFolder));
-        if (!folder.mkpath(QStringLiteral("."))) {
-            console::complain(options.pictureFolder + ": the folder cannot be made");
-            return failureStatus;
-        }
-        const QString stem = QFileInfo(pathOf(options.file)).completeBaseName();
-        const auto file = [&](const QString& name) {
-            return folder.filePath(QStringLiteral("%1-%2.png").arg(stem, name));
-        };
-        std::vector<LabelledPicture> pictures;
-        for (const Device& device : standardDevices()) {
-            pictures.push_back({QString::fromStdString(device.name), render(device)});
-            if (!write(pictures.back().image, file(pictures.back().label))) {
-                return failureStatus;
-            }
-        }
-        if (!write(contactSheet(pictures), file(QStringLiteral("sheet")))) {
-            return failureStatus;
-        }
+    auto written = options.picture.empty() ? writeAllSizes(options, render)
+                                           : write(render(options.device), pathOf(options.picture));
+    if (!written) {
+        return Unexpected(std::move(written).error());
     }
-    if (!isShown) {
-        console::say("the document is not shown");
-    }
-    return isShown && !draft.hasErrors() ? 0 : errorsStatus;
+    return shown;
 }
 
-int run(int argumentCount, char** arguments) {
-    auto reading = readOptions(argumentCount, arguments);
-    if (const auto* exit = std::get_if<EarlyExit>(&reading)) {
-        (exit->status == 0 ? std::cout : std::cerr) << exit->output;
-        return exit->status;
-    }
-    auto& options = std::get<Options>(reading);
-    auto text = contents(options.file);
-    if (const auto* const problem = std::get_if<Unreadable>(&text)) {
-        console::complain(options.file + ": " + problem->reason);
+int printPictures(const Options& options, const Draft& draft) {
+    printFindings(options.file, draft.verdict);
+    const auto shown = takePictures(options, draft);
+    if (!shown) {
+        printError(describe(shown.error()));
         return failureStatus;
     }
-    Draft draft = check(std::move(std::get<std::string>(text)), options.kind);
-    if (!prepareQt(options)) {
-        console::complain("there is no display; --png and --all-sizes need none");
+    if (*shown == Shown::notAsAsked) {
+        tools::printLine("the document is not shown");
+    }
+    return *shown == Shown::completely && !draft.hasErrors() ? 0 : errorsStatus;
+}
+
+int showDocument(Options options, int argumentCount, char** arguments) {
+    auto text = tools::readFile(options.file);
+    if (!text) {
+        printError(options.file + ": " + text.error().message());
         return failureStatus;
     }
+    Draft draft = check(*std::move(text), options.kind);
+    if (!options.takesPictures() && !hasDisplay()) {
+        printError("no display; --png and --all-sizes need none");
+        return failureStatus;
+    }
+    prepareQt(options);
     const QGuiApplication application(argumentCount, arguments);
     prepareLibrary(options);
     if (options.takesPictures()) {
-        return takePictures(options, draft);
+        return printPictures(options, draft);
     }
     QQmlEngine engine;
     const LivePreview preview(engine, std::move(options), std::move(draft));
@@ -154,10 +185,9 @@ int run(int argumentCount, char** arguments) {
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
-    try {
-        return run(argumentCount, arguments);
-    } catch (const std::exception& error) {
-        console::complain(error.what());
-        return failureStatus;
-    }
+    return tools::runProgram(programName, failureStatus, [&] {
+        auto options = readOptions(argumentCount, arguments);
+        return options ? showDocument(*std::move(options), argumentCount, arguments)
+                       : tools::print(options.error());
+    });
 }

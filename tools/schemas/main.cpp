@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <tools/common/CommandLine.h>
+#include <tools/common/Console.h>
+#include <tools/common/Files.h>
 #include <tools/schemas/GeneratedTables.h>
 #include <tools/schemas/Schema.h>
 
-#include <exception>
-#include <fstream>
+#include <CLI/CLI.hpp>
+
 #include <iostream>
-#include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,56 +16,52 @@ namespace {
 
 using namespace vorna;
 
-constexpr int usageStatus = 2;
+constexpr const char* programName = "vorna-schema";
+constexpr int failureStatus = 1;
 
-constexpr std::string_view usage =
-    "Usage: vorna-schema paywall|onboarding     print the JSON Schema of such documents\n"
-    "       vorna-schema tables FILE            print a Markdown file with its generated tables up to date\n";
-
-int printTables(const std::string& file) {
-    std::ifstream stream(file, std::ios::binary);
-    const std::string markdown{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-    if (!stream.good()) {
-        std::cerr << "vorna-schema: cannot read " << file << '\n';
-        return usageStatus;
-    }
-    const std::optional<std::string> result = schemas::withGeneratedTables(markdown);
-    if (!result) {
-        std::cerr << "vorna-schema: " << file << ": a table has an unknown name or no end\n";
-        return 1;
-    }
-    std::cout << *result;
-    return 0;
+int print(std::string_view text) {
+    std::cout << text << std::flush;
+    return std::cout ? 0 : failureStatus;
 }
 
-int run(std::string_view what, const std::optional<std::string>& file) {
-    if (what == "--help" && !file) {
-        std::cout << usage;
-    } else if (what == "paywall" && !file) {
-        std::cout << schemas::schema(lint::DocumentKind::paywall);
-    } else if (what == "onboarding" && !file) {
-        std::cout << schemas::schema(lint::DocumentKind::onboarding);
-    } else if (what == "tables" && file) {
-        return printTables(*file);
-    } else {
-        std::cerr << usage;
-        return usageStatus;
+int printTables(const std::string& file) {
+    const auto markdown = tools::readFile(file);
+    if (!markdown) {
+        tools::printError(programName, file + ": " + markdown.error().message());
+        return tools::usageStatus;
     }
-    return 0;
+    const std::optional<std::string> result = schemas::withGeneratedTables(*markdown);
+    if (!result) {
+        tools::printError(programName, file + ": a table has an unknown name or no end");
+        return failureStatus;
+    }
+    return print(*result);
+}
+
+int run(int argumentCount, const char* const* arguments) {
+    CLI::App app("Writes JSON Schemas and Markdown tables from the library's tables of fields.", programName);
+    app.require_subcommand(1);
+    auto* const paywall = app.add_subcommand("paywall", "Print the JSON Schema of paywalls");
+    auto* const onboarding = app.add_subcommand("onboarding", "Print the JSON Schema of onboardings");
+    auto* const tables =
+        app.add_subcommand("tables", "Print a Markdown file with its generated tables updated");
+    std::string file;
+    tables->add_option("FILE", file, "The Markdown file")->type_name("")->required();
+    if (const auto parsed = tools::parse(app, argumentCount, arguments); !parsed) {
+        return tools::print(parsed.error());
+    }
+    if (paywall->parsed()) {
+        return print(schemas::schema(lint::DocumentKind::paywall));
+    }
+    if (onboarding->parsed()) {
+        return print(schemas::schema(lint::DocumentKind::onboarding));
+    }
+    return printTables(file);
 }
 
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
-    try {
-        const std::string_view what = argumentCount > 1 ? arguments[1] : "";
-        const std::optional<std::string> file =
-            argumentCount > 2 ? std::optional<std::string>(arguments[2]) : std::nullopt;
-        const int status = argumentCount > 3 ? run("", std::nullopt) : run(what, file);
-        std::cout.flush();
-        return std::cout ? status : 1;
-    } catch (const std::exception& error) {
-        std::cerr << "vorna-schema: " << error.what() << '\n';
-        return 1;
-    }
+    return vorna::tools::runProgram(programName, failureStatus,
+                                    [&] { return run(argumentCount, arguments); });
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <gmock/gmock.h>
 #include <tools/devserver/ByteRange.h>
+
+#include <gmock/gmock.h>
 
 #include <ostream>
 #include <string>

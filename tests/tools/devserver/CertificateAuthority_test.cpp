@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <tools/devserver/CertificateAuthority.h>
+
+#include <tests/support/TemporaryFolder.h>
+
 #include <gmock/gmock.h>
 #include <sys/stat.h>
-#include <tests/support/TemporaryFolder.h>
-#include <tools/devserver/CertificateAuthority.h>
 
 #include <chrono>
 
@@ -26,7 +28,7 @@ CertificateSubject localhost() {
     return {"localhost", {"localhost"}, {"127.0.0.1", "::1"}, noon - hours{1}, noon + hours{10}};
 }
 
-TEST(CertificateAuthority, VouchesForWhatItIssued) {
+TEST(CertificateAuthority, VouchesForCertificatesItIssued) {
     const auto authority = authorityFor(hours{100});
     const auto issued = authority.issue(localhost());
     EXPECT_THAT(issued.certificate, StartsWith("-----BEGIN CERTIFICATE-----"));
@@ -34,14 +36,14 @@ TEST(CertificateAuthority, VouchesForWhatItIssued) {
     EXPECT_TRUE(authority.vouchesFor(issued, {"localhost"}, {"127.0.0.1", "::1"}, noon));
 }
 
-TEST(CertificateAuthority, DoesNotVouchBeforeTheFirstOrAfterTheLastDate) {
+TEST(CertificateAuthority, DoesNotVouchOutsideTheValidity) {
     const auto authority = CertificateAuthority::create("Test authority", noon - hours{50}, noon + hours{50});
     const auto issued = authority.issue(localhost());
     EXPECT_FALSE(authority.vouchesFor(issued, {"localhost"}, {}, noon - hours{2}));
     EXPECT_FALSE(authority.vouchesFor(issued, {"localhost"}, {}, noon + hours{11}));
 }
 
-TEST(CertificateAuthority, DoesNotVouchOnceItHasExpiredItself) {
+TEST(CertificateAuthority, DoesNotVouchOnceExpiredItself) {
     const auto authority = authorityFor(hours{5});
     const auto issued = authority.issue(localhost());
     EXPECT_TRUE(authority.isValidAt(noon));
@@ -70,7 +72,7 @@ TEST(CertificateAuthority, DoesNotVouchForASelfSignedCertificateOrAnotherAuthori
     EXPECT_FALSE(authority.vouchesFor(other.issue(localhost()), {"localhost"}, {}, noon));
 }
 
-TEST(CertificateAuthority, DoesNotVouchForAKeyThatBelongsElsewhere) {
+TEST(CertificateAuthority, DoesNotVouchForAKeyThatDoesNotMatch) {
     const auto authority = authorityFor(hours{100});
     auto issued = authority.issue(localhost());
     issued.privateKey = authority.issue(localhost()).privateKey;
@@ -82,13 +84,13 @@ TEST(CertificateAuthority, GivesEachCertificateItsOwnKey) {
     EXPECT_NE(authority.issue(localhost()).privateKey, authority.issue(localhost()).privateKey);
 }
 
-TEST(CertificateAuthority, GoesOnIssuingAfterItWasStored) {
+TEST(CertificateAuthority, IssuesAfterBeingRestored) {
     const auto authority = authorityFor(hours{100});
     const auto restored = CertificateAuthority::fromPem({authority.certificate(), authority.privateKey()});
     EXPECT_TRUE(authority.vouchesFor(restored.issue(localhost()), {"localhost"}, {}, noon));
 }
 
-TEST(CertificateAuthority, IsNotMadeFromAServerCertificateOrAStrangersKey) {
+TEST(CertificateAuthority, CannotBeRestoredFromAServerCertificateOrAnotherKey) {
     const auto authority = authorityFor(hours{100});
     EXPECT_THROW(static_cast<void>(CertificateAuthority::fromPem(authority.issue(localhost()))),
                  std::runtime_error);
@@ -98,7 +100,7 @@ TEST(CertificateAuthority, IsNotMadeFromAServerCertificateOrAStrangersKey) {
     EXPECT_THROW(static_cast<void>(CertificateAuthority::fromPem({"", ""})), std::runtime_error);
 }
 
-TEST(CertificateAuthority, NamesTheAddressItCannotRead) {
+TEST(CertificateAuthority, NamesAnInvalidAddress) {
     auto subject = localhost();
     subject.ipAddresses = {"not an address"};
     try {
@@ -109,7 +111,7 @@ TEST(CertificateAuthority, NamesTheAddressItCannotRead) {
     }
 }
 
-TEST(CertificateFiles, KeysAreForTheirOwnerAlone) {
+TEST(CertificateFiles, KeysAreReadableByTheirOwnerOnly) {
     const TemporaryFolder folder;
     const auto key = folder.write("server.key", "an older key, readable by all");
     std::filesystem::permissions(key, std::filesystem::perms{0644});
@@ -124,7 +126,7 @@ TEST(CertificateFiles, KeysAreForTheirOwnerAlone) {
     EXPECT_EQ(contentsOf(folder.path() / "server.pem"), "public\n");
 }
 
-TEST(CertificateFiles, NameTheFileThatCannotBeWritten) {
+TEST(CertificateFiles, ErrorsNameTheFile) {
     try {
         writePrivateKeyFile("/nowhere/at/all/server.key", "secret\n");
         FAIL() << "written nonetheless";

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <gmock/gmock.h>
-#include <tests/support/TemporaryFolder.h>
 #include <tools/devserver/ConfigFile.h>
+
+#include <tests/support/TemporaryFolder.h>
+
+#include <gmock/gmock.h>
 
 namespace vorna::devserver {
 namespace {
@@ -10,9 +12,13 @@ using support::TemporaryFolder;
 using testing::AllOf;
 using testing::HasSubstr;
 
-std::string textOf(const Reading<std::string>& reading) {
-    const auto* text = std::get_if<std::string>(&reading);
-    return text != nullptr ? *text : "complaint: " + std::get<Complaint>(reading).text;
+std::string textOf(const Result<std::string, ConfigFileError>& text) {
+    return text ? *text : "error: " + describe(text.error());
+}
+
+std::string errorOf(std::string_view request) {
+    const auto checked = checkConfigRequest(request);
+    return checked ? "" : describe(checked.error());
 }
 
 TEST(ConfigFile, IsAnEmptyObjectWhenMissing) {
@@ -26,7 +32,7 @@ TEST(ConfigFile, IsServedByteForByteEvenWithValuesOfAWrongType) {
     EXPECT_EQ(textOf(ConfigFile(folder.write("config.json", text)).read()), text);
 }
 
-TEST(ConfigFile, IsReadAnewEachTime) {
+TEST(ConfigFile, IsRereadEachTime) {
     const TemporaryFolder folder;
     const ConfigFile file(folder.write("config.json", R"({"a":"1"})"));
     EXPECT_EQ(textOf(file.read()), R"({"a":"1"})");
@@ -34,31 +40,28 @@ TEST(ConfigFile, IsReadAnewEachTime) {
     EXPECT_EQ(textOf(file.read()), R"({"a":"2"})");
 }
 
-TEST(ConfigFile, ThatIsNotJsonIsComplainedAboutWithItsNameAndThePlace) {
+TEST(ConfigFile, ThatIsNotJsonIsAnErrorWithItsPathAndTheOffset) {
     const TemporaryFolder folder;
     const ConfigFile file(folder.write("config.json", R"({"a":"1",})"));
     EXPECT_THAT(textOf(file.read()),
                 AllOf(HasSubstr(file.path().string()), HasSubstr("not JSON"), HasSubstr("byte 9")));
     folder.write("config.json", "");
-    EXPECT_THAT(textOf(file.read()), HasSubstr("complaint: "));
+    EXPECT_THAT(textOf(file.read()), HasSubstr("error: "));
 }
 
-TEST(ConfigFile, ThatIsAFolderIsComplainedAbout) {
+TEST(ConfigFile, ThatIsAFolderIsAnError) {
     const TemporaryFolder folder;
-    EXPECT_THAT(textOf(ConfigFile(folder.path()).read()), HasSubstr("complaint: "));
+    EXPECT_THAT(textOf(ConfigFile(folder.path()).read()), HasSubstr("Is a directory"));
 }
 
 TEST(ConfigRequest, HasDeviceDataAndNothingElse) {
-    EXPECT_EQ(complaintAboutConfigRequest(R"({"deviceData":{"appId":"x"}})"), "");
-    EXPECT_THAT(complaintAboutConfigRequest("{}"), HasSubstr("missing key \"deviceData\""));
-    EXPECT_THAT(complaintAboutConfigRequest(R"({"deviceData":{},"more":1})"),
-                HasSubstr("unexpected key \"more\""));
-    EXPECT_THAT(complaintAboutConfigRequest(R"({"deviceData":{},"deviceData":{}})"),
-                HasSubstr("repeated key"));
-    EXPECT_THAT(complaintAboutConfigRequest(R"({"deviceData":"text"})"),
-                HasSubstr("expected an object, found a string"));
-    EXPECT_THAT(complaintAboutConfigRequest("[]"), HasSubstr("expected an object, found an array"));
-    EXPECT_THAT(complaintAboutConfigRequest(""), HasSubstr("found nothing"));
+    EXPECT_EQ(errorOf(R"({"deviceData":{"appId":"x"}})"), "");
+    EXPECT_THAT(errorOf("{}"), HasSubstr("missing key \"deviceData\""));
+    EXPECT_THAT(errorOf(R"({"deviceData":{},"more":1})"), HasSubstr("unexpected key \"more\""));
+    EXPECT_THAT(errorOf(R"({"deviceData":{},"deviceData":{}})"), HasSubstr("repeated key"));
+    EXPECT_THAT(errorOf(R"({"deviceData":"text"})"), HasSubstr("expected an object, found a string"));
+    EXPECT_THAT(errorOf("[]"), HasSubstr("expected an object, found an array"));
+    EXPECT_THAT(errorOf(""), HasSubstr("found nothing"));
 }
 
 }  // namespace

@@ -8,15 +8,15 @@
 
 namespace vorna::devserver {
 
-// The real program, started for one test on a free port.
-//
-// Nobody reads its lines meanwhile, so a test that causes thousands of them passes --quiet.
+/// The real program, started for one test on a free port.
+///
+/// Nobody reads its output meanwhile, so a test that causes thousands of lines passes --quiet.
 class DevServerProcess : public support::StartedProgram {
   public:
-    // Starts it with `arguments`, on any free port unless they name one. Whether it listens shows in url().
+    /// Starts it on any free port unless the arguments name one.
     explicit DevServerProcess(const std::vector<std::string>& arguments);
 
-    // Where it listens, from its first line; empty when it ended without saying so.
+    /// Its address, from its first line; empty if it does not listen.
     [[nodiscard]] const std::string& url() const { return url_; }
 
     [[nodiscard]] int port() const;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <gmock/gmock.h>
 #include <tools/devserver/EventDocument.h>
+
+#include <gmock/gmock.h>
 
 #include <ostream>
 #include <string>
@@ -10,12 +11,12 @@ namespace {
 
 using testing::HasSubstr;
 
-TEST(EventDocument, IsReadWithItsBytesKept) {
+TEST(EventDocument, KeepsItsBytes) {
     const std::string body =
         R"({"name":"caf\u00e9","createDate":200,"endDate":100,"customValue":"","deviceData":{"appId":"x","n":1.50}})";
-    const auto reading = readEventDocument(body);
-    ASSERT_TRUE(std::holds_alternative<EventDocument>(reading)) << std::get<Complaint>(reading).text;
-    const auto& event = std::get<EventDocument>(reading);
+    const auto document = readEventDocument(body);
+    ASSERT_TRUE(document) << describe(document.error());
+    const EventDocument& event = *document;
     EXPECT_EQ(event.name, "café");
     EXPECT_EQ(event.customValue, "");
     EXPECT_EQ(event.createDate, 200U);
@@ -23,26 +24,25 @@ TEST(EventDocument, IsReadWithItsBytesKept) {
     EXPECT_EQ(event.line, body);
 }
 
-TEST(EventDocument, TakesTheWholeRangeOfDates) {
-    const auto reading = readEventDocument(
+TEST(EventDocument, AcceptsTheWholeRangeOfDates) {
+    const auto document = readEventDocument(
         R"({"name":"","createDate":18446744073709551615,"endDate":0,"customValue":"","deviceData":{}})");
-    ASSERT_TRUE(std::holds_alternative<EventDocument>(reading)) << std::get<Complaint>(reading).text;
-    EXPECT_EQ(std::get<EventDocument>(reading).createDate, UINT64_MAX);
+    ASSERT_TRUE(document) << describe(document.error());
+    EXPECT_EQ(document->createDate, UINT64_MAX);
 }
 
-TEST(EventDocument, BecomesOneLineWhenItHadSeveral) {
-    const auto reading =
+TEST(EventDocument, IsJoinedIntoOneLine) {
+    const auto document =
         readEventDocument("{\n\"name\":\"a\",\r\n\"createDate\":1,\"endDate\":2,\"customValue\":\"b\","
                           "\"deviceData\":{ }\n}\n");
-    ASSERT_TRUE(std::holds_alternative<EventDocument>(reading)) << std::get<Complaint>(reading).text;
-    EXPECT_EQ(std::get<EventDocument>(reading).line,
-              R"({"name":"a","createDate":1,"endDate":2,"customValue":"b","deviceData":{}})");
+    ASSERT_TRUE(document) << describe(document.error());
+    EXPECT_EQ(document->line, R"({"name":"a","createDate":1,"endDate":2,"customValue":"b","deviceData":{}})");
 }
 
 struct Case {
     std::string name;
     std::string body;
-    std::string complaint;
+    std::string error;
 };
 
 std::ostream& operator<<(std::ostream& out, const Case& one) {
@@ -52,9 +52,9 @@ std::ostream& operator<<(std::ostream& out, const Case& one) {
 class EventDocumentMistake : public testing::TestWithParam<Case> {};
 
 TEST_P(EventDocumentMistake, IsNamed) {
-    const auto reading = readEventDocument(GetParam().body);
-    ASSERT_TRUE(std::holds_alternative<Complaint>(reading));
-    EXPECT_THAT(std::get<Complaint>(reading).text, HasSubstr(GetParam().complaint));
+    const auto document = readEventDocument(GetParam().body);
+    ASSERT_FALSE(document);
+    EXPECT_THAT(describe(document.error()), HasSubstr(GetParam().error));
 }
 
 std::string with(const std::string& name, const std::string& createDate, const std::string& customValue,

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <gmock/gmock.h>
 #include <tools/devserver/Faults.h>
+
+#include <gmock/gmock.h>
 
 #include <ostream>
 #include <string>
@@ -10,13 +11,13 @@ namespace {
 
 using testing::HasSubstr;
 
-// What the control path shows of the fault that `reading` brought, or the complaint.
-std::string inWords(const Reading<Fault>& reading) {
-    if (const auto* complaint = std::get_if<Complaint>(&reading)) {
-        return complaint->text;
+// The fault as the control path lists it, or the error.
+std::string inWords(const Result<Fault, FaultError>& fault) {
+    if (!fault) {
+        return describe(fault.error());
     }
     Faults faults;
-    faults.add(std::get<Fault>(reading));
+    faults.add(*fault);
     return faults.toJson();
 }
 
@@ -87,21 +88,21 @@ class FaultMistake : public testing::TestWithParam<Case> {};
 
 TEST_P(FaultMistake, IsNamed) {
     const std::string& written = GetParam().written;
-    const auto reading = written.starts_with("{") || written.starts_with("[") ? readFaultJson(written)
-                                                                              : readFaultOption(written);
-    ASSERT_TRUE(std::holds_alternative<Complaint>(reading)) << inWords(reading);
-    EXPECT_THAT(std::get<Complaint>(reading).text, HasSubstr(GetParam().expected));
+    const auto fault = written.starts_with("{") || written.starts_with("[") ? readFaultJson(written)
+                                                                            : readFaultOption(written);
+    ASSERT_FALSE(fault) << inWords(fault);
+    EXPECT_THAT(describe(fault.error()), HasSubstr(GetParam().expected));
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Of, FaultMistake,
-    testing::Values(Case{"NothingGoesWrong", "path=/v1", "needs status"}, Case{"Empty", "{}", "needs status"},
+    testing::Values(Case{"NoAction", "path=/v1", "needs status"}, Case{"Empty", "{}", "needs status"},
                     Case{"NotAnObject", "[]", "expected an object"},
                     Case{"UnknownKey", R"({"stauts":500})", "no \"stauts\""},
                     Case{"UnknownOption", "stauts=500", "no \"stauts\""},
                     Case{"UnknownFlag", "explode", "no \"explode\""},
-                    Case{"PathWithoutSlash", "path=v1,drop", "begins with a slash"},
-                    Case{"ControlPath", "path=/control/faults,drop", "never touch"},
+                    Case{"PathWithoutSlash", "path=v1,drop", "must begin with a slash"},
+                    Case{"ControlPath", "path=/control/faults,drop", "never affect"},
                     Case{"CountOfNone", "drop,count=0", "count: at least 1"},
                     Case{"NegativeCount", R"({"drop":true,"count":-1})", "count: expected"},
                     Case{"FractionOfACount", R"({"drop":true,"count":1.0})", "count: expected"},
@@ -113,7 +114,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"LocationThatBreaksTheHeader", R"({"status":301,"location":"a\r\nb"})",
                          "location: not a header value"},
                     Case{"LocationWithoutStatus", "location=/x,delay=5", "location: needs a status"},
-                    Case{"TwoDeeds", "drop,hang", "has one of"},
+                    Case{"TwoActions", "drop,hang", "has one of"},
                     Case{"StatusAndDrop", "drop,status=500", "has one of"},
                     Case{"CutNothing", "drop,cutBody", "no body to cut"},
                     Case{"BodyOf204", "status=204,body=x", "has no body"},
@@ -126,11 +127,11 @@ Fault dropping(std::string path, std::optional<std::uint64_t> count) {
     Fault fault;
     fault.path = std::move(path);
     fault.count = count;
-    fault.deed = DropConnection{};
+    fault.action = DropConnection{};
     return fault;
 }
 
-TEST(Faults, StrikeAsManyTimesAsTheyAreToldTo) {
+TEST(Faults, ApplyAsOftenAsTheirCount) {
     Faults faults;
     faults.add(dropping("", 2));
     EXPECT_TRUE(faults.take("/v1/event"));
@@ -140,7 +141,7 @@ TEST(Faults, StrikeAsManyTimesAsTheyAreToldTo) {
     EXPECT_EQ(faults.toJson(), "{\"faults\":[]}");
 }
 
-TEST(Faults, WithoutACountStrikeUntilTheyAreCleared) {
+TEST(Faults, WithoutACountApplyUntilTheyAreCleared) {
     Faults faults;
     faults.add(dropping("", std::nullopt));
     for (int i = 0; i < 100; ++i) {
@@ -150,7 +151,7 @@ TEST(Faults, WithoutACountStrikeUntilTheyAreCleared) {
     EXPECT_FALSE(faults.take("/v1/event"));
 }
 
-TEST(Faults, StrikeOnlyPathsThatBeginAsTheirs) {
+TEST(Faults, ApplyOnlyToPathsWithTheirPrefix) {
     Faults faults;
     faults.add(dropping("/v1/event", 1));
     EXPECT_FALSE(faults.take("/v1/config"));
@@ -158,18 +159,18 @@ TEST(Faults, StrikeOnlyPathsThatBeginAsTheirs) {
     EXPECT_TRUE(faults.take("/v1/event"));
 }
 
-TEST(Faults, TakeTurnsInTheirOrder) {
+TEST(Faults, ApplyInTheirOrder) {
     Faults faults;
     Fault first = dropping("/v1/event", 1);
-    first.deed = ResetConnection{};
+    first.action = ResetConnection{};
     faults.add(first);
     faults.add(dropping("", std::nullopt));
-    EXPECT_TRUE(std::holds_alternative<DropConnection>(faults.take("/v1/config")->deed));
-    EXPECT_TRUE(std::holds_alternative<ResetConnection>(faults.take("/v1/event")->deed));
-    EXPECT_TRUE(std::holds_alternative<DropConnection>(faults.take("/v1/event")->deed));
+    EXPECT_TRUE(std::holds_alternative<DropConnection>(faults.take("/v1/config")->action));
+    EXPECT_TRUE(std::holds_alternative<ResetConnection>(faults.take("/v1/event")->action));
+    EXPECT_TRUE(std::holds_alternative<DropConnection>(faults.take("/v1/event")->action));
 }
 
-TEST(Faults, NeverStrikeTheControlPath) {
+TEST(Faults, NeverApplyToTheControlPath) {
     Faults faults;
     faults.add(dropping("", std::nullopt));
     faults.add(dropping("/", std::nullopt));

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <tests/tools/devserver/HttpClient.h>
+
+#include <vorna/platform/FileDescriptor.h>
+
 #include <arpa/inet.h>
 #include <sys/socket.h>
-#include <tests/tools/devserver/HttpClient.h>
-#include <tools/devserver/FileDescriptor.h>
 
 #include <algorithm>
 #include <array>
@@ -91,7 +93,7 @@ std::string speakRaw(int port, std::string_view bytes, Afterwards afterwards) {
     while (!bytes.empty()) {
         const ssize_t sent = ::send(socket.number(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
         if (sent <= 0) {
-            break;  // the peer hung up before it had read all
+            break;  // the peer closed before it had read everything
         }
         bytes.remove_prefix(static_cast<std::size_t>(sent));
     }

@@ -11,19 +11,18 @@
 
 namespace vorna::devserver {
 
-// What came back from one request.
+/// The answer to one request.
 struct Exchange {
     CURLcode result = CURLE_OK;
     long status = 0;
-    std::map<std::string, std::string> headers;  // names in lower case
+    std::map<std::string, std::string> headers;  ///< names in lower case
     std::string body;
 };
 
-// A client as an application would have it: libcurl, one connection kept between requests, certificates
-// verified.
+/// A client like that of an application: libcurl, one persistent connection, certificates verified.
 class HttpClient {
   public:
-    // `authority` is the certificate to trust; empty where the service speaks plain HTTP.
+    /// `authority` is the certificate to trust; empty for plain HTTP.
     HttpClient(std::string service, std::string authority);
 
     [[nodiscard]] Exchange get(std::string_view path) { return send("GET", path, {}); }
@@ -32,11 +31,11 @@ class HttpClient {
         return send("POST", path, body);
     }
 
-    // `headers` are whole lines.
+    /// `headers` are whole lines.
     [[nodiscard]] Exchange send(std::string_view method, std::string_view path, std::string_view body,
                                 const std::vector<std::string>& headers = {});
 
-    // For the requests that follow; 30 seconds at first.
+    /// For later requests; 30 seconds by default.
     void setTimeout(long milliseconds) { timeout_ = milliseconds; }
 
   private:
@@ -46,11 +45,11 @@ class HttpClient {
     std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> handle_;
 };
 
-// What a bare client does once it has sent all it has to send.
+/// What a bare client does after sending.
 enum class Afterwards { waits, stopsSending, hangsUp };
 
-// Sends `bytes` to a port of this machine without any protocol, and returns what comes back until the peer
-// closes (or resets, which adds "(reset)"). One that hangs up gets nothing.
+/// Sends `bytes` to a local port and returns what it receives until the peer closes (or resets, which adds
+/// "(reset)"). A client that hangs up receives nothing.
 [[nodiscard]] std::string speakRaw(int port, std::string_view bytes,
                                    Afterwards afterwards = Afterwards::waits);
 

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <tools/devserver/MediaFolder.h>
+
+#include <tests/support/TemporaryFolder.h>
+
 #include <gmock/gmock.h>
 #include <sys/stat.h>
-#include <tests/support/TemporaryFolder.h>
-#include <tools/devserver/MediaFolder.h>
 #include <unistd.h>
 
 #include <array>
@@ -12,7 +14,7 @@ namespace {
 
 using support::TemporaryFolder;
 
-// A media folder with a secret beside it that must never come out.
+// A media folder with a secret next to it that must never be served.
 class Media : public testing::Test {
   protected:
     Media() {
@@ -48,11 +50,11 @@ TEST_F(Media, IsFoundByName) {
     EXPECT_EQ(read("..hidden"), "visible");
 }
 
-TEST_F(Media, HasATypeByItsEnding) {
+TEST_F(Media, HasATypeByItsExtension) {
     EXPECT_EQ(MediaFolder(root()).open("clip.mp4")->type, "video/mp4");
 }
 
-TEST_F(Media, NamesThatMeanNoFileFindNothing) {
+TEST_F(Media, IsNotFoundByNamesOfNoFile) {
     for (const std::string_view name : {"", "none.png", "pictures", "pictures/", "/clip.mp4", "pictures//a",
                                         "./clip.mp4", "pictures/../clip.mp4", "pictures%2fa%20b+%C3%BC.png",
                                         "%", "%2", "%zz", "clip.mp4%00", "%2e/clip.mp4"}) {
@@ -60,7 +62,7 @@ TEST_F(Media, NamesThatMeanNoFileFindNothing) {
     }
 }
 
-TEST_F(Media, NamesThatLeadOutFindNothing) {
+TEST_F(Media, IsNotFoundOutsideItsFolder) {
     for (const std::string_view name :
          {"../secret.txt", "%2e%2e/secret.txt", "..%2fsecret.txt", "%2e%2e%2fsecret.txt",
           "pictures/../../secret.txt", "pictures/%2e%2e/%2e%2e/secret.txt", "..%5csecret.txt",
@@ -80,7 +82,7 @@ TEST_F(Media, SymbolicLinksAreFollowedInsideTheFolderOnly) {
     EXPECT_EQ(read("beside/secret.txt"), "(none)");
 }
 
-TEST_F(Media, PipesAreNotWaitedFor) {
+TEST_F(Media, DoesNotWaitForPipes) {
     ASSERT_EQ(::mkfifo((root() / "pipe.mp4").c_str(), 0600), 0);
     EXPECT_EQ(read("pipe.mp4"), "(none)");
 }
@@ -90,7 +92,7 @@ TEST_F(Media, NeedsAFolder) {
     EXPECT_THROW(MediaFolder(root() / "clip.mp4"), std::runtime_error);
 }
 
-TEST(MimeType, GoesByTheEnding) {
+TEST(MimeType, DependsOnTheExtension) {
     EXPECT_EQ(mimeType("a.png"), "image/png");
     EXPECT_EQ(mimeType("a.jpg"), "image/jpeg");
     EXPECT_EQ(mimeType("a.JPEG"), "image/jpeg");

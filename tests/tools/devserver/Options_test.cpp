@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <gmock/gmock.h>
 #include <tools/devserver/Options.h>
+
+#include <gmock/gmock.h>
 
 #include <vector>
 
@@ -10,24 +11,23 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-std::variant<Options, EarlyExit> read(std::vector<const char*> arguments) {
+Result<Options, tools::EarlyExit> read(std::vector<const char*> arguments) {
     arguments.insert(arguments.begin(), "vorna-devserver");
     return readOptions(static_cast<int>(arguments.size()), arguments.data());
 }
 
 Options options(std::vector<const char*> arguments) {
-    auto reading = read(std::move(arguments));
-    if (const auto* exit = std::get_if<EarlyExit>(&reading)) {
-        ADD_FAILURE() << exit->output;
+    auto options = read(std::move(arguments));
+    if (!options) {
+        ADD_FAILURE() << options.error().output;
         return {};
     }
-    return std::get<Options>(reading);
+    return *std::move(options);
 }
 
-EarlyExit exitOf(std::vector<const char*> arguments) {
-    auto reading = read(std::move(arguments));
-    const auto* exit = std::get_if<EarlyExit>(&reading);
-    return exit != nullptr ? *exit : EarlyExit{-1, "accepted"};
+tools::EarlyExit exitOf(std::vector<const char*> arguments) {
+    const auto options = read(std::move(arguments));
+    return options ? tools::EarlyExit{-1, "accepted"} : options.error();
 }
 
 TEST(Options, HaveDefaults) {
@@ -54,24 +54,24 @@ TEST(Options, RepeatableOnesKeepTheirOrder) {
                  "a.example", "--name", "192.0.2.1"});
     EXPECT_THAT(repeated.names, ElementsAre("a.example", "192.0.2.1"));
     ASSERT_EQ(repeated.faults.size(), 2U);
-    EXPECT_TRUE(std::holds_alternative<DropConnection>(repeated.faults[0].deed));
-    EXPECT_EQ(std::get<AnswerWith>(repeated.faults[1].deed).body, R"({"a":1,"b":2})");
+    EXPECT_TRUE(std::holds_alternative<DropConnection>(repeated.faults[0].action));
+    EXPECT_EQ(std::get<AnswerWith>(repeated.faults[1].action).body, R"({"a":1,"b":2})");
 }
 
 TEST(Options, HelpNamesThemAllAndSucceeds) {
-    const EarlyExit help = exitOf({"--help"});
+    const tools::EarlyExit help = exitOf({"--help"});
     EXPECT_EQ(help.status, 0);
     for (const char* name :
          {"--state", "--address", "--port", "--http", "--name", "--certificate", "--key", "--events",
-          "--config", "--media", "--fault", "--quiet", "cutBody", "/control/faults"}) {
+          "--config", "--media", "--fault", "--quiet", "--version", "cutBody", "/control/faults"}) {
         EXPECT_THAT(help.output, HasSubstr(name));
     }
 }
 
-TEST(Options, MistakesAreNamedAndEndTheProgram) {
+TEST(Options, MistakesAreNamedAndExitWithStatusTwo) {
     struct Row {
         std::vector<const char*> arguments;
-        const char* complaint;
+        const char* message;
     };
 
     const std::vector<Row> cases = {
@@ -86,10 +86,10 @@ TEST(Options, MistakesAreNamedAndEndTheProgram) {
         {{"stray"}, "stray"},
     };
 
-    for (const auto& [arguments, complaint] : cases) {
-        const EarlyExit exit = exitOf(arguments);
-        EXPECT_EQ(exit.status, 2) << complaint;
-        EXPECT_THAT(exit.output, HasSubstr(complaint));
+    for (const auto& [arguments, message] : cases) {
+        const tools::EarlyExit exit = exitOf(arguments);
+        EXPECT_EQ(exit.status, 2) << message;
+        EXPECT_THAT(exit.output, HasSubstr(message));
     }
 }
 

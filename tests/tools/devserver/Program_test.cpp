@@ -1,20 +1,20 @@
 // SPDX-License-Identifier: Apache-2.0
-// The running program, met as its users meet it: libcurl for what a client does, a bare socket for what none
-// should.
+// The running program: libcurl does what clients do, a bare socket what none should.
 
-#include <arpa/inet.h>
-#include <gmock/gmock.h>
-#include <openssl/ssl.h>
-#include <sys/socket.h>
 #include <tests/support/TemporaryFolder.h>
 #include <tests/tools/devserver/DevServerProcess.h>
 #include <tests/tools/devserver/HttpClient.h>
 #include <tools/devserver/CertificateAuthority.h>
 
-#include <algorithm>
-#include <atomic>
+#include <arpa/inet.h>
 #include <boost/json/parse.hpp>
 #include <boost/json/value.hpp>
+#include <gmock/gmock.h>
+#include <openssl/ssl.h>
+#include <sys/socket.h>
+
+#include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <csignal>
 #include <memory>
@@ -76,7 +76,7 @@ void setFault(HttpClient& client, std::string_view fault) {
 
 // --- starting and stopping
 
-TEST_F(Program, SaysWhereItListensAndWhomToTrust) {
+TEST_F(Program, PrintsItsAddressAndAuthority) {
     const auto server = start();
     EXPECT_THAT(server->url(), StartsWith("https://127.0.0.1:"));
     EXPECT_EQ(server->waitForLine(""),
@@ -91,7 +91,7 @@ TEST_F(Program, SaysWhereItListensAndWhomToTrust) {
     EXPECT_EQ(events(), eventNamed("first") + "\n");
 }
 
-TEST_F(Program, IsNotTrustedByAClientThatDoesNotKnowItsAuthority) {
+TEST_F(Program, IsNotTrustedByAClientWithoutItsAuthority) {
     const auto server = start();
     const TemporaryFolder elsewhere;
     const auto stranger =
@@ -102,7 +102,7 @@ TEST_F(Program, IsNotTrustedByAClientThatDoesNotKnowItsAuthority) {
     EXPECT_EQ(http.get("/v1/event").result, CURLE_PEER_FAILED_VERIFICATION);
 }
 
-TEST_F(Program, KeepsItsAuthorityAndItsEventsFromStartToStart) {
+TEST_F(Program, KeepsItsAuthorityAndEventsAcrossStarts) {
     std::string authority;
     {
         const auto server = start();
@@ -117,7 +117,7 @@ TEST_F(Program, KeepsItsAuthorityAndItsEventsFromStartToStart) {
     EXPECT_EQ(events(), eventNamed("before") + "\n" + eventNamed("after") + "\n");
 }
 
-TEST_F(Program, UsesTheCertificateItIsGiven) {
+TEST_F(Program, UsesTheGivenCertificate) {
     const auto now = std::chrono::system_clock::now();
     const auto authority =
         CertificateAuthority::create("Given", now - std::chrono::hours{1}, now + std::chrono::hours{1});
@@ -145,7 +145,7 @@ TEST_F(Program, UsesTheCertificateItIsGiven) {
     EXPECT_FALSE(std::filesystem::exists(folder_.path() / "state" / "ca.pem"));
 }
 
-TEST_F(Program, SpeaksPlainHttpOnLoopbackOnly) {
+TEST_F(Program, ServesPlainHttpOnLoopbackOnly) {
     const auto server = start({"--http"});
     EXPECT_THAT(server->url(), StartsWith("http://127.0.0.1:"));
     auto http = client(*server);
@@ -183,7 +183,7 @@ TEST_F(Program, SaysWhyItCannotStart) {
 
     const std::vector<Row> cases = {
         {{"--port", port}, 1, "cannot listen on 127.0.0.1 port " + port + ": Address already in use"},
-        {{"--address", "nonsense"}, 1, "not an address to listen on: nonsense"},
+        {{"--address", "nonsense"}, 1, "not an IP address: nonsense"},
         {{"--events", folder_.path().string()}, 1, "cannot write " + folder_.path().string()},
         {{"--events", file + "/events"}, 1, "cannot write " + file + "/events"},
         {{"--state", file}, 1, file},
@@ -207,7 +207,7 @@ TEST_F(Program, SaysWhyItCannotStart) {
     }
 }
 
-TEST_F(Program, EndsCleanlyOnASignalWithASummary) {
+TEST_F(Program, ExitsOnASignalWithASummary) {
     for (const int signal : {SIGINT, SIGTERM}) {
         const auto server = start();
         auto http = client(*server);
@@ -221,7 +221,7 @@ TEST_F(Program, EndsCleanlyOnASignalWithASummary) {
     }
 }
 
-TEST_F(Program, EndsWhenAskedTo) {
+TEST_F(Program, ExitsOnRequest) {
     const auto server = start();
     auto http = client(*server);
     EXPECT_EQ(http.post("/control/shutdown", "").status, 200);
@@ -239,7 +239,7 @@ TEST_F(Program, PrintsNothingForARequestWhenQuiet) {
 
 // --- HTTP
 
-TEST_F(Program, KeepsAConnectionForManyRequests) {
+TEST_F(Program, ServesManyRequestsOnOneConnection) {
     const auto server = start({"--quiet"});
     auto http = client(*server);
     for (int i = 0; i < 200; ++i) {
@@ -260,7 +260,7 @@ TEST_F(Program, ClosesWhenTheClientAsksForIt) {
                 AllOf(StartsWith("HTTP/1.0 404"), EndsWith("}")));
 }
 
-TEST_F(Program, AnswersRequestsThatCameInOnePieceInTheirOrder) {
+TEST_F(Program, AnswersPipelinedRequestsInOrder) {
     const auto server = start({"--http"});
     const std::string body = eventNamed("chunked");
     std::ostringstream size;
@@ -281,7 +281,7 @@ TEST_F(Program, AnswersRequestsThatCameInOnePieceInTheirOrder) {
     EXPECT_EQ(events(), body + "\n");
 }
 
-TEST_F(Program, InvitesABodyThatWaitsForAWord) {
+TEST_F(Program, SendsContinueWhenExpected) {
     const auto server = start({"--http"});
     const std::string body = eventNamed("invited");
     EXPECT_THAT(speakRaw(server->port(), "POST /v1/event HTTP/1.1\r\nHost: x\r\nConnection: close\r\n"
@@ -299,10 +299,10 @@ TEST_F(Program, RecordsAnEventNameOfAMebibyte) {
     EXPECT_THAT(server->waitForLine("event  ").value_or(""), HasSubstr("... (1048576 bytes)"));
 }
 
-TEST_F(Program, TakesBodiesUpToALimit) {
+TEST_F(Program, AcceptsBodiesUpToALimit) {
     const auto server = start({"--quiet"});
     auto http = client(*server);
-    http.setTimeout(200'000);  // under a sanitizer, on a busy machine, so many bytes take their time
+    http.setTimeout(200'000);  // so many bytes take long under a sanitizer on a busy machine
     const std::string largest(mostBodyBytes, ' ');
     EXPECT_EQ(http.post("/v1/event", largest).status, 400) << "read to its end, and found to be no event";
     const Exchange refused = http.post("/v1/event", largest + " ");
@@ -311,7 +311,7 @@ TEST_F(Program, TakesBodiesUpToALimit) {
     EXPECT_EQ(http.post("/v1/event", eventNamed("a")).status, 200);
 }
 
-TEST_F(Program, RefusesALengthBeyondTheLimitBeforeTheBodyIsSent) {
+TEST_F(Program, RejectsALengthBeyondTheLimitBeforeTheBodyIsSent) {
     const auto server = start({"--http"});
     const std::string answer =
         speakRaw(server->port(), "POST /v1/event HTTP/1.1\r\nHost: x\r\nContent-Length: 67108865\r\n\r\n");
@@ -320,7 +320,7 @@ TEST_F(Program, RefusesALengthBeyondTheLimitBeforeTheBodyIsSent) {
 
 TEST_F(Program, ServesMediaWithRanges) {
     std::string film;
-    std::minstd_rand random(7);  // NOLINT(cert-msc32-c, cert-msc51-cpp): the same every time
+    std::minstd_rand random(7);  // NOLINT(cert-msc32-c, cert-msc51-cpp): reproducible
     std::generate_n(std::back_inserter(film), 1'000'000, [&random] { return static_cast<char>(random()); });
     folder_.write("media/films/a film.mp4", film);
     const auto server = start({"--media", (folder_.path() / "media").string()});
@@ -361,7 +361,7 @@ TEST_F(Program, ServesTheConfigurationAsItIsEdited) {
 
 // --- TLS
 
-TEST_F(Program, AgreesOnHttp11DuringTheHandshake) {
+TEST_F(Program, NegotiatesHttp11DuringTheHandshake) {
     const auto server = start();
     const std::unique_ptr<SSL_CTX, decltype(&SSL_CTX_free)> context(SSL_CTX_new(TLS_client_method()),
                                                                     &SSL_CTX_free);
@@ -450,7 +450,7 @@ TEST_F(Program, CutsABodyOff) {
     EXPECT_EQ(events(), eventNamed("a") + "\n" + eventNamed("a") + "\n") << "only the answers were cut";
 }
 
-TEST_F(Program, CutsEvenAnAnswerThatHasNoBody) {
+TEST_F(Program, CutsEvenAnAnswerWithoutABody) {
     const auto server = start({"--fault", "cutBody,status=500"});
     auto http = client(*server);
     const Exchange exchange = http.get("/x");
@@ -462,7 +462,7 @@ TEST_F(Program, NeverAnswersWhenItHangsAndKeepsTheConnection) {
     const auto server = start({"--fault", "path=/v1/event,hang"});
     auto http = client(*server);
     auto observer = client(*server);
-    // Both are connected by now, so that the time that follows is the service's alone.
+    // Both are connected by now, so only the service takes time from here.
     EXPECT_EQ(http.get("/control/faults").status, 200);
     EXPECT_EQ(observer.get("/control/faults").status, 200);
     http.setTimeout(1000);
@@ -498,7 +498,7 @@ TEST_F(Program, AnswersLateAndServesOthersMeanwhile) {
 
 // --- what no client should do
 
-TEST_F(Program, AnswersWhatIsNoHttpWith400) {
+TEST_F(Program, AnswersInvalidHttpWith400) {
     const auto server = start({"--http"});
     EXPECT_THAT(speakRaw(server->port(), "hello, is anybody there?\r\n\r\n"), StartsWith("HTTP/1.1 400"));
     EXPECT_THAT(speakRaw(server->port(), "POST /v1/event HTTP/1.1\r\nContent-Length: -1\r\n\r\n"),
@@ -512,12 +512,12 @@ TEST_F(Program, AnswersWhatIsNoHttpWith400) {
 
 class JunkSentTo : public Program, public testing::WithParamInterface<const char*> {};
 
-TEST_P(JunkSentTo, EndsItsOwnConnectionsOnly) {
+TEST_P(JunkSentTo, AffectsOnlyItsOwnConnections) {
     const auto server = start({GetParam(), "--quiet"});
     const std::string request =
         "POST /v1/event HTTP/1.1\r\nHost: x\r\nContent-Length: 1000\r\n\r\n{\"name\":";
     const std::string clientHello("\x16\x03\x01\x02\x00\x01\x00\x01\xfc\x03\x03", 11);
-    std::minstd_rand random(42);  // NOLINT(cert-msc32-c, cert-msc51-cpp): the same every time
+    std::minstd_rand random(42);  // NOLINT(cert-msc32-c, cert-msc51-cpp): reproducible
     for (int round = 0; round < 150; ++round) {
         std::string junk;
         if (round % 3 == 0) {
@@ -549,7 +549,7 @@ INSTANTIATE_TEST_SUITE_P(Scheme, JunkSentTo, testing::Values("--http", "--quiet"
     return parameter.param == std::string("--http") ? "Http" : "Https";
 });
 
-TEST_F(Program, EndsWhileRequestsAreUnderWay) {
+TEST_F(Program, ExitsWhileRequestsArePending) {
     const auto server = start({"--fault", "path=/v1/event,hang", "--fault", "path=/v1/config,delay=60000"});
     auto hanging = client(*server);
     auto late = client(*server);
@@ -565,7 +565,7 @@ TEST_F(Program, EndsWhileRequestsAreUnderWay) {
 
 // --- load
 
-TEST_F(Program, RecordsEveryEventOfManyClientsWhole) {
+TEST_F(Program, RecordsEveryEventOfManyClientsIntact) {
     constexpr int clients = 8;
     constexpr int eventsEach = 400;
     const auto server = start({"--quiet"});

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <gmock/gmock.h>
-#include <tests/support/TemporaryFolder.h>
 #include <tools/devserver/Router.h>
+
+#include <tests/support/TemporaryFolder.h>
+
+#include <gmock/gmock.h>
 
 #include <memory>
 #include <vector>
@@ -17,7 +19,7 @@ using testing::IsEmpty;
 
 const std::string event = R"({"name":"a\nb","createDate":1,"endDate":2,"customValue":"v","deviceData":{}})";
 
-// A router with real files around it, and what it printed.
+// A router with real files, and what it printed.
 class RouterOfTheService : public testing::Test {
   protected:
     RouterOfTheService() {
@@ -40,7 +42,7 @@ class RouterOfTheService : public testing::Test {
     }
 
     Answer answer(std::string_view method, std::string_view target, std::string_view body = {}) {
-        return std::get<Answer>(outcome(method, target, body).deed);
+        return std::get<Answer>(outcome(method, target, body).action);
     }
 
     Answer ranged(std::string_view method, std::string_view range, bool conditional = false) {
@@ -49,7 +51,7 @@ class RouterOfTheService : public testing::Test {
         request.target = "/media/clip.mp4";
         request.range = range;
         request.conditionalRange = conditional;
-        return std::get<Answer>(router_->handle(request).deed);
+        return std::get<Answer>(router_->handle(request).action);
     }
 
     static std::string bodyOf(const Answer& answer) { return std::get<std::string>(answer.body); }
@@ -111,7 +113,7 @@ TEST_F(RouterOfTheService, AnswersAnEventThatCannotBeWrittenWith500) {
     EXPECT_THAT(statistics(), HasSubstr(R"("events":{"recorded":0,)"));
 }
 
-TEST_F(RouterOfTheService, ServesTheConfigurationAsItStands) {
+TEST_F(RouterOfTheService, ServesTheCurrentConfiguration) {
     EXPECT_EQ(bodyOf(answer("POST", "/v1/config", R"({"deviceData":{}})")), R"({"configs":{}})");
     folder_.write("config.json", R"({"a":"1","b":2.50})");
     EXPECT_EQ(bodyOf(answer("POST", "/v1/config", R"({"deviceData":{}})")),
@@ -148,7 +150,7 @@ TEST_F(RouterOfTheService, ServesMediaWholeOrInPart) {
     EXPECT_EQ(answer("GET", "/media/../events.ndjson").status, 404U);
 }
 
-TEST_F(RouterOfTheService, NamesTheMethodsThatAPathTakes) {
+TEST_F(RouterOfTheService, NamesTheMethodsOfAPath) {
     struct Row {
         const char* method;
         const char* target;
@@ -171,20 +173,20 @@ TEST_F(RouterOfTheService, NamesTheMethodsThatAPathTakes) {
     }
 }
 
-TEST_F(RouterOfTheService, KnowsNoOtherPath) {
+TEST_F(RouterOfTheService, AnswersOtherPathsWith404) {
     for (const char* target :
          {"/", "/v1", "/v1/events", "/v1/event/", "/media", "/control/other", "*", "", "/%00"}) {
         EXPECT_EQ(answer("GET", target).status, 404U) << target;
     }
 }
 
-TEST_F(RouterOfTheService, UnderstandsATargetWithQueryOrAuthority) {
+TEST_F(RouterOfTheService, AcceptsATargetWithQueryOrAuthority) {
     EXPECT_EQ(answer("POST", "/v1/event?x=1", event).status, 200U);
     EXPECT_EQ(answer("POST", "http://localhost:1/v1/event", event).status, 200U);
     EXPECT_EQ(answer("POST", "https://localhost", event).status, 404U);
 }
 
-TEST_F(RouterOfTheService, LetsAFaultAnswerWithoutTouchingTheRequest) {
+TEST_F(RouterOfTheService, LetsAFaultAnswerWithoutHandlingTheRequest) {
     fault(
         R"({"path":"/v1/event","count":1,"status":301,"location":"https://other.example/","body":"moved"})");
     const Answer reply = answer("POST", "/v1/event", event);
@@ -196,12 +198,12 @@ TEST_F(RouterOfTheService, LetsAFaultAnswerWithoutTouchingTheRequest) {
     EXPECT_EQ(answer("POST", "/v1/event", event).status, 200U);
 }
 
-TEST_F(RouterOfTheService, RecordsAnEventWhoseAnswerIsLateOrCut) {
+TEST_F(RouterOfTheService, RecordsAnEventWhoseAnswerIsDelayedOrCut) {
     fault(R"({"cutBody":true,"delayMilliseconds":250})");
     const Outcome late = outcome("POST", "/v1/event", event);
     EXPECT_EQ(late.delay, std::chrono::milliseconds(250));
     EXPECT_TRUE(late.cutBody);
-    EXPECT_EQ(std::get<Answer>(late.deed).status, 200U);
+    EXPECT_EQ(std::get<Answer>(late.action).status, 200U);
     EXPECT_EQ(recorded(), event + "\n");
 }
 
@@ -209,10 +211,10 @@ TEST_F(RouterOfTheService, LeavesRequestsWithoutAnAnswerOnDemand) {
     fault(R"({"count":1,"drop":true})");
     fault(R"({"count":1,"reset":true})");
     fault(R"({"count":1,"hang":true})");
-    EXPECT_TRUE(std::holds_alternative<DropConnection>(outcome("POST", "/v1/event", event).deed));
-    EXPECT_TRUE(std::holds_alternative<ResetConnection>(outcome("POST", "/v1/event", event).deed));
-    EXPECT_TRUE(std::holds_alternative<HoldConnection>(outcome("POST", "/v1/event", event).deed));
-    EXPECT_TRUE(std::holds_alternative<Answer>(outcome("POST", "/v1/event", event).deed));
+    EXPECT_TRUE(std::holds_alternative<DropConnection>(outcome("POST", "/v1/event", event).action));
+    EXPECT_TRUE(std::holds_alternative<ResetConnection>(outcome("POST", "/v1/event", event).action));
+    EXPECT_TRUE(std::holds_alternative<HoldConnection>(outcome("POST", "/v1/event", event).action));
+    EXPECT_TRUE(std::holds_alternative<Answer>(outcome("POST", "/v1/event", event).action));
     EXPECT_THAT(statistics(), HasSubstr(R"("total":4,"unanswered":3)"));
     EXPECT_THAT(statistics(), HasSubstr(R"("recorded":1)"));
 }
@@ -227,19 +229,19 @@ TEST_F(RouterOfTheService, ListsAndClearsFaults) {
     EXPECT_THAT(bodyOf(wrong), HasSubstr("status: from 200 to 999"));
 }
 
-TEST_F(RouterOfTheService, IsSteeredFromItsOwnMachineOnly) {
+TEST_F(RouterOfTheService, IsControlledFromTheSameMachineOnly) {
     Request request;
     request.method = "POST";
     request.target = "/control/shutdown";
     request.fromLoopback = false;
     const Outcome refused = router().handle(request);
-    EXPECT_EQ(std::get<Answer>(refused.deed).status, 403U);
+    EXPECT_EQ(std::get<Answer>(refused.action).status, 403U);
     EXPECT_FALSE(refused.stopServer);
     request.fromLoopback = true;
     EXPECT_TRUE(router().handle(request).stopServer);
 }
 
-TEST_F(RouterOfTheService, CountsTheServiceButNotItsOwnSteering) {
+TEST_F(RouterOfTheService, CountsRequestsButNotThoseToControl) {
     static_cast<void>(answer("POST", "/v1/event", event));
     static_cast<void>(answer("GET", "/control/faults"));
     static_cast<void>(answer("GET", "/nothing"));

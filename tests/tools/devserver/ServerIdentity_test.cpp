@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <gmock/gmock.h>
-#include <sys/stat.h>
+#include <tools/devserver/ServerIdentity.h>
+
 #include <tests/support/TemporaryFolder.h>
 #include <tools/devserver/CertificateAuthority.h>
-#include <tools/devserver/ServerIdentity.h>
+
+#include <gmock/gmock.h>
+#include <sys/stat.h>
 
 namespace vorna::devserver {
 namespace {
@@ -29,7 +31,7 @@ unsigned modeOf(const std::filesystem::path& path) {
     return ::stat(path.c_str(), &facts) == 0 ? facts.st_mode & 0777U : 0;
 }
 
-TEST(ServerIdentity, IsMadeForTheLoopbackNamesOnFirstUse) {
+TEST(ServerIdentity, IsCreatedForTheLoopbackNamesOnFirstUse) {
     const TemporaryFolder folder;
     const auto identity = serverIdentity(folder.path() / "new", {}, today);
     EXPECT_TRUE(isTrusted(identity, {"localhost"}, {"127.0.0.1", "::1"}, today));
@@ -38,7 +40,7 @@ TEST(ServerIdentity, IsMadeForTheLoopbackNamesOnFirstUse) {
     EXPECT_EQ(modeOf(folder.path() / "new" / "ca.key"), 0600U);
 }
 
-TEST(ServerIdentity, StaysTheSameFromStartToStart) {
+TEST(ServerIdentity, StaysTheSameAcrossStarts) {
     const TemporaryFolder folder;
     const auto identity = serverIdentity(folder.path(), {}, today);
     const std::string authority = contentsOf(identity.authority);
@@ -69,7 +71,7 @@ TEST(ServerIdentity, RenewsAnExpiredAuthority) {
     EXPECT_TRUE(isTrusted(identity, {"localhost"}, {}, later));
 }
 
-TEST(ServerIdentity, AddsANameItIsAskedFor) {
+TEST(ServerIdentity, AddsAFurtherName) {
     const TemporaryFolder folder;
     const auto identity = serverIdentity(folder.path(), {}, today);
     const std::string authority = contentsOf(identity.authority);
@@ -89,7 +91,7 @@ TEST(ServerIdentity, ReplacesDamagedFiles) {
     EXPECT_TRUE(isTrusted(identity, {"localhost"}, {}, today));
 }
 
-TEST(ServerIdentity, SaysWhichFolderItCannotMake) {
+TEST(ServerIdentity, NamesAFolderThatCannotBeCreated) {
     const TemporaryFolder folder;
     const auto file = folder.write("file", "");
     EXPECT_THROW(static_cast<void>(serverIdentity(file / "below", {}, today)), std::runtime_error);

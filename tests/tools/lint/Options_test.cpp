@@ -11,24 +11,23 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-std::variant<Options, EarlyExit> read(std::vector<const char*> arguments) {
+Result<Options, tools::EarlyExit> read(std::vector<const char*> arguments) {
     arguments.insert(arguments.begin(), "vorna-lint");
     return readOptions(static_cast<int>(arguments.size()), arguments.data());
 }
 
 Options options(std::vector<const char*> arguments) {
-    auto reading = read(std::move(arguments));
-    if (const auto* exit = std::get_if<EarlyExit>(&reading)) {
-        ADD_FAILURE() << exit->output;
+    auto options = read(std::move(arguments));
+    if (!options) {
+        ADD_FAILURE() << options.error().output;
         return {};
     }
-    return std::get<Options>(reading);
+    return *std::move(options);
 }
 
-EarlyExit exitOf(std::vector<const char*> arguments) {
-    auto reading = read(std::move(arguments));
-    const auto* exit = std::get_if<EarlyExit>(&reading);
-    return exit != nullptr ? *exit : EarlyExit{-1, "accepted"};
+tools::EarlyExit exitOf(std::vector<const char*> arguments) {
+    const auto options = read(std::move(arguments));
+    return options ? tools::EarlyExit{-1, "accepted"} : options.error();
 }
 
 TEST(LintOptions, HaveDefaults) {
@@ -51,7 +50,7 @@ TEST(LintOptions, TakeAKindAndAFormat) {
 }
 
 TEST(LintOptions, HelpNamesThemAllAndSucceeds) {
-    const EarlyExit help = exitOf({"--help"});
+    const tools::EarlyExit help = exitOf({"--help"});
     EXPECT_EQ(help.status, 0);
     for (const char* name : {"FILE", "--kind", "--format", "--rules", "--version", "Exit status"}) {
         EXPECT_THAT(help.output, HasSubstr(name));
@@ -59,7 +58,7 @@ TEST(LintOptions, HelpNamesThemAllAndSucceeds) {
 }
 
 TEST(LintOptions, TheListOfRulesNamesThemAll) {
-    const EarlyExit list = exitOf({"--rules"});
+    const tools::EarlyExit list = exitOf({"--rules"});
     EXPECT_EQ(list.status, 0);
     for (const Rule& rule : rules()) {
         EXPECT_THAT(list.output, HasSubstr(std::string(rule.code) + " "));
@@ -68,7 +67,7 @@ TEST(LintOptions, TheListOfRulesNamesThemAll) {
 }
 
 TEST(LintOptions, TheVersionIsThatOfTheProject) {
-    const EarlyExit version = exitOf({"--version"});
+    const tools::EarlyExit version = exitOf({"--version"});
     EXPECT_EQ(version.status, 0);
     EXPECT_EQ(version.output, "vorna-lint " VORNA_VERSION "\n");
 }
@@ -88,7 +87,7 @@ TEST(LintOptions, MistakesAreNamedAndEndTheProgram) {
         {{"a", "--no-such-option"}, "--no-such-option"},
     };
     for (const auto& [arguments, complaint] : rows) {
-        const EarlyExit exit = exitOf(arguments);
+        const tools::EarlyExit exit = exitOf(arguments);
         EXPECT_EQ(exit.status, 2) << complaint;
         EXPECT_THAT(exit.output, HasSubstr(complaint));
     }

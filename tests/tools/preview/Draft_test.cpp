@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <gmock/gmock.h>
-#include <tests/support/TemporaryFolder.h>
 #include <tools/preview/Draft.h>
+
+#include <gtest/gtest.h>
 
 namespace vorna::preview {
 namespace {
-
-using testing::HasSubstr;
 
 TEST(Draft, ThatLacksAFieldHasErrors) {
     EXPECT_TRUE(check("{}", std::nullopt).hasErrors());
@@ -25,24 +23,12 @@ TEST(Draft, CountsTheStepsOfAnOnboarding) {
     EXPECT_EQ(check("[{", std::nullopt).steps, 0U);
 }
 
-TEST(MediaService, TakesTheExamplesPlaceWhereverItIsNamed) {
+TEST(MediaService, ReplacesThatOfTheExamplesEverywhere) {
     const std::string text = R"(["https://127.0.0.1:8443/a","https://127.0.0.1:8443/b","https://x.test/c"])";
     EXPECT_EQ(withMediaService(text, "https://media.test/"),
               R"(["https://media.test/a","https://media.test/b","https://x.test/c"])");
     EXPECT_EQ(withMediaService(text, ""), text);
     EXPECT_EQ(withMediaService(text, exampleService), text) << "also when it is the same one";
-}
-
-TEST(Contents, AreTheBytesOfTheFile) {
-    const support::TemporaryFolder folder;
-    const std::string bytes("\xFF\0{}\r\n", 6);
-    EXPECT_EQ(std::get<std::string>(contents(folder.write("ü.json", bytes))), bytes);
-}
-
-TEST(Contents, OfWhatIsNoFileAreAReason) {
-    const support::TemporaryFolder folder;
-    EXPECT_THAT(std::get<Unreadable>(contents(folder.path())).reason, HasSubstr("folder"));
-    EXPECT_THAT(std::get<Unreadable>(contents(folder.path() / "none")).reason, HasSubstr("No such file"));
 }
 
 }  // namespace

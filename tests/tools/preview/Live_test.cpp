@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
-// The program with windows, as its users run it: files are edited, keys and buttons are pressed.
+// The program with windows: the tests edit files, and press keys and buttons.
 
-#include <gmock/gmock.h>
 #include <tests/support/TemporaryFolder.h>
 #include <tests/support/ui/ScreenHost.h>
 #include <tests/tools/preview/PreviewProcess.h>
+
+#include <gmock/gmock.h>
 
 #include <QtGui/QGuiApplication>
 #include <QtGui/QPixmap>
@@ -56,7 +57,7 @@ class LivePreview : public testing::Test {
 
     std::optional<std::string> line(std::string_view text) { return preview_->waitForLine(text); }
 
-    // As editors do that write a new file and give it the name of the old one.
+    // As editors do that write a new file and rename it.
     void replaceFile(const std::string& document) { folder_.replace("a.json", document); }
 
     const support::TemporaryFolder folder_;
@@ -66,7 +67,7 @@ class LivePreview : public testing::Test {
     const QColor firstColour_{0x0B, 0x10, 0x26};
 };
 
-TEST_F(LivePreview, FollowsAFileThatIsWrittenTo) {
+TEST_F(LivePreview, FollowsAFileThatIsWritten) {
     begin(steps_);
     EXPECT_TRUE(comesTo(4, 300, firstColour_));
     folder_.write("a.json", replaced(steps_, "#0B1026", "#204060"));
@@ -76,7 +77,7 @@ TEST_F(LivePreview, FollowsAFileThatIsWrittenTo) {
     EXPECT_TRUE(comesTo(4, 300, QColor(0x20, 0x40, 0x60)));
 }
 
-TEST_F(LivePreview, FollowsAFileThatIsReplacedAgainAndAgain) {
+TEST_F(LivePreview, FollowsAFileThatIsReplacedRepeatedly) {
     begin(paywall_);
     for (const char* const colour : {"#204060", "#602040", "#406020"}) {
         replaceFile(replaced(paywall_, "\"backgroundColor\": \"#0B1026\"",
@@ -90,7 +91,7 @@ TEST_F(LivePreview, FollowsAFileThatIsReplacedAgainAndAgain) {
     EXPECT_TRUE(comesTo(4, 300, firstColour_));
 }
 
-TEST_F(LivePreview, FollowsAFileThatWasGoneForAWhile) {
+TEST_F(LivePreview, FollowsAFileThatWasMissingForAWhile) {
     begin(paywall_);
     std::filesystem::rename(folder_.path() / "a.json", folder_.path() / "a.json~");
     letTimePass(std::chrono::milliseconds(600));
@@ -100,27 +101,27 @@ TEST_F(LivePreview, FollowsAFileThatWasGoneForAWhile) {
     EXPECT_TRUE(comesTo(4, 300, QColor(0x20, 0x40, 0x60)));
 }
 
-TEST_F(LivePreview, KeepsTheLastPictureWhileTheFileIsBroken) {
+TEST_F(LivePreview, KeepsTheLastVersionWhileTheFileIsBroken) {
     begin(steps_);
     EXPECT_TRUE(comesTo(4, 300, firstColour_));
     replaceFile(replaced(replaced(steps_, "\"heading\"", "\"headin\""), "#0B1026", "#204060"));
     EXPECT_TRUE(line("changed "));
     EXPECT_THAT(line("error: [0].heading"), Optional(HasSubstr(":2:3: error: [0].heading: is missing")));
-    EXPECT_TRUE(line("kept the last picture"));
+    EXPECT_TRUE(line("kept the last version"));
     letTimePass(std::chrono::milliseconds(800));
     EXPECT_EQ(pixel(4, 300), firstColour_);
     replaceFile("[{");
     EXPECT_TRUE(line("[not-json]"));
-    EXPECT_TRUE(line("kept the last picture"));
+    EXPECT_TRUE(line("kept the last version"));
     replaceFile(replaced(steps_, "#0B1026", "#406020"));
     EXPECT_TRUE(line("shown at"));
     EXPECT_TRUE(comesTo(4, 300, QColor(0x40, 0x60, 0x20)));
 }
 
-TEST_F(LivePreview, ShowsWhatIsMissingWhenItIsReloadedByHand) {
+TEST_F(LivePreview, ShowsWhatIsMissingWhenReloadedByKey) {
     begin(steps_);
     replaceFile(replaced(steps_, "\"heading\"", "\"headin\""));
-    EXPECT_TRUE(line("kept the last picture"));
+    EXPECT_TRUE(line("kept the last version"));
     use("key r");
     EXPECT_TRUE(line("the document is not shown"));
     EXPECT_TRUE(comesTo(4, 300, QColor(Qt::white)));
@@ -129,14 +130,14 @@ TEST_F(LivePreview, ShowsWhatIsMissingWhenItIsReloadedByHand) {
     EXPECT_TRUE(comesTo(4, 300, firstColour_)) << "the screen that says what is missing does not stay";
 }
 
-TEST_F(LivePreview, TurnsFromAnOnboardingToAPaywall) {
+TEST_F(LivePreview, SwitchesFromAnOnboardingToAPaywall) {
     begin(steps_);
     replaceFile(replaced(paywall_, "#0B1026", "#204060"));
     EXPECT_TRUE(line("shown at 390x844"));
     EXPECT_TRUE(comesTo(4, 300, QColor(0x20, 0x40, 0x60)));
 }
 
-TEST_F(LivePreview, GoesThroughDevicesByKeys) {
+TEST_F(LivePreview, SwitchesDevicesByKeys) {
     begin(paywall_);
     use("key n");
     EXPECT_TRUE(line("device 414x896, safe area 44,0,34,0"));
@@ -155,7 +156,7 @@ TEST_F(LivePreview, GoesThroughDevicesByKeys) {
     EXPECT_TRUE(line("device 414x736, safe area 20,0,0,0"));
 }
 
-TEST_F(LivePreview, TurnsTheDesktopDarkAndEnds) {
+TEST_F(LivePreview, SwitchesToADarkDesktopAndQuits) {
     begin(paywall_);
     const int besideThePicture = 390 + 16 + 300;
     EXPECT_TRUE(comesTo(besideThePicture, 400, QColor(Qt::white)));
@@ -167,7 +168,7 @@ TEST_F(LivePreview, TurnsTheDesktopDarkAndEnds) {
     EXPECT_EQ(end.status, 0) << end.problem;
 }
 
-TEST_F(LivePreview, KeepsTheStepWhenTheFileChangesAndBeginsAgainByKey) {
+TEST_F(LivePreview, KeepsTheStepWhenTheFileChangesAndRestartsByKey) {
     begin(steps_);
     const std::string tapTheButton = "mousemove 195 770 click 1";
     use(tapTheButton);
@@ -181,7 +182,7 @@ TEST_F(LivePreview, KeepsTheStepWhenTheFileChangesAndBeginsAgainByKey) {
     EXPECT_TRUE(comesTo(4, 300, firstColour_));
 }
 
-TEST_F(LivePreview, ClosesAnOnboardingThatIsOverAndShowsItAgain) {
+TEST_F(LivePreview, ClosesAFinishedOnboardingAndShowsItAgain) {
     begin(steps_);
     for (int step = 0; step < 3; ++step) {
         use("mousemove 195 770 click 1");
@@ -193,7 +194,7 @@ TEST_F(LivePreview, ClosesAnOnboardingThatIsOverAndShowsItAgain) {
     EXPECT_TRUE(comesTo(4, 300, firstColour_));
 }
 
-TEST_F(LivePreview, TellsWhatIsTappedOnAPaywallAndClosesItAsHostsDo) {
+TEST_F(LivePreview, PrintsTapsOnAPaywallAndClosesItAsHostsDo) {
     begin(replaced(paywall_, "\"exitButtonDelay\": 3", "\"exitButtonDelay\": 0"));
     use("mousemove 75 620 click 1");
     EXPECT_THAT(

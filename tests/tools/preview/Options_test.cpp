@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 
 #include <string>
-#include <variant>
+#include <utility>
 #include <vector>
 
 namespace vorna::preview {
@@ -12,18 +12,18 @@ namespace {
 
 using testing::HasSubstr;
 
-std::variant<Options, EarlyExit> read(std::vector<const char*> arguments) {
+Result<Options, tools::EarlyExit> read(std::vector<const char*> arguments) {
     arguments.insert(arguments.begin(), "vorna-preview");
     return readOptions(static_cast<int>(arguments.size()), arguments.data());
 }
 
 Options options(const std::vector<const char*>& arguments) {
-    const auto result = read(arguments);
-    if (const auto* const exit = std::get_if<EarlyExit>(&result)) {
-        ADD_FAILURE() << exit->output;
+    auto options = read(arguments);
+    if (!options) {
+        ADD_FAILURE() << options.error().output;
         return {};
     }
-    return std::get<Options>(result);
+    return *std::move(options);
 }
 
 TEST(PreviewOptions, AreAWindowOfACommonPhoneByDefault) {
@@ -67,12 +67,11 @@ struct Mistake {
 
 class PreviewMistakes : public testing::TestWithParam<Mistake> {};
 
-TEST_P(PreviewMistakes, EndTheProgramWithStatusTwoAndAReason) {
+TEST_P(PreviewMistakes, ExitWithStatusTwoAndAReason) {
     const auto result = read(GetParam().arguments);
-    const auto* const exit = std::get_if<EarlyExit>(&result);
-    ASSERT_NE(exit, nullptr);
-    EXPECT_EQ(exit->status, 2);
-    EXPECT_THAT(exit->output, HasSubstr(GetParam().text));
+    ASSERT_FALSE(result);
+    EXPECT_EQ(result.error().status, 2);
+    EXPECT_THAT(result.error().output, HasSubstr(GetParam().text));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -80,20 +79,20 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         Mistake{"NoDocument", {}, "no DOCUMENT given"}, Mistake{"TwoDocuments", {"a", "b"}, "b"},
         Mistake{"UnknownDevice", {"a", "--device", "391x844"}, "391x844"},
-        Mistake{"SizeOfOneNumber", {"a", "--size", "390"}, "not like 390x844"},
-        Mistake{"SizeOfNothing", {"a", "--size", "0x844"}, "not like 390x844"},
-        Mistake{"SizeBeyondAllScreens", {"a", "--size", "390x8193"}, "not like 390x844"},
-        Mistake{"ScaleOfNothing", {"a", "--size", "390x844@0"}, "not like 390x844"},
-        Mistake{"ScaleThatIsNone", {"a", "--size", "390x844@nan"}, "not like 390x844"},
+        Mistake{"SizeOfOneNumber", {"a", "--size", "390"}, "not of the form 390x844"},
+        Mistake{"SizeOfNothing", {"a", "--size", "0x844"}, "not of the form 390x844"},
+        Mistake{"SizeBeyondAllScreens", {"a", "--size", "390x8193"}, "not of the form 390x844"},
+        Mistake{"ScaleOfNothing", {"a", "--size", "390x844@0"}, "not of the form 390x844"},
+        Mistake{"ScaleThatIsNone", {"a", "--size", "390x844@nan"}, "not of the form 390x844"},
         Mistake{"ScaleTooLarge", {"a", "--scale", "5"}, "not between 1 and 4"},
-        Mistake{"SafeAreaOfThreeSides", {"a", "--safe-area", "1,2,3"}, "not like 47,0,34,0"},
-        Mistake{"SafeAreaOfFiveSides", {"a", "--safe-area", "1,2,3,4,5"}, "not like 47,0,34,0"},
-        Mistake{"SafeAreaBelowNothing", {"a", "--safe-area", "-1,0,0,0"}, "not like 47,0,34,0"},
+        Mistake{"SafeAreaOfThreeSides", {"a", "--safe-area", "1,2,3"}, "not of the form 47,0,34,0"},
+        Mistake{"SafeAreaOfFiveSides", {"a", "--safe-area", "1,2,3,4,5"}, "not of the form 47,0,34,0"},
+        Mistake{"SafeAreaBelowNothing", {"a", "--safe-area", "-1,0,0,0"}, "not of the form 47,0,34,0"},
         Mistake{"StepBelowTheFirst", {"a", "--step", "-1"}, "--step"},
-        Mistake{"AfterWithoutAPicture", {"a", "--after", "1"}, "--after is for pictures"},
-        Mistake{"DeviceAndSize", {"a", "--device", "320x568", "--size", "1x1"}, "does not go with"},
-        Mistake{"PictureAndAllSizes", {"a", "--png", "b", "--all-sizes", "c"}, "does not go with"},
-        Mistake{"SizeAndAllSizes", {"a", "--size", "1x1", "--all-sizes", "c"}, "does not go with"},
+        Mistake{"AfterWithoutAPicture", {"a", "--after", "1"}, "--after needs"},
+        Mistake{"DeviceAndSize", {"a", "--device", "320x568", "--size", "1x1"}, "cannot be combined with"},
+        Mistake{"PictureAndAllSizes", {"a", "--png", "b", "--all-sizes", "c"}, "cannot be combined with"},
+        Mistake{"SizeAndAllSizes", {"a", "--size", "1x1", "--all-sizes", "c"}, "cannot be combined with"},
         Mistake{"PictureWithoutAName", {"a", "--png", ""}, "--png"},
         Mistake{"AuthorityThatIsNotThere", {"a", "--ca", "/nowhere"}, "/nowhere"},
         Mistake{"UnknownKind", {"a", "--kind", "poster"}, "poster"}),
@@ -101,12 +100,11 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(PreviewOptions, HelpNamesTheKeysAndTheExitStatus) {
     const auto result = read({"--help"});
-    const auto* const exit = std::get_if<EarlyExit>(&result);
-    ASSERT_NE(exit, nullptr);
-    EXPECT_EQ(exit->status, 0);
-    EXPECT_THAT(exit->output, HasSubstr("--all-sizes"));
-    EXPECT_THAT(exit->output, HasSubstr("Keys in the window"));
-    EXPECT_THAT(exit->output, HasSubstr("Exit status"));
+    ASSERT_FALSE(result);
+    EXPECT_EQ(result.error().status, 0);
+    for (const char* text : {"--all-sizes", "--version", "Keys:", "Exit status"}) {
+        EXPECT_THAT(result.error().output, HasSubstr(text));
+    }
 }
 
 }  // namespace

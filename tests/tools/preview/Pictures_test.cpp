@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-// Pictures of the example documents, as the program takes them where there is no display.
+// Pictures of the example documents, taken without a display.
 
-#include <gmock/gmock.h>
 #include <tests/support/TemporaryFolder.h>
 #include <tests/tools/devserver/DevServerProcess.h>
 #include <tests/tools/preview/PreviewProcess.h>
 #include <tools/preview/Device.h>
+
+#include <gmock/gmock.h>
 
 #include <QtCore/QString>
 #include <QtGui/QImage>
@@ -45,7 +46,7 @@ class Pictures : public testing::Test {
         return QImage(QString::fromStdString(path(name)));
     }
 
-    // With so little patience that the pictures of a document are those of its first moment.
+    // With a minimal --after, so that pictures show the first moment of a document.
     [[nodiscard]] PreviewProcess::End take(std::vector<std::string> arguments, const std::string& name,
                                            const std::string& after = "0.1") const {
         arguments.insert(arguments.end(), {"--png", path(name), "--after", after});
@@ -55,7 +56,7 @@ class Pictures : public testing::Test {
     const support::TemporaryFolder folder_;
 };
 
-TEST_F(Pictures, HaveTheSizeThatIsAskedForAndShowSomething) {
+TEST_F(Pictures, HaveTheRequestedSizeAndAreNotEmpty) {
     const auto end = take({example("paywall/three-products"), "--size", "400x700"}, "a.png");
     EXPECT_EQ(end.status, 0) << end.problem;
     EXPECT_THAT(end.output, HasSubstr("no findings\n"));
@@ -87,7 +88,7 @@ TEST_F(Pictures, FollowTheSafeArea) {
     EXPECT_NE(read("a.png"), read("b.png"));
 }
 
-TEST_F(Pictures, HaveMediaFromTheServiceThatIsNamed) {
+TEST_F(Pictures, HaveMediaFromTheGivenService) {
     const devserver::DevServerProcess server(
         {"--state", path("state"), "--media", VORNA_EXAMPLES "/media", "--quiet"});
     ASSERT_THAT(server.url(), Not(IsEmpty()));
@@ -107,7 +108,7 @@ TEST_F(Pictures, HaveMediaFromTheServiceThatIsNamed) {
     EXPECT_NE(picture.pixel(20, 28), picture.pixel(100, 28));
 }
 
-TEST_F(Pictures, ShowTheStepThatIsAskedFor) {
+TEST_F(Pictures, ShowTheRequestedStep) {
     std::set<QRgb> backgrounds;
     for (const std::string step : {"0", "1", "2"}) {
         const auto end = take({example("onboarding/three-steps"), "--step", step}, "step" + step + ".png");
@@ -158,7 +159,7 @@ TEST_F(Pictures, OfAnOnboardingWithoutStepsShowTheHostAlone) {
     EXPECT_THAT(end.output, HasSubstr("the document is not shown\n"));
 }
 
-TEST_F(Pictures, OfADocumentWithWarningsAreAsGoodAsAny) {
+TEST_F(Pictures, OfADocumentWithWarningsSucceed) {
     const auto end = take({example("paywall/bad-low-contrast")}, "a.png");
     EXPECT_EQ(end.status, 0);
     EXPECT_THAT(end.output, HasSubstr("7 warnings"));
@@ -187,10 +188,10 @@ TEST_F(Pictures, OfAllSizesComeWithASheet) {
     EXPECT_GT(colours(sheet.copy(0, 0, sheet.width(), 40)), 10U) << "labels";
 }
 
-TEST_F(Pictures, ThatCannotBeWrittenAreTold) {
+TEST_F(Pictures, ThatCannotBeWrittenAreErrors) {
     const auto end = take({example("paywall/plain")}, "no/folder/a.png");
     EXPECT_EQ(end.status, 2);
-    EXPECT_THAT(end.problem, HasSubstr("cannot be written"));
+    EXPECT_THAT(end.problem, HasSubstr("cannot write the picture"));
 }
 
 TEST_F(Pictures, OfAFileThatCannotBeReadAreNotTaken) {
@@ -209,7 +210,7 @@ TEST_F(Pictures, LeaveNothingInTheUsersFolders) {
 TEST(Window, NeedsADisplay) {
     const auto end = run({example("paywall/plain")});
     EXPECT_EQ(end.status, 2);
-    EXPECT_THAT(end.problem, HasSubstr("there is no display"));
+    EXPECT_THAT(end.problem, HasSubstr("no display"));
 }
 
 }  // namespace

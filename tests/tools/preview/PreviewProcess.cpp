@@ -11,7 +11,7 @@ std::vector<std::string> wordsFor(const std::vector<std::string>& arguments) {
     return words;
 }
 
-// What shows a program the way to a display.
+// The variables through which a program finds a display.
 std::vector<std::string> hiddenVariables(Display display) {
     if (display == Display::ofTheTest) {
         return {};

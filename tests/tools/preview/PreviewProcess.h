@@ -10,13 +10,13 @@ namespace vorna::preview {
 
 enum class Display { none, ofTheTest };
 
-// The real program.
+/// The real program.
 class PreviewProcess : public support::StartedProgram {
   public:
     PreviewProcess(const std::vector<std::string>& arguments, Display display);
 };
 
-// Runs it to its end without a display.
+/// Runs it to its end without a display.
 [[nodiscard]] PreviewProcess::End run(const std::vector<std::string>& arguments);
 
 }  // namespace vorna::preview

@@ -5,8 +5,9 @@
 
 namespace vorna::qml {
 
-/// Makes `import Vorna` work in every engine of this process. A host that links `Vorna::Qml` calls it once,
-/// before it loads any QML; one that finds the installed module on its import path need not. Main thread.
+/// Registers the module `Vorna` for every engine in this process. A host that links `Vorna::Qml` calls it
+/// once, on the main thread, before loading any QML; it is not needed with the installed module on the import
+/// path.
 VORNA_EXPORT void registerModule();
 
 }  // namespace vorna::qml
