@@ -178,6 +178,23 @@ TEST_F(QueueWorker, DoesNotWaitForAnAnswerBeforeTheNextEvent) {
     EXPECT_EQ(http_->underWay(), 1000U);
 }
 
+TEST_F(QueueWorker, EndsItsThreadWhenItIsDestroyed) {
+    const std::weak_ptr<RecordingHttpClient> watch = [] {
+        const auto http = std::make_shared<RecordingHttpClient>();
+        const auto queue = std::make_shared<VornaTaskQueue>();
+        queue->enqueue({VornaTaskTypes::event, support::sampleEvent()});
+        const auto worker = std::make_shared<VornaQueueWorker>(queue, std::make_shared<EventListManager>(),
+                                                               http, nullptr, std::string(eventURL));
+        worker->start();
+        EXPECT_TRUE(http->waitForRequests(1));
+        return std::weak_ptr(http);
+    }();
+    // The loop may hold the worker until it has looked at the queue once more.
+    while (!watch.expired()) {
+        std::this_thread::yield();
+    }
+}
+
 TEST_F(QueueWorker, AnnouncesOnItsOwnThread) {
     std::promise<std::thread::id> announced;
     const auto observation = NotificationCenter::defaultCenter().addObserver(
@@ -234,8 +251,8 @@ TEST_F(QueueWorker, StopsTheProcessForATaskWithoutTheDataOfItsKind) {
     };
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_DEATH(runWith({VornaTaskTypes::event, std::monostate()}),
-                 "Fatal error: a task of the queue does not carry the data of its kind");
-    EXPECT_DEATH(runWith({VornaTaskTypes::remoteConfig, support::sampleEvent()}), "does not carry the data");
+                 "Fatal error: a queued task does not hold the data of its type");
+    EXPECT_DEATH(runWith({VornaTaskTypes::remoteConfig, support::sampleEvent()}), "does not hold the data");
 }
 
 }  // namespace

@@ -1,17 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/events/VornaQueueWorker.h>
 
-#include <vorna/platform/BackgroundThread.h>
 #include <vorna/platform/FatalError.h>
 #include <vorna/platform/Log.h>
 #include <vorna/platform/NotificationCenter.h>
 #include <vorna/platform/ProcessExit.h>
 
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
 #include <optional>
-#include <thread>
 #include <utility>
 #include <variant>
 
@@ -36,40 +32,6 @@ void reportDelivery(const std::optional<std::string>& body, const std::optional<
 
 }  // namespace
 
-/// What the thread shares with the stop at process exit. It outlives the worker.
-struct VornaQueueWorker::Loop {
-    std::mutex mutex;
-    std::condition_variable changed;
-    bool isRunning = true;
-    bool rests = false;
-    std::thread::id thread;
-
-    bool shouldRun() {
-        const std::scoped_lock lock(mutex);
-        return isRunning;
-    }
-
-    void sleep() {
-        std::unique_lock lock(mutex);
-        changed.wait_for(lock, std::chrono::seconds(1), [this] { return !isRunning; });
-    }
-
-    void comeToRest() {
-        const std::scoped_lock lock(mutex);
-        rests = true;
-        changed.notify_all();
-    }
-
-    void stop(std::chrono::steady_clock::time_point deadline) {
-        std::unique_lock lock(mutex);
-        isRunning = false;
-        changed.notify_all();
-        if (thread != std::this_thread::get_id()) {
-            changed.wait_until(lock, deadline, [this] { return rests; });
-        }
-    }
-};
-
 VornaQueueWorker::VornaQueueWorker(std::shared_ptr<VornaTaskQueue> taskQueue,
                                    std::shared_ptr<EventListManager> eventListManager,
                                    std::shared_ptr<HttpClient> httpClient,
@@ -83,37 +45,29 @@ VornaQueueWorker::VornaQueueWorker(std::shared_ptr<VornaTaskQueue> taskQueue,
       eventAddress_(URL::parse(eventURL_)) {}
 
 void VornaQueueWorker::start() {
-    auto loop = std::make_shared<Loop>();
-    std::optional<std::thread> thread =
-        startBackgroundThread("vorna-worker", ThreadPriority::low, [loop, weakWorker = weak_from_this()] {
-            {
-                const std::scoped_lock lock(loop->mutex);
-                loop->thread = std::this_thread::get_id();
-            }
-            while (loop->shouldRun() && !processIsExiting()) {
-                const std::shared_ptr<VornaQueueWorker> worker = weakWorker.lock();
+    thread_ = ServiceThread::start(
+        "vorna-worker", ThreadPriority::low, [weakWorker = weak_from_this()](ServiceThread::Self& self) {
+            while (!self.stopRequested()) {
+                std::shared_ptr<VornaQueueWorker> worker = weakWorker.lock();
                 if (!worker) {
-                    break;
+                    return;
                 }
                 if (std::optional<VornaTask> task = worker->taskQueue_->dequeue()) {
                     try {
                         worker->perform(std::move(*task));
                     } catch (...) {
-                        // Above all a lack of memory: this task is lost, the next may fare better.
+                        // Most likely out of memory: this task is lost, the next may succeed.
                         log::failure({"A task"});
                     }
                 } else {
-                    loop->sleep();
+                    worker.reset();
+                    self.sleepFor(std::chrono::seconds(1));
                 }
             }
-            loop->comeToRest();
         });
-    if (!thread) {
-        log::debug({"The system refuses a thread for the worker; no event will be sent"});
-        return;
+    if (!thread_) {
+        log::debug({"The system refused a thread for the worker; no events will be sent"});
     }
-    thread->detach();
-    stopAtProcessExit([loop](std::chrono::steady_clock::time_point deadline) { loop->stop(deadline); });
 }
 
 void VornaQueueWorker::perform(VornaTask task) {
@@ -131,7 +85,7 @@ void VornaQueueWorker::perform(VornaTask task) {
         }
         break;
     }
-    fatalError("a task of the queue does not carry the data of its kind");
+    fatalError("a queued task does not hold the data of its type");
 }
 
 void VornaQueueWorker::sendEvent(const EventData& event, std::string_view url) {
@@ -150,7 +104,7 @@ void VornaQueueWorker::sendEvent(const EventData& event, std::string_view url) {
     log::debug({"Event Data: ", body});
 
     if (processIsExiting()) {
-        // The host is being torn down; its observers may refer to what is gone.
+        // The host is being torn down; its observers may refer to destroyed objects.
         return;
     }
     eventListManager_->append({event.name, event.customValue});

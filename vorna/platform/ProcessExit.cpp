@@ -49,8 +49,8 @@ void bringToRest() {
     for (auto stop = stops.rbegin(); stop != stops.rend(); ++stop) {
         (*stop)(deadline);
     }
-    // What is vital takes milliseconds; a crowded machine may make a second of them. More would look like a
-    // program that hangs.
+    // Vital work takes milliseconds, or up to a second on an overloaded machine. Waiting longer would look
+    // like a hang.
     const auto grace = deadline + std::chrono::seconds(1);
     for (const std::shared_ptr<RestsAtExit>& rester : resters) {
         rester->awaitSafety(grace);
@@ -67,8 +67,8 @@ void restAtProcessExit(std::weak_ptr<RestsAtExit> rester) {
     const std::scoped_lock lock(registered().mutex);
     std::erase_if(registered().resters, [](const auto& weak) { return weak.expired(); });
     registered().resters.push_back(std::move(rester));
-    // Registered anew each time: a handler runs before the teardown of all that was set up before it, and
-    // what a later thread needs may have been set up only now.
+    // Registered again each time: a handler runs before the teardown of what was set up before it, and a
+    // later thread may use something that has only just been set up.
     std::atexit(bringToRest);
 }
 

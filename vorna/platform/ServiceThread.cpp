@@ -10,20 +10,51 @@
 #include <atomic>
 #include <condition_variable>
 #include <csignal>
+#include <exception>
 #include <mutex>
-#include <system_error>
-#include <thread>
 #include <utility>
 
 namespace vorna {
 
+namespace {
+
+/// Blocks all signals except faults on this thread, and so on the threads that it starts, during its scope.
+/// SIGPIPE is blocked too: to us a peer that closes early is an error code, not the end of the host.
+class BlockedSignals {
+  public:
+    BlockedSignals() noexcept {
+        sigset_t blocked;
+        sigfillset(&blocked);
+        // A fault of ours belongs to the host's crash reporter, a refused system call to its sandbox.
+        for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP, SIGABRT, SIGSYS}) {
+            sigdelset(&blocked, fault);
+        }
+        pthread_sigmask(SIG_SETMASK, &blocked, &before_);
+    }
+
+    BlockedSignals(const BlockedSignals&) = delete;
+    BlockedSignals& operator=(const BlockedSignals&) = delete;
+    BlockedSignals(BlockedSignals&&) = delete;
+    BlockedSignals& operator=(BlockedSignals&&) = delete;
+
+    ~BlockedSignals() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+
+  private:
+    sigset_t before_{};
+};
+
+}  // namespace
+
 void lowerThreadPriority() noexcept {
-    // On Linux a thread has a nice value of its own.
+    // On Linux each thread has a nice value of its own; 0 means the calling one. A host that already runs
+    // lower is not raised.
     constexpr int lowered = 10;
-    setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), lowered);
+    if (getpriority(PRIO_PROCESS, 0) < lowered) {
+        setpriority(PRIO_PROCESS, 0, lowered);
+    }
 }
 
-/// Shared by the handle and the thread; the exit of the process finds it as long as one of them holds it.
+/// Shared by the handle and the thread; process exit finds it while either holds it.
 class ServiceThread::State final : public RestsAtExit {
   public:
     void requestStop() noexcept override { stop_.request_stop(); }
@@ -58,14 +89,16 @@ class ServiceThread::State final : public RestsAtExit {
             const std::scoped_lock lock(mutex_);
             --vitalCount_;
         }
+        // Only process exit waits for this, after its request to stop.
         if (stop_.stop_requested()) {
             changed_.notify_all();
         }
     }
 
-    /// On the thread, at its beginning and at its end.
+    /// Called on the thread, before the loop.
     void begin() noexcept { id_.store(std::this_thread::get_id()); }
 
+    /// Called on the thread, after the loop or when it parks.
     void rest() noexcept {
         {
             const std::scoped_lock lock(mutex_);
@@ -73,8 +106,6 @@ class ServiceThread::State final : public RestsAtExit {
         }
         changed_.notify_all();
     }
-
-    std::thread thread;
 
   private:
     std::stop_source stop_;
@@ -112,55 +143,47 @@ std::optional<ServiceThread> ServiceThread::start(const char* name, ThreadPriori
     if (processIsExiting()) {
         return std::nullopt;
     }
-    auto state = std::make_shared<State>();
-    sigset_t all;
-    sigset_t before;
-    sigfillset(&all);
-    // A fault of our own is for the host's crash reporter to see.
-    for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP, SIGABRT}) {
-        sigdelset(&all, fault);
-    }
-    // The new thread inherits the mask, so no other signal can slip in before it blocks them itself. SIGPIPE
-    // is among them: a peer that closes early is an error code for us, not the end of the host.
-    pthread_sigmask(SIG_SETMASK, &all, &before);
-    bool isStarted = true;
     try {
-        state->thread = std::thread([name, priority, state, loop = std::move(loop)]() mutable {
-            pthread_setname_np(pthread_self(), name);
-            if (priority == ThreadPriority::low) {
-                lowerThreadPriority();
-            }
-            state->begin();
-            Self self(*state);
-            loop(self);
-            // What the loop holds goes before the thread counts as resting.
-            loop = nullptr;
-            state->rest();
-        });
-    } catch (const std::system_error&) {
-        isStarted = false;
-    }
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    if (!isStarted) {
+        const auto state = std::make_shared<State>();
+        // In force from the thread's first moment, since it inherits the mask.
+        const BlockedSignals blocked;
+        ServiceThread started(state, std::thread([name, priority, state, loop = std::move(loop)]() mutable {
+                                  pthread_setname_np(pthread_self(), name);
+                                  if (priority == ThreadPriority::low) {
+                                      lowerThreadPriority();
+                                  }
+                                  state->begin();
+                                  Self self(*state);
+                                  loop(self);
+                                  // What the loop captured is destroyed before the thread counts as resting.
+                                  loop = nullptr;
+                                  state->rest();
+                              }));
+        restAtProcessExit(state);
+        if (processIsExiting()) {
+            // Exit may have begun too early to find it.
+            state->requestStop();
+        }
+        return started;
+    } catch (const std::exception&) {
         return std::nullopt;
     }
-    restAtProcessExit(state);
-    return ServiceThread(std::move(state));
 }
 
-ServiceThread::ServiceThread(std::shared_ptr<State> state) noexcept : state_(std::move(state)) {}
-
-ServiceThread::ServiceThread(ServiceThread&& other) noexcept = default;
+ServiceThread::ServiceThread(std::shared_ptr<State> state, std::thread thread) noexcept
+    : state_(std::move(state)),
+      thread_(std::move(thread)) {}
 
 ServiceThread& ServiceThread::operator=(ServiceThread&& other) noexcept {
-    std::swap(state_, other.state_);
+    const ServiceThread released(std::exchange(state_, std::move(other.state_)), std::exchange(thread_, {}));
+    thread_ = std::move(other.thread_);
     return *this;
 }
 
 ServiceThread::~ServiceThread() {
-    if (state_ && state_->thread.joinable()) {
+    if (thread_.joinable()) {
         requestStop();
-        state_->thread.detach();
+        thread_.detach();
     }
 }
 
@@ -174,13 +197,13 @@ bool ServiceThread::awaitRest(Time deadline) {
 
 void ServiceThread::join() {
     requestStop();
-    if (!state_->thread.joinable()) {
+    if (!thread_.joinable()) {
         return;
     }
     if (isCurrent() || processIsExiting()) {
-        state_->thread.detach();
+        thread_.detach();
     } else {
-        state_->thread.join();
+        thread_.join();
     }
 }
 

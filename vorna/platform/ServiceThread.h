@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A background thread of the library: how it is started, told to stop, and waited for.
+/// The one kind of background thread in the library: how it is started, stopped and waited for.
 ///
-/// A host never notices these threads: they take no signals but those of faults, those that can wait run at
-/// low priority, and when the process exits they come to rest before its statics are destroyed (see
-/// ProcessExit.h). docs/architecture.md lists them all.
+/// A host never notices these threads: they block all signals except faults, run at low priority where they
+/// can wait, and rest before the host's statics are destroyed when the process exits (see ProcessExit.h).
+/// docs/architecture.md lists them all.
 
 #include <chrono>
 #include <cstdint>
@@ -13,16 +13,16 @@
 #include <memory>
 #include <optional>
 #include <stop_token>
+#include <thread>
 
 namespace vorna {
 
 enum class ThreadPriority : std::uint8_t { normal, low };
 
-/// Lowers the calling thread's priority to `ThreadPriority::low`, for good.
+/// Lowers the calling thread to `ThreadPriority::low`. There is no way back without privileges.
 void lowerThreadPriority() noexcept;
 
-/// The owner's handle. Any thread may use it, one at a time. Letting go of it requests a stop and waits for
-/// nothing; the thread ends by itself.
+/// The owner's handle. Any thread may use it, one at a time.
 class ServiceThread {
     class State;
 
@@ -34,20 +34,20 @@ class ServiceThread {
       public:
         explicit Self(State& state) noexcept : state_(state) {}
 
-        /// Requested by the owner, or because the process exits. Register a `std::stop_callback` to be woken.
+        /// Stopped by the owner, or when the process exits. A `std::stop_callback` can interrupt a wait.
         std::stop_token stopToken() const noexcept;
 
         bool stopRequested() const noexcept { return stopToken().stop_requested(); }
 
-        /// Waits for the time to pass, or for a request to stop.
+        /// Sleeps until the time is up or a stop is requested.
         void sleepFor(std::chrono::milliseconds time);
 
         /// Rests here until the process is gone: for a loop that finds the process exiting where it cannot
         /// return.
         [[noreturn]] void park();
 
-        /// While one lives, the loop uses something that the exit of the process tears down, such as TLS, and
-        /// is not waiting: exit then grants it more time.
+        /// Marks work that uses something torn down at process exit, such as TLS, and that never waits: exit
+        /// then grants the thread more time.
         class Vital {
           public:
             explicit Vital(Self& self) noexcept;
@@ -65,37 +65,41 @@ class ServiceThread {
         State& state_;
     };
 
-    /// Runs until it returns. It must not throw.
+    /// Runs once, until it returns. Must not throw.
     using Loop = std::function<void(Self& self)>;
 
-    /// Starts a thread that shows the name (at most 15 characters) in debuggers. Absent when the system
-    /// refuses another thread, and once the process exits.
+    /// Starts a thread that debuggers show under the name (at most 15 characters). std::nullopt if the system
+    /// refuses another thread or the process is exiting.
     [[nodiscard]] static std::optional<ServiceThread> start(const char* name, ThreadPriority priority,
                                                             Loop loop);
 
     ServiceThread(const ServiceThread&) = delete;
     ServiceThread& operator=(const ServiceThread&) = delete;
-    ServiceThread(ServiceThread&& other) noexcept;
+    /// The moved-from handle may only be assigned to or destroyed.
+    ServiceThread(ServiceThread&& other) noexcept = default;
+    /// Releases the thread that this handle had, as the destructor does.
     ServiceThread& operator=(ServiceThread&& other) noexcept;
+    /// Requests a stop and returns without waiting; the thread ends in its own time.
     ~ServiceThread();
 
     /// Asks the loop to return. Stop callbacks run on the calling thread, before this returns.
     void requestStop() noexcept;
 
-    /// Waits until the loop has returned or parked, at most until the deadline. False when it has not. True
-    /// at once on the thread itself.
+    /// Waits until the loop has returned or parked. False if it has not by the deadline. Returns true at once
+    /// on the thread itself.
     bool awaitRest(Time deadline);
 
-    /// Requests a stop and waits until the thread has ended; for an owner whose members the loop uses. Waits
-    /// for nothing on the thread itself, and once the process exits, when waiting has had its turn.
+    /// Requests a stop and waits until the thread has ended. Returns at once on the thread itself and while
+    /// the process exits, so the loop must share ownership of what it uses.
     void join();
 
     bool isCurrent() const noexcept;
 
   private:
-    explicit ServiceThread(std::shared_ptr<State> state) noexcept;
+    ServiceThread(std::shared_ptr<State> state, std::thread thread) noexcept;
 
     std::shared_ptr<State> state_;
+    std::thread thread_;
 };
 
 }  // namespace vorna

@@ -314,7 +314,7 @@ TEST_P(HttpResponseLimit, IsTheLargestBodyThatIsTaken) {
 
     request.responseLimit = 1999;
     const HttpOutcome exceeds = fetch(client, request);
-    EXPECT_EQ(exceeds.errorText(), "The response's body is larger than allowed");
+    EXPECT_EQ(exceeds.errorText(), "The response body exceeds the size limit");
     EXPECT_FALSE(exceeds.body);
     EXPECT_EQ(exceeds.status(), 200);
 }
@@ -354,7 +354,7 @@ TEST(HttpResponseLimitOfCompressedAnswers, CountsTheUnpackedBytes) {
     request.responseLimit = std::size_t{1} << 20U;
     const HttpOutcome outcome = fetch(client, request);
     EXPECT_EQ(outcome.header("Content-Encoding"), "gzip");
-    EXPECT_EQ(outcome.errorText(), "The response's body is larger than allowed");
+    EXPECT_EQ(outcome.errorText(), "The response body exceeds the size limit");
 }
 
 TEST(HttpResponseLimitOfHead, IsNotAboutTheBodyThatDoesNotCome) {

@@ -188,7 +188,7 @@ TEST(PlainHttp, ToAnotherMachineIsRefusedBeforeAnythingIsSent) {
     const ReachableListener listener(*address);
     CurlHttpClient client("");
     const HttpOutcome outcome = fetch(client, posting(listener.url(), "{}"));
-    EXPECT_EQ(outcome.errorText(), "Only https is sent, and http to loopback addresses");
+    EXPECT_EQ(outcome.errorText(), "Only https is allowed, or http to a loopback address");
     EXPECT_FALSE(outcome.body);
     EXPECT_FALSE(outcome.response);
     EXPECT_FALSE(listener.wasConnectedTo());
@@ -217,7 +217,7 @@ TEST(OtherSchemes, AreRefused) {
     for (const char* const url :
          {"ftp://127.0.0.1/", "ws://127.0.0.1/", "gopher://127.0.0.1/", "httpx://127.0.0.1/"}) {
         const HttpOutcome outcome = fetch(client, getting(url));
-        EXPECT_EQ(outcome.errorText(), "Only https is sent, and http to loopback addresses") << url;
+        EXPECT_EQ(outcome.errorText(), "Only https is allowed, or http to a loopback address") << url;
         EXPECT_FALSE(outcome.body) << url;
     }
 }

@@ -11,16 +11,13 @@
 
 #include <gtest/gtest.h>
 
-#include <linux/netlink.h>
 #include <sched.h>
 #include <sys/mount.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/utsname.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstdlib>
 #include <fstream>
@@ -126,9 +123,9 @@ TEST(LinuxSystemFacts, TextOfTheHostThatIsNotUtf8IsRepairedWithAWordAboutIt) {
     system.supplyBundle({std::nullopt, std::nullopt, "\xFF"});
     log::enabled = false;
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
-              "[VornaSDK] Not UTF-8, and repaired: the bundle's \"com.example.caf\uFFFD\"\n"
-              "[VornaSDK] Not UTF-8, and repaired: the bundle's \"1.2 \uFFFD\"\n"
-              "[VornaSDK] Not UTF-8, and repaired: the bundle's \"\uFFFD\"\n");
+              "[VornaSDK] Repaired text of the bundle that is not UTF-8: \"com.example.caf\uFFFD\"\n"
+              "[VornaSDK] Repaired text of the bundle that is not UTF-8: \"1.2 \uFFFD\"\n"
+              "[VornaSDK] Repaired text of the bundle that is not UTF-8: \"\uFFFD\"\n");
     EXPECT_EQ(system.facts()->bundle, (BundleFacts{"com.example.caf\uFFFD", "1.2 \uFFFD", "\uFFFD"}));
 }
 
@@ -225,55 +222,6 @@ TEST(LinuxSystemBattery, AChangeIsNoticed) {
         return system.facts()->battery ==
                BatteryFacts{.level = -1, .state = BatteryState::unknown, .isMonitoringEnabled = true};
     }));
-}
-
-/// Has the kernel announce a change of a power supply to all listeners in this thread's network namespace.
-void announcePowerSupplyChange() {
-    struct Message {
-        nlmsghdr header;
-        std::array<char, 256> text;
-    };
-
-    // The zero byte that ends the literal ends the last assignment too.
-    static constexpr char text[] =  // NOLINT(modernize-avoid-c-arrays): counts its zero bytes
-        "change@/devices/platform/BAT9\0ACTION=change\0"
-        "DEVPATH=/devices/platform/BAT9\0SUBSYSTEM=power_supply";
-    Message message = {};
-    message.header.nlmsg_len = static_cast<std::uint32_t>(sizeof(nlmsghdr) + sizeof text);
-    message.header.nlmsg_type = NLMSG_MIN_TYPE;
-    message.header.nlmsg_flags = NLM_F_REQUEST;
-    std::ranges::copy(text, message.text.begin());
-    const int announcer = socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, NETLINK_KOBJECT_UEVENT);
-    sockaddr_nl kernel = {};
-    kernel.nl_family = AF_NETLINK;
-    EXPECT_EQ(sendto(announcer, &message, message.header.nlmsg_len, 0,
-                     reinterpret_cast<const sockaddr*>(&kernel), sizeof kernel),
-              static_cast<ssize_t>(message.header.nlmsg_len));
-    close(announcer);
-}
-
-TEST(LinuxSystemBattery, AnAnnouncedChangeIsNoticedWithoutWaitingForTheNextLook) {
-    // In a namespace of its own, so that nothing else on this machine hears the announcement.
-    if (unshare(CLONE_NEWNET) != 0) {
-        GTEST_SKIP() << "needs the right to a network namespace: " << std::generic_category().message(errno);
-    }
-    const TemporaryFolder root;
-    copySystemTree("pinephone-postmarketos", root.path());
-    LinuxSystemOptions options = optionsFor(root.path());
-    options.pollInterval = 1h;
-    LinuxSystem system(options);
-    system.enableBatteryMonitoring();
-    ASSERT_TRUE(eventually([&] { return system.facts()->battery.level == 0.43F; }));
-
-    // The first change may yet be noticed by the look that begins the monitoring; the second one cannot.
-    for (const int percent : {12, 13}) {
-        root.replace("sys/class/power_supply/axp20x-battery/capacity", std::to_string(percent) + "\n");
-        // Again and again, since the system may not be listening yet.
-        EXPECT_TRUE(eventually([&] {
-            announcePowerSupplyChange();
-            return system.facts()->battery.level == static_cast<float>(percent / 100.0);
-        }));
-    }
 }
 
 TEST(LinuxSystemBiometrics, AreSupportedWhenAFingerIsEnrolled) {

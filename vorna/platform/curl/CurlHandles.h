@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// libcurl's objects, freed with their owners.
+/// Owning pointers to libcurl's objects.
 
 #include <curl/curl.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/curl/CurlHttpClient.h>
 
-#include <vorna/platform/curl/CurlEngine.h>
+#include <vorna/platform/curl/CurlDriver.h>
 
 #include <curl/curl.h>
 
@@ -19,19 +19,19 @@ void initialiseLibcurl() {
 }  // namespace
 
 CurlHttpClient::CurlHttpClient(std::string certificateAuthorityFile) {
-    // Before any registration of a stop at exit: what libcurl's own libraries tear down at exit must outlast
-    // our thread.
+    // Before the thread starts: its stop at exit then comes before the teardown that libcurl's libraries
+    // register here.
     initialiseLibcurl();
-    engine_ = std::make_shared<CurlEngine>(std::move(certificateAuthorityFile));
-    CurlEngine::begin(engine_);
+    driver_ = std::make_shared<CurlDriver>(std::move(certificateAuthorityFile));
+    CurlDriver::startThread(driver_);
 }
 
 CurlHttpClient::~CurlHttpClient() {
-    engine_->close();
+    driver_->close();
 }
 
 void CurlHttpClient::start(HttpRequest request, Completion completion) {
-    CurlEngine::start(engine_, std::move(request), std::move(completion));
+    CurlDriver::start(driver_, std::move(request), std::move(completion));
 }
 
 }  // namespace vorna

@@ -1,19 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The default HTTP client: one thread around libcurl's multi interface.
+/// The default HTTP client: one thread that drives libcurl's multi interface.
 ///
-/// HTTP/2 with multiplexing where the server offers it over TLS, HTTP/1.1 with at most six connections a
-/// server otherwise; connections are kept alive and handles are used again. What waits for its turn is a
-/// small record, not a handle, so a hundred thousand waiting requests cost little more than their bodies.
+/// It uses HTTP/2 with multiplexing if the server offers it over TLS, otherwise HTTP/1.1 with at most six
+/// connections per server. Connections are kept alive and handles are reused. A request that waits for its
+/// turn is a small record, not a handle, so a hundred thousand of them cost little more than their bodies.
 ///
-/// Only https is sent, except to loopback addresses, and a redirect stays with its scheme: it never leaves
-/// https. TLS is 1.2 or newer with the server's name checked. Proxies for https are taken from the usual
-/// environment variables.
+/// Only https is sent, except to loopback addresses, and a redirect never leaves its scheme. TLS is 1.2 or
+/// newer and verifies the server's name. Proxies for https are taken from the usual environment variables.
 ///
-/// A request that a server refuses to take on a connection, or that finds a connection from before dead and
-/// gets no byte of an answer, is sent once more on another one; nothing else is ever repeated. To a server
-/// that cannot be reached one request goes at a time, and the others go on waiting.
+/// A request that the server refuses to process on a connection, or that finds a reused connection closed
+/// before any byte of an answer, is sent once more on another one; nothing else is ever repeated. While a
+/// server cannot be reached, one request at a time is tried and the others wait.
 
 #include <vorna/platform/HttpClient.h>
 
@@ -22,24 +21,24 @@
 
 namespace vorna {
 
-class CurlEngine;
+class CurlDriver;
 
 class CurlHttpClient final : public HttpClient {
   public:
-    /// Trusts the authorities in the PEM file, or those of the system when the name is empty.
+    /// Trusts the authorities in the PEM file, or the system's if the name is empty.
     explicit CurlHttpClient(std::string certificateAuthorityFile);
     CurlHttpClient(const CurlHttpClient&) = delete;
     CurlHttpClient& operator=(const CurlHttpClient&) = delete;
     CurlHttpClient(CurlHttpClient&&) = delete;
     CurlHttpClient& operator=(CurlHttpClient&&) = delete;
-    /// Ends what is waiting or under way with an error and waits for the thread, unless it runs on it. What a
-    /// completion starts meanwhile is dropped without one.
+    /// Ends all requests with an error and waits for the thread, unless called on it. Requests that a
+    /// completion starts meanwhile are dropped without being completed.
     ~CurlHttpClient() override;
 
     void start(HttpRequest request, Completion completion) override;
 
   private:
-    std::shared_ptr<CurlEngine> engine_;
+    std::shared_ptr<CurlDriver> driver_;
 };
 
 }  // namespace vorna

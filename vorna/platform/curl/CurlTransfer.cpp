@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/curl/CurlTransfer.h>
 
-#include <vorna/platform/curl/setCurlOptions.h>
-
 #include <exception>
 #include <utility>
 
@@ -10,8 +8,8 @@ namespace vorna {
 
 namespace {
 
-/// All lines of an answer's head together, in bytes.
-constexpr std::size_t largestHead = std::size_t{256} * 1024;
+/// All header lines of an answer together, in bytes.
+constexpr std::size_t maxHeadSize = std::size_t{256} * 1024;
 
 std::string_view trimmed(std::string_view text) {
     constexpr std::string_view blanks = " \t\r\n";
@@ -22,48 +20,31 @@ std::string_view trimmed(std::string_view text) {
 
 }  // namespace
 
-CURLcode CurlTransfer::prepare(const TrustStore& trust) {
-    const RequestPlan& plan = *request.plan;
-    if (preparedFor != request.plan) {
-        preparedFor.reset();
-        curl_easy_reset(easy.get());
-        if (const CURLcode code = setCurlOptions(*this, trust); code != CURLE_OK) {
-            return code;
-        }
-        preparedFor = request.plan;
-    }
-    if (plan.method == HttpMethod::post) {
-        curl_easy_setopt(easy.get(), CURLOPT_POSTFIELDSIZE_LARGE,
-                         static_cast<curl_off_t>(request.body.size()));
-        curl_easy_setopt(easy.get(), CURLOPT_POSTFIELDS, request.body.data());
-    }
-    sendings = 0;
+void CurlTransfer::reset() {
+    sendCount = 0;
     status = 0;
     headSize = 0;
     hasHead = false;
     headers.clear();
     body.clear();
-    wholeSince.reset();
-    refusal = nullptr;
+    completeSince.reset();
+    abortReason = nullptr;
     error.front() = '\0';
-    return CURLE_OK;
 }
 
-int CurlTransfer::countSending(void* context, char*, char*, int, int) noexcept {
+int CurlTransfer::onSending(void* context, char*, char*, int, int) noexcept {
     CurlTransfer& transfer = *static_cast<CurlTransfer*>(context);
-    ServerLane& lane = *transfer.lane;
     const Time now = std::chrono::steady_clock::now();
-    lane.progressed = now;
-    lane.isReachable = true;
-    if (transfer.sendings == 0) {
+    transfer.lane->requestSent(now);
+    if (transfer.sendCount == 0) {
         transfer.deadline = now + transfer.request.plan->timeout;
     }
-    ++transfer.sendings;
+    ++transfer.sendCount;
     return CURL_PREREQFUNC_OK;
 }
 
-std::size_t CurlTransfer::refuse(const char* reason) noexcept {
-    refusal = reason;
+std::size_t CurlTransfer::abort(const char* reason) noexcept {
+    abortReason = reason;
     return CURL_WRITEFUNC_ERROR;
 }
 
@@ -71,23 +52,23 @@ std::size_t CurlTransfer::receiveHeader(const char* bytes, std::size_t, std::siz
                                         void* context) noexcept {
     CurlTransfer& transfer = *static_cast<CurlTransfer*>(context);
     transfer.headSize += count;
-    if (transfer.headSize > largestHead) {
-        return transfer.refuse("The response's head is larger than allowed");
+    if (transfer.headSize > maxHeadSize) {
+        return transfer.abort("The response headers exceed the size limit");
     }
     try {
         transfer.receiveHeaderLine({bytes, count});
     } catch (const std::exception&) {
-        return transfer.refuse(WaitingRequest::outOfMemory);
+        return transfer.abort(WaitingRequest::outOfMemory);
     }
     return count;
 }
 
-/// Lines of a head as libcurl hands them over: those of every answer that comes, redirects included.
+/// libcurl delivers the header lines of every answer, redirects included.
 void CurlTransfer::receiveHeaderLine(std::string_view line) {
     if (line.starts_with("HTTP/")) {
-        constexpr std::size_t usually = 8;
+        constexpr std::size_t typicalHeaderCount = 8;
         headers.clear();
-        headers.reserve(usually);
+        headers.reserve(typicalHeaderCount);
         hasHead = false;
         headSize = line.size();
         return;
@@ -111,19 +92,19 @@ std::size_t CurlTransfer::receiveBody(const char* bytes, std::size_t, std::size_
                                       void* context) noexcept {
     CurlTransfer& transfer = *static_cast<CurlTransfer*>(context);
     if (count > transfer.request.plan->responseLimit - transfer.body.size()) {
-        return transfer.refuse("The response's body is larger than allowed");
+        return transfer.abort("The response body exceeds the size limit");
     }
     try {
         transfer.body.append(bytes, count);
     } catch (const std::exception&) {
-        return transfer.refuse(WaitingRequest::outOfMemory);
+        return transfer.abort(WaitingRequest::outOfMemory);
     }
     return count;
 }
 
-bool CurlTransfer::isWhole() const {
+bool CurlTransfer::isComplete() const {
     const bool isRedirect = status >= 300 && status < 400;
-    if (!hasHead || isRedirect || refusal != nullptr) {
+    if (!hasHead || isRedirect || abortReason != nullptr) {
         return false;
     }
     constexpr int noContent = 204;
@@ -143,18 +124,18 @@ bool CurlTransfer::isSent() const {
     return sent >= static_cast<curl_off_t>(request.body.size());
 }
 
-/// A server may answer, and end the stream or the connection, before the request's body is all sent. To
-/// libcurl that is an error at times; a whole answer counts all the same.
+/// A server may answer and close the stream or connection before it has received the whole request. libcurl
+/// sometimes reports that as an error; a complete answer counts nevertheless.
 bool CurlTransfer::isAnsweredDespite(CURLcode code) const {
     switch (code) {
     case CURLE_HTTP2_STREAM:
-        // Every error of a stream is described but this one.
-        return isWhole() || error.front() == '\0';
+        // Every other error of a stream has a description.
+        return isComplete() || error.front() == '\0';
     case CURLE_HTTP2:
     case CURLE_PARTIAL_FILE:
     case CURLE_SEND_ERROR:
     case CURLE_RECV_ERROR:
-        return isWhole();
+        return isComplete();
     default:
         return false;
     }
@@ -173,11 +154,11 @@ void CurlTransfer::finish(CURLcode code) {
         return;
     }
     std::string_view description = trimmed(error.data());
-    if (refusal != nullptr) {
-        description = refusal;
+    if (abortReason != nullptr) {
+        description = abortReason;
     } else if (code == CURLE_OK) {
-        // libcurl takes what has come for the whole head when the connection ends within it.
-        description = "The response's head was cut off";
+        // If the connection closes within the headers, libcurl takes those that arrived for all of them.
+        description = "The response headers were cut off";
     } else if (description.empty()) {
         description = curl_easy_strerror(code);
     }

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// One request on its way, with the answer as far as it has come.
+/// One request under way, with as much of its answer as has arrived.
 
 #include <vorna/platform/HttpClient.h>
 #include <vorna/platform/curl/CurlHandles.h>
 #include <vorna/platform/curl/ServerLane.h>
-#include <vorna/platform/curl/TrustStore.h>
 #include <vorna/platform/curl/WaitingRequest.h>
 
 #include <array>
@@ -21,7 +20,7 @@
 
 namespace vorna {
 
-/// A handle of libcurl with what belongs to the request that it carries at present.
+/// A handle of libcurl and everything about the request that it currently sends.
 struct CurlTransfer {
     using Time = std::chrono::steady_clock::time_point;
 
@@ -29,11 +28,11 @@ struct CurlTransfer {
     std::list<CurlTransfer>::iterator self;
     WaitingRequest request;
     ServerLane* lane = nullptr;
-    /// The plan that the handle's options were last set for.
-    std::shared_ptr<const RequestPlan> preparedFor;
+    /// The plan that the handle's options were last set for; null if they must be set again.
+    std::shared_ptr<const RequestPlan> configuredFor;
 
-    /// How often the request was put on the wire, with redirects and with libcurl's own repetitions.
-    long sendings = 0;
+    /// How often the request was sent, including redirects and libcurl's own repetitions.
+    long sendCount = 0;
     Time deadline;
 
     std::string url;
@@ -42,34 +41,34 @@ struct CurlTransfer {
     bool hasHead = false;
     std::vector<HttpHeader> headers;
     std::string body;
-    /// When the answer was first found whole although libcurl still waits.
-    std::optional<Time> wholeSince;
-    /// Why the answer was given up, when that was our decision.
-    const char* refusal = nullptr;
+    /// When the answer was first found complete although libcurl still waits.
+    std::optional<Time> completeSince;
+    /// Why we aborted the transfer; null if we did not.
+    const char* abortReason = nullptr;
     std::array<char, CURL_ERROR_SIZE> error{};
 
-    /// Makes the handle and the rest ready for `request`. An error when libcurl refuses what must not be
-    /// missing.
-    CURLcode prepare(const TrustStore& trust);
+    /// Clears what is left of an earlier answer.
+    void reset();
 
-    /// Ends the request with the answer, or with what went wrong.
+    /// Completes the request with the answer, or with the reason why there is none.
     void finish(CURLcode code);
 
-    /// Whether an answer has come to its last byte, as far as its head tells how many there are.
-    bool isWhole() const;
+    /// Whether all bytes of the answer have arrived, as far as its headers tell how many there are.
+    bool isComplete() const;
 
+    /// Whether the request's body has been sent.
     bool isSent() const;
 
-    // What libcurl calls, with the transfer for a context.
+    // Called by libcurl with the transfer as context.
 
-    /// A connection stands and the request is next.
-    static int countSending(void* context, char*, char*, int, int) noexcept;
+    /// A connection is ready and the request is sent next.
+    static int onSending(void* context, char*, char*, int, int) noexcept;
     static std::size_t receiveHeader(const char* bytes, std::size_t, std::size_t count,
                                      void* context) noexcept;
     static std::size_t receiveBody(const char* bytes, std::size_t, std::size_t count, void* context) noexcept;
 
   private:
-    std::size_t refuse(const char* reason) noexcept;
+    std::size_t abort(const char* reason) noexcept;
     void receiveHeaderLine(std::string_view line);
     bool isAnsweredDespite(CURLcode code) const;
 };

@@ -9,7 +9,7 @@ namespace vorna {
 
 namespace {
 
-/// A header as libcurl wants it. An empty value needs a semicolon, or it would mean "leave this header out".
+/// A header in libcurl's form. With an empty value it ends in a semicolon; a colon would remove the header.
 std::string headerLine(const HttpHeader& header) {
     return header.value.empty() ? header.name + ";" : header.name + ": " + header.value;
 }
@@ -26,10 +26,10 @@ void append(HeaderList& list, const std::string& line) {
 }  // namespace
 
 std::shared_ptr<const RequestPlan> RequestPlan::of(const HttpRequest& request) {
-    auto plan = std::make_shared<RequestPlan>(RequestPlan{request.url, request.method, request.headers,
-                                                          request.timeout, request.responseLimit,
-                                                          request.stop, nullptr});
-    // libcurl adds these of its own accord; a name without a value takes them away again.
+    auto plan = std::make_shared<RequestPlan>(
+        RequestPlan{request.url, request.method, request.headers, request.timeout, request.responseLimit,
+                    request.stop, request.stop.stop_possible(), nullptr});
+    // libcurl adds these by default; a name without a value removes them.
     for (const char* const unwanted : {"Accept:", "Expect:", "Content-Type:"}) {
         append(plan->list, unwanted);
     }
@@ -44,11 +44,11 @@ bool RequestPlan::serves(const HttpRequest& request) const {
            timeout == request.timeout && responseLimit == request.responseLimit && stop == request.stop;
 }
 
-bool RequestPlan::mayBeSent() const {
+bool RequestPlan::isAllowed() const {
     return url.scheme() == "https" || (url.scheme() == "http" && url.isLoopback());
 }
 
-RequestPlan::Time RequestPlan::nextLook(Time deadline) const {
+RequestPlan::Time RequestPlan::nextCheck(Time deadline) const {
     return stop.stop_possible() ? std::min(deadline, std::chrono::steady_clock::now() + cancellationInterval)
                                 : deadline;
 }

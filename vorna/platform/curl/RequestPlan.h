@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// What requests of one kind have in common. All events share one such value, so that a waiting request costs
-/// its body and a pointer.
+/// What requests of one kind have in common. All events share one, so that a waiting request costs its body
+/// and a pointer.
 
 #include <vorna/platform/HttpClient.h>
 #include <vorna/platform/URL.h>
@@ -19,7 +19,7 @@ namespace vorna {
 struct RequestPlan {
     using Time = std::chrono::steady_clock::time_point;
 
-    /// How often is looked whether somebody has cancelled a request, while there is one that may be.
+    /// How often cancellable requests are checked for cancellation.
     static constexpr std::chrono::milliseconds cancellationInterval{200};
 
     URL url;
@@ -28,7 +28,9 @@ struct RequestPlan {
     std::chrono::milliseconds timeout{};
     std::size_t responseLimit = 0;
     std::stop_token stop;
-    /// The headers as libcurl takes them.
+    /// Whether the stop could be requested at the start: a token loses that when its source goes.
+    bool isCancellable = false;
+    /// The headers in libcurl's form.
     HeaderList list;
 
     static std::shared_ptr<const RequestPlan> of(const HttpRequest& request);
@@ -36,11 +38,11 @@ struct RequestPlan {
     /// Whether the request differs from those of this plan in nothing but its body.
     bool serves(const HttpRequest& request) const;
 
-    /// Https, and http to loopback addresses.
-    bool mayBeSent() const;
+    /// Whether the scheme is allowed: https, or http to a loopback address.
+    bool isAllowed() const;
 
-    /// When a request of this kind is to be looked at again.
-    Time nextLook(Time deadline) const;
+    /// When a request with that deadline must be checked next.
+    Time nextCheck(Time deadline) const;
 };
 
 }  // namespace vorna

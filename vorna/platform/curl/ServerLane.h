@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// One server as connections see it.
+/// The requests to one server: how many wait, how many are under way, and what is known about the server.
 
 #include <vorna/platform/curl/WaitingRequest.h>
 
@@ -13,25 +13,35 @@
 namespace vorna {
 
 struct ServerLane {
-    static constexpr std::size_t mostConnections = 6;
+    using Time = std::chrono::steady_clock::time_point;
+
+    static constexpr std::size_t maxConnections = 6;
     /// As many as servers commonly allow on one HTTP/2 connection.
-    static constexpr std::size_t mostStreams = 128;
+    static constexpr std::size_t maxStreams = 128;
 
     std::deque<WaitingRequest> waiting;
     std::size_t underWay = 0;
-    /// One request goes ahead to open a connection, for what the others may do depends on the protocol that
-    /// it brings; and a server that cannot be reached costs one request a time-out, not all of them.
+    /// Until then one request goes ahead: how many may follow depends on the protocol of its connection, and
+    /// a server that cannot be reached costs one request its time-out, not all of them.
     bool isReachable = false;
-    /// Learned from the server's last answer.
+    /// Known from the server's last answer.
     bool multiplexes = false;
-    /// When a request was last put on the wire, or answered.
-    std::optional<std::chrono::steady_clock::time_point> progressed;
+    /// When a request was last sent or answered.
+    std::optional<Time> progressed;
 
-    bool canAdmit() const { return !waiting.empty() && room() > 0; }
+    bool canAdmit() const {
+        const std::size_t most = !isReachable ? 1 : (multiplexes ? maxStreams : maxConnections);
+        return !waiting.empty() && underWay < most;
+    }
 
-    std::size_t room() const {
-        const std::size_t most = !isReachable ? 1 : (multiplexes ? mostStreams : mostConnections);
-        return underWay < most ? most - underWay : 0;
+    void requestSent(Time now) {
+        progressed = now;
+        isReachable = true;
+    }
+
+    void requestEnded(bool wasSent) {
+        --underWay;
+        isReachable = isReachable && wasSent;
     }
 };
 

@@ -1,19 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Where this system keeps the certificate authorities that it trusts.
+/// Where the system stores the certificate authorities that it trusts.
 
 #include <string>
 
 namespace vorna {
 
-/// Both may be empty; then libcurl's own default holds.
+/// If both are empty, libcurl's default applies.
 struct TrustStore {
     std::string bundleFile;
     std::string hashedFolder;
 };
 
-/// The store as Debian, Fedora, Alpine and openSUSE lay it out, looked up below the given root folder.
+/// Finds the store where Debian, Fedora, Alpine and openSUSE have it, under the given root folder.
 TrustStore systemTrustStore(const std::string& root = "");
 
 }  // namespace vorna

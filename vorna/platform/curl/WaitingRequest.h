@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A request from its start to its end: what waits for its turn is no more than this.
+/// A request from its start until its completion is called. While it waits for its turn it is no more than
+/// this.
 
 #include <vorna/platform/HttpClient.h>
 #include <vorna/platform/curl/RequestPlan.h>
@@ -20,7 +21,7 @@ struct WaitingRequest {
     std::string body;
     HttpClient::Completion completion;
 
-    /// Tells the host. What its completion throws is dropped.
+    /// Calls the host's completion. Exceptions that leave it are dropped.
     void complete(std::optional<std::string> answer, std::optional<HttpResponse> response,
                   std::optional<HttpError> error) const noexcept;
 

@@ -26,19 +26,19 @@ namespace vorna {
 
 namespace {
 
-std::string withoutSlashAtEnd(std::string path) {
+std::string withoutTrailingSlash(std::string path) {
     while (path.ends_with('/')) {
         path.pop_back();
     }
     return path;
 }
 
-/// One byte that is not UTF-8 here would make every record impossible to send.
+/// One byte here that is not UTF-8 would keep every record from being sent.
 BundleFacts repaired(BundleFacts bundle) {
     for (std::optional<std::string>* const text :
          {&bundle.identifier, &bundle.shortVersion, &bundle.version}) {
         if (*text && !utf8::isValid(**text)) {
-            log::debug({"Not UTF-8, and repaired: the bundle's \"", **text, "\""});
+            log::debug({"Repaired text of the bundle that is not UTF-8: \"", **text, "\""});
             **text = utf8::repaired(**text);
         }
     }
@@ -53,7 +53,7 @@ std::optional<std::string> dataDirectory(const LinuxSystemOptions& options) {
 }
 
 SystemFacts factsAtStart(const LinuxSystemOptions& options) {
-    const std::string root = withoutSlashAtEnd(options.root);
+    const std::string root = withoutTrailingSlash(options.root);
     utsname kernel = {};
     uname(&kernel);
     const std::string program = programName();
@@ -72,7 +72,7 @@ SystemFacts factsAtStart(const LinuxSystemOptions& options) {
 }
 
 SystemWatchSources watchSources(const LinuxSystemOptions& options) {
-    const std::string root = withoutSlashAtEnd(options.root);
+    const std::string root = withoutTrailingSlash(options.root);
     return SystemWatchSources{.root = root,
                               .systemBusAddress =
                                   nonEmptyVariable(options.environment, "DBUS_SYSTEM_BUS_ADDRESS")
@@ -96,9 +96,8 @@ void LinuxSystem::enableBatteryMonitoring() {
     if (isBatteryMonitored_.load(std::memory_order_acquire)) {
         return;
     }
-    // Two first callers may both come here; neither may return before the facts say so.
+    // Two first callers may both get here; neither may return before the facts say so.
     board_->showBattery();
-    watch_.watchBattery();
     isBatteryMonitored_.store(true, std::memory_order_release);
 }
 
@@ -128,7 +127,7 @@ std::optional<std::string> LinuxSystem::documentsDirectory() const {
 
 ItemCreation LinuxSystem::creation(const std::string& path) const {
     struct statx item = {};
-    // What a network file system already knows will do; a birth time does not change.
+    // What a network file system has cached is enough; a birth time does not change.
     if (statx(AT_FDCWD, path.c_str(), AT_STATX_DONT_SYNC | AT_NO_AUTOMOUNT, STATX_BTIME, &item) != 0) {
         const int error = errno;
         return ItemCreation{.date = std::nullopt,
@@ -144,7 +143,7 @@ ItemCreation LinuxSystem::creation(const std::string& path) const {
 
 std::int32_t LinuxSystem::secondsFromGMT(Date date) const {
     const double seconds = std::floor(date.secondsSince1970);
-    // Years beyond these do not fit into the C library's calendar, and time zones are not known there.
+    // Beyond these, years do not fit the C library's calendar and have no time zone rules.
     constexpr double farthest = 1e15;
     if (!(std::abs(seconds) <= farthest)) {
         return 0;

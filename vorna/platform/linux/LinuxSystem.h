@@ -1,21 +1,21 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The system port on Linux. What tells the facts:
+/// The system port on Linux. Sources of the facts:
 ///
 ///   device model      the device tree, else DMI's product name, else the processor architecture
 ///   device name       PRETTY_HOSTNAME in /etc/machine-info, else the host name
 ///   system version    VERSION_ID in os-release, else the kernel's release
-///   locale            $LC_ALL, $LC_MESSAGES, $LANG, as they were at the start
+///   locale            $LC_ALL, $LC_MESSAGES, $LANG, read at construction
 ///   screen            setScreen(), until then the kernel's list of connected displays
 ///   battery           /sys/class/power_supply
-///   bold text         always false: the desktops have a text size, but no setting for bold text
-///   biometrics        whether fprintd knows a finger of the user
-///   vendor's id       a keyed hash of /etc/machine-id
+///   bold text         always false: desktops have a text size, but no bold text setting
+///   biometrics        whether fprintd has a finger of the user enrolled
+///   vendor id         a keyed hash of /etc/machine-id
 ///   advertising id    all zeros: Linux has none
 ///
-/// Construction takes a handful of reads of small files in memory. The battery, the display and the
-/// fingerprint reader are asked on a background thread.
+/// Construction reads a handful of small files from kernel memory. The battery, the display and the
+/// fingerprint reader are queried on a background thread.
 
 #include <vorna/platform/System.h>
 #include <vorna/platform/linux/Environment.h>
@@ -33,12 +33,12 @@ namespace vorna {
 
 struct LinuxSystemOptions {
     BundleFacts bundle;
-    /// The application's own folder, as an absolute path; absent or empty: defaultDataDirectory().
+    /// The application's own folder, as an absolute path. std::nullopt or empty: defaultDataDirectory().
     std::optional<std::string> dataDirectory;
-    /// The folder that stands for "/" when the system's own files are read.
+    /// The folder used as "/" when reading the system's own files.
     std::string root = "/";
     Environment environment = processEnvironment();
-    /// How often the battery and the time zone are looked at when nothing announces a change.
+    /// How often the battery, the display and the time zone are read again.
     std::chrono::milliseconds pollInterval{30'000};
 };
 

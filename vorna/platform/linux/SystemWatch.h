@@ -1,47 +1,40 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The background thread that learns what takes time to learn, and keeps it current: the battery, the screen,
-/// the fingerprint reader and the system's time zone.
+/// The background thread that reads what is slow to read, and keeps it current: the battery, the screen, the
+/// fingerprint reader and the system's time zone.
 
+#include <vorna/platform/ServiceThread.h>
 #include <vorna/platform/linux/FactsBoard.h>
 
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace vorna {
 
 struct SystemWatchSources {
-    /// The folder under which /sys is found; "" on a living system.
+    /// The folder that contains /sys; "" on a real system.
     std::string root;
     std::string systemBusAddress;
-    /// How often to look without having been told of a change.
+    /// How often the sources are read again.
     std::chrono::milliseconds interval;
 };
 
-/// Lives as long as its thread is wanted. Comes to rest by itself when the process exits.
 class SystemWatch {
   public:
-    /// Starts the thread; where the system refuses one, the facts just stay unknown.
+    /// Starts the thread. If the system refuses one, the facts stay unknown.
     SystemWatch(std::shared_ptr<FactsBoard> board, SystemWatchSources sources);
     SystemWatch(const SystemWatch&) = delete;
     SystemWatch& operator=(const SystemWatch&) = delete;
     SystemWatch(SystemWatch&&) = delete;
     SystemWatch& operator=(SystemWatch&&) = delete;
-    /// Stops the thread and waits for it. A thread that has not come to rest by the time the process exits
-    /// is left alone; it shares ownership of all that it uses.
+    /// Stops the thread and waits for it, except while the process exits; the thread owns all that it uses.
     ~SystemWatch();
 
-    /// From now on the battery is kept current. Any thread; returns at once.
-    void watchBattery() noexcept;
-
   private:
-    struct State;
-
-    static void run(State& state) noexcept;
-
-    const std::shared_ptr<State> state_;
+    std::optional<ServiceThread> thread_;
 };
 
 }  // namespace vorna

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <vorna/platform/curl/setCurlOptions.h>
+#include <vorna/platform/curl/prepareTransfer.h>
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
@@ -10,7 +10,7 @@ namespace vorna {
 
 namespace {
 
-constexpr long mostRedirects = 10;
+constexpr long maxRedirects = 10;
 
 bool isLoopback(const sockaddr& address) {
     if (address.sa_family == AF_INET) {
@@ -24,8 +24,8 @@ bool isLoopback(const sockaddr& address) {
 curl_socket_t openSocket(void* context, curlsocktype, curl_sockaddr* address) noexcept {
     const int opened = socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
 #ifdef TCP_USER_TIMEOUT
-    // A connection whose peer has vanished without a word (another network, a sleeping router) would swallow
-    // request after request. Given up in half a request's time, it leaves them time for another connection.
+    // A connection whose peer has silently gone (another network, a sleeping router) would swallow request
+    // after request. Dropped after half a time-out, it leaves them time for another connection.
     const auto unacknowledged = static_cast<unsigned int>(
         static_cast<const CurlTransfer*>(context)->request.plan->timeout.count() / 2);
     if (opened >= 0) {
@@ -37,21 +37,21 @@ curl_socket_t openSocket(void* context, curlsocktype, curl_sockaddr* address) no
     return opened;
 }
 
-/// Without TLS nothing leaves this machine, whatever the name "localhost" or a redirect resolves to.
+/// Without TLS nothing leaves this machine, whatever "localhost" or the host of a redirect resolves to.
 curl_socket_t openLoopbackSocket(void* context, curlsocktype purpose, curl_sockaddr* address) noexcept {
     return isLoopback(address->addr) ? openSocket(context, purpose, address) : CURL_SOCKET_BAD;
 }
 
-}  // namespace
-
-CURLcode setCurlOptions(CurlTransfer& transfer, const TrustStore& trust) {
+/// The body is not among the options. The handle has none set yet.
+Result<void, CURLcode> setOptions(CurlTransfer& transfer, const TrustStore& trust) {
     CURL* const easy = transfer.easy.get();
     const RequestPlan& plan = *transfer.request.plan;
     const bool secure = plan.url.scheme() == "https";
-    CURLcode refused = CURLE_OK;
+    CURLcode failure = CURLE_OK;
+    // For options that must not be missing.
     const auto set = [&](CURLoption option, auto value) {
         const CURLcode code = curl_easy_setopt(easy, option, value);
-        refused = refused == CURLE_OK ? code : refused;
+        failure = failure == CURLE_OK ? code : failure;
     };
     set(CURLOPT_URL, plan.url.text().c_str());
     set(CURLOPT_PROTOCOLS_STR, secure ? "https" : "http");
@@ -59,7 +59,7 @@ CURLcode setCurlOptions(CurlTransfer& transfer, const TrustStore& trust) {
     set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
     if (!trust.bundleFile.empty()) {
         set(CURLOPT_CAINFO, trust.bundleFile.c_str());
-        // A folder beside the file would add nothing, and keep libcurl from sharing the parsed file among
+        // A folder as well would add nothing, and would keep libcurl from sharing the parsed file between
         // connections.
         set(CURLOPT_CAPATH, static_cast<const char*>(nullptr));
     } else if (!trust.hashedFolder.empty()) {
@@ -80,16 +80,16 @@ CURLcode setCurlOptions(CurlTransfer& transfer, const TrustStore& trust) {
     }
     curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(easy, CURLOPT_ACCEPT_ENCODING, "");
-    // A name server that is silent holds up neither the other requests nor the end.
+    // A silent name server delays neither other requests nor the end of the client.
     curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);
 
     curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 1L);
-    curl_easy_setopt(easy, CURLOPT_MAXREDIRS, mostRedirects);
+    curl_easy_setopt(easy, CURLOPT_MAXREDIRS, maxRedirects);
     curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, secure ? openSocket : openLoopbackSocket);
     curl_easy_setopt(easy, CURLOPT_OPENSOCKETDATA, &transfer);
     if (secure) {
         curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS));
-        // Rather wait for a connection that may carry many requests than open one more for each.
+        // Wait for a connection that may turn out to multiplex rather than open another one.
         curl_easy_setopt(easy, CURLOPT_PIPEWAIT, 1L);
     } else {
         curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
@@ -98,7 +98,7 @@ CURLcode setCurlOptions(CurlTransfer& transfer, const TrustStore& trust) {
 
     curl_easy_setopt(easy, CURLOPT_PROXY_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
 
-    curl_easy_setopt(easy, CURLOPT_PREREQFUNCTION, CurlTransfer::countSending);
+    curl_easy_setopt(easy, CURLOPT_PREREQFUNCTION, CurlTransfer::onSending);
     curl_easy_setopt(easy, CURLOPT_PREREQDATA, &transfer);
     curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, CurlTransfer::receiveBody);
     curl_easy_setopt(easy, CURLOPT_WRITEDATA, &transfer);
@@ -106,7 +106,31 @@ CURLcode setCurlOptions(CurlTransfer& transfer, const TrustStore& trust) {
     curl_easy_setopt(easy, CURLOPT_HEADERDATA, &transfer);
     curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, transfer.error.data());
     curl_easy_setopt(easy, CURLOPT_PRIVATE, &transfer);
-    return refused;
+    if (failure != CURLE_OK) {
+        return Unexpected(failure);
+    }
+    return {};
+}
+
+}  // namespace
+
+Result<void, CURLcode> prepare(CurlTransfer& transfer, const TrustStore& trust) {
+    CURL* const easy = transfer.easy.get();
+    const WaitingRequest& request = transfer.request;
+    if (transfer.configuredFor != request.plan) {
+        transfer.configuredFor.reset();
+        curl_easy_reset(easy);
+        if (Result<void, CURLcode> isSet = setOptions(transfer, trust); !isSet) {
+            return isSet;
+        }
+        transfer.configuredFor = request.plan;
+    }
+    if (request.plan->method == HttpMethod::post) {
+        curl_easy_setopt(easy, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(request.body.size()));
+        curl_easy_setopt(easy, CURLOPT_POSTFIELDS, request.body.data());
+    }
+    transfer.reset();
+    return {};
 }
 
 }  // namespace vorna
