@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <tools/lint/Options.h>
+
 #include <tools/lint/Rules.h>
 
 #include <CLI/CLI.hpp>
+
 #include <algorithm>
 
 namespace vorna::lint {
@@ -11,14 +13,15 @@ namespace {
 constexpr int usageStatus = 2;
 
 constexpr const char* description = "Checks documents that describe a paywall (a JSON object) or an "
-                                    "onboarding (a JSON array): says which screens\n"
-                                    "will not be shown, and what will be drawn otherwise than meant.";
+                                    "onboarding (a JSON array):\n"
+                                    "reports screens that will not be shown, and what will look wrong.";
 
-constexpr const char* footer = "Exit status: 0 without findings, 1 with findings, 2 when a file cannot be "
-                               "read or the command line is wrong.";
+constexpr const char* footer = "Exit status: 0 without findings, 1 with findings, 2 if a file cannot be "
+                               "read or for a usage error.";
 
-EarlyExit mistake(const std::string& text) {
-    return {usageStatus, "vorna-lint: " + text + "\nRun with --help for more information.\n"};
+Unexpected<EarlyExit> usageError(const std::string& text) {
+    return Unexpected(
+        EarlyExit{usageStatus, "vorna-lint: " + text + "\nRun with --help for more information.\n"});
 }
 
 std::string listOfRules() {
@@ -37,7 +40,7 @@ std::string listOfRules() {
 
 }  // namespace
 
-std::variant<Options, EarlyExit> readOptions(int argumentCount, const char* const* arguments) {
+Result<Options, EarlyExit> readOptions(int argumentCount, const char* const* arguments) {
     Options options;
     std::string kind;
     std::string format;
@@ -48,29 +51,29 @@ std::variant<Options, EarlyExit> readOptions(int argumentCount, const char* cons
     app.get_formatter()->column_width(26);
     auto* const files =
         app.add_option("FILE", options.files, "Documents to check; - is standard input")->type_name("");
-    app.add_option("--kind", kind, "What the documents are (default: what their shape says)")
+    app.add_option("--kind", kind, "Kind of the documents (default: told from their shape)")
         ->type_name("paywall|onboarding")
         ->check(CLI::IsMember(std::vector<std::string>{"paywall", "onboarding"}).description(""));
-    app.add_option("--format", format, "How findings are printed (default: human)")
+    app.add_option("--format", format, "Output format (default: human)")
         ->type_name("human|json")
         ->check(CLI::IsMember(std::vector<std::string>{"human", "json"}).description(""));
-    app.add_flag("--rules", listsRules, "List the codes of all findings and end");
-    app.set_version_flag("--version", std::string("vorna-lint ") + VORNA_VERSION, "Say the version and end");
+    app.add_flag("--rules", listsRules, "List all finding codes and exit");
+    app.set_version_flag("--version", std::string("vorna-lint ") + VORNA_VERSION, "Print version and exit");
 
     try {
         app.parse(argumentCount, arguments);
     } catch (const CLI::CallForVersion& version) {
-        return EarlyExit{0, std::string(version.what()) + "\n"};
+        return Unexpected(EarlyExit{0, std::string(version.what()) + "\n"});
     } catch (const CLI::Success&) {
-        return EarlyExit{0, app.help()};
+        return Unexpected(EarlyExit{0, app.help()});
     } catch (const CLI::ParseError& error) {
-        return mistake(error.what());
+        return usageError(error.what());
     }
     if (listsRules) {
-        return EarlyExit{0, listOfRules()};
+        return Unexpected(EarlyExit{0, listOfRules()});
     }
     if (files->empty()) {
-        return mistake("no FILE given");
+        return usageError("no FILE given");
     }
     if (!kind.empty()) {
         options.kind = kind == name(DocumentKind::paywall) ? DocumentKind::paywall : DocumentKind::onboarding;

@@ -1,30 +1,35 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+/// The command line of vorna-lint.
+
 #include <tools/lint/Document.h>
+
+#include <vorna/base/Result.h>
 
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 namespace vorna::lint {
 
 enum class Format { human, json };
 
-// What the command line asks for.
 struct Options {
-    std::vector<std::string> files;    // never empty; "-" is standard input
-    std::optional<DocumentKind> kind;  // otherwise each document's shape tells
+    /// Never empty; "-" is standard input.
+    std::vector<std::string> files;
+    /// By default, that of each document's shape.
+    std::optional<DocumentKind> kind;
     Format format = Format::human;
 };
 
-// The program ends here: after --help and the like, or because of a mistake on the command line.
+/// The program exits early: after --help and the like, or because of a usage error.
 struct EarlyExit {
     int status = 0;
-    std::string output;  // for standard output when the status is 0, for standard error otherwise
+    /// For standard output if the status is 0, for standard error otherwise.
+    std::string output;
 };
 
-[[nodiscard]] std::variant<Options, EarlyExit> readOptions(int argumentCount, const char* const* arguments);
+[[nodiscard]] Result<Options, EarlyExit> readOptions(int argumentCount, const char* const* arguments);
 
 }  // namespace vorna::lint

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <fcntl.h>
 #include <tools/lint/Lint.h>
 #include <tools/lint/Options.h>
 #include <tools/lint/Report.h>
+
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -11,18 +12,19 @@
 #include <iostream>
 #include <string>
 #include <system_error>
-#include <variant>
 #include <vector>
 
 namespace {
 
 using namespace vorna::lint;
+using vorna::Result;
+using vorna::Unexpected;
 
 constexpr int findingsStatus = 1;
 constexpr int unreadableStatus = 2;
 
-// What the file holds, or why it cannot be read.
-std::variant<std::string, std::error_code> contents(const std::string& file) {
+/// The contents of a file, or of standard input for "-".
+Result<std::string, std::error_code> contents(const std::string& file) {
     const bool isInput = file == "-";
     const int descriptor = isInput ? STDIN_FILENO : ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
     std::string text;
@@ -41,7 +43,7 @@ std::variant<std::string, std::error_code> contents(const std::string& file) {
         ::close(descriptor);
     }
     if (problem) {
-        return problem;
+        return Unexpected(problem);
     }
     return text;
 }
@@ -50,14 +52,13 @@ int check(const Options& options) {
     std::vector<CheckedDocument> documents;
     bool unreadable = false;
     for (const std::string& file : options.files) {
-        const auto reading = contents(file);
-        if (const auto* const problem = std::get_if<std::error_code>(&reading)) {
-            std::cerr << "vorna-lint: " << file << ": " << problem->message() << '\n';
+        const auto text = contents(file);
+        if (!text) {
+            std::cerr << "vorna-lint: " << file << ": " << text.error().message() << '\n';
             unreadable = true;
             continue;
         }
-        documents.push_back(
-            {file == "-" ? "<stdin>" : file, lint(std::get<std::string>(reading), options.kind)});
+        documents.push_back({file == "-" ? "<stdin>" : file, lint(*text, options.kind)});
     }
     std::cout << (options.format == Format::json ? jsonReport(documents) : humanReport(documents))
               << std::flush;
@@ -74,12 +75,12 @@ int check(const Options& options) {
 
 int main(int argumentCount, char** arguments) {
     try {
-        auto reading = readOptions(argumentCount, arguments);
-        if (const auto* exit = std::get_if<EarlyExit>(&reading)) {
-            (exit->status == 0 ? std::cout : std::cerr) << exit->output;
-            return exit->status;
+        const auto options = readOptions(argumentCount, arguments);
+        if (!options) {
+            (options.error().status == 0 ? std::cout : std::cerr) << options.error().output;
+            return options.error().status;
         }
-        return check(std::get<Options>(reading));
+        return check(*options);
     } catch (const std::exception& error) {
         std::cerr << "vorna-lint: " << error.what() << '\n';
         return unreadableStatus;

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <gmock/gmock.h>
 #include <tools/lint/Options.h>
+
 #include <tools/lint/Rules.h>
+
+#include <gmock/gmock.h>
 
 #include <vector>
 
@@ -11,24 +13,23 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-std::variant<Options, EarlyExit> read(std::vector<const char*> arguments) {
+Result<Options, EarlyExit> read(std::vector<const char*> arguments) {
     arguments.insert(arguments.begin(), "vorna-lint");
     return readOptions(static_cast<int>(arguments.size()), arguments.data());
 }
 
 Options options(std::vector<const char*> arguments) {
-    auto reading = read(std::move(arguments));
-    if (const auto* exit = std::get_if<EarlyExit>(&reading)) {
-        ADD_FAILURE() << exit->output;
+    auto options = read(std::move(arguments));
+    if (!options) {
+        ADD_FAILURE() << options.error().output;
         return {};
     }
-    return std::get<Options>(reading);
+    return *options;
 }
 
 EarlyExit exitOf(std::vector<const char*> arguments) {
-    auto reading = read(std::move(arguments));
-    const auto* exit = std::get_if<EarlyExit>(&reading);
-    return exit != nullptr ? *exit : EarlyExit{-1, "accepted"};
+    const auto options = read(std::move(arguments));
+    return options ? EarlyExit{-1, "accepted"} : options.error();
 }
 
 TEST(LintOptions, HaveDefaults) {
@@ -73,10 +74,10 @@ TEST(LintOptions, TheVersionIsThatOfTheProject) {
     EXPECT_EQ(version.output, "vorna-lint " VORNA_VERSION "\n");
 }
 
-TEST(LintOptions, MistakesAreNamedAndEndTheProgram) {
+TEST(LintOptions, UsageErrorsAreReported) {
     struct Row {
         std::vector<const char*> arguments;
-        const char* complaint;
+        const char* message;
     };
 
     const std::vector<Row> rows = {
@@ -87,10 +88,10 @@ TEST(LintOptions, MistakesAreNamedAndEndTheProgram) {
         {{"--format", "xml", "a"}, "--format"},
         {{"a", "--no-such-option"}, "--no-such-option"},
     };
-    for (const auto& [arguments, complaint] : rows) {
+    for (const auto& [arguments, message] : rows) {
         const EarlyExit exit = exitOf(arguments);
-        EXPECT_EQ(exit.status, 2) << complaint;
-        EXPECT_THAT(exit.output, HasSubstr(complaint));
+        EXPECT_EQ(exit.status, 2) << message;
+        EXPECT_THAT(exit.output, HasSubstr(message));
     }
 }
 
