@@ -353,7 +353,7 @@ TEST_F(RemoteConfigFetch, SendsNothingWhenTheRequestCannotBeEncoded) {
     EXPECT_EQ(happened_, Lines{});
     EXPECT_EQ(lines(),
               (Lines{"[VornaSDK] Error serializing request body: deviceData.screenWidth: JSON cannot "
-                     "hold the number"}));
+                     "represent the number"}));
 }
 
 TEST_F(RemoteConfigFetch, IsDroppedWithoutAWordWhenTheHelperGoesBeforeTheAnswer) {

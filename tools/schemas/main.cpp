@@ -18,7 +18,7 @@ constexpr int usageStatus = 2;
 
 constexpr std::string_view usage =
     "Usage: vorna-schema paywall|onboarding     print the JSON Schema of such documents\n"
-    "       vorna-schema tables FILE            print a Markdown file with its generated tables up to date\n";
+    "       vorna-schema tables FILE            print a Markdown file with its generated tables updated\n";
 
 int printTables(const std::string& file) {
     std::ifstream stream(file, std::ios::binary);
