@@ -82,10 +82,10 @@ std::optional<InClient> bytesPerWaitingRequest(const Platform& platform, const s
         json::Encoded encoded =
             encode(EventData{std::string(sample.name), now, now, std::string(sample.customValue.value_or("")),
                              collector.collect(state.description())});
-        std::string* const body = std::get_if<std::string>(&encoded);
-        if (body == nullptr) {
+        if (!encoded) {
             return false;
         }
+        std::string* const body = &*encoded;
         bodies += static_cast<double>(body->size());
         platform.httpClient->start(HttpRequest{.url = *address,
                                                .method = HttpMethod::post,

@@ -78,7 +78,7 @@ struct Parts {
 void measureParts(BenchWindow& window, const std::string& document, Parts& parts) {
     const std::int64_t began = nanosecondsNow();
     const auto decoded = PaywallParameters::decode(document);
-    const auto& paywall = std::get<PaywallParameters>(decoded);
+    const PaywallParameters& paywall = *decoded;
     used(missingFields(paywall));
     const std::int64_t read = nanosecondsNow();
     const auto screen = std::make_shared<ui::PaywallScreenViewController>(paywall);

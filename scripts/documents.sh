@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# Checks the documents under examples/documents: vorna-lint must find nothing in them, except in each bad-NAME.json
-# exactly the codes that bad-NAME.expected lists.   documents.sh [VORNA-LINT]
+# Checks the documents under examples/documents: vorna-lint must have no findings, except for each bad-NAME.json exactly
+# those whose codes bad-NAME.expected lists.   documents.sh [VORNA-LINT]
 set -euo pipefail
 program=$(readlink -f "${1:-"$(dirname "$0")/../build/dev/tools/lint/vorna-lint"}")
 cd "$(dirname "$(readlink -f "$0")")/../examples/documents"
@@ -18,7 +18,7 @@ for document in paywall/*.json onboarding/*.json; do
         bad=$((bad + 1))
         codes=$(sed -nE 's/^.*: (error|warning): .* \[([a-z-]+)\]$/\2/p' <<<"$found")
         if [ "$status" -ne 1 ] || [ "$codes" != "$(cat "${document%.json}.expected")" ]; then
-            echo "$document: not the findings that are expected (status $status):" >&2
+            echo "$document: unexpected findings (status $status):" >&2
             diff --label "${document%.json}.expected" --label found -u "${document%.json}.expected" - <<<"$codes" >&2 || true
             failed=1
         fi
@@ -35,7 +35,7 @@ done
 for expected in */*.expected; do
     [ -e "${expected%.expected}.json" ] || { echo "$expected has no document" >&2; failed=1; }
 done
-# The example that the documentation begins with.
+# The example at the beginning of the documentation.
 if ! found=$(sed -n '/^```json$/,/^```$/p' ../../docs/documents.md | grep -v '^```' | "$program" -); then
     echo "docs/documents.md: $found" >&2
     failed=1

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# What is generated from the library's tables of fields: the JSON Schemas in docs/schemas and the tables in
+# The files that are generated from the library's tables of fields: the JSON Schemas in docs/schemas and the tables in
 # docs/documents.md.   schemas.sh write|check [VORNA-SCHEMA]
-# "write" brings them up to date, "check" shows what is not.
+# "write" updates them, "check" reports those that are out of date.
 set -euo pipefail
 what=${1:-}
 program=$(readlink -f "${2:-"$(dirname "$0")/../build/dev/tools/schemas/vorna-schema"}")
@@ -12,10 +12,13 @@ cd "$(dirname "$(readlink -f "$0")")/.."
 fresh=$(mktemp)
 trap 'rm -f "$fresh"' EXIT
 stale=0
-bring() {  # FILE ARGUMENT...: the file should hold what the program prints with these arguments
+schema() {  # KIND: prints the schema, indented
+    "$program" "$1" | python3 -m json.tool --indent 2 --no-ensure-ascii
+}
+update() {  # FILE COMMAND...: the file should contain the output of the command
     local file=$1
     shift
-    "$program" "$@" >"$fresh"
+    "$@" >"$fresh"
     cmp --silent "$fresh" "$file" && return
     if [ "$what" = write ]; then
         cp "$fresh" "$file"
@@ -26,7 +29,7 @@ bring() {  # FILE ARGUMENT...: the file should hold what the program prints with
         stale=1
     fi
 }
-bring docs/schemas/paywall.schema.json paywall
-bring docs/schemas/onboarding.schema.json onboarding
-bring docs/documents.md tables docs/documents.md
+update docs/schemas/paywall.schema.json schema paywall
+update docs/schemas/onboarding.schema.json schema onboarding
+update docs/documents.md "$program" tables docs/documents.md
 exit "$stale"

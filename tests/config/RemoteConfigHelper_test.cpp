@@ -114,7 +114,7 @@ TEST_F(RemoteConfigFetch, PostsTheDeviceDataWithATimeoutOfFiveSecondsAndNoHeader
     EXPECT_EQ(request.method, HttpMethod::post);
     EXPECT_EQ(request.timeout, std::chrono::seconds(5));
     EXPECT_EQ(request.headers, (std::vector<HttpHeader>{{"Content-Type", "application/json"}}));
-    EXPECT_EQ(request.body, std::get<std::string>(encodeRemoteConfigRequest({data_.deviceData})));
+    EXPECT_EQ(request.body, encodeRemoteConfigRequest({data_.deviceData}).value());
     EXPECT_EQ(request.responseLimit, 16U * 1024 * 1024);
     EXPECT_EQ(lines(), Lines{});
 }
@@ -353,7 +353,7 @@ TEST_F(RemoteConfigFetch, SendsNothingWhenTheRequestCannotBeEncoded) {
     EXPECT_EQ(happened_, Lines{});
     EXPECT_EQ(lines(),
               (Lines{"[VornaSDK] Error serializing request body: deviceData.screenWidth: JSON cannot "
-                     "hold the number"}));
+                     "represent the number"}));
 }
 
 TEST_F(RemoteConfigFetch, IsDroppedWithoutAWordWhenTheHelperGoesBeforeTheAnswer) {

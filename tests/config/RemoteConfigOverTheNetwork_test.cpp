@@ -15,7 +15,6 @@
 #include <chrono>
 #include <ostream>
 #include <string>
-#include <variant>
 #include <vector>
 
 namespace vorna {
@@ -40,8 +39,7 @@ TEST_F(RemoteConfigOverTheNetwork, SendsThePostThatTheServiceExpectsAndNothingTh
     const std::string request = server.received().front();
     const std::size_t endOfHead = request.find("\r\n\r\n");
     ASSERT_NE(endOfHead, std::string::npos);
-    EXPECT_EQ(request.substr(endOfHead + 4),
-              std::get<std::string>(encodeRemoteConfigRequest({data_.deviceData})));
+    EXPECT_EQ(request.substr(endOfHead + 4), encodeRemoteConfigRequest({data_.deviceData}).value());
     Lines head = linesOf(request.substr(0, endOfHead));
     EXPECT_EQ(head.front(), "POST /v1/config HTTP/1.1\r");
     std::vector<std::string> names;
@@ -124,7 +122,7 @@ TEST_F(RemoteConfigOverTheNetwork, TakesATableOfAHundredThousandKeys) {
         const std::string key = "key_" + std::to_string(index);
         configs.emplace(key, "value of " + key);
     }
-    const auto body = std::get<std::string>(json::encode(RemoteConfigResponse{configs}));
+    const auto body = json::encode(RemoteConfigResponse{configs}).value();
     RawServer server([&](RawServer::Connection& connection) {
         connection.readRequest();
         connection.send(RawServer::httpAnswer(200, body));

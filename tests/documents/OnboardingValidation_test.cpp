@@ -9,7 +9,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <variant>
 #include <vector>
 
 namespace vorna {
@@ -26,13 +25,17 @@ using testing::UnorderedElementsAreArray;
 using Names = std::vector<std::string>;
 
 OnboardingStepsParameters stepOf(const std::string& text) {
-    return std::get<std::vector<OnboardingStepsParameters>>(decodeOnboardingSteps("[" + text + "]")).front();
+    return decodeOnboardingSteps("[" + text + "]").value().front();
 }
 
-/// What is missing in a step of the type when all is there but what is given otherwise.
+Names namesOf(const OnboardingStepsParameters& step) {
+    return listedNames(missingFields(step));
+}
+
+/// What is missing in a complete step of the type with the given values changed.
 Names missingWith(const char* type, Values otherwise) {
     otherwise.try_emplace("type", jsonText(type));
-    return missingFields(stepOf(filledObject(onboardingStepFields(), otherwise)));
+    return namesOf(stepOf(filledObject(onboardingStepFields(), otherwise)));
 }
 
 const std::vector<const char*> needed = {"media",
@@ -62,20 +65,20 @@ const std::vector<const char*> notNeededOfProducts = {
     "tagSelectedColor", "tagUnselectedColor",  "descriptionText",    "badgeTextColor",
     "tagTextColor",     "descriptionTextColor"};
 
-TEST(OnboardingValidation, FindsNothingMissingInAWholeStep) {
+TEST(OnboardingValidation, AcceptsACompleteStep) {
     EXPECT_THAT(missingWith("basic", {}), IsEmpty());
     EXPECT_THAT(missingWith("paywall", {}), IsEmpty());
 }
 
-TEST(OnboardingValidation, NamesAllThatAnEmptyStepLacks) {
-    EXPECT_THAT(missingFields(stepOf("{}")),
+TEST(OnboardingValidation, ListsEverythingMissingFromAnEmptyStep) {
+    EXPECT_THAT(namesOf(stepOf("{}")),
                 ElementsAre("actionButtonColor1", "actionButtonColor2", "backgroundColor", "buttonTitle",
                             "buttonTitleColor", "heading", "headingColor", "media", "title", "titleColor",
                             "type (geçersiz)"));
 }
 
-TEST(OnboardingValidation, NamesAllThatAnEmptyPaywallStepLacks) {
-    EXPECT_THAT(missingFields(stepOf(R"({"type":"paywall"})")),
+TEST(OnboardingValidation, ListsEverythingMissingFromAnEmptyPaywallStep) {
+    EXPECT_THAT(namesOf(stepOf(R"({"type":"paywall"})")),
                 ElementsAre("actionButtonColor1", "actionButtonColor2", "backgroundColor", "buttonTitle",
                             "buttonTitleColor", "footNote", "footNoteColor", "heading", "headingColor",
                             "media", "paidProducts (boş)", "privacyPolicy", "privacyPolicyColor",
@@ -83,7 +86,7 @@ TEST(OnboardingValidation, NamesAllThatAnEmptyPaywallStepLacks) {
                             "title", "titleColor"));
 }
 
-TEST(OnboardingValidation, NamesEachTextThatIsBlankOnEveryStep) {
+TEST(OnboardingValidation, ListsBlankTextsOnEveryStep) {
     for (const char* const key : needed) {
         for (const char* const type : {"basic", "paywall"}) {
             EXPECT_THAT(missingWith(type, {{key, "null"}}), ElementsAre(key));
@@ -99,7 +102,7 @@ TEST(OnboardingValidation, NamesEachTextThatIsBlankOnEveryStep) {
     }
 }
 
-TEST(OnboardingValidation, AsksForMoreOnAPaywallStepAlone) {
+TEST(OnboardingValidation, RequiresMoreOnlyOnPaywallSteps) {
     for (const char* const key : neededOnPaywallSteps) {
         EXPECT_THAT(missingWith("paywall", {{key, jsonText(" \u2029")}}), ElementsAre(key));
         EXPECT_THAT(missingWith("basic", {{key, jsonText("")}}), IsEmpty());
@@ -107,7 +110,7 @@ TEST(OnboardingValidation, AsksForMoreOnAPaywallStepAlone) {
     }
 }
 
-TEST(OnboardingValidation, NeverAsksForLinesNorForTheCloseButton) {
+TEST(OnboardingValidation, NeverRequiresLinesOrTheCloseButton) {
     for (const char* const type : {"basic", "paywall"}) {
         EXPECT_THAT(missingWith(type, {{"details", "[]"},
                                        {"detailsColor", jsonText("")},
@@ -117,7 +120,7 @@ TEST(OnboardingValidation, NeverAsksForLinesNorForTheCloseButton) {
     }
 }
 
-TEST(OnboardingValidation, TakesTheTypeLetterForLetter) {
+TEST(OnboardingValidation, ComparesTheTypeExactly) {
     for (const char* const type :
          {"", " basic", "basic ", "Basic", "BASIC", "Paywall", "paywall\n", "bas", "basicx"}) {
         EXPECT_THAT(missingWith(type, {}), ElementsAre("type (geçersiz)")) << jsonText(type);
@@ -126,7 +129,7 @@ TEST(OnboardingValidation, TakesTheTypeLetterForLetter) {
     EXPECT_THAT(missingWith("", {{"type", R"("basic\u0000")"}}), ElementsAre("type (geçersiz)"));
 }
 
-TEST(OnboardingValidation, LooksAtProductsOnAPaywallStepAlone) {
+TEST(OnboardingValidation, ChecksProductsOnlyOnPaywallSteps) {
     const auto products = [](const Values& otherwise) {
         const std::string product = filledObject(paidProductFields(), otherwise);
         return Values{{"paidProducts", "[" + product + "," + product + "]"}};
@@ -145,7 +148,15 @@ TEST(OnboardingValidation, LooksAtProductsOnAPaywallStepAlone) {
     EXPECT_THAT(missingWith("basic", {{"paidProducts", "[]"}}), IsEmpty());
 }
 
-TEST(OnboardingValidation, PrintsTheNamesWhateverTheSwitchSays) {
+TEST(OnboardingValidation, ReportsPathsAndReasons) {
+    const std::string step = filledObject(
+        onboardingStepFields(), {{"type", jsonText("Basic")}, {"media", "null"}, {"paidProducts", "[]"}});
+    EXPECT_THAT(missingFields(stepOf(step)),
+                ElementsAre(MissingField{json::Path{"type"}, MissingField::Reason::unknownType},
+                            MissingField{json::Path{"media"}, MissingField::Reason::blank}));
+}
+
+TEST(OnboardingValidation, PrintsNamesRegardlessOfTheDebugSwitch) {
     const OnboardingStepsParameters whole = stepOf(filledObject(onboardingStepFields()));
     const OnboardingStepsParameters poor = stepOf(filledObject(
         onboardingStepFields(), {{"type", jsonText("")}, {"media", "null"}, {"heading", "null"}}));

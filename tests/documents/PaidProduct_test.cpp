@@ -8,7 +8,6 @@
 #include <concepts>
 #include <optional>
 #include <string>
-#include <variant>
 
 namespace vorna {
 namespace {
@@ -19,7 +18,7 @@ using test::sampleProduct;
 
 static_assert(!std::default_initializable<PaidProduct>);
 
-TEST(PaidProduct, TakesAllValuesInTheOrderOfTheDocument) {
+TEST(PaidProduct, ConstructorTakesAllValuesInTheOrderOfTheDocument) {
     const PaidProduct product = sampleProduct();
     EXPECT_EQ(product.title, "of title");
     EXPECT_EQ(product.price, "of price");
@@ -42,13 +41,13 @@ TEST(PaidProduct, TakesAllValuesInTheOrderOfTheDocument) {
     EXPECT_EQ(product.descriptionTextColor, "of descriptionTextColor");
 }
 
-TEST(PaidProduct, IsEncodedInThatOrderAndReadsBack) {
-    const std::string text = std::get<std::string>(encode(sampleProduct()));
+TEST(PaidProduct, IsEncodedInThatOrderAndRestored) {
+    const std::string text = encode(sampleProduct()).value();
     EXPECT_EQ(text, filledObject(paidProductFields()));
-    EXPECT_EQ(std::get<PaidProduct>(PaidProduct::decode(text)), sampleProduct());
+    EXPECT_EQ(PaidProduct::decode(text).value(), sampleProduct());
 }
 
-TEST(PaidProduct, LeavesOutTheTextsThatAreAbsent) {
+TEST(PaidProduct, OmitsAbsentTexts) {
     PaidProduct product = sampleProduct();
     for (std::optional<std::string> PaidProduct::*member :
          {&PaidProduct::tagText, &PaidProduct::badgeText, &PaidProduct::badgeSelectedColor,
@@ -58,7 +57,7 @@ TEST(PaidProduct, LeavesOutTheTextsThatAreAbsent) {
         product.*member = std::nullopt;
     }
     EXPECT_EQ(
-        std::get<std::string>(encode(product)),
+        encode(product).value(),
         R"({"title":"of title","price":"of price","identifier":"of identifier",)"
         R"("selectedBackgroundColor":"of selectedBackgroundColor",)"
         R"("unselectedBackgroundColor":"of unselectedBackgroundColor",)"
@@ -66,8 +65,8 @@ TEST(PaidProduct, LeavesOutTheTextsThatAreAbsent) {
         R"("titleColor":"of titleColor","priceColor":"of priceColor"})");
 }
 
-TEST(PaidProduct, HoldsAnEmptyTextForWhatIsAbsentInADocument) {
-    const PaidProduct product = std::get<PaidProduct>(PaidProduct::decode(R"({"tagText":null})"));
+TEST(PaidProduct, HasEmptyTextsForAbsentKeys) {
+    const PaidProduct product = PaidProduct::decode(R"({"tagText":null})").value();
     EXPECT_EQ(product.tagText, "");
     EXPECT_EQ(product.tagSelectedColor, "");
     EXPECT_EQ(product.title, "");
@@ -76,7 +75,7 @@ TEST(PaidProduct, HoldsAnEmptyTextForWhatIsAbsentInADocument) {
 TEST(PaidProduct, CannotBeEncodedWithTextThatIsNotUtf8) {
     PaidProduct product = sampleProduct();
     product.badgeText = "\xFF";
-    EXPECT_EQ(std::get<json::EncodingError>(encode(product)).description, "badgeText: the text is not UTF-8");
+    EXPECT_EQ(json::describe(encode(product).error()), "badgeText: the text is not UTF-8");
 }
 
 }  // namespace

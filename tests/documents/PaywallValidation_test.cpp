@@ -9,7 +9,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <variant>
 #include <vector>
 
 namespace vorna {
@@ -25,15 +24,15 @@ using testing::IsEmpty;
 using Names = std::vector<std::string>;
 
 Names missingOf(const std::string& text) {
-    return missingFields(std::get<PaywallParameters>(PaywallParameters::decode(text)));
+    return listedNames(missingFields(PaywallParameters::decode(text).value()));
 }
 
-/// What is missing when all is there but what is given otherwise.
+/// What is missing in a complete document with the given values changed.
 Names missingWith(const Values& otherwise) {
     return missingOf(filledObject(paywallFields(), otherwise));
 }
 
-/// The same, for a field of the second of two products.
+/// The same with values of the second of two products changed.
 Names missingWithProduct(const Values& otherwise) {
     return missingWith({{"paidProducts", "[" + filledObject(paidProductFields()) + "," +
                                              filledObject(paidProductFields(), otherwise) + "]"}});
@@ -70,11 +69,11 @@ const std::vector<const char*> notNeededOfProducts = {
     "tagSelectedColor", "tagUnselectedColor",  "descriptionText",    "badgeTextColor",
     "tagTextColor",     "descriptionTextColor"};
 
-TEST(PaywallValidation, FindsNothingMissingInAWholeDocument) {
+TEST(PaywallValidation, AcceptsACompleteDocument) {
     EXPECT_THAT(missingWith({}), IsEmpty());
 }
 
-TEST(PaywallValidation, NamesAllThatAnEmptyDocumentLacks) {
+TEST(PaywallValidation, ListsEverythingMissingFromAnEmptyDocument) {
     EXPECT_THAT(missingOf("{}"),
                 ElementsAre("actionButtonColor1", "actionButtonColor2", "backgroundColor", "buttonTitle",
                             "buttonTitleColor", "details", "detailsColor", "footNote", "footNoteColor",
@@ -83,7 +82,7 @@ TEST(PaywallValidation, NamesAllThatAnEmptyDocumentLacks) {
                             "termsOfUseColor"));
 }
 
-TEST(PaywallValidation, NamesEachTextThatIsBlank) {
+TEST(PaywallValidation, ListsBlankTexts) {
     for (const char* const key : needed) {
         EXPECT_THAT(missingWith({{key, "null"}}), ElementsAre(key));
         EXPECT_THAT(missingWith({{key, jsonText("")}}), ElementsAre(key));
@@ -97,17 +96,17 @@ TEST(PaywallValidation, NamesEachTextThatIsBlank) {
     }
 }
 
-TEST(PaywallValidation, DoesNotAskForTheCloseButton) {
+TEST(PaywallValidation, DoesNotRequireTheCloseButton) {
     EXPECT_THAT(missingWith({{"exitButtonColor", jsonText("")}, {"exitButtonDelay", "-1"}}), IsEmpty());
 }
 
-TEST(PaywallValidation, AsksForALineAndAProduct) {
+TEST(PaywallValidation, RequiresALineAndAProduct) {
     EXPECT_THAT(missingWith({{"details", "[]"}}), ElementsAre("details"));
     EXPECT_THAT(missingWith({{"details", R"([""])"}}), IsEmpty());
     EXPECT_THAT(missingWith({{"paidProducts", "[]"}}), ElementsAre("paidProducts (boş)"));
 }
 
-TEST(PaywallValidation, NamesEachBlankTextOfAProduct) {
+TEST(PaywallValidation, ListsBlankTextsOfProducts) {
     for (const char* const key : neededOfProducts) {
         EXPECT_THAT(missingWithProduct({{key, jsonText(" \u3000 ")}}),
                     ElementsAre("paidProducts[1]." + std::string(key)));
@@ -117,7 +116,7 @@ TEST(PaywallValidation, NamesEachBlankTextOfAProduct) {
     }
 }
 
-TEST(PaywallValidation, SortsByTheBytesOfTheNames) {
+TEST(PaywallValidation, SortsNamesByTheirBytes) {
     std::string products = "[";
     for (int index = 0; index < 11; ++index) {
         products += (index > 0 ? "," : "") +
@@ -134,25 +133,27 @@ TEST(PaywallValidation, SortsByTheBytesOfTheNames) {
                     "paidProducts[8].priceColor"));
 }
 
-TEST(PaywallValidation, JudgesNeitherColoursNorTheSelection) {
+TEST(PaywallValidation, ChecksNeitherColoursNorTheSelection) {
     EXPECT_THAT(missingWith({{"headingColor", jsonText("no colour")},
                              {"selectedPaidProduct", jsonText("no product")}}),
                 IsEmpty());
 }
 
-/// What validation prints, and whether it returns what it should.
+/// What validation prints; checks what it returns.
 std::string printedBy(const PaywallParameters& paywall) {
     testing::internal::CaptureStdout();
     const Names names = validate(paywall);
     std::string printed = testing::internal::GetCapturedStdout();
-    EXPECT_EQ(names, missingFields(paywall));
+    EXPECT_EQ(names, listedNames(missingFields(paywall)));
     return printed;
 }
 
-TEST(PaywallValidation, PrintsTheNamesWhateverTheSwitchSays) {
-    const auto whole = std::get<PaywallParameters>(PaywallParameters::decode(filledObject(paywallFields())));
-    const auto poor = std::get<PaywallParameters>(PaywallParameters::decode(
-        filledObject(paywallFields(), {{"media", "null"}, {"heading", "null"}, {"paidProducts", "[]"}})));
+TEST(PaywallValidation, PrintsNamesRegardlessOfTheDebugSwitch) {
+    const auto whole = PaywallParameters::decode(filledObject(paywallFields())).value();
+    const auto poor =
+        PaywallParameters::decode(
+            filledObject(paywallFields(), {{"media", "null"}, {"heading", "null"}, {"paidProducts", "[]"}}))
+            .value();
     for (const bool isOn : {false, true}) {
         log::enabled = isOn;
         EXPECT_EQ(printedBy(whole), "[]\n");
@@ -160,7 +161,28 @@ TEST(PaywallValidation, PrintsTheNamesWhateverTheSwitchSays) {
     }
 }
 
-TEST(PaywallValidation, PrintsNothingWhenOnlyAsked) {
+TEST(PaywallValidation, ReportsPathsAndReasons) {
+    const auto paywall = PaywallParameters::decode(
+                             filledObject(paywallFields(), {{"heading", jsonText(" ")}, {"details", "[]"}}))
+                             .value();
+    EXPECT_THAT(missingFields(paywall),
+                ElementsAre(MissingField{json::Path{"heading"}, MissingField::Reason::blank},
+                            MissingField{json::Path{"details"}, MissingField::Reason::noLines}));
+    const auto empty = missingFields(PaywallParameters::decode("{}").value());
+    EXPECT_THAT(
+        empty, testing::Contains(MissingField{json::Path{"paidProducts"}, MissingField::Reason::noProducts}));
+    const auto products =
+        PaywallParameters::decode(
+            filledObject(
+                paywallFields(),
+                {{"paidProducts", "[" + filledObject(paidProductFields()) + "," +
+                                      filledObject(paidProductFields(), {{"price", "null"}}) + "]"}}))
+            .value();
+    EXPECT_THAT(missingFields(products), ElementsAre(MissingField{json::Path{"paidProducts", 1U, "price"},
+                                                                  MissingField::Reason::blank}));
+}
+
+TEST(PaywallValidation, MissingFieldsPrintsNothing) {
     testing::internal::CaptureStdout();
     EXPECT_EQ(missingOf("{}").size(), 19U);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");

@@ -19,7 +19,6 @@
 #include <string>
 #include <string_view>
 #include <unordered_set>
-#include <variant>
 #include <vector>
 
 namespace vorna {
@@ -335,17 +334,16 @@ struct Ticket {
 
 TEST(ULIDInJSON, IsItsText) {
     const json::Encoded encoded = json::encode(Ticket{ULID(allOnes), {ULID(), ULID(allOnes)}});
-    EXPECT_EQ(std::get<std::string>(encoded),
-              R"({"ulid":"7ZZZZZZZZZZZZZZZZZZZZZZZZZ",)"
-              R"("others":["00000000000000000000000000","7ZZZZZZZZZZZZZZZZZZZZZZZZZ"]})");
-    const json::Decoded<Ticket> decoded = json::decode<Ticket>(std::get<std::string>(encoded));
-    EXPECT_EQ(std::get<Ticket>(decoded).ulid, ULID(allOnes));
-    EXPECT_EQ(std::get<Ticket>(decoded).others, (std::vector{ULID(), ULID(allOnes)}));
+    EXPECT_EQ(encoded.value(), R"({"ulid":"7ZZZZZZZZZZZZZZZZZZZZZZZZZ",)"
+                               R"("others":["00000000000000000000000000","7ZZZZZZZZZZZZZZZZZZZZZZZZZ"]})");
+    const json::Decoded<Ticket> decoded = json::decode<Ticket>(encoded.value());
+    EXPECT_EQ(decoded.value().ulid, ULID(allOnes));
+    EXPECT_EQ(decoded.value().others, (std::vector{ULID(), ULID(allOnes)}));
 }
 
 TEST(ULIDInJSON, SaysWhatIsWrongWithOtherText) {
     const auto errorOf = [](std::string_view text) {
-        return std::get<json::DecodingError>(json::decode<Ticket>(text)).description;
+        return json::describe(json::decode<Ticket>(text).error());
     };
     EXPECT_EQ(errorOf(R"({"ulid":"7ZZZ","others":[]})"),
               "ulid: Attempted to decode ULID from invalid ULID string.");

@@ -54,7 +54,7 @@ class QueueWorker : public testing::Test {
 };
 
 std::string bodyOf(const EventData& event) {
-    return std::get<std::string>(encode(event));
+    return encode(event).value();
 }
 
 TEST_F(QueueWorker, PostsAnEventAsOneJsonDocument) {

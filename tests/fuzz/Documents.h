@@ -1,39 +1,43 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// What holds of the screens' documents whatever they contain.
+/// Properties of every document, whatever it contains.
 
 #include <tests/fuzz/Fuzz.h>
 
+#include <vorna/documents/MissingField.h>
 #include <vorna/json/DecodingError.h>
 #include <vorna/json/SourceMap.h>
 
 #include <algorithm>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
 namespace vorna::fuzz {
 
-inline void requireSorted(const std::vector<std::string>& names) {
-    require(std::is_sorted(names.begin(), names.end()));
+/// Each field is reported once.
+inline void requireDistinct(const std::vector<MissingField>& fields) {
+    const std::vector<std::string> names = listedNames(fields);
     require(std::adjacent_find(names.begin(), names.end()) == names.end());
 }
 
-/// An error keeps to one line and tells the place that the text's own map tells for its path.
+/// An error has a description of one line, and the offset that the text's own map gives for its path.
 inline void requireLocated(const json::DecodingError& error, std::string_view text) {
-    require(!error.description.empty() && error.description.find('\n') == std::string::npos);
-    require(error.line > 0 && error.column > 0);
-    const auto read = json::SourceMap::read(text);
-    if (const auto* const map = std::get_if<json::SourceMap>(&read)) {
-        require(!error.expected.empty() && !error.found.empty());
-        const auto entry = map->find(error.path);
-        require(entry && map->valuePosition(*entry) == json::Position{error.line, error.column});
-        require(map->path(*entry) == error.path);
-    } else {
-        require(error.expected.empty() &&
-                std::get<json::DecodingError>(read).description == error.description);
+    const std::string description = json::describe(error, text);
+    require(!description.empty() && description.find('\n') == std::string::npos);
+    require(error.offset.has_value());
+    const auto map = json::SourceMap::read(text);
+    if (!map) {
+        require(error == map.error());
+        return;
     }
+    const auto entry = map->find(error.path);
+    require(entry && map->entries()[*entry].valueBegin == *error.offset);
+    require(map->path(*entry) == error.path);
+    const auto* const kind = std::get_if<json::Kind>(&error.found);
+    require(map->entries()[*entry].kind == (kind != nullptr ? *kind : json::Kind::number));
 }
 
 }  // namespace vorna::fuzz

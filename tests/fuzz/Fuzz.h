@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// What every fuzz target shares.
+/// Shared by all fuzz targets.
 
 #include <cstddef>
 #include <cstdint>
@@ -16,7 +16,7 @@ inline std::string_view textOf(const std::uint8_t* data, std::size_t size) {
     return {reinterpret_cast<const char*>(data), size};
 }
 
-/// What must hold whatever the input.
+/// Aborts if a property does not hold for the input.
 inline void require(bool condition) {
     if (!condition) {
         std::abort();

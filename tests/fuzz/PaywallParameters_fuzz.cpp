@@ -3,19 +3,16 @@
 
 #include <vorna/documents/PaywallValidation.h>
 
-#include <variant>
-
 using namespace vorna;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view text = fuzz::textOf(data, size);
-    const auto decoded = PaywallParameters::decode(text);
-    if (const auto* const paywall = std::get_if<PaywallParameters>(&decoded)) {
-        fuzz::requireSorted(missingFields(*paywall));
-        const std::string written = std::get<std::string>(encode(*paywall));
-        fuzz::require(std::get<PaywallParameters>(PaywallParameters::decode(written)) == *paywall);
+    const auto paywall = PaywallParameters::decode(text);
+    if (paywall) {
+        fuzz::requireDistinct(missingFields(*paywall));
+        fuzz::require(PaywallParameters::decode(encode(*paywall).value()) == paywall);
     } else {
-        fuzz::requireLocated(std::get<json::DecodingError>(decoded), text);
+        fuzz::requireLocated(paywall.error(), text);
     }
     return 0;
 }

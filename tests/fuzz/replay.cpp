@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-/// Runs a fuzz target over the files of the folders that are named, in a build without a fuzzer. A folder
-/// that is not there counts as empty; at least one file must be found.
+/// Runs a fuzz target over the files of the given folders, in a build without a fuzzer. A folder that does
+/// not exist counts as empty; at least one file must be found.
 
 #include <tests/fuzz/Fuzz.h>
 

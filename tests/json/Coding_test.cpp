@@ -5,10 +5,11 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <limits>
 #include <map>
 #include <optional>
 #include <string>
-#include <variant>
+#include <string_view>
 #include <vector>
 
 namespace vorna::json {
@@ -63,8 +64,7 @@ Outer sample() {
 
 std::string decodingProblem(std::string_view text) {
     const Decoded<Outer> decoded = decode<Outer>(text);
-    const DecodingError* const error = std::get_if<DecodingError>(&decoded);
-    return error == nullptr ? "none" : error->description;
+    return decoded ? "none" : describe(decoded.error(), text);
 }
 
 /// The sample with one stretch of its text replaced.
@@ -74,37 +74,43 @@ std::string changed(const std::string& from, const std::string& to) {
     return text;
 }
 
-TEST(JsonEncoding, FollowsTheFieldsInTheirOrder) {
-    EXPECT_EQ(std::get<std::string>(encode(sample())), sampleText);
+TEST(JsonEncoding, WritesFieldsInTheOrderOfTheList) {
+    EXPECT_EQ(encode(sample()).value(), sampleText);
 }
 
-TEST(JsonEncoding, LeavesOutAnEmptyOptional) {
+TEST(JsonEncoding, OmitsEmptyOptionalFields) {
     Outer outer = sample();
     outer.label.reset();
-    EXPECT_EQ(std::get<std::string>(encode(outer)), changed(R"("label":"l",)", ""));
+    EXPECT_EQ(encode(outer).value(), changed(R"("label":"l",)", ""));
 }
 
-TEST(JsonEncoding, SaysWhereTheTextIsThatCannotBeEncoded) {
+TEST(JsonEncoding, ReportsPathAndReason) {
     Outer outer = sample();
     outer.inners[1].title = "\xFF";
-    EXPECT_EQ(std::get<EncodingError>(encode(outer)).description, "inners[1].title: the text is not UTF-8");
+    EXPECT_EQ(encode(outer).error(),
+              (EncodingError{Path{"inners", 1U, "title"}, EncodingError::Reason::notUtf8}));
     outer = sample();
     outer.label = "\xED\xA0\x80";
-    EXPECT_EQ(std::get<EncodingError>(encode(outer)).description, "label: the text is not UTF-8");
+    EXPECT_EQ(encode(outer).error(), (EncodingError{Path{"label"}, EncodingError::Reason::notUtf8}));
+    outer = sample();
+    outer.real = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(encode(outer).error(), (EncodingError{Path{"real"}, EncodingError::Reason::notFinite}));
+    outer = sample();
+    outer.table["\xFF"] = "x";
+    EXPECT_EQ(encode(outer).error(), (EncodingError{Path{"table", "\xFF"}, EncodingError::Reason::notUtf8}));
 }
 
-TEST(JsonDecoding, GivesBackWhatWasEncoded) {
-    EXPECT_EQ(std::get<Outer>(decode<Outer>(sampleText)), sample());
+TEST(JsonDecoding, RestoresAnEncodedRecord) {
+    EXPECT_EQ(decode<Outer>(sampleText).value(), sample());
 }
 
-TEST(JsonDecoding, IgnoresUnknownKeysAndTakesNullForAbsent) {
+TEST(JsonDecoding, IgnoresUnknownKeysAndTreatsNullAsAbsent) {
     const Decoded<Outer> decoded = decode<Outer>(changed(R"("label":"l")", R"("label":null,"more":[1,{}])"));
-    EXPECT_FALSE(std::get<Outer>(decoded).label.has_value());
+    EXPECT_FALSE(decoded.value().label.has_value());
 }
 
-TEST(JsonDecoding, TakesTheLastOfEqualKeys) {
-    EXPECT_EQ(std::get<Outer>(decode<Outer>(changed(R"("label":"l")", R"("label":"a","label":"b")"))).label,
-              "b");
+TEST(JsonDecoding, UsesTheLastOfDuplicateKeys) {
+    EXPECT_EQ(decode<Outer>(changed(R"("label":"l")", R"("label":"a","label":"b")")).value().label, "b");
 }
 
 struct IntegerCase {
@@ -115,12 +121,12 @@ struct IntegerCase {
 
 class JsonInteger : public testing::TestWithParam<IntegerCase> {};
 
-TEST_P(JsonInteger, MayBeWrittenInSeveralWaysButNotRounded) {
+TEST_P(JsonInteger, IsAcceptedInSeveralFormsButNeverRounded) {
     const Decoded<Outer> decoded = decode<Outer>(changed("18446744073709551615", GetParam().text));
     if (GetParam().number) {
-        EXPECT_EQ(std::get<Outer>(decoded).number, GetParam().number);
+        EXPECT_EQ(decoded.value().number, GetParam().number);
     } else {
-        EXPECT_TRUE(std::holds_alternative<DecodingError>(decoded));
+        EXPECT_FALSE(decoded);
     }
 }
 
@@ -133,7 +139,7 @@ INSTANTIATE_TEST_SUITE_P(
                     IntegerCase{"Text", "\"5\"", std::nullopt}),
     [](const auto& testCase) { return testCase.param.name; });
 
-TEST(JsonDecoding, NamesThePathWhatWasExpectedAndWhatWasFound) {
+TEST(JsonDecoding, DescribesPathExpectedAndFound) {
     EXPECT_EQ(decodingProblem(changed(R"({"title":"b"})", R"({"title":7})")),
               "inners[1].title: expected a string, found a number");
     EXPECT_EQ(decodingProblem(changed(R"({"title":"b"})", R"({})")), "inners[1].title: missing");
@@ -141,47 +147,54 @@ TEST(JsonDecoding, NamesThePathWhatWasExpectedAndWhatWasFound) {
               "table.k: expected a string, found null");
     EXPECT_EQ(decodingProblem(changed("true", "1")), "flag: expected a boolean, found a number");
     EXPECT_EQ(decodingProblem(changed("\"colour\":1", "\"colour\":2")),
-              "colour: expected one of the known numbers, found 2");
+              "colour: expected one of the known numbers, found the number 2");
+    EXPECT_EQ(decodingProblem(changed("\"colour\":1", "\"colour\":\"red\"")),
+              "colour: expected one of the known numbers, found a string");
+    EXPECT_EQ(decodingProblem(changed("18446744073709551615", "-5")),
+              "number: expected an unsigned 64-bit integer, found the number -5");
     EXPECT_EQ(decodingProblem("[]"), "expected an object, found an array");
 }
 
-TEST(JsonDecoding, SaysAtWhichLineAndColumnTheTextIsNotJson) {
+TEST(JsonDecoding, LocatesWhatIsNotJson) {
     EXPECT_EQ(decodingProblem("{\n  \"a\": tru}"), "line 2, column 8: syntax error");
     EXPECT_EQ(decodingProblem("{} x"), "line 1, column 4: extra data");
     EXPECT_EQ(decodingProblem(""), "line 1, column 1: incomplete JSON");
 }
 
-TEST(JsonDecoding, IsStrictAboutTheText) {
+TEST(JsonDecoding, RejectsByteOrderMarksAndInvalidText) {
     EXPECT_NE(decodingProblem("\xEF\xBB\xBF{}").find("syntax error"), std::string::npos) << "byte-order mark";
     EXPECT_NE(decodingProblem("{\"label\":\"\xFF\"}"), "none") << "not UTF-8";
     EXPECT_NE(decodingProblem("{\"number\":NaN}"), "none");
 }
 
-TEST(JsonDecoding, TakesAnyValueAtTheTop) {
-    EXPECT_EQ(std::get<boost::json::value>(parse("7")), boost::json::value(7));
-    EXPECT_EQ(std::get<boost::json::value>(parse(" -1.5 ")), boost::json::value(-1.5));
-    EXPECT_EQ(std::get<boost::json::value>(parse("null")), boost::json::value(nullptr));
-    EXPECT_EQ(std::get<boost::json::value>(parse("\"x\"")), boost::json::value("x"));
+TEST(JsonDecoding, AcceptsAnyValueAtTheTop) {
+    EXPECT_EQ(parse("7").value(), boost::json::value(7));
+    EXPECT_EQ(parse(" -1.5 ").value(), boost::json::value(-1.5));
+    EXPECT_EQ(parse("null").value(), boost::json::value(nullptr));
+    EXPECT_EQ(parse("\"x\"").value(), boost::json::value("x"));
     EXPECT_EQ(decodingProblem("7"), "expected an object, found a number");
     EXPECT_EQ(decodingProblem("-"), "line 1, column 2: incomplete JSON");
     EXPECT_EQ(decodingProblem("7 7"), "line 1, column 3: extra data");
 }
 
-TEST(JsonDecoding, ComesApartIntoPlaceAndReason) {
-    const auto error = std::get<DecodingError>(decode<Outer>(changed(R"({"title":"b"})", R"({"title":7})")));
-    EXPECT_EQ(error.path, "inners[1].title");
-    EXPECT_EQ(error.line, 0U) << "not known";
-    const auto malformed = std::get<DecodingError>(decode<Outer>("{\n ğ"));
-    EXPECT_EQ(malformed.path, "");
-    EXPECT_EQ(malformed.line, 2U);
-    EXPECT_EQ(malformed.column, 2U);
+TEST(JsonDecoding, ReportsErrorsAsValues) {
+    const std::string text = changed(R"({"title":"b"})", R"({"title":7})");
+    EXPECT_EQ(decode<Outer>(text).error(),
+              (DecodingError{std::nullopt, Path{"inners", 1U, "title"}, "a string", Kind::number}));
+    EXPECT_EQ(decode<Outer>("{}").error(),
+              (DecodingError{std::nullopt, Path{"number"}, "a value", DecodingError::Missing()}));
+    EXPECT_EQ(decode<Outer>(changed("18446744073709551615", "-5.5")).error(),
+              (DecodingError{std::nullopt, Path{"number"}, "an unsigned 64-bit integer",
+                             DecodingError::Number{"-5.5"}}));
+    EXPECT_EQ(decode<Outer>("{\n ğ").error(),
+              (DecodingError{3, Path{}, "JSON", DecodingError::Malformed{"syntax error"}}));
 }
 
-TEST(JsonDecoding, AllowsNestingUpToFiveHundredAndTwelve) {
+TEST(JsonDecoding, AllowsNestingUpTo512) {
     const auto nested = [](std::size_t depth) { return std::string(depth, '[') + std::string(depth, ']'); };
-    EXPECT_TRUE(std::holds_alternative<boost::json::value>(parse(nested(512))));
-    EXPECT_TRUE(std::holds_alternative<DecodingError>(parse(nested(513))));
-    EXPECT_TRUE(std::holds_alternative<DecodingError>(parse(nested(1'000'000))));
+    EXPECT_TRUE(parse(nested(512)));
+    EXPECT_FALSE(parse(nested(513)));
+    EXPECT_FALSE(parse(nested(1'000'000)));
 }
 
 }  // namespace

@@ -23,26 +23,27 @@ std::string written(Write write) {
 TEST(JsonWriter, SeparatesMembersAndElements) {
     EXPECT_EQ(written([](Writer& writer) {
                   writer.beginObject();
-                  writer.key("a");
+                  EXPECT_TRUE(writer.key("a"));
                   writer.number(std::uint64_t{1});
-                  writer.key("b");
+                  EXPECT_TRUE(writer.key("b"));
                   writer.beginArray();
-                  writer.text("x");
+                  EXPECT_TRUE(writer.text("x"));
                   writer.beginObject();
                   writer.endObject();
                   writer.boolean(false);
                   writer.endArray();
-                  writer.key("c");
+                  EXPECT_TRUE(writer.key("c"));
                   writer.boolean(true);
                   writer.endObject();
               }),
               R"({"a":1,"b":["x",{},false],"c":true})");
 }
 
-TEST(JsonWriter, EscapesWhatJsonAsksFor) {
-    EXPECT_EQ(written([](Writer& writer) { writer.text("a\"b\\c\n\t\x01/ğ😀"); }),
+TEST(JsonWriter, EscapesSpecialCharacters) {
+    EXPECT_EQ(written([](Writer& writer) { EXPECT_TRUE(writer.text("a\"b\\c\n\t\x01/ğ😀")); }),
               "\"a\\\"b\\\\c\\n\\t\\u0001/ğ😀\"");
-    EXPECT_EQ(written([](Writer& writer) { writer.text(std::string_view("\0", 1)); }), "\"\\u0000\"");
+    EXPECT_EQ(written([](Writer& writer) { EXPECT_TRUE(writer.text(std::string_view("\0", 1))); }),
+              "\"\\u0000\"");
 }
 
 struct NumberCase {
@@ -54,7 +55,7 @@ struct NumberCase {
 class JsonNumber : public testing::TestWithParam<NumberCase> {};
 
 TEST_P(JsonNumber, IsWrittenInTheShortestFormThatReadsBack) {
-    const std::string text = written([](Writer& writer) { writer.number(GetParam().number); });
+    const std::string text = written([](Writer& writer) { EXPECT_TRUE(writer.number(GetParam().number)); });
     EXPECT_EQ(text, GetParam().text);
     EXPECT_EQ(std::strtod(text.c_str(), nullptr), GetParam().number);
 }
@@ -68,9 +69,9 @@ INSTANTIATE_TEST_SUITE_P(Cases, JsonNumber,
                                          NumberCase{"SeventeenDigits", 0.1 + 0.2, "0.30000000000000004"}),
                          [](const auto& testCase) { return testCase.param.name; });
 
-TEST(JsonWriter, WritesAFloatWithTheDigitsThatAFloatNeeds) {
-    EXPECT_EQ(written([](Writer& writer) { writer.number(0.87F); }), "0.87");
-    EXPECT_EQ(written([](Writer& writer) { writer.number(-1.0F); }), "-1");
+TEST(JsonWriter, WritesAFloatWithOnlyTheDigitsItNeeds) {
+    EXPECT_EQ(written([](Writer& writer) { EXPECT_TRUE(writer.number(0.87F)); }), "0.87");
+    EXPECT_EQ(written([](Writer& writer) { EXPECT_TRUE(writer.number(-1.0F)); }), "-1");
 }
 
 TEST(JsonWriter, KeepsSixtyFourBitIntegersExact) {
@@ -80,15 +81,16 @@ TEST(JsonWriter, KeepsSixtyFourBitIntegersExact) {
               "-9223372036854775808");
 }
 
-TEST(JsonWriter, RefusesWhatJsonCannotHold) {
+TEST(JsonWriter, RejectsWhatJsonCannotRepresent) {
     std::string text;
     Writer writer(text);
-    EXPECT_FALSE(writer.number(std::nan("")));
-    EXPECT_FALSE(writer.number(std::numeric_limits<double>::infinity()));
-    EXPECT_FALSE(writer.number(std::numeric_limits<float>::infinity()));
-    EXPECT_EQ(writer.problem(), "JSON cannot hold the number");
-    EXPECT_FALSE(writer.text("\xFF"));
-    EXPECT_EQ(writer.problem(), "the text is not UTF-8");
+    const EncodingError notFinite{Path{}, EncodingError::Reason::notFinite};
+    EXPECT_EQ(writer.number(std::nan("")).error(), notFinite);
+    EXPECT_EQ(writer.number(std::numeric_limits<double>::infinity()).error(), notFinite);
+    EXPECT_EQ(writer.number(std::numeric_limits<float>::infinity()).error(), notFinite);
+    const EncodingError notUtf8{Path{}, EncodingError::Reason::notUtf8};
+    EXPECT_EQ(writer.text("\xFF").error(), notUtf8);
+    EXPECT_EQ(writer.key("\xFF").error(), notUtf8);
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <tools/lint/ColourRules.h>
+
 #include <tools/lint/Contrast.h>
+
 #include <vorna/text/Whitespace.h>
 
 #include <algorithm>
@@ -13,11 +15,12 @@ namespace vorna::lint {
 
 namespace {
 
-// Parts of a product that are there with their text, and the colours they then need.
+/// Parts of a product that are shown if they have a text, and the colours they need then.
 struct Part {
     std::string_view text;
     std::string_view name;
-    std::array<std::string_view, 3> colours;  // those not needed are empty
+    /// Empty where fewer are needed.
+    std::array<std::string_view, 3> colours;
 };
 
 constexpr std::array parts{
@@ -26,7 +29,7 @@ constexpr std::array parts{
     Part{"descriptionText", "description", {"descriptionTextColor", "", ""}},
 };
 
-// Whether anything is drawn in this colour; what is drawn in none cannot be drawn wrong.
+/// Whether anything is drawn in this colour; otherwise it cannot be wrong.
 bool isDrawn(const Document& document, const Screen& screen, const Object& object,
              const DocumentField& field) {
     if (object.type == RecordType::product) {
@@ -43,7 +46,7 @@ bool isDrawn(const Document& document, const Screen& screen, const Object& objec
            (screen.sells() || field.required != FieldRequirement::onPaywallSteps);
 }
 
-// Calls `use(entry, text)` for every colour that is drawn and given.
+/// Calls `use(entry, text)` for every colour that is given and drawn.
 template <class Use>
 void forEachColour(const Document& document, const Use& use) {
     const auto colours = [&document, &use](const Screen& screen, const Object& object) {
@@ -54,7 +57,8 @@ void forEachColour(const Document& document, const Use& use) {
                 continue;
             }
             const std::optional<std::string> text = document.string(entry);
-            // A blank one is a missing one, which other rules find; only the close button needs none.
+            // Other rules report blank colours as missing, except that of the close button, which is
+            // optional.
             if (text && (!text::isBlank(*text) || field->key == "exitButtonColor")) {
                 use(entry, *text);
             }
@@ -68,8 +72,7 @@ void forEachColour(const Document& document, const Use& use) {
     }
 }
 
-// RRGGBB or RRGGBBAA with or without "#": what a colour string should be, where the library is more
-// forgiving.
+/// RRGGBB or RRGGBBAA with or without "#". The library is more lenient.
 bool isWellFormed(std::string_view text) {
     std::string_view digits = text::trimmed(text);
     if (digits.starts_with('#')) {
@@ -79,11 +82,11 @@ bool isWellFormed(std::string_view text) {
            digits.find_first_not_of("0123456789ABCDEFabcdef") == std::string_view::npos;
 }
 
-std::string hexadecimal(const UIColor& color) {
+std::string hexadecimal(const UIColor& colour) {
     const auto byte = [](double part) { return static_cast<unsigned>(std::lround(part * 255)); };
     std::array<char, 16> text{};
-    static_cast<void>(std::snprintf(text.data(), text.size(), "#%02X%02X%02X%02X", byte(color.red),
-                                    byte(color.green), byte(color.blue), byte(color.alpha)));
+    static_cast<void>(std::snprintf(text.data(), text.size(), "#%02X%02X%02X%02X", byte(colour.red),
+                                    byte(colour.green), byte(colour.blue), byte(colour.alpha)));
     return text.data();
 }
 
@@ -93,7 +96,7 @@ std::string ratioText(double ratio) {
     return text.data();
 }
 
-// Looks at the texts of one screen.
+/// Checks the texts of one screen.
 class ContrastCheck {
   public:
     ContrastCheck(const Document& document, const Screen& screen, Reporter& reporter)
@@ -117,7 +120,7 @@ class ContrastCheck {
         if (!screen_.sells()) {
             return;
         }
-        pair(object, {"footNote"}, "footNoteColor", "foot note", {{&object, background}});
+        pair(object, {"footNote"}, "footNoteColor", "footnote", {{&object, background}});
         pair(object, {}, "termsOfUseColor", "link \"Terms of Use\"", {{&object, background}});
         pair(object, {}, "restoreButtonColor", "link \"Restore Purchase\"", {{&object, background}});
         pair(object, {}, "privacyPolicyColor", "link \"Privacy Policy\"", {{&object, background}});
@@ -140,7 +143,7 @@ class ContrastCheck {
         }
     }
 
-    // The dots that count the steps are white whatever the document says.
+    /// The page dots are always white.
     void dots() {
         const std::optional<UIColor> background = document_.colour(screen_.object, "backgroundColor");
         if (!background) {
@@ -149,8 +152,8 @@ class ContrastCheck {
         const double ratio = contrast({1, 1, 1, 1}, std::array{*background});
         if (ratio < leastContrast) {
             reporter_.atField(screen_.object, "backgroundColor",
-                              "the contrast with the dots that count the steps is " + ratioText(ratio) +
-                                  ":1, for these are always white; choose a darker background, " + demand());
+                              "contrast with the page dots, which are always white, is only " +
+                                  ratioText(ratio) + ":1; choose a darker background (at least 3:1)");
         }
     }
 
@@ -160,15 +163,13 @@ class ContrastCheck {
         std::string_view key;
     };
 
-    static std::string demand() { return "3:1 is the least that is read with ease"; }
-
-    void pair(const Object& object, std::initializer_list<std::string_view> texts, std::string_view color,
+    void pair(const Object& object, std::initializer_list<std::string_view> texts, std::string_view colour,
               std::string_view what, std::initializer_list<Layer> layers) {
         const bool isThere =
             texts.size() == 0 || std::any_of(texts.begin(), texts.end(), [&](std::string_view text) {
                 return !document_.isEmpty(object, text);
             });
-        const std::optional<UIColor> above = document_.colour(object, color);
+        const std::optional<UIColor> above = document_.colour(object, colour);
         if (!isThere || !above) {
             return;
         }
@@ -182,10 +183,10 @@ class ContrastCheck {
         }
         const double ratio = contrast(*above, ground);
         if (ratio < leastContrast) {
-            reporter_.atField(object, color,
-                              "the contrast of the " + std::string(what) + " with \"" +
-                                  std::string((layers.end() - 1)->key) + "\" is " + ratioText(ratio) +
-                                  ":1; move the colours apart, " + demand());
+            reporter_.atField(object, colour,
+                              "contrast between the " + std::string(what) + " and \"" +
+                                  std::string((layers.end() - 1)->key) + "\" is only " + ratioText(ratio) +
+                                  ":1; use at least 3:1");
         }
     }
 
@@ -199,17 +200,17 @@ class ContrastCheck {
 void findUnreadableColours(const Document& document, Reporter& reporter) {
     forEachColour(document, [&reporter](std::size_t entry, const std::string& text) {
         if (!UIColor::read(text)) {
-            reporter.atEntry(entry, "this is no colour and is drawn black; write #RRGGBB or #RRGGBBAA");
+            reporter.atEntry(entry, "not a valid colour; drawn black (use #RRGGBB or #RRGGBBAA)");
         }
     });
 }
 
 void findStrayCharactersInColours(const Document& document, Reporter& reporter) {
     forEachColour(document, [&reporter](std::size_t entry, const std::string& text) {
-        const std::optional<UIColor> color = UIColor::read(text);
-        if (color && !isWellFormed(text)) {
-            reporter.atEntry(entry, "there are other characters among the digits, and it is drawn as " +
-                                        hexadecimal(*color) + "; write #RRGGBB or #RRGGBBAA");
+        const std::optional<UIColor> colour = UIColor::read(text);
+        if (colour && !isWellFormed(text)) {
+            reporter.atEntry(entry, "unexpected characters; drawn as " + hexadecimal(*colour) +
+                                        " (use #RRGGBB or #RRGGBBAA)");
         }
     });
 }
@@ -221,11 +222,11 @@ void findMissingColours(const Document& document, Reporter& reporter) {
                 if (!screen.sells() || document.isEmpty(product, part.text)) {
                     continue;
                 }
-                for (const std::string_view color : part.colours) {
-                    if (!color.empty() && text::isBlank(document.string(product, color).value_or(""))) {
-                        reporter.atField(product, color,
-                                         "is missing, and this product has a " + std::string(part.name) +
-                                             ": what it colours is drawn black");
+                for (const std::string_view colour : part.colours) {
+                    if (!colour.empty() && text::isBlank(document.string(product, colour).value_or(""))) {
+                        reporter.atField(product, colour,
+                                         "missing, although the product has a " + std::string(part.name) +
+                                             "; drawn black");
                     }
                 }
             }

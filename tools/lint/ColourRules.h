@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-// Rules about colours: can they be read, are they there, can a text be read in front of them.
+/// Rules about colours: whether they are valid, present, and far enough from their background.
 
 #include <tools/lint/Rules.h>
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <tools/lint/ContentRules.h>
+
 #include <vorna/platform/URL.h>
 #include <vorna/text/Graphemes.h>
 #include <vorna/text/Whitespace.h>
@@ -11,13 +12,13 @@ namespace vorna::lint {
 
 namespace {
 
-// A paywall shows the first 37 characters of a longer line, and three full stops.
-constexpr std::size_t mostCharactersOfALine = 37;
+/// A paywall shows the first 37 characters of a longer line, followed by "...".
+constexpr std::size_t maximumLineLength = 37;
 
-// Nobody waits longer for a close button on purpose.
+/// In seconds; a longer delay is likely a mistake.
 constexpr std::int64_t longestDelay = 60;
 
-// Calls `use(entry, text, isMedia)` for every address that the screen uses.
+/// Calls `use(entry, text, isMedia)` for every address that a screen uses.
 template <class Use>
 void forEachAddress(const Document& document, const Use& use) {
     for (const Screen& screen : document.screens()) {
@@ -35,7 +36,7 @@ void forEachAddress(const Document& document, const Use& use) {
     }
 }
 
-// Calls `use(screen, delay)` for every screen that has a close button and a delay written for it.
+/// Calls `use(entry, delay)` for every given delay of a screen with a close button.
 template <class Use>
 void forEachDelay(const Document& document, const Use& use) {
     for (const Screen& screen : document.screens()) {
@@ -55,10 +56,11 @@ void findUnreadableAddresses(const Document& document, Reporter& reporter) {
     forEachAddress(document, [&reporter](std::size_t entry, const std::string& text, bool isMedia) {
         if (!URL::parse(text)) {
             reporter.atEntry(
-                entry, isMedia ? "this is no web address, and the place of the picture stays empty; write "
-                                 "it in full, beginning with https://"
-                               : "this is no web address, and a tap on the link does nothing; write it "
-                                 "in full, beginning with https://");
+                entry,
+                isMedia
+                    ? "not a valid URL; no media is shown (write the full address, starting with https://)"
+                    : "not a valid URL; the link does nothing (write the full address, starting with "
+                      "https://)");
         }
     });
 }
@@ -67,9 +69,9 @@ void findInsecureAddresses(const Document& document, Reporter& reporter) {
     forEachAddress(document, [&reporter](std::size_t entry, const std::string& text, bool isMedia) {
         const std::optional<URL> url = URL::parse(text);
         if (url && url->scheme() != "https") {
-            reporter.atEntry(entry, "this address begins with " + url->scheme() +
-                                        ":// and others on the way can change " +
-                                        (isMedia ? "what it shows" : "what it opens") + "; use https://");
+            reporter.atEntry(entry, std::string(isMedia ? "the media" : "the page") +
+                                        " can be tampered with in transit over " + url->scheme() +
+                                        "://; use https://");
         }
     });
 }
@@ -87,9 +89,8 @@ void findUnknownSelectedProducts(const Document& document, Reporter& reporter) {
         if (!isThere) {
             reporter.atField(
                 screen.object, "selectedPaidProduct",
-                std::string(
-                    "no product has this identifier, and none is selected at first: until one is tapped, ") +
-                    (screen.isStep() ? "the button goes on without a product" : "the button does nothing"));
+                std::string("no product has this identifier, so none is selected; until one is tapped, ") +
+                    (screen.isStep() ? "the button continues without a product" : "the button does nothing"));
         }
     }
 }
@@ -106,8 +107,8 @@ void findDuplicateProducts(const Document& document, Reporter& reporter) {
             const auto [first, isNew] = seen.emplace(*identifier, index);
             if (!isNew) {
                 reporter.atField(screen.products[index], "identifier",
-                                 "product " + std::to_string(first->second) +
-                                     " has the same identifier: the application cannot tell them apart");
+                                 "same identifier as paidProducts[" + std::to_string(first->second) +
+                                     "]; the application cannot tell them apart");
             }
         }
     }
@@ -124,11 +125,10 @@ void findDetailLinesThatAreCut(const Document& document, Reporter& reporter) {
                 continue;
             }
             const std::size_t count = text::characterCount(*line);
-            if (count > mostCharactersOfALine) {
-                reporter.atEntry(entry, "this line has " + std::to_string(count) +
-                                            " characters and is cut to \"" +
-                                            std::string(text::firstCharacters(*line, mostCharactersOfALine)) +
-                                            "...\"; write at most " + std::to_string(mostCharactersOfALine));
+            if (count > maximumLineLength) {
+                reporter.atEntry(entry, std::to_string(count) + " characters, cut to \"" +
+                                            std::string(text::firstCharacters(*line, maximumLineLength)) +
+                                            "...\"; use at most " + std::to_string(maximumLineLength));
             }
         }
     }
@@ -137,8 +137,7 @@ void findDetailLinesThatAreCut(const Document& document, Reporter& reporter) {
 void findNegativeDelays(const Document& document, Reporter& reporter) {
     forEachDelay(document, [&reporter](std::size_t entry, std::int64_t delay) {
         if (delay < 0) {
-            reporter.atEntry(
-                entry, "a negative delay counts as none, and the close button is there at once; write 0");
+            reporter.atEntry(entry, "negative; the close button appears immediately (use 0)");
         }
     });
 }
@@ -146,8 +145,8 @@ void findNegativeDelays(const Document& document, Reporter& reporter) {
 void findLongDelays(const Document& document, Reporter& reporter) {
     forEachDelay(document, [&reporter](std::size_t entry, std::int64_t delay) {
         if (delay > longestDelay) {
-            reporter.atEntry(entry, "the close button comes only after " + std::to_string(delay) +
-                                        " seconds; the delay counts whole seconds");
+            reporter.atEntry(entry, "the close button appears only after " + std::to_string(delay) +
+                                        " seconds; the delay is in seconds");
         }
     });
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-// Rules about what a well-formed document says: addresses, products, delays, lines that do not fit.
+/// Rules about the values of fields other than colours: addresses, products, lines, delays.
 
 #include <tools/lint/Rules.h>
 

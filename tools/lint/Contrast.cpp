@@ -15,12 +15,12 @@ UIColor over(const UIColor& above, const UIColor& below) {
     return {mixed(above.red, below.red), mixed(above.green, below.green), mixed(above.blue, below.blue), 1};
 }
 
-// The relative luminance of an opaque colour, as the guidelines define it for sRGB.
-double luminance(const UIColor& color) {
+/// The relative luminance of an opaque sRGB colour.
+double luminance(const UIColor& colour) {
     const auto linear = [](double part) {
         return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
     };
-    return 0.2126 * linear(color.red) + 0.7152 * linear(color.green) + 0.0722 * linear(color.blue);
+    return 0.2126 * linear(colour.red) + 0.7152 * linear(colour.green) + 0.0722 * linear(colour.blue);
 }
 
 double contrastAbove(UIColor ground, const UIColor& text, std::span<const UIColor> layers) {

@@ -1,18 +1,20 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+/// Contrast between a text and its background, after the Web Content Accessibility Guidelines 2.
+
 #include <vorna/documents/UIColor.h>
 
 #include <span>
 
 namespace vorna::lint {
 
-// What large or bold text needs to be read with ease, after the Web Content Accessibility Guidelines 2.
+/// What the guidelines require of large or bold text.
 inline constexpr double leastContrast = 3.0;
 
-// From 1, no difference, to 21, black on white: the ratio of the luminances of a text and of the layers it
-// stands on, the lowest first. What lies below the lowest layer is not known; where it shines through, the
-// better of black and white counts, so that a low contrast is one in any case.
+/// From 1, no difference, to 21, black on white: the ratio between the luminance of a text and that of the
+/// layers beneath it, given from the bottom up. What is under the bottom layer is unknown; if that layer is
+/// translucent, the better of black and white counts, so that a low contrast is always one.
 [[nodiscard]] double contrast(const UIColor& text, std::span<const UIColor> layers);
 
 }  // namespace vorna::lint

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <tools/lint/Document.h>
+
 #include <vorna/documents/OnboardingValidation.h>
 #include <vorna/documents/PaywallValidation.h>
 
-#include <algorithm>
 #include <boost/json/parse.hpp>
 #include <boost/json/value.hpp>
+
 #include <unordered_map>
 #include <utility>
-#include <variant>
 
 namespace vorna::lint {
 
@@ -22,13 +22,13 @@ std::string_view name(DocumentKind kind) noexcept {
     return kind == DocumentKind::paywall ? "paywall" : "onboarding";
 }
 
-Document::Document(std::string_view text, std::optional<DocumentKind> kind) : text_(text), kind_(kind) {
-    std::variant<json::SourceMap, json::DecodingError> reading = json::SourceMap::read(text);
-    if (auto* const error = std::get_if<json::DecodingError>(&reading)) {
-        syntaxError_ = std::move(*error);
+Document::Document(std::string_view text, std::optional<DocumentKind> kind)
+    : text_(text),
+      kind_(kind),
+      map_(json::SourceMap::read(text)) {
+    if (!map_) {
         return;
     }
-    map_ = std::move(std::get<json::SourceMap>(reading));
     if (!kind_) {
         if (entry(0).kind == json::Kind::object) {
             kind_ = DocumentKind::paywall;
@@ -48,7 +48,8 @@ void Document::findScreens() {
         std::optional<std::size_t> product;
     };
 
-    std::unordered_map<std::size_t, Place> objects;  // those that are records, by entry
+    /// Those that are records, by entry.
+    std::unordered_map<std::size_t, Place> objects;
     std::unordered_map<std::size_t, std::size_t> details;
     std::unordered_map<std::size_t, std::size_t> products;
     const auto addScreen = [this, &objects](ScreenKind kind, RecordType type, std::size_t number) {
@@ -59,7 +60,7 @@ void Document::findScreens() {
         screen.object.entry = number;
     };
 
-    // A value stands before what it contains, so one walk is enough.
+    // A value precedes what it contains, so one pass is enough.
     const auto entries = map_->entries();
     const bool isOnboarding = kind_ == DocumentKind::onboarding;
     for (std::size_t number = 0; number < entries.size(); ++number) {
@@ -82,7 +83,7 @@ void Document::findScreens() {
             continue;
         }
         if (const auto row = products.find(current.parent); row != products.end()) {
-            // What is no object keeps its place, so that products are found under their number.
+            // Anything but an object is kept as well, so that indexes are right.
             Screen& screen = screens_[row->second];
             objects[number] = {row->second, screen.products.size()};
             Object& product = screen.products.emplace_back();
@@ -125,21 +126,20 @@ ScreenKind Document::kindOfStep(const Object& step) const {
 void Document::decode() {
     if (kind_ == DocumentKind::paywall) {
         auto decoded = PaywallParameters::decode(text_);
-        if (auto* const error = std::get_if<json::DecodingError>(&decoded)) {
-            decodingError_ = std::move(*error);
+        if (decoded) {
+            screens_.front().missing = missingFields(*decoded);
         } else {
-            screens_.front().missing = missingFields(std::get<PaywallParameters>(decoded));
+            decodingError_ = decoded.error();
         }
         return;
     }
     auto decoded = decodeOnboardingSteps(text_);
-    if (auto* const error = std::get_if<json::DecodingError>(&decoded)) {
-        decodingError_ = std::move(*error);
+    if (!decoded) {
+        decodingError_ = decoded.error();
         return;
     }
-    const auto& steps = std::get<std::vector<OnboardingStepsParameters>>(decoded);
-    for (std::size_t index = 0; index < steps.size(); ++index) {
-        screens_[index].missing = missingFields(steps[index]);
+    for (std::size_t index = 0; index < decoded->size(); ++index) {
+        screens_[index].missing = missingFields((*decoded)[index]);
     }
 }
 
@@ -169,7 +169,7 @@ bool Document::isEmpty(const Object& object, std::string_view key) const {
     const std::string_view value = map_->valueText(member->second);
     const json::Kind kind = entry(member->second).kind;
     if (kind == json::Kind::array) {
-        // An array without elements holds white space alone.
+        // An array without elements contains only white space.
         return value.find_first_not_of(" \t\r\n", 1) == value.size() - 1;
     }
     return kind == json::Kind::null || value == "\"\"";
@@ -184,10 +184,9 @@ std::optional<std::int64_t> Document::delay(const Object& object) const {
     const auto member = object.members.find(delayKey);
     const std::string value =
         member == object.members.end() ? "null" : std::string(map_->valueText(member->second));
-    // The library says what a delay is; it reads this field alike in every document.
+    // Leaves it to the library what a delay is; the field is the same in every document.
     const auto decoded = PaywallParameters::decode("{\"" + std::string(delayKey) + "\":" + value + "}");
-    const auto* const paywall = std::get_if<PaywallParameters>(&decoded);
-    return paywall == nullptr ? std::nullopt : std::optional(paywall->exitButtonDelay);
+    return decoded ? std::optional(decoded->exitButtonDelay) : std::nullopt;
 }
 
 }  // namespace vorna::lint

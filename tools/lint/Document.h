@@ -1,7 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+/// A document taken apart for the rules.
+
 #include <tools/lint/Fields.h>
+
+#include <vorna/base/Result.h>
+#include <vorna/documents/MissingField.h>
 #include <vorna/documents/UIColor.h>
 #include <vorna/json/DecodingError.h>
 #include <vorna/json/SourceMap.h>
@@ -19,27 +24,27 @@ namespace vorna::lint {
 
 enum class DocumentKind { paywall, onboarding };
 
-// "paywall", "onboarding".
+/// "paywall" or "onboarding".
 [[nodiscard]] std::string_view name(DocumentKind kind) noexcept;
 
 enum class ScreenKind { paywall, basicStep, paywallStep, unknownStep };
 
-// An object of the document that the library reads as a record. Numbers are those of entries in the source
-// map.
+/// An object of the document that the library decodes as a record. Entries are numbers in the source map.
 struct Object {
     RecordType type = RecordType::paywall;
     std::size_t entry = 0;
-    std::map<std::string, std::size_t, std::less<>> members;  // of equal keys the one that holds
+    /// Without those that a duplicate key supersedes.
+    std::map<std::string, std::size_t, std::less<>> members;
 };
 
-// A paywall or a step.
+/// A paywall or a step.
 struct Screen {
     ScreenKind kind = ScreenKind::paywall;
     Object object;
     std::vector<std::size_t> details;
     std::vector<Object> products;
-    std::vector<std::string>
-        missing;  // what the library finds missing; empty when the document does not decode
+    /// According to the library; empty if the document cannot be decoded.
+    std::vector<MissingField> missing;
 
     [[nodiscard]] bool isStep() const noexcept { return kind != ScreenKind::paywall; }
 
@@ -48,25 +53,21 @@ struct Screen {
     }
 };
 
-// A text taken apart as far as it goes. Refers to the text, which must outlive it.
+/// Refers to the text, which must outlive it. A text with errors is taken apart as far as possible.
 class Document {
   public:
-    // Without a kind the shape tells it: an object is a paywall, an array an onboarding.
+    /// By default, an object is a paywall and an array an onboarding.
     explicit Document(std::string_view text, std::optional<DocumentKind> kind = std::nullopt);
 
     [[nodiscard]] std::string_view text() const noexcept { return text_; }
 
-    // Absent when it was not given and the text does not tell.
+    /// std::nullopt if it was not given and cannot be told from the text.
     [[nodiscard]] std::optional<DocumentKind> kind() const noexcept { return kind_; }
 
-    // Absent when the text is not JSON; the syntax error says why.
-    [[nodiscard]] const std::optional<json::SourceMap>& map() const noexcept { return map_; }
+    /// The error if the text is not JSON.
+    [[nodiscard]] const Result<json::SourceMap, json::DecodingError>& map() const noexcept { return map_; }
 
-    [[nodiscard]] const std::optional<json::DecodingError>& syntaxError() const noexcept {
-        return syntaxError_;
-    }
-
-    // What the library says to JSON that is no document of this kind.
+    /// The library's error if JSON is not a document of this kind.
     [[nodiscard]] const std::optional<json::DecodingError>& decodingError() const noexcept {
         return decodingError_;
     }
@@ -77,15 +78,15 @@ class Document {
         return map_->entries()[number];
     }
 
-    // The text that a string stands for; absent for every other value.
+    /// The decoded text of a string; std::nullopt for any other value.
     [[nodiscard]] std::optional<std::string> string(std::size_t number) const;
-    // Likewise of a member; absent too when there is no such member.
+    /// The same of a member; std::nullopt also if there is no such member.
     [[nodiscard]] std::optional<std::string> string(const Object& object, std::string_view key) const;
-    // True for what the screen treats as nothing: an absent member, null, empty text.
+    /// Whether the screen treats the member as absent: no such member, null, empty text or an empty list.
     [[nodiscard]] bool isEmpty(const Object& object, std::string_view key) const;
-    // Absent unless it is given and can be read.
+    /// std::nullopt unless it is given and valid.
     [[nodiscard]] std::optional<UIColor> colour(const Object& object, std::string_view key) const;
-    // As the library reads it, with the default for an absent one; absent when it is no delay.
+    /// As the library decodes it, with the default for an absent one; std::nullopt if it is not an integer.
     [[nodiscard]] std::optional<std::int64_t> delay(const Object& object) const;
 
   private:
@@ -95,8 +96,7 @@ class Document {
 
     std::string_view text_;
     std::optional<DocumentKind> kind_;
-    std::optional<json::SourceMap> map_;
-    std::optional<json::DecodingError> syntaxError_;
+    Result<json::SourceMap, json::DecodingError> map_;
     std::optional<json::DecodingError> decodingError_;
     std::vector<Screen> screens_;
 };

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <tools/lint/Fields.h>
+
 #include <vorna/documents/OnboardingStepsParameters.h>
 #include <vorna/documents/PaywallParameters.h>
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+/// The fields of all records, without their members.
+
 #include <vorna/documents/DocumentField.h>
 
 #include <span>
@@ -8,13 +10,13 @@
 
 namespace vorna::lint {
 
-// The records that documents are made of.
+/// The records that documents consist of.
 enum class RecordType { paywall, step, product };
 
-// What the library knows of their fields, in its own order.
+/// The library's table of the record's fields.
 [[nodiscard]] std::span<const DocumentField> fieldsOf(RecordType type);
 
-// Null when the record has no such field.
+/// Null if the record has no such field.
 [[nodiscard]] const DocumentField* findField(RecordType type, std::string_view key);
 
 }  // namespace vorna::lint

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+/// A problem found in a document.
+
+#include <vorna/json/Path.h>
 #include <vorna/json/Position.h>
 
 #include <cstddef>
@@ -10,21 +13,26 @@
 namespace vorna::lint {
 
 enum class Severity {
-    error,    // the screen will not be shown
-    warning,  // it will be shown, but not as its author meant it
+    /// The screen is not shown.
+    error,
+    /// It is shown, but not as its author meant it.
+    warning,
 };
 
-// "error", "warning".
+/// "error" or "warning".
 [[nodiscard]] std::string_view name(Severity severity) noexcept;
 
-// One thing that is wrong with a document.
 struct Finding {
-    std::string_view code;  // of the rule that found it; lives as long as the program
+    /// The rule's; a constant of the program.
+    std::string_view code;
     Severity severity = Severity::error;
-    std::string path;        // of the field, as in "paidProducts[1].price"; empty for the whole document
-    std::size_t offset = 0;  // where it stands in the text, in bytes from 0
+    /// Empty for the document as a whole.
+    json::Path path;
+    /// In bytes from 0.
+    std::size_t offset = 0;
     json::Position position;
-    std::string message;  // what will happen and what to do, without the path, on one line
+    /// What is wrong, what happens and what to do about it, without the path, on one line.
+    std::string message;
 };
 
 }  // namespace vorna::lint

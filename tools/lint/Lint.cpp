@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <tools/lint/Lint.h>
+
 #include <tools/lint/Rules.h>
+
 #include <vorna/json/Position.h>
 
 #include <algorithm>
@@ -9,19 +11,19 @@ namespace vorna::lint {
 
 namespace {
 
-// In one walk through the text, however many findings there are on a line.
+/// In one pass over the text, however many findings a line has.
 void setPositions(std::string_view text, std::vector<Finding>& sorted) {
-    std::size_t walked = 0;
+    std::size_t passed = 0;
     json::Position position{1, 1};
     for (Finding& finding : sorted) {
-        const json::Position further = json::positionAt(text.substr(walked), finding.offset - walked);
-        if (further.line == 1) {
-            position.column += further.column - 1;
+        const json::Position next = json::positionAt(text.substr(passed), finding.offset - passed);
+        if (next.line == 1) {
+            position.column += next.column - 1;
         } else {
-            position.line += further.line - 1;
-            position.column = further.column;
+            position.line += next.line - 1;
+            position.column = next.column;
         }
-        walked = finding.offset;
+        passed = finding.offset;
         finding.position = position;
     }
 }

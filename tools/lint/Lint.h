@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-// Judges a document that describes a paywall or an onboarding. Knows no files: main.cpp reads them, and other
-// tools may hand in what they like.
+/// Checks a document that describes a paywall or an onboarding. Works on text; reading files is up to the
+/// caller.
 
 #include <tools/lint/Document.h>
 #include <tools/lint/Finding.h>
@@ -14,11 +14,13 @@
 namespace vorna::lint {
 
 struct Verdict {
-    std::optional<DocumentKind> kind;  // absent when it was not given and the text does not tell
-    std::vector<Finding> findings;     // in the order of the text
+    /// std::nullopt if it was not given and cannot be told from the text.
+    std::optional<DocumentKind> kind;
+    /// In the order of the text.
+    std::vector<Finding> findings;
 };
 
-// Without a kind the shape tells it: an object is a paywall, an array an onboarding. Any bytes.
+/// By default, an object is a paywall and an array an onboarding. Any bytes.
 [[nodiscard]] Verdict lint(std::string_view text, std::optional<DocumentKind> kind = std::nullopt);
 
 }  // namespace vorna::lint

@@ -18,10 +18,10 @@ bool alike(char one, char other) {
     return lowered(one) == lowered(other);
 }
 
-// A word may have this many mistakes and still be recognised.
-std::size_t mistakesForgiven(std::string_view word) {
-    constexpr std::size_t lettersForEachMistake = 3;
-    return word.size() / lettersForEachMistake;
+/// A word with more mistakes than this is not recognised.
+std::size_t mistakesAllowed(std::string_view word) {
+    constexpr std::size_t lettersPerMistake = 3;
+    return word.size() / lettersPerMistake;
 }
 
 }  // namespace
@@ -49,9 +49,8 @@ std::size_t editDistance(std::string_view one, std::string_view other) {
 }
 
 std::optional<std::string_view> nearestName(std::string_view word, std::span<const std::string_view> names) {
-    const std::size_t forgiven = mistakesForgiven(word);
     std::optional<std::string_view> nearest;
-    std::size_t smallest = forgiven + 1;
+    std::size_t smallest = mistakesAllowed(word) + 1;
     for (const std::string_view name : names) {
         const std::size_t difference =
             name.size() > word.size() ? name.size() - word.size() : word.size() - name.size();

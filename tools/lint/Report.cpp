@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <tools/lint/Report.h>
+
 #include <vorna/text/Utf8.h>
 
-#include <algorithm>
 #include <boost/json/array.hpp>
 #include <boost/json/object.hpp>
 #include <boost/json/serialize.hpp>
 #include <boost/json/string.hpp>
+
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -35,7 +37,7 @@ std::string counted(std::size_t number, std::string_view noun) {
     return std::to_string(number).append(" ").append(noun).append(number == 1 ? "" : "s");
 }
 
-// A finding stays on its line whatever a key or a file is called.
+/// Keeps a finding on its line whatever the names of keys and files.
 std::string onOneLine(std::string_view text) {
     std::string line = utf8::repaired(text);
     std::replace_if(
@@ -50,9 +52,9 @@ boost::json::string readable(std::string_view text) {
 }
 
 boost::json::object described(const Finding& finding) {
-    return {{"code", readable(finding.code)},      {"severity", readable(name(finding.severity))},
-            {"path", readable(finding.path)},      {"line", finding.position.line},
-            {"column", finding.position.column},   {"offset", finding.offset},
+    return {{"code", readable(finding.code)},        {"severity", readable(name(finding.severity))},
+            {"path", readable(finding.path.text())}, {"line", finding.position.line},
+            {"column", finding.position.column},     {"offset", finding.offset},
             {"message", readable(finding.message)}};
 }
 
@@ -67,7 +69,7 @@ std::string humanReport(std::span<const CheckedDocument> documents) {
             report.append(":").append(std::to_string(finding.position.column));
             report.append(": ").append(name(finding.severity)).append(": ");
             if (!finding.path.empty()) {
-                report.append(onOneLine(finding.path)).append(": ");
+                report.append(onOneLine(finding.path.text())).append(": ");
             }
             report.append(onOneLine(finding.message)).append(" [").append(finding.code).append("]\n");
         }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+/// Findings as text, for people and for programs.
+
 #include <tools/lint/Finding.h>
 #include <tools/lint/Lint.h>
 
@@ -9,21 +11,20 @@
 
 namespace vorna::lint {
 
-// A document that has been checked, under the name it was asked for by.
+/// The verdict on a file, under the name that was given on the command line.
 struct CheckedDocument {
     std::string file;
     Verdict verdict;
 };
 
-// A line for each finding, "file:line:column: severity: path: message [code]", and one line that counts them;
-// nothing for no document.
+/// A line for each finding, "file:line:column: severity: path: message [code]", and one with their number;
+/// empty without a document.
 [[nodiscard]] std::string humanReport(std::span<const CheckedDocument> documents);
 
-// One JSON object on one line:
-//     {"documents":[{"file":"a.json","kind":"paywall","findings":[{"code":"missing-field","severity":"error",
-//       "path":"heading","line":1,"column":1,"offset":0,"message":"..."}]}],"errors":1,"warnings":0}
-// "kind" is null where the text does not tell; "offset" counts bytes from 0. Bytes that are not UTF-8 stand
-// as U+FFFD.
+/// One JSON object on one line:
+///     {"documents":[{"file":"a.json","kind":"paywall","findings":[{"code":"missing-field","severity":"error",
+///       "path":"heading","line":1,"column":1,"offset":0,"message":"..."}]}],"errors":1,"warnings":0}
+/// "kind" is null if unknown; "offset" is in bytes from 0. Bytes that are not UTF-8 become U+FFFD.
 [[nodiscard]] std::string jsonReport(std::span<const CheckedDocument> documents);
 
 }  // namespace vorna::lint

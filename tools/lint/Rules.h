@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+/// The rules that documents are checked by.
+
 #include <tools/lint/Document.h>
 #include <tools/lint/Finding.h>
 
@@ -12,21 +14,21 @@
 
 namespace vorna::lint {
 
-// What a rule tells its findings to.
+/// Collects the findings of the rules.
 class Reporter {
   public:
     Reporter(const Document& document, std::vector<Finding>& findings)
         : document_(document),
           findings_(findings) {}
 
-    // The rule whose findings follow.
+    /// Sets the rule of the following findings.
     void setRule(std::string_view code, Severity severity);
 
-    // Of the text at large.
+    /// Reports the document as a whole.
     void atOffset(std::size_t offset, std::string message);
-    // Of a value of the document.
+    /// Reports a value of the document.
     void atEntry(std::size_t entry, std::string message);
-    // Of a field, whether it is there or not.
+    /// Reports a field, present or absent.
     void atField(const Object& object, std::string_view key, std::string message);
 
   private:
@@ -36,15 +38,16 @@ class Reporter {
     Severity severity_ = Severity::error;
 };
 
-// Each looks for one thing, and finds it however often it is there. Any document, also one that is not JSON.
+/// A rule finds every occurrence of one problem, in any document, even one that is not JSON.
 struct Rule {
     std::string_view code;
     Severity severity = Severity::error;
-    std::string_view summary;  // what it finds, for the list of rules
+    /// For the list of rules.
+    std::string_view summary;
     void (*check)(const Document& document, Reporter& reporter) = nullptr;
 };
 
-// All of them, errors first.
+/// All rules, errors first.
 [[nodiscard]] std::span<const Rule> rules() noexcept;
 
 }  // namespace vorna::lint

@@ -1,70 +1,55 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <tools/lint/NearestName.h>
 #include <tools/lint/StructureRules.h>
-#include <vorna/json/Kind.h>
-#include <vorna/json/Position.h>
 
-#include <charconv>
+#include <tools/lint/NearestName.h>
+
+#include <vorna/json/Kind.h>
+
+#include <algorithm>
+#include <initializer_list>
 #include <optional>
-#include <utility>
+#include <span>
+#include <string>
+#include <variant>
 
 namespace vorna::lint {
 
 namespace {
 
+using json::describe;
 using json::Kind;
 
-constexpr std::string_view nothingIsShown = "nothing is shown";
-
-// The names that the library's validation gives to what is not simply missing begin like this.
-constexpr std::string_view noProducts = "paidProducts (";
-constexpr std::string_view noKnownType = "type (";
-
-// What the application shows in place of this screen.
-std::string errorScreenInstead(const Screen& screen) {
-    return screen.isStep() ? "the sequence ends with the error screen in place of this step"
-                           : "the error screen is shown in place of the paywall";
-}
+constexpr std::string_view nothingIsShown = "; nothing is shown";
 
 std::string quoted(std::string_view text) {
     return "\"" + std::string(text) + "\"";
 }
 
-// The byte that a position stands for. Positions only grow along the text.
-std::size_t offsetOf(std::string_view text, const json::DecodingError& error) {
-    std::size_t lineBegin = 0;
-    for (std::size_t line = 1; line < error.line; ++line) {
-        const std::size_t end = text.find('\n', lineBegin);
-        if (end == std::string_view::npos) {
-            return text.size();
-        }
-        lineBegin = end + 1;
-    }
-    const std::string_view rest = text.substr(lineBegin);
-    std::size_t low = 0;
-    std::size_t high = rest.substr(0, rest.find('\n')).size();
-    while (low < high) {
-        const std::size_t middle = low + (high - low) / 2;
-        if (json::positionAt(rest, middle).column < error.column) {
-            low = middle + 1;
-        } else {
-            high = middle;
-        }
-    }
-    return lineBegin + low;
+std::string consequence(const Screen& screen, const MissingField& field) {
+    return "an error screen listing " + quoted(listedName(field)) + " replaces " +
+           (screen.isStep() ? "this step and ends the onboarding" : "the paywall");
 }
 
-// What an error says apart from where.
-std::string_view withoutPosition(const json::DecodingError& error) {
-    const std::string where =
-        "line " + std::to_string(error.line) + ", column " + std::to_string(error.column) + ": ";
-    const std::string_view description = error.description;
-    return description.starts_with(where) ? description.substr(where.size()) : description;
+/// The screen's object or that of one of its products.
+const Object& objectOf(const Screen& screen, const MissingField& field) {
+    const std::span<const json::Path::Step> steps = field.path.steps();
+    return steps.size() == 1 ? screen.object : screen.products[std::get<std::size_t>(steps[1])];
 }
 
-std::string expected(std::string_view wanted, Kind found) {
-    return "expected " + std::string(wanted) + ", found " + std::string(json::kindName(found)) + ": " +
-           std::string(nothingIsShown);
+/// Reports each field that is missing for one of the reasons; `problem(object, key)` says what is wrong.
+template <class Problem>
+void reportMissing(const Document& document, Reporter& reporter,
+                   std::initializer_list<MissingField::Reason> reasons, const Problem& problem) {
+    for (const Screen& screen : document.screens()) {
+        for (const MissingField& field : screen.missing) {
+            if (std::find(reasons.begin(), reasons.end(), field.reason) == reasons.end()) {
+                continue;
+            }
+            const Object& object = objectOf(screen, field);
+            const auto& key = std::get<std::string>(field.path.steps().back());
+            reporter.atField(object, key, problem(object, key) + "; " + consequence(screen, field));
+        }
+    }
 }
 
 class TypeCheck {
@@ -73,7 +58,7 @@ class TypeCheck {
 
     bool foundAny() const noexcept { return foundAny_; }
 
-    // The elements of an array, where null is no stand-in for a default.
+    /// Checks the elements of an array, where null does not stand for a default.
     void elements(std::size_t array, Kind wanted) {
         const auto entries = document_.map()->entries();
         for (std::size_t number = array + 1;
@@ -95,7 +80,8 @@ class TypeCheck {
   private:
     void mismatch(std::size_t entry, std::string_view wanted) {
         foundAny_ = true;
-        reporter_.atEntry(entry, expected(wanted, document_.entry(entry).kind));
+        reporter_.atEntry(entry, describe({.expected = wanted, .found = document_.entry(entry).kind}) +
+                                     std::string(nothingIsShown));
     }
 
     void field(const Object& object, const DocumentField& known, std::size_t entry) {
@@ -111,11 +97,10 @@ class TypeCheck {
             return;
         case FieldType::integer:
             if (kind != Kind::number) {
-                mismatch(entry, "a whole number");
+                mismatch(entry, "an integer");
             } else if (!document_.delay(object)) {
                 foundAny_ = true;
-                reporter_.atEntry(entry, "expected a whole number of at most 64 bits: " +
-                                             std::string(nothingIsShown));
+                reporter_.atEntry(entry, "expected a 64-bit integer" + std::string(nothingIsShown));
             }
             return;
         case FieldType::strings:
@@ -134,20 +119,6 @@ class TypeCheck {
     bool foundAny_ = false;
 };
 
-// A name as validation gives it, such as "paidProducts[0].price", as object and key.
-std::pair<const Object*, std::string_view> fieldNamed(const Screen& screen, std::string_view name) {
-    const std::size_t bracket = name.find('[');
-    if (bracket == std::string_view::npos) {
-        return {&screen.object, name};
-    }
-    std::size_t product = 0;
-    std::from_chars(name.data() + bracket + 1, name.data() + name.size(), product);
-    if (product >= screen.products.size()) {
-        return {&screen.object, name};
-    }
-    return {&screen.products[product], name.substr(name.find('.') + 1)};
-}
-
 template <class Use>
 void forEachRecord(const Document& document, const Use& use) {
     for (const Screen& screen : document.screens()) {
@@ -161,20 +132,20 @@ void forEachRecord(const Document& document, const Use& use) {
 }  // namespace
 
 void findTextThatIsNotJson(const Document& document, Reporter& reporter) {
-    const auto& error = document.syntaxError();
-    if (!error) {
+    if (document.map()) {
         return;
     }
+    const json::DecodingError& error = document.map().error();
     const bool isBlank = document.text().find_first_not_of(" \t\r\n") == std::string_view::npos;
-    const std::string reason = isBlank ? "the text is empty" : std::string(withoutPosition(*error));
-    reporter.atOffset(offsetOf(document.text(), *error),
-                      "this is not JSON (" + reason + "): " + std::string(nothingIsShown));
+    reporter.atOffset(error.offset.value_or(0),
+                      "not valid JSON: " + (isBlank ? "the text is empty" : describe(error)) +
+                          std::string(nothingIsShown));
 }
 
 void findValueThatIsNoDocument(const Document& document, Reporter& reporter) {
     if (document.map() && !document.kind()) {
-        reporter.atEntry(0, "expected an object for a paywall or an array for an onboarding, found " +
-                                std::string(json::kindName(document.entry(0).kind)) + ": " +
+        reporter.atEntry(0, describe({.expected = "an object (paywall) or an array (onboarding)",
+                                      .found = document.entry(0).kind}) +
                                 std::string(nothingIsShown));
     }
 }
@@ -191,54 +162,34 @@ void findWrongTypes(const Document& document, Reporter& reporter) {
     forEachRecord(document, [&check](const Object& object) { check.fields(object); });
     if (!check.foundAny()) {
         const json::DecodingError& error = *document.decodingError();
-        reporter.atOffset(offsetOf(document.text(), error),
-                          std::string(withoutPosition(error)) + ": " + std::string(nothingIsShown));
+        reporter.atOffset(error.offset.value_or(0), describe(error) + std::string(nothingIsShown));
     }
 }
 
 void findUnknownTypesOfSteps(const Document& document, Reporter& reporter) {
-    for (const Screen& screen : document.screens()) {
-        for (const std::string& missing : screen.missing) {
-            if (missing.starts_with(noKnownType)) {
-                reporter.atField(screen.object, "type",
-                                 R"(must be "basic" or "paywall", letter for letter: )" +
-                                     errorScreenInstead(screen) + " and lists " + quoted(missing));
-            }
-        }
-    }
+    reportMissing(document, reporter, {MissingField::Reason::unknownType},
+                  [](const Object& /*object*/, const std::string& /*key*/) {
+                      return std::string(R"(must be exactly "basic" or "paywall")");
+                  });
 }
 
 void findMissingFields(const Document& document, Reporter& reporter) {
-    for (const Screen& screen : document.screens()) {
-        for (const std::string& missing : screen.missing) {
-            if (missing.starts_with(noProducts) || missing.starts_with(noKnownType)) {
-                continue;
-            }
-            const auto [object, key] = fieldNamed(screen, missing);
-            const bool isThere = object->members.contains(key);
-            reporter.atField(*object, key,
-                             std::string(isThere ? "is empty" : "is missing") + ": " +
-                                 errorScreenInstead(screen) + " and lists " + quoted(missing));
-        }
-    }
+    reportMissing(document, reporter, {MissingField::Reason::blank, MissingField::Reason::noLines},
+                  [](const Object& object, const std::string& key) {
+                      return std::string(object.members.contains(key) ? "empty" : "missing");
+                  });
 }
 
 void findMissingProducts(const Document& document, Reporter& reporter) {
-    for (const Screen& screen : document.screens()) {
-        for (const std::string& missing : screen.missing) {
-            if (missing.starts_with(noProducts)) {
-                reporter.atField(screen.object, "paidProducts",
-                                 "there must be a product: " + errorScreenInstead(screen) + " and lists " +
-                                     quoted(missing));
-            }
-        }
-    }
+    reportMissing(
+        document, reporter, {MissingField::Reason::noProducts},
+        [](const Object& /*object*/, const std::string& /*key*/) { return std::string("no products"); });
 }
 
 void findMissingSteps(const Document& document, Reporter& reporter) {
     if (document.kind() == DocumentKind::onboarding && !document.decodingError() &&
         document.screens().empty() && document.map()) {
-        reporter.atEntry(0, "there is no step: the sequence is over before anything is shown");
+        reporter.atEntry(0, "no steps; the onboarding finishes without showing anything");
     }
 }
 
@@ -253,8 +204,8 @@ void findUnknownKeys(const Document& document, Reporter& reporter) {
                 continue;
             }
             const std::optional<std::string_view> nearest = nearestName(key, names);
-            reporter.atEntry(entry, "no field is called so, and it is ignored" +
-                                        (nearest ? "; did you mean " + quoted(*nearest) + "?" : ""));
+            reporter.atEntry(entry, "unknown field; ignored" +
+                                        (nearest ? " (did you mean " + quoted(*nearest) + "?)" : ""));
         }
     });
 }
@@ -266,7 +217,7 @@ void findDuplicateKeys(const Document& document, Reporter& reporter) {
     const auto entries = document.map()->entries();
     for (std::size_t number = 0; number < entries.size(); ++number) {
         if (entries[number].repeatsKey) {
-            reporter.atEntry(number, "this key stands in the object before: the value there is ignored");
+            reporter.atEntry(number, "duplicate key; the earlier value is ignored");
         }
     }
 }
@@ -282,11 +233,10 @@ void findFieldsNeverShown(const Document& document, Reporter& reporter) {
                 continue;
             }
             if (key == "details" || key == "detailsColor") {
-                reporter.atEntry(entry, "a step never shows detail lines; put further text into the heading");
+                reporter.atEntry(entry, "steps do not show detail lines; put the text in the heading");
             } else if (screen.kind == ScreenKind::basicStep &&
                        (field->required == FieldRequirement::onPaywallSteps)) {
-                reporter.atEntry(entry,
-                                 "a basic step never shows this; only a step of the type \"paywall\" does");
+                reporter.atEntry(entry, "basic steps do not show this; only paywall steps do");
             }
         }
     }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-// Rules about the form of a document: is it JSON, has each field the right type, are the keys known and all
-// there.
+/// Rules about the structure of a document: whether it is JSON, fields have the right types, and keys are
+/// known and complete.
 
 #include <tools/lint/Rules.h>
 

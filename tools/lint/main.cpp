@@ -13,6 +13,8 @@
 namespace {
 
 using namespace vorna::lint;
+using vorna::Result;
+using vorna::Unexpected;
 
 constexpr const char* programName = "vorna-lint";
 constexpr int findingsStatus = 1;

@@ -34,7 +34,7 @@ QVariant FindingsModel::data(const QModelIndex& index, int role) const {
     case severity:
         return toQString(name(finding.severity));
     case path:
-        return toQString(finding.path);
+        return toQString(finding.path.text());
     case place:
         return QStringLiteral("%1:%2").arg(finding.position.line).arg(finding.position.column);
     case message:

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+/// The descriptions of all fields.
+
 #include <tools/lint/Fields.h>
 
 #include <span>
@@ -10,7 +12,7 @@ namespace vorna::schemas {
 
 using lint::RecordType;
 
-// What a field is for, in the words of docs/documents.md: one or two sentences for the author of a document.
+/// One or two sentences for the author of a document, as in docs/documents.md.
 struct FieldText {
     RecordType record = RecordType::paywall;
     std::string_view key;
@@ -19,7 +21,7 @@ struct FieldText {
 
 [[nodiscard]] std::span<const FieldText> fieldTexts() noexcept;
 
-// Empty for a field that nobody has described.
+/// Empty for an unknown field.
 [[nodiscard]] std::string_view fieldText(RecordType record, std::string_view key) noexcept;
 
 }  // namespace vorna::schemas

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <tools/schemas/GeneratedTables.h>
+
 #include <tools/lint/Fields.h>
 #include <tools/lint/Rules.h>
 #include <tools/schemas/FieldText.h>
-#include <tools/schemas/GeneratedTables.h>
 
 namespace vorna::schemas {
 
@@ -39,7 +40,7 @@ std::string defaultText(const DocumentField& field) {
     return field.textDefault.empty() ? "empty" : "`" + std::string(field.textDefault) + "`";
 }
 
-std::string_view needed(FieldRequirement requirement) {
+std::string_view required(FieldRequirement requirement) {
     switch (requirement) {
     case FieldRequirement::never:
         return "no";
@@ -52,17 +53,17 @@ std::string_view needed(FieldRequirement requirement) {
 }
 
 std::string fieldTable(RecordType record) {
-    std::string table = "| field | type | default | needed | effect |\n|---|---|---|---|---|\n";
+    std::string table = "| field | type | default | required | effect |\n|---|---|---|---|---|\n";
     for (const DocumentField& field : lint::fieldsOf(record)) {
         table.append("| `").append(field.key).append("` | ").append(typeName(field));
-        table.append(" | ").append(defaultText(field)).append(" | ").append(needed(field.required));
+        table.append(" | ").append(defaultText(field)).append(" | ").append(required(field.required));
         table.append(" | ").append(fieldText(record, field.key)).append(" |\n");
     }
     return table;
 }
 
 std::string findingsTable() {
-    std::string table = "| code | severity | what it finds |\n|---|---|---|\n";
+    std::string table = "| code | severity | problem |\n|---|---|---|\n";
     for (const lint::Rule& rule : lint::rules()) {
         table.append("| `").append(rule.code).append("` | ").append(lint::name(rule.severity));
         table.append(" | ").append(rule.summary).append(" |\n");
@@ -70,7 +71,7 @@ std::string findingsTable() {
     return table;
 }
 
-std::optional<std::string> tableCalled(std::string_view name) {
+std::optional<std::string> tableNamed(std::string_view name) {
     if (name == "paywall") {
         return fieldTable(RecordType::paywall);
     }
@@ -98,7 +99,7 @@ std::optional<std::string> withGeneratedTables(std::string_view markdown) {
         if (nameEnd == std::string_view::npos || to == std::string_view::npos) {
             return std::nullopt;
         }
-        const std::optional<std::string> table = tableCalled(markdown.substr(nameAt, nameEnd - nameAt));
+        const std::optional<std::string> table = tableNamed(markdown.substr(nameAt, nameEnd - nameAt));
         if (!table) {
             return std::nullopt;
         }

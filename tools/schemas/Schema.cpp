@@ -1,14 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <tools/schemas/FieldText.h>
-#include <tools/schemas/PrettyJson.h>
 #include <tools/schemas/Schema.h>
+
+#include <tools/schemas/FieldText.h>
+
 #include <vorna/text/Whitespace.h>
 
-#include <array>
 #include <boost/json/array.hpp>
 #include <boost/json/object.hpp>
+#include <boost/json/serialize.hpp>
 #include <boost/json/string.hpp>
 #include <boost/json/value.hpp>
+
+#include <array>
 #include <cstdint>
 #include <cstdio>
 #include <limits>
@@ -33,7 +36,7 @@ object reference(std::string_view definition) {
     return {{"$ref", text("#/$defs/" + std::string(definition))}};
 }
 
-// The definitions that fields refer to.
+/// The definition that fields of this kind refer to.
 std::string_view definitionOf(FieldKind kind) {
     switch (kind) {
     case FieldKind::text:
@@ -54,9 +57,9 @@ std::string_view definitionOf(FieldKind kind) {
     return {};
 }
 
-// A regular expression for one character that is not white space, as the library's validation sees it.
+/// A regular expression for one character that is not white space by the rules of the library's validation.
 std::string notBlankPattern() {
-    constexpr char32_t end = 0x10000;  // white space lies below
+    constexpr char32_t end = 0x10000;  // above all white space
     const auto escaped = [](char32_t codePoint) {
         std::array<char, 16> hex{};
         static_cast<void>(std::snprintf(hex.data(), hex.size(), "\\u%04X", static_cast<unsigned>(codePoint)));
@@ -85,9 +88,9 @@ std::string_view need(FieldRequirement requirement) {
     case FieldRequirement::never:
         return "";
     case FieldRequirement::always:
-        return " Needed.";
+        return " Required.";
     case FieldRequirement::onPaywallSteps:
-        return " Needed there.";
+        return " Required there.";
     }
     return "";
 }
@@ -121,7 +124,7 @@ object recordSchema(RecordType record) {
     return {{"type", "object"}, {"properties", std::move(properties)}};
 }
 
-// What a record must hold, beyond decoding, where this requirement applies.
+/// What a record with this requirement must contain in order to be shown.
 object demands(RecordType record, FieldRequirement requirement) {
     array required;
     object properties;
@@ -153,9 +156,8 @@ object sharedDefinitions() {
     definitions["colour"] = {
         {"type", {"string", "null"}},
         {"$comment",
-         "A colour is drawn as it was meant when it matches "
-         "^\\s*#?([0-9A-Fa-f]{6}|[0-9A-Fa-f]{8})\\s*$: red, green, blue and, if given, opacity. Another text "
-         "is no error; it is mostly drawn black."},
+         "A valid colour matches ^\\s*#?([0-9A-Fa-f]{6}|[0-9A-Fa-f]{8})\\s*$: red, green, blue and, "
+         "optionally, opacity. Any other text is not an error, but mostly drawn black."},
         {"examples", {"#1F2A5E", "#1F2A5E80"}}};
     definitions["address"] = {{"type", {"string", "null"}}, {"examples", {"https://example.com/terms"}}};
     definitions["delay"] = {{"type", {"integer", "null"}},
@@ -178,9 +180,9 @@ object paywallSchema() {
         {"$schema", "https://json-schema.org/draft/2020-12/schema"},
         {"title", "Paywall"},
         {"description",
-         "What ShowPaywall takes. This schema accepts exactly what can be decoded; its definition "
-         "\"shown\" accepts what has all that the screen needs. Keys that are not listed are "
-         "ignored, null stands for the default."}};
+         "The document for ShowPaywall. This schema accepts exactly what can be decoded; its definition "
+         "\"shown\" accepts what has everything the screen requires. Unknown keys are ignored; null "
+         "stands for the default."}};
     for (auto& member : recordSchema(RecordType::paywall)) {
         schema[member.key()] = member.value();
     }
@@ -205,21 +207,23 @@ object onboardingSchema() {
     shownStep["if"] = {{"properties", {{"type", {{"const", text(paywallStep)}}}}}};
     shownStep["then"] = demands(RecordType::step, FieldRequirement::onPaywallSteps);
     definitions["shown"] = {{"type", "array"}, {"items", reference("shownStep")}};
-    return {{"$schema", "https://json-schema.org/draft/2020-12/schema"},
-            {"title", "Onboarding"},
-            {"description",
-             "What ShowOnboarding takes: the steps in the order of showing. This schema accepts exactly what "
-             "can be decoded; its definition \"shown\" accepts what has all that every screen needs. Keys "
-             "that are not listed are ignored, null stands for the default."},
-            {"type", "array"},
-            {"items", reference("step")},
-            {"$defs", std::move(definitions)}};
+    return {
+        {"$schema", "https://json-schema.org/draft/2020-12/schema"},
+        {"title", "Onboarding"},
+        {"description",
+         "The document for ShowOnboarding: the steps in the order of showing. This schema accepts exactly "
+         "what can be decoded; its definition \"shown\" accepts what has everything the screens require. "
+         "Unknown keys are ignored; null stands for the default."},
+        {"type", "array"},
+        {"items", reference("step")},
+        {"$defs", std::move(definitions)}};
 }
 
 }  // namespace
 
 std::string schema(DocumentKind kind) {
-    return prettyJson(kind == DocumentKind::paywall ? paywallSchema() : onboardingSchema()) + "\n";
+    return boost::json::serialize(kind == DocumentKind::paywall ? paywallSchema() : onboardingSchema()) +
+           "\n";
 }
 
 }  // namespace vorna::schemas

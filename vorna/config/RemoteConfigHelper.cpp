@@ -51,11 +51,11 @@ std::optional<Configs> configsIn(const std::optional<std::string>& body,
         return std::nullopt;
     }
     json::Decoded<RemoteConfigResponse> decoded = decodeRemoteConfigResponse(*body);
-    if (const auto* const problem = std::get_if<json::DecodingError>(&decoded)) {
-        log::debug({"Decoding error: ", problem->description});
+    if (!decoded) {
+        log::debug({"Decoding error: ", json::describe(decoded.error(), *body)});
         return std::nullopt;
     }
-    return std::move(std::get<RemoteConfigResponse>(decoded).configs);
+    return std::move(decoded->configs);
 }
 
 }  // namespace
@@ -77,14 +77,14 @@ void RemoteConfigHelper::Exchange::fetch(const std::shared_ptr<Exchange>& self, 
         return;
     }
     json::Encoded body = encodeRemoteConfigRequest({data.deviceData});
-    if (const auto* const problem = std::get_if<json::EncodingError>(&body)) {
-        log::debug({"Error serializing request body: ", problem->description});
+    if (!body) {
+        log::debug({"Error serializing request body: ", json::describe(body.error())});
         return;
     }
     HttpRequest request{.url = *self->url,
                         .method = HttpMethod::post,
                         .headers = {{"Content-Type", "application/json"}},
-                        .body = std::get<std::string>(std::move(body)),
+                        .body = *std::move(body),
                         .timeout = std::chrono::seconds(5)};
     self->httpClient->start(std::move(request), [weakSelf = std::weak_ptr(self), data = std::move(data),
                                                  retryCount](const std::optional<std::string>& received,

@@ -8,7 +8,6 @@
 #include <vorna/text/Utf8.h>
 
 #include <utility>
-#include <variant>
 
 namespace vorna {
 
@@ -57,20 +56,20 @@ void KeychainHelper::save(std::string_view value) const {
 
 std::optional<std::string> KeychainHelper::encode(std::string_view userId, std::uint64_t installTime) {
     json::Encoded encoded = json::encode(KeyChainData{std::string(userId), installTime});
-    if (const json::EncodingError* const error = std::get_if<json::EncodingError>(&encoded)) {
-        log::debug({"Error encoding keyChainData: ", error->description});
+    if (!encoded) {
+        log::debug({"Error encoding keyChainData: ", json::describe(encoded.error())});
         return std::nullopt;
     }
-    return std::get<std::string>(std::move(encoded));
+    return *std::move(encoded);
 }
 
 std::optional<KeyChainData> KeychainHelper::decode(std::string_view text) {
     json::Decoded<KeyChainData> decoded = json::decode<KeyChainData>(text);
-    if (const json::DecodingError* const error = std::get_if<json::DecodingError>(&decoded)) {
-        log::debug({"Error decoding keyChainData: ", error->description});
+    if (!decoded) {
+        log::debug({"Error decoding keyChainData: ", json::describe(decoded.error(), text)});
         return std::nullopt;
     }
-    return std::get<KeyChainData>(std::move(decoded));
+    return *std::move(decoded);
 }
 
 }  // namespace vorna

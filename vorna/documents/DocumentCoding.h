@@ -4,21 +4,19 @@
 /// Decoding, encoding and validation of the screens' documents, all driven by the records' tables of fields.
 ///
 /// The records of events list their fields in code (see Encoding.h of `vorna/json`), which suits few fields
-/// of many types. Documents have many fields of few types: a table that a loop goes through at run time is a
-/// fraction of the code.
+/// of many types. Documents have many fields of few types: a loop over a table needs a fraction of the code.
 
+#include <vorna/base/Result.h>
 #include <vorna/documents/DocumentField.h>
-#include <vorna/json/DecodingError.h>
+#include <vorna/documents/MissingField.h>
+#include <vorna/json/Decoding.h>
 #include <vorna/json/Encoding.h>
-#include <vorna/json/TextScanner.h>
-#include <vorna/json/Writer.h>
 #include <vorna/text/Whitespace.h>
 
 #include <boost/json/array.hpp>
 #include <boost/json/object.hpp>
 #include <boost/json/value.hpp>
 
-#include <algorithm>
 #include <concepts>
 #include <cstdint>
 #include <optional>
@@ -47,46 +45,41 @@ struct DocumentAccess {
 
 /// Found by `json::encode` for the records of documents and for lists of them.
 template <DocumentRecord Record>
-bool write(json::Writer& writer, const Record& record) {
+json::Written write(json::Writer& writer, const Record& record) {
     writer.beginObject();
     for (const RecordField<Record>& field : Record::fields()) {
-        const bool fine = std::visit(
-            [&](auto member) {
+        json::Written written = std::visit(
+            [&](auto member) -> json::Written {
                 const auto& value = record.*member;
-                if constexpr (json::detail::isOptional<std::remove_cvref_t<decltype(value)>>) {
-                    return !value || json::detail::writeUnder(writer, field.key, *value);
+                if constexpr (!json::detail::isOptional<std::remove_cvref_t<decltype(value)>>) {
+                    return json::detail::writeMember(writer, field.key, value);
+                } else if (value) {
+                    return json::detail::writeMember(writer, field.key, *value);
                 } else {
-                    return json::detail::writeUnder(writer, field.key, value);
+                    return {};
                 }
             },
             field.member);
-        if (!fine) {
-            return false;
+        if (!written) {
+            return written;
         }
     }
     writer.endObject();
-    return true;
+    return {};
 }
 
 namespace document {
 
-/// What should have stood at a place, and the way there from the inside out. The texts are constants of the
-/// program.
-struct Fault {
-    std::string_view expected;
-    std::vector<json::PathStep> wayUp;
-};
+/// The value of the key; null if the key is absent or its value is null.
+const boost::json::value* valueOf(const boost::json::object& object, std::string_view key) noexcept;
 
-/// What stands under the key; absent for an absent key and for a null.
-const boost::json::value* valueUnder(const boost::json::object& object, std::string_view key) noexcept;
+using json::detail::Read;
 
-/// Each reads one value into a fresh one; false, with the fault told, when it is of another kind.
-bool read(const boost::json::value& from, std::string& into, Fault& fault);
-bool read(const boost::json::value& from, std::optional<std::string>& into, Fault& fault);
-bool read(const boost::json::value& from, std::int64_t& into, Fault& fault);
-bool read(const boost::json::value& from, std::vector<std::string>& into, Fault& fault);
+/// Each overload reads one value into a fresh one.
+using json::detail::read;
+Read read(const boost::json::value& from, std::optional<std::string>& into);
 template <DocumentRecord Record>
-bool read(const boost::json::value& from, std::vector<Record>& into, Fault& fault);
+Read read(const boost::json::value& from, std::vector<Record>& into);
 
 inline void setDefault(const DocumentField& field, std::string& into) {
     into = field.textDefault;
@@ -106,120 +99,120 @@ void setDefault(const DocumentField& /*field*/, std::vector<Element>& into) {
 }
 
 template <DocumentRecord Record>
-bool read(const boost::json::value& from, Record& into, Fault& fault) {
+Read read(const boost::json::value& from, Record& into) {
     const boost::json::object* const object = from.if_object();
     if (object == nullptr) {
-        fault.expected = "an object";
-        return false;
+        return json::detail::mismatch("an object", from);
     }
     for (const RecordField<Record>& field : Record::fields()) {
-        const boost::json::value* const value = valueUnder(*object, field.key);
-        const bool fine = std::visit(
-            [&](auto member) {
+        const boost::json::value* const value = valueOf(*object, field.key);
+        Read result = std::visit(
+            [&](auto member) -> Read {
                 if (value == nullptr) {
                     setDefault(field, into.*member);
-                    return true;
+                    return {};
                 }
-                return read(*value, into.*member, fault);
+                return read(*value, into.*member);
             },
             field.member);
-        if (!fine) {
-            fault.wayUp.emplace_back(field.key);
-            return false;
+        if (!result) {
+            result.error().path.prepend(field.key);
+            return result;
         }
     }
-    return true;
+    return {};
 }
 
 template <DocumentRecord Record>
-bool read(const boost::json::value& from, std::vector<Record>& into, Fault& fault) {
+Read read(const boost::json::value& from, std::vector<Record>& into) {
     const boost::json::array* const array = from.if_array();
     if (array == nullptr) {
-        fault.expected = "an array";
-        return false;
+        return json::detail::mismatch("an array", from);
     }
     into.reserve(array->size());
     for (std::size_t index = 0; index < array->size(); ++index) {
         auto record = DocumentAccess::unfilled<Record>();
-        if (!read((*array)[index], record, fault)) {
-            fault.wayUp.emplace_back(index);
-            return false;
+        if (Read result = read((*array)[index], record); !result) {
+            result.error().path.prepend(index);
+            return result;
         }
         into.push_back(std::move(record));
     }
-    return true;
+    return {};
 }
 
-/// Reads the tree of a text into what `into` points to. Absent when all went well.
-std::optional<json::DecodingError> readText(std::string_view text, void* into,
-                                            bool (*read)(const boost::json::value& from, void* into,
-                                                         Fault& fault));
+/// Parses the text and reads its tree into `into`. The error has an offset, and a number as it is written.
+Read readText(std::string_view text, void* into, Read (*read)(const boost::json::value& from, void* into));
 
-/// Fills what is given, which is fresh, with what the text says.
+/// Decodes the text into the given value, which is fresh.
 template <class Value>
-std::variant<Value, json::DecodingError> decode(std::string_view text, Value value) {
-    constexpr auto readValue = [](const boost::json::value& from, void* into, Fault& fault) {
-        return read(from, *static_cast<Value*>(into), fault);
+json::Decoded<Value> decode(std::string_view text, Value value) {
+    constexpr auto readValue = [](const boost::json::value& from, void* into) {
+        return read(from, *static_cast<Value*>(into));
     };
-    if (std::optional<json::DecodingError> error = readText(text, &value, readValue)) {
-        return std::move(*error);
+    if (Read result = readText(text, &value, readValue); !result) {
+        return Unexpected(std::move(result).error());
     }
     return value;
 }
 
-/// Adds the names of what is missing, preceded by the given words.
+/// Adds what the record lacks; `place` is the record's path, and the same again afterwards.
 template <DocumentRecord Record>
-void addMissing(const Record& record, bool isPaywall, const std::string& place,
-                std::vector<std::string>& names) {
+void addMissing(const Record& record, bool isPaywall, json::Path& place, std::vector<MissingField>& missing) {
     for (const RecordField<Record>& field : Record::fields()) {
         if (field.required == FieldRequirement::never ||
             (field.required == FieldRequirement::onPaywallSteps && !isPaywall)) {
             continue;
         }
-        const auto add = [&](std::string_view remark) {
-            names.push_back(place + std::string(field.key) + std::string(remark));
+        const auto add = [&](MissingField::Reason reason) {
+            missing.push_back({place, reason});
+            missing.back().path.append(field.key);
         };
         std::visit(
             [&](auto member) {
+                using Reason = MissingField::Reason;
                 const auto& value = record.*member;
                 using Value = std::remove_cvref_t<decltype(value)>;
                 if constexpr (std::same_as<Value, std::string>) {
                     if (field.kind == FieldKind::stepType) {
                         if (value != basicStep && value != paywallStep) {
-                            add(" (geçersiz)");
+                            add(Reason::unknownType);
                         }
                     } else if (text::isBlank(value)) {
-                        add("");
+                        add(Reason::blank);
                     }
                 } else if constexpr (std::same_as<Value, std::vector<std::string>>) {
                     if (value.empty()) {
-                        add("");
+                        add(Reason::noLines);
                     }
                 } else if constexpr (requires { value.front().identifier; }) {
                     if (value.empty()) {
-                        add(" (boş)");
+                        add(Reason::noProducts);
                     }
+                    place.append(field.key);
                     for (std::size_t index = 0; index < value.size(); ++index) {
-                        addMissing(value[index], isPaywall,
-                                   std::string(field.key) + "[" + std::to_string(index) + "].", names);
+                        place.append(index);
+                        addMissing(value[index], isPaywall, place, missing);
+                        place.removeLast();
                     }
+                    place.removeLast();
                 }
             },
             field.member);
     }
 }
 
-/// The names of what is missing, in ascending order.
+/// What is missing, in the order of the tables.
 template <DocumentRecord Record>
-std::vector<std::string> missingFields(const Record& record, bool isPaywall) {
-    std::vector<std::string> names;
-    addMissing(record, isPaywall, "", names);
-    std::sort(names.begin(), names.end());
-    return names;
+std::vector<MissingField> missingFields(const Record& record, bool isPaywall) {
+    std::vector<MissingField> missing;
+    json::Path top;
+    addMissing(record, isPaywall, top, missing);
+    return missing;
 }
 
-/// Prints the names as an array on a line of its own.
-void print(const std::vector<std::string>& names);
+/// Prints the names of the fields as an array on a line of its own, and returns them.
+std::vector<std::string> printed(std::span<const MissingField> fields);
 
 }  // namespace document
 }  // namespace vorna

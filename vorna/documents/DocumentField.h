@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// What a field of a screen's document is, apart from any document. Each record type (`PaidProduct`,
-/// `PaywallParameters`, `OnboardingStepsParameters`) has one table of its fields, which `fields()` gives out
-/// in the order of the document; it drives decoding, encoding and validation, and whoever describes or judges
-/// documents can go through it too.
+/// Descriptions of the fields of the screens' documents. Each record type (`PaidProduct`,
+/// `PaywallParameters`, `OnboardingStepsParameters`) has one table of its fields, which `fields()` returns in
+/// the order of the document. It drives decoding, encoding and validation, and is there for tools too.
 
 #include <cstdint>
 #include <optional>
@@ -19,15 +18,15 @@ class PaidProduct;
 
 /// What a field means.
 enum class FieldKind : std::uint8_t {
-    /// Text for the user's eyes.
+    /// Text that the user reads.
     text,
     /// A colour string, as `UIColor` reads it.
     colour,
     /// A web address.
     url,
-    /// A name for the host; no user sees it.
+    /// A name for the host, not shown to the user.
     identifier,
-    /// Which kind of step this is: one of `stepTypes`.
+    /// The kind of step: `basicStep` or `paywallStep`.
     stepType,
     /// A whole number of seconds.
     delay,
@@ -41,17 +40,17 @@ enum class FieldKind : std::uint8_t {
 inline constexpr std::string_view basicStep = "basic";
 inline constexpr std::string_view paywallStep = "paywall";
 
-/// What a document holds under the key.
+/// The type of the value in a document.
 enum class FieldType : std::uint8_t { string, integer, strings, products };
 
-/// When a document without the field, or with nothing but white space in it, is refused.
+/// When validation rejects a document whose field is absent or blank.
 enum class FieldRequirement : std::uint8_t { never, always, onPaywallSteps };
 
 struct DocumentField {
     std::string_view key;
     FieldKind kind = FieldKind::text;
     FieldRequirement required = FieldRequirement::never;
-    /// What an absent field or a null stands for. Lists are empty then.
+    /// The value of an absent field or a null; that of a list is empty.
     std::string_view textDefault = {};
     std::int64_t numberDefault = 0;
 

@@ -92,16 +92,16 @@ std::span<const RecordField<OnboardingStepsParameters>> OnboardingStepsParameter
     return table;
 }
 
-std::variant<std::vector<OnboardingStepsParameters>, json::DecodingError>
+Result<std::vector<OnboardingStepsParameters>, json::DecodingError>
 decodeOnboardingSteps(std::string_view json) {
     return document::decode(json, std::vector<OnboardingStepsParameters>());
 }
 
-std::variant<std::string, json::EncodingError> encode(const OnboardingStepsParameters& step) {
+Result<std::string, json::EncodingError> encode(const OnboardingStepsParameters& step) {
     return json::encode(step);
 }
 
-std::variant<std::string, json::EncodingError> encode(const std::vector<OnboardingStepsParameters>& steps) {
+Result<std::string, json::EncodingError> encode(const std::vector<OnboardingStepsParameters>& steps) {
     return json::encode(steps);
 }
 

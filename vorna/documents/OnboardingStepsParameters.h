@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// One step of an onboarding, and the document that lists them.
+/// One step of an onboarding, and the document that lists the steps.
 
 #include <vorna/base/Export.h>
+#include <vorna/base/Result.h>
 #include <vorna/documents/DocumentField.h>
 #include <vorna/documents/PaidProduct.h>
 #include <vorna/json/DecodingError.h>
@@ -13,20 +14,19 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 namespace vorna {
 
-/// Made whole, by decoding or from all its values; there is none without. The members are open: who must not
-/// change a step is given a const one.
+/// Always complete: decoded, or constructed from all values. The members are public; pass a const step where
+/// it must not change.
 class VORNA_EXPORT OnboardingStepsParameters {
   public:
-    /// "basic" or "paywall"; anything else is refused by validation, not by decoding.
+    /// "basic" or "paywall"; validation rejects anything else, decoding does not.
     std::string type;
     /// Address of the image or the video.
     std::string media;
-    /// A small line over the heading.
+    /// A small line above the heading.
     std::string title;
     std::string titleColor;
     std::string heading;
@@ -36,27 +36,27 @@ class VORNA_EXPORT OnboardingStepsParameters {
     std::string detailsColor;
     std::string buttonTitle;
     std::string buttonTitleColor;
-    /// Address that the link of a paywall step opens.
+    /// Address that a link of a paywall step opens.
     std::string termsOfUse;
     std::string termsOfUseColor;
     std::string footNote;
     std::string footNoteColor;
     std::vector<PaidProduct> paidProducts;
-    /// Identifier of the product that is selected at first.
+    /// Identifier of the product that is selected initially.
     std::string selectedPaidProduct;
-    /// Seconds until the close button appears; at once when zero or less.
+    /// Seconds until the close button appears; immediately if zero or less.
     std::int64_t exitButtonDelay = 0;
-    /// Address that the link of a paywall step opens.
+    /// Address that a link of a paywall step opens.
     std::string privacyPolicy;
     std::string backgroundColor;
-    /// Where the gradient of the button begins and ends.
+    /// The two ends of the button's gradient.
     std::string actionButtonColor1;
     std::string actionButtonColor2;
     std::string restoreButtonColor;
     std::string privacyPolicyColor;
     std::string exitButtonColor;
 
-    /// The order is not that of the document: the texts and what they open come first, the colours last.
+    /// Not in the order of the document: texts and addresses come first, colours last.
     OnboardingStepsParameters(std::string type, std::string media, std::string heading,
                               std::vector<std::string> details, std::string buttonTitle,
                               std::vector<PaidProduct> paidProducts, std::string selectedPaidProduct,
@@ -78,19 +78,17 @@ class VORNA_EXPORT OnboardingStepsParameters {
     OnboardingStepsParameters() = default;
 };
 
-/// Reads a document: an array of objects, one for each step, in the order of showing. Every key may be absent
-/// or null and stands for its default then; the first step, and in it the first key in the order of the
-/// table, that holds another type of value fails the document as a whole, and the error tells path and
-/// position. A number may be written 5, 5.0 or 5e0. Keys that no field has are ignored, of equal keys the
-/// last holds.
-/// A text that is not UTF-8 fails like any other that is not JSON; `utf8::isValid` tells it apart
-/// beforehand. Any thread; any bytes.
-VORNA_EXPORT std::variant<std::vector<OnboardingStepsParameters>, json::DecodingError>
+/// Decodes a document: an array of objects, one for each step, in the order of showing. Every key may be
+/// absent or null, which gives its default; the first step, and in it the first key in the order of the
+/// table, with a value of another type fails the whole document, with an error that has an offset. A number
+/// may be written 5, 5.0 or 5e0. Unknown keys are ignored; the last of duplicate keys wins. Text that is not
+/// UTF-8 is not JSON either; check with `utf8::isValid` first to tell the two apart. Any thread; any bytes.
+VORNA_EXPORT Result<std::vector<OnboardingStepsParameters>, json::DecodingError>
 decodeOnboardingSteps(std::string_view json);
 
-/// All keys of a step in the order of the table; the array of the steps. Fails for text that is not UTF-8.
-VORNA_EXPORT std::variant<std::string, json::EncodingError> encode(const OnboardingStepsParameters& step);
-VORNA_EXPORT std::variant<std::string, json::EncodingError>
+/// All keys of a step in the order of the table; the array of all steps. Fails for text that is not UTF-8.
+VORNA_EXPORT Result<std::string, json::EncodingError> encode(const OnboardingStepsParameters& step);
+VORNA_EXPORT Result<std::string, json::EncodingError>
 encode(const std::vector<OnboardingStepsParameters>& steps);
 
 }  // namespace vorna

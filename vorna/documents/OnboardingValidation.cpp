@@ -5,14 +5,12 @@
 
 namespace vorna {
 
-std::vector<std::string> missingFields(const OnboardingStepsParameters& step) {
+std::vector<MissingField> missingFields(const OnboardingStepsParameters& step) {
     return document::missingFields(step, step.type == paywallStep);
 }
 
 std::vector<std::string> validate(const OnboardingStepsParameters& step) {
-    std::vector<std::string> names = missingFields(step);
-    document::print(names);
-    return names;
+    return document::printed(missingFields(step));
 }
 
 }  // namespace vorna

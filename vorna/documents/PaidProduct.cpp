@@ -75,11 +75,11 @@ std::span<const RecordField<PaidProduct>> PaidProduct::fields() noexcept {
     return table;
 }
 
-std::variant<PaidProduct, json::DecodingError> PaidProduct::decode(std::string_view json) {
+Result<PaidProduct, json::DecodingError> PaidProduct::decode(std::string_view json) {
     return document::decode(json, PaidProduct());
 }
 
-std::variant<std::string, json::EncodingError> encode(const PaidProduct& product) {
+Result<std::string, json::EncodingError> encode(const PaidProduct& product) {
     return json::encode(product);
 }
 

@@ -4,6 +4,7 @@
 /// One product that a paywall or a paywall step offers.
 
 #include <vorna/base/Export.h>
+#include <vorna/base/Result.h>
 #include <vorna/documents/DocumentField.h>
 #include <vorna/json/DecodingError.h>
 #include <vorna/json/EncodingError.h>
@@ -12,35 +13,34 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <variant>
 
 namespace vorna {
 
-/// Made whole, by decoding or from all its values; there is none without. The members are open: who must not
-/// change a product is given a const one. A product that was decoded holds no absent text, since an absent
-/// key gives an empty text; only the constructor leaves one out.
+/// Always complete: decoded, or constructed from all values. The members are public; pass a const product
+/// where it must not change. A decoded product has no std::nullopt, since an absent key gives an empty text;
+/// only the constructor can leave a text out.
 class VORNA_EXPORT PaidProduct {
   public:
     /// The first line of the cell.
     std::string title;
-    /// Shown as given.
+    /// Shown as it is.
     std::string price;
-    /// Of the product in the store; handed to the host on taps.
+    /// The product's identifier in the store; passed to the host on taps.
     std::string identifier;
     std::string selectedBackgroundColor;
     std::string unselectedBackgroundColor;
     /// The colour of the border and of the shadow.
     std::string selectedBorderColor;
     std::string unselectedBorderColor;
-    /// A small tag under the price; none when empty or absent.
+    /// A small tag under the price; none if empty or absent.
     std::optional<std::string> tagText;
-    /// A badge on the cell's upper edge; none when empty or absent.
+    /// A badge on the cell's upper edge; none if empty or absent.
     std::optional<std::string> badgeText;
     std::optional<std::string> badgeSelectedColor;
     std::optional<std::string> badgeUnselectedColor;
     std::optional<std::string> tagSelectedColor;
     std::optional<std::string> tagUnselectedColor;
-    /// Small text under the title; none when empty or absent.
+    /// Small text under the title; none if empty or absent.
     std::optional<std::string> descriptionText;
     std::optional<std::string> badgeTextColor;
     std::string titleColor;
@@ -58,9 +58,9 @@ class VORNA_EXPORT PaidProduct {
                 std::optional<std::string> badgeTextColor, std::string titleColor, std::string priceColor,
                 std::optional<std::string> tagTextColor, std::optional<std::string> descriptionTextColor);
 
-    /// Reads one product. Every key may be absent or null; one that holds no text fails the product as a
-    /// whole. Keys that no field has are ignored, of equal keys the last holds. Any thread; any bytes.
-    static std::variant<PaidProduct, json::DecodingError> decode(std::string_view json);
+    /// Decodes one product. Every key may be absent or null; a value that is not text fails the product as a
+    /// whole. Unknown keys are ignored; the last of duplicate keys wins. Any thread; any bytes.
+    static Result<PaidProduct, json::DecodingError> decode(std::string_view json);
 
     /// The table of its fields.
     static std::span<const RecordField<PaidProduct>> fields() noexcept;
@@ -72,7 +72,7 @@ class VORNA_EXPORT PaidProduct {
     PaidProduct() = default;
 };
 
-/// All keys in the order of the table, without the texts that are absent. Fails for text that is not UTF-8.
-VORNA_EXPORT std::variant<std::string, json::EncodingError> encode(const PaidProduct& product);
+/// All keys in the order of the table, without absent texts. Fails for text that is not UTF-8.
+VORNA_EXPORT Result<std::string, json::EncodingError> encode(const PaidProduct& product);
 
 }  // namespace vorna

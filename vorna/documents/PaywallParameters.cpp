@@ -78,11 +78,11 @@ std::span<const RecordField<PaywallParameters>> PaywallParameters::fields() noex
     return table;
 }
 
-std::variant<PaywallParameters, json::DecodingError> PaywallParameters::decode(std::string_view json) {
+Result<PaywallParameters, json::DecodingError> PaywallParameters::decode(std::string_view json) {
     return document::decode(json, PaywallParameters());
 }
 
-std::variant<std::string, json::EncodingError> encode(const PaywallParameters& paywall) {
+Result<std::string, json::EncodingError> encode(const PaywallParameters& paywall) {
     return json::encode(paywall);
 }
 

@@ -4,6 +4,7 @@
 /// The document of a paywall.
 
 #include <vorna/base/Export.h>
+#include <vorna/base/Result.h>
 #include <vorna/documents/DocumentField.h>
 #include <vorna/documents/PaidProduct.h>
 #include <vorna/json/DecodingError.h>
@@ -13,13 +14,12 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 namespace vorna {
 
-/// Made whole, by decoding or from all its values; there is none without. The members are open: who must not
-/// change a document is given a const one.
+/// Always complete: decoded, or constructed from all values. The members are public; pass a const document
+/// where it must not change.
 class VORNA_EXPORT PaywallParameters {
   public:
     /// Address of the image or the video at the top.
@@ -28,9 +28,9 @@ class VORNA_EXPORT PaywallParameters {
     /// A line each.
     std::vector<std::string> details;
     std::vector<PaidProduct> paidProducts;
-    /// Seconds until the close button appears; at once when zero or less.
+    /// Seconds until the close button appears; immediately if zero or less.
     std::int64_t exitButtonDelay = 0;
-    /// Identifier of the product that is selected at first.
+    /// Identifier of the product that is selected initially.
     std::string selectedPaidProduct;
     std::string buttonTitle;
     /// Addresses that the links open.
@@ -38,7 +38,7 @@ class VORNA_EXPORT PaywallParameters {
     std::string privacyPolicy;
     std::string footNote;
     std::string backgroundColor;
-    /// Where the gradient of the button begins and ends.
+    /// The two ends of the button's gradient.
     std::string actionButtonColor1;
     std::string actionButtonColor2;
     std::string headingColor;
@@ -59,13 +59,12 @@ class VORNA_EXPORT PaywallParameters {
                       std::string footNoteColor, std::string restoreButtonColor,
                       std::string privacyPolicyColor, std::string detailsColor, std::string exitButtonColor);
 
-    /// Reads a document. Every key may be absent or null and stands for its default then; the first in the
-    /// order of the table that holds another type of value fails the document as a whole, and the error tells
-    /// path and position. A number may be written 5, 5.0 or 5e0. Keys that no field has are ignored, of equal
-    /// keys the last holds.
-    /// A text that is not UTF-8 fails like any other that is not JSON; `utf8::isValid` tells it apart
-    /// beforehand. Any thread; any bytes.
-    static std::variant<PaywallParameters, json::DecodingError> decode(std::string_view json);
+    /// Decodes a document. Every key may be absent or null, which gives its default; the first key in the
+    /// order of the table with a value of another type fails the whole document, with an error that has an
+    /// offset. A number may be written 5, 5.0 or 5e0. Unknown keys are ignored; the last of duplicate keys
+    /// wins. Text that is not UTF-8 is not JSON either; check with `utf8::isValid` first to tell the two
+    /// apart. Any thread; any bytes.
+    static Result<PaywallParameters, json::DecodingError> decode(std::string_view json);
 
     /// The table of its fields.
     static std::span<const RecordField<PaywallParameters>> fields() noexcept;
@@ -78,6 +77,6 @@ class VORNA_EXPORT PaywallParameters {
 };
 
 /// All keys in the order of the table. Fails for text that is not UTF-8.
-VORNA_EXPORT std::variant<std::string, json::EncodingError> encode(const PaywallParameters& paywall);
+VORNA_EXPORT Result<std::string, json::EncodingError> encode(const PaywallParameters& paywall);
 
 }  // namespace vorna

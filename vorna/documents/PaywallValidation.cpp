@@ -5,14 +5,12 @@
 
 namespace vorna {
 
-std::vector<std::string> missingFields(const PaywallParameters& paywall) {
+std::vector<MissingField> missingFields(const PaywallParameters& paywall) {
     return document::missingFields(paywall, true);
 }
 
 std::vector<std::string> validate(const PaywallParameters& paywall) {
-    std::vector<std::string> names = missingFields(paywall);
-    document::print(names);
-    return names;
+    return document::printed(missingFields(paywall));
 }
 
 }  // namespace vorna

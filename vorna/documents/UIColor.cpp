@@ -13,25 +13,25 @@ namespace vorna {
 
 namespace {
 
-/// The number that a text begins with, as the text is fed one upper-case code point after the other.
+/// Parses the number at the beginning of a text that is fed to it as upper-case code points.
 class HexScanner {
   public:
     void take(char32_t codePoint) noexcept {
         if (state_ == State::before && text::isWhiteSpace(codePoint)) {
             return;
         }
-        if (state_ == State::behindZero && codePoint == U'X') {
-            // The zero was a prefix's, which does not count as a digit.
+        if (state_ == State::afterZero && codePoint == U'X') {
+            // The zero belonged to a prefix, which does not count as a digit.
             hasDigit_ = false;
             state_ = State::digits;
             return;
         }
         const int digit = valueOf(codePoint);
-        if (state_ == State::behind || digit < 0) {
-            state_ = State::behind;
+        if (state_ == State::after || digit < 0) {
+            state_ = State::after;
             return;
         }
-        state_ = state_ == State::before && digit == 0 ? State::behindZero : State::digits;
+        state_ = state_ == State::before && digit == 0 ? State::afterZero : State::digits;
         hasDigit_ = true;
         constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
         number_ = number_ > most >> 4U ? most : number_ << 4U | static_cast<std::uint64_t>(digit);
@@ -42,7 +42,7 @@ class HexScanner {
     }
 
   private:
-    enum class State : std::uint8_t { before, behindZero, digits, behind };
+    enum class State : std::uint8_t { before, afterZero, digits, after };
 
     static int valueOf(char32_t codePoint) noexcept {
         if (codePoint >= U'0' && codePoint <= U'9') {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// An RGB colour, and the reader of the colour strings in documents.
+/// An RGB colour, and the parser of the colour strings in documents.
 
 #include <vorna/base/Export.h>
 
@@ -10,7 +10,7 @@
 
 namespace vorna {
 
-/// Every component from 0 to 1; what is given is not cut to that range. An alpha of 1 is opaque.
+/// Components from 0 to 1, not clamped to that range. An alpha of 1 is opaque.
 struct VORNA_EXPORT UIColor {
     double red = 0;
     double green = 0;
@@ -23,19 +23,17 @@ struct VORNA_EXPORT UIColor {
           blue(bluePart),
           alpha(alphaPart) {}
 
-    /// Reads a colour string: RRGGBB or RRGGBBAA in hexadecimal digits of either case, with or without a "#"
-    /// before and white space around. Opaque black for whatever cannot be read, including bytes that are not
-    /// UTF-8.
+    /// Parses a colour string: RRGGBB or RRGGBBAA in hexadecimal digits of either case, optionally with a
+    /// leading "#" and white space around. Opaque black if the string cannot be parsed, including bytes that
+    /// are not UTF-8.
     ///
-    /// How many characters there are and which digits they begin with are two questions. After trimming and
-    /// after the one "#", the text must have six or eight characters as a reader counts them; the number is
-    /// taken from the digits at its beginning, over white space and an optional "0x", and ends at the first
-    /// character that is no digit. So "12345G" is 0x012345 and "0x1234" is 0x001234. Without one digit, as in
-    /// "0xZZZZ", there is no number.
+    /// Length and digits are checked separately. After trimming and after the one "#", the text must have six
+    /// or eight user-perceived characters; the number is taken from its leading digits, after white space and
+    /// an optional "0x", and ends at the first character that is not a digit. So "12345G" is 0x012345 and
+    /// "0x1234" is 0x001234. Without any digit, as in "0xZZZZ", there is no number.
     explicit UIColor(std::string_view hex) noexcept;
 
-    /// As above, but absent where the text falls back to black because it cannot be read. For whoever tells
-    /// an author about it.
+    /// The same, but std::nullopt where the constructor falls back to black. For tools that report it.
     static std::optional<UIColor> read(std::string_view hex) noexcept;
 
     friend constexpr bool operator==(const UIColor&, const UIColor&) = default;

@@ -10,19 +10,21 @@
 
 namespace vorna {
 
-inline bool write(json::Writer& writer, const ULID& ulid) {
+inline json::Written write(json::Writer& writer, const ULID& ulid) {
     const ULID::Text text = ulid.toText();
     return writer.text(ULID::view(text));
 }
 
-inline json::detail::Problem read(const boost::json::value& from, ULID& into) {
+inline json::detail::Read read(const boost::json::value& from, ULID& into) {
     std::string text;
-    if (json::detail::Problem problem = json::detail::read(from, text)) {
-        return problem;
+    if (json::detail::Read result = json::detail::read(from, text); !result) {
+        return result;
     }
     const std::optional<ULID> ulid = ULID::fromString(text);
     if (!ulid) {
-        return {{}, "Attempted to decode ULID from invalid ULID string."};
+        return Unexpected(json::DecodingError{
+            .expected = "a ULID",
+            .found = json::DecodingError::Malformed{"Attempted to decode ULID from invalid ULID string."}});
     }
     into = *ulid;
     return {};

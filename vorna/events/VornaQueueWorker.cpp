@@ -95,12 +95,12 @@ void VornaQueueWorker::sendEvent(const EventData& event, std::string_view url) {
         return;
     }
     json::Encoded encoded = encode(event);
-    if (const json::EncodingError* const error = std::get_if<json::EncodingError>(&encoded)) {
-        log::debug({"Error encoding eventData: ", error->description});
+    if (!encoded) {
+        log::debug({"Error encoding eventData: ", json::describe(encoded.error())});
         log::debug({"Error serializing event data"});
         return;
     }
-    auto& body = std::get<std::string>(encoded);
+    std::string& body = *encoded;
     log::debug({"Event Data: ", body});
 
     if (processIsExiting()) {

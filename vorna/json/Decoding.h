@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Turns JSON text into a record, driven by the same list of fields as encoding (see Encoding.h). Every field
-/// that is not optional must be there; a null counts as absent; keys that the record does not know are
-/// ignored. An error tells the path to the value, but no position. The documents of screens have defaults and
-/// positions and are decoded from tables (vorna/documents).
+/// Decodes JSON text into records, driven by the same list of fields as encoding (see Encoding.h). Every
+/// field that is not optional is required; null counts as absent for those that are; unknown keys are
+/// ignored. An error in a record has a path but no offset. The documents of screens have defaults and offsets
+/// and are decoded from tables (vorna/documents).
 
+#include <vorna/base/Result.h>
 #include <vorna/json/DecodingError.h>
 #include <vorna/json/Encoding.h>
 #include <vorna/json/Value.h>
@@ -15,6 +16,7 @@
 #include <boost/json/string.hpp>
 
 #include <cmath>
+#include <concepts>
 #include <cstdint>
 #include <limits>
 #include <map>
@@ -23,69 +25,71 @@
 #include <string_view>
 #include <type_traits>
 #include <utility>
-#include <variant>
 #include <vector>
 
 namespace vorna::json {
 
-/// The record, or where and why the text is none.
 template <class T>
-using Decoded = std::variant<T, DecodingError>;
+using Decoded = Result<T, DecodingError>;
+
+template <class T>
+concept Integer = std::integral<T> && !std::same_as<T, bool>;
 
 namespace detail {
 
-/// Empty when all went well; otherwise what is wrong, preceded by its place while the recursion unwinds.
-struct Problem {
-    std::string place;
-    std::string what;
+/// Success, or what is wrong; the error's path grows while the recursion unwinds.
+using Read = Result<void, DecodingError>;
 
-    explicit operator bool() const noexcept { return !what.empty(); }
-
-    void isUnder(std::string_view key) {
-        const bool joined = place.empty() || place.front() == '[';
-        place.insert(0, std::string(key) + (joined ? "" : "."));
-    }
-};
-
-inline Problem expected(std::string_view kind, const boost::json::value& found) {
-    return {{}, "expected " + std::string(kind) + ", found " + std::string(kindName(found))};
+inline Unexpected<DecodingError> mismatch(std::string_view expected, const boost::json::value& found) {
+    return Unexpected(DecodingError{.expected = expected, .found = kindOf(found)});
 }
 
-inline Problem read(const boost::json::value& from, std::string& into) {
+inline Read read(const boost::json::value& from, std::string& into) {
     const boost::json::string* const text = from.if_string();
     if (text == nullptr) {
-        return expected("a string", from);
+        return mismatch("a string", from);
     }
     into.assign(text->data(), text->size());
     return {};
 }
 
-inline Problem read(const boost::json::value& from, bool& into) {
+inline Read read(const boost::json::value& from, bool& into) {
     const bool* const value = from.if_bool();
     if (value == nullptr) {
-        return expected("a boolean", from);
+        return mismatch("a boolean", from);
     }
     into = *value;
     return {};
 }
 
-template <class T>
-
-requires std::is_floating_point_v<T> Problem read(const boost::json::value& from, T& into) {
+template <std::floating_point T>
+Read read(const boost::json::value& from, T& into) {
     if (!from.is_number()) {
-        return expected("a number", from);
+        return mismatch("a number", from);
     }
     into = from.to_number<T>();
     return {};
 }
 
-/// An integer may also be written with a fraction of zero or an exponent, as 5.0 or 5e0.
-template <class T>
+template <Integer T>
+constexpr std::string_view integerName() {
+    switch (sizeof(T)) {
+    case 1:
+        return std::unsigned_integral<T> ? "an unsigned 8-bit integer" : "an 8-bit integer";
+    case 2:
+        return std::unsigned_integral<T> ? "an unsigned 16-bit integer" : "a 16-bit integer";
+    case 4:
+        return std::unsigned_integral<T> ? "an unsigned 32-bit integer" : "a 32-bit integer";
+    default:
+        return std::unsigned_integral<T> ? "an unsigned 64-bit integer" : "a 64-bit integer";
+    }
+}
 
-requires(std::is_integral_v<T> && !std::is_same_v<T, bool>) Problem
-    read(const boost::json::value& from, T& into) {
+/// An integer may also be written with a fraction of zero or an exponent, as 5.0 or 5e0.
+template <Integer T>
+Read read(const boost::json::value& from, T& into) {
     if (!from.is_number()) {
-        return expected("an integer", from);
+        return mismatch(integerName<T>(), from);
     }
     if (const std::int64_t* const number = from.if_int64(); number != nullptr && std::in_range<T>(*number)) {
         into = static_cast<T>(*number);
@@ -98,7 +102,7 @@ requires(std::is_integral_v<T> && !std::is_same_v<T, bool>) Problem
     }
     if (const double* const number = from.if_double(); number != nullptr && std::trunc(*number) == *number) {
         // One more than the largest value is a power of two and so exact as a double; the largest is not.
-        // Where a double cannot hold every integer, the smallest may stand for one below it as well.
+        // Where a double cannot represent every integer, the smallest may stand for one below it as well.
         const double end = std::ldexp(1.0, std::numeric_limits<T>::digits);
         const auto smallest = static_cast<double>(std::numeric_limits<T>::min());
         constexpr bool isExact = std::numeric_limits<T>::digits <= std::numeric_limits<double>::digits;
@@ -109,43 +113,47 @@ requires(std::is_integral_v<T> && !std::is_same_v<T, bool>) Problem
             return {};
         }
     }
-    return {{}, "expected an integer in range, found another number"};
+    return Unexpected(
+        DecodingError{.expected = integerName<T>(), .found = DecodingError::Number{numberText(from)}});
 }
 
-/// An enumeration is decoded from its number; `isKnownValue`, found beside the type, says which numbers are.
-template <class T>
-
-requires std::is_enum_v<T> Problem read(const boost::json::value& from, T& into) {
+/// An enumeration is decoded from its number; `isKnownValue`, in the type's namespace, says which are valid.
+template <Enumeration T>
+Read read(const boost::json::value& from, T& into) {
     std::underlying_type_t<T> number{};
-    if (Problem problem = read(from, number)) {
-        return problem;
+    Read result = read(from, number);
+    if (result && isKnownValue(static_cast<T>(number))) {
+        into = static_cast<T>(number);
+        return result;
     }
-    if (!isKnownValue(static_cast<T>(number))) {
-        return {{}, "expected one of the known numbers, found " + std::to_string(number)};
+    constexpr std::string_view expected = "one of the known numbers";
+    if (!result) {
+        result.error().expected = expected;
+        return result;
     }
-    into = static_cast<T>(number);
-    return {};
+    return Unexpected(
+        DecodingError{.expected = expected, .found = DecodingError::Number{std::to_string(number)}});
 }
 
 template <class T, class Compare>
-Problem read(const boost::json::value& from, std::map<std::string, T, Compare>& into);
+Read read(const boost::json::value& from, std::map<std::string, T, Compare>& into);
 template <class T>
-Problem read(const boost::json::value& from, std::vector<T>& into);
+Read read(const boost::json::value& from, std::vector<T>& into);
 template <Record T>
-Problem read(const boost::json::value& from, T& into);
+Read read(const boost::json::value& from, T& into);
 
 template <class T, class Compare>
-Problem read(const boost::json::value& from, std::map<std::string, T, Compare>& into) {
+Read read(const boost::json::value& from, std::map<std::string, T, Compare>& into) {
     const boost::json::object* const object = from.if_object();
     if (object == nullptr) {
-        return expected("an object", from);
+        return mismatch("an object", from);
     }
     for (const auto& member : *object) {
         std::string key(member.key().data(), member.key().size());
         T value{};
-        if (Problem problem = read(member.value(), value)) {
-            problem.isUnder(key);
-            return problem;
+        if (Read result = read(member.value(), value); !result) {
+            result.error().path.prepend(std::string_view(key));
+            return result;
         }
         into.insert_or_assign(std::move(key), std::move(value));
     }
@@ -153,30 +161,30 @@ Problem read(const boost::json::value& from, std::map<std::string, T, Compare>& 
 }
 
 template <class T>
-Problem read(const boost::json::value& from, std::vector<T>& into) {
+Read read(const boost::json::value& from, std::vector<T>& into) {
     const boost::json::array* const array = from.if_array();
     if (array == nullptr) {
-        return expected("an array", from);
+        return mismatch("an array", from);
     }
     into.reserve(array->size());
     for (std::size_t index = 0; index < array->size(); ++index) {
-        if (Problem problem = read((*array)[index], into.emplace_back())) {
-            problem.isUnder("[" + std::to_string(index) + "]");
-            return problem;
+        if (Read result = read((*array)[index], into.emplace_back()); !result) {
+            result.error().path.prepend(index);
+            return result;
         }
     }
     return {};
 }
 
 template <Record T>
-Problem read(const boost::json::value& from, T& into) {
+Read read(const boost::json::value& from, T& into) {
     const boost::json::object* const object = from.if_object();
     if (object == nullptr) {
-        return expected("an object", from);
+        return mismatch("an object", from);
     }
-    Problem problem;
+    Read result;
     T::visitFields(into, [&]<class Field>(std::string_view key, Field& field) {
-        if (problem) {
+        if (!result) {
             return;
         }
         const boost::json::value* const value =
@@ -184,31 +192,28 @@ Problem read(const boost::json::value& from, T& into) {
         if constexpr (isOptional<Field>) {
             field.reset();
             if (value != nullptr && !value->is_null()) {
-                problem = read(*value, field.emplace());
+                result = read(*value, field.emplace());
             }
         } else if (value == nullptr) {
-            problem.what = "missing";
+            result = Unexpected(DecodingError{.expected = "a value", .found = DecodingError::Missing()});
         } else {
-            problem = read(*value, field);
+            result = read(*value, field);
         }
-        if (problem) {
-            problem.isUnder(key);
+        if (!result) {
+            result.error().path.prepend(key);
         }
     });
-    return problem;
+    return result;
 }
 
 }  // namespace detail
 
-/// Decodes a record out of a tree that has been parsed already.
+/// Decodes a record from a tree that has already been parsed.
 template <Record T>
 Decoded<T> decodeTree(const boost::json::value& tree) {
     T record;
-    if (const detail::Problem problem = detail::read(tree, record)) {
-        DecodingError error;
-        error.description = problem.place.empty() ? problem.what : problem.place + ": " + problem.what;
-        error.path = problem.place;
-        return error;
+    if (detail::Read result = detail::read(tree, record); !result) {
+        return Unexpected(std::move(result).error());
     }
     return record;
 }
@@ -216,11 +221,7 @@ Decoded<T> decodeTree(const boost::json::value& tree) {
 /// Any thread.
 template <Record T>
 Decoded<T> decode(std::string_view text) {
-    std::variant<boost::json::value, DecodingError> tree = parse(text);
-    if (DecodingError* const error = std::get_if<DecodingError>(&tree)) {
-        return std::move(*error);
-    }
-    return decodeTree<T>(std::get<boost::json::value>(tree));
+    return parse(text).and_then([](const boost::json::value& tree) { return decodeTree<T>(tree); });
 }
 
 }  // namespace vorna::json

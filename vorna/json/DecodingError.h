@@ -3,31 +3,57 @@
 
 /// Why a text could not be decoded.
 
+#include <vorna/base/Export.h>
+#include <vorna/json/Kind.h>
+#include <vorna/json/Path.h>
+
 #include <cstddef>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <variant>
 
 namespace vorna::json {
 
-/// The parts are there for programs, `description` is for people. A text that is not JSON at all has a
-/// position but no path; the records of events and of the configuration have a path but no position.
 struct DecodingError {
-    /// Where and what, on one line, as in "line 3, column 14: paidProducts[1].price: expected a string, found
-    /// a number".
-    std::string description;
+    /// A required key is missing.
+    struct Missing {
+        friend bool operator==(const Missing&, const Missing&) = default;
+    };
 
-    /// The way to the value from the top, as in "paidProducts[1].price" or "[2].type"; empty for the top
-    /// itself.
-    std::string path;
+    /// A number that is too large, or has a fraction, or is not among those allowed.
+    struct Number {
+        std::string digits;
 
-    /// What would have been right and what stands there, as in "a string" and "a number"; empty where the
-    /// description says it all.
-    std::string expected;
-    std::string found;
+        friend bool operator==(const Number&, const Number&) = default;
+    };
 
-    /// The position of the value, or of the first character that cannot be JSON; both from 1, in lines and
-    /// code points as Position.h tells, and 0 where the position is not known.
-    std::size_t line = 0;
-    std::size_t column = 0;
+    /// Text of the wrong form; the reason says it all, as in "syntax error".
+    struct Malformed {
+        std::string reason;
+
+        friend bool operator==(const Malformed&, const Malformed&) = default;
+    };
+
+    using Found = std::variant<Missing, Kind, Number, Malformed>;
+
+    /// In bytes from the beginning of the text: of the value, or of the first byte that cannot be JSON.
+    /// std::nullopt if unknown, as for the records of events and of the configuration.
+    std::optional<std::size_t> offset = std::nullopt;
+
+    /// Of the value; empty for the top and for a text that is not JSON.
+    Path path = {};
+
+    /// As in "a string"; a constant of the program.
+    std::string_view expected = {};
+    Found found = {};
+
+    friend bool operator==(const DecodingError&, const DecodingError&) = default;
 };
+
+/// The error on one line, as in "paidProducts[1].price: expected a string, found a number". With the text
+/// that was decoded, the line begins with the position if the error has one: "line 3, column 14: ".
+VORNA_EXPORT std::string describe(const DecodingError& error,
+                                  std::optional<std::string_view> text = std::nullopt);
 
 }  // namespace vorna::json

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Turns a record into JSON text. A record type lists its fields once, in the order of encoding:
+/// Encodes records as JSON text. A record type lists its fields once, in the order of encoding:
 ///
 ///     struct Point {
 ///         std::uint64_t x = 0;
@@ -14,10 +14,11 @@
 ///         }
 ///     };
 ///
-/// and that list drives encoding here and decoding in Decoding.h. An optional field that is empty is left
-/// out. A type that is no such record is written by a function `write(Writer&, const Type&)` in its own
-/// namespace; so are the documents of screens, which list their fields in tables (vorna/documents).
+/// That list drives encoding here and decoding in Decoding.h. Empty optional fields are left out. A type that
+/// is not such a record is written by a function `Written write(Writer&, const Type&)` in its own namespace,
+/// as the documents of screens are, which list their fields in tables (vorna/documents).
 
+#include <vorna/base/Result.h>
 #include <vorna/json/EncodingError.h>
 #include <vorna/json/Writer.h>
 
@@ -29,13 +30,11 @@
 #include <string_view>
 #include <type_traits>
 #include <utility>
-#include <variant>
 #include <vector>
 
 namespace vorna::json {
 
-/// The JSON text, or why there is none.
-using Encoded = std::variant<std::string, EncodingError>;
+using Encoded = Result<std::string, EncodingError>;
 
 /// A type that lists its fields.
 template <class T>
@@ -43,76 +42,81 @@ concept Record = requires(T& record) {
     T::visitFields(record, [](std::string_view, auto&) {});
 };
 
+template <class T>
+concept Arithmetic = std::is_arithmetic_v<T>;
+
+template <class T>
+concept Enumeration = std::is_enum_v<T>;
+
 namespace detail {
 
-inline bool write(Writer& writer, const std::string& value) {
+inline Written write(Writer& writer, const std::string& value) {
     return writer.text(value);
 }
 
-template <class T>
-requires std::is_arithmetic_v<T>
-
-bool write(Writer& writer, T value) {
+template <Arithmetic T>
+Written write(Writer& writer, T value) {
     if constexpr (std::same_as<T, bool>) {
         writer.boolean(value);
-        return true;
+        return {};
     } else if constexpr (std::floating_point<T>) {
         return writer.number(value);
     } else if constexpr (std::is_unsigned_v<T>) {
         writer.number(static_cast<std::uint64_t>(value));
-        return true;
+        return {};
     } else {
         writer.number(static_cast<std::int64_t>(value));
-        return true;
+        return {};
     }
 }
 
-template <class T>
-requires std::is_enum_v<T>
-
-bool write(Writer& writer, T value) {
+template <Enumeration T>
+Written write(Writer& writer, T value) {
     return write(writer, static_cast<std::underlying_type_t<T>>(value));
 }
 
 template <class T, class Compare>
-bool write(Writer& writer, const std::map<std::string, T, Compare>& values);
+Written write(Writer& writer, const std::map<std::string, T, Compare>& values);
 template <class T>
-bool write(Writer& writer, const std::vector<T>& values);
+Written write(Writer& writer, const std::vector<T>& values);
 template <Record T>
-bool write(Writer& writer, const T& record);
+Written write(Writer& writer, const T& record);
 
 template <class T>
-bool writeUnder(Writer& writer, std::string_view key, const T& value) {
-    if (writer.key(key) && write(writer, value)) {
-        return true;
+Written writeMember(Writer& writer, std::string_view key, const T& value) {
+    Written written = writer.key(key);
+    if (written) {
+        written = write(writer, value);
     }
-    writer.problemIsUnder(key);
-    return false;
+    if (!written) {
+        written.error().path.prepend(key);
+    }
+    return written;
 }
 
 template <class T, class Compare>
-bool write(Writer& writer, const std::map<std::string, T, Compare>& values) {
+Written write(Writer& writer, const std::map<std::string, T, Compare>& values) {
     writer.beginObject();
     for (const auto& [key, value] : values) {
-        if (!writeUnder(writer, key, value)) {
-            return false;
+        if (Written written = writeMember(writer, key, value); !written) {
+            return written;
         }
     }
     writer.endObject();
-    return true;
+    return {};
 }
 
 template <class T>
-bool write(Writer& writer, const std::vector<T>& values) {
+Written write(Writer& writer, const std::vector<T>& values) {
     writer.beginArray();
     for (std::size_t index = 0; index < values.size(); ++index) {
-        if (!write(writer, values[index])) {
-            writer.problemIsUnder("[" + std::to_string(index) + "]");
-            return false;
+        if (Written written = write(writer, values[index]); !written) {
+            written.error().path.prepend(index);
+            return written;
         }
     }
     writer.endArray();
-    return true;
+    return {};
 }
 
 template <class T>
@@ -121,35 +125,35 @@ template <class T>
 inline constexpr bool isOptional<std::optional<T>> = true;
 
 template <Record T>
-bool write(Writer& writer, const T& record) {
+Written write(Writer& writer, const T& record) {
     writer.beginObject();
-    bool fine = true;
-    T::visitFields(record, [&writer, &fine]<class Field>(std::string_view key, const Field& field) {
-        if (!fine) {
+    Written written;
+    T::visitFields(record, [&writer, &written]<class Field>(std::string_view key, const Field& field) {
+        if (!written) {
             return;
         }
-        if constexpr (isOptional<Field>) {
-            fine = !field || writeUnder(writer, key, *field);
-        } else {
-            fine = writeUnder(writer, key, field);
+        if constexpr (!isOptional<Field>) {
+            written = writeMember(writer, key, field);
+        } else if (field) {
+            written = writeMember(writer, key, *field);
         }
     });
     writer.endObject();
-    return fine;
+    return written;
 }
 
 }  // namespace detail
 
-/// Encodes a record, or any other value that a `write` is found for beside its type. Any thread.
+/// Encodes a record, or any other value whose type has a `write` in its namespace. Any thread.
 template <class T>
 Encoded encode(const T& record) {
     std::string text;
-    // Records of this library are a little under this size; one allocation serves.
+    // The library's records are a little smaller than this; one allocation is enough.
     text.reserve(1024);
     Writer writer(text);
     using detail::write;
-    if (!write(writer, record)) {
-        return EncodingError{writer.problem()};
+    if (Written written = write(writer, record); !written) {
+        return Unexpected(std::move(written).error());
     }
     return text;
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The kinds of JSON values, and how an error names them.
+/// The kinds of JSON values.
 
 #include <vorna/base/Export.h>
 
@@ -12,7 +12,7 @@ namespace vorna::json {
 
 enum class Kind : std::uint8_t { null, boolean, number, string, array, object };
 
-/// "null", "a boolean", "a number", "a string", "an array", "an object".
+/// The kind as errors name it: "null", "a boolean", "a number", "a string", "an array", "an object".
 VORNA_EXPORT std::string_view kindName(Kind kind) noexcept;
 
 }  // namespace vorna::json

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Where in a text something stands, as an editor shows it.
+/// Lines and columns, as an editor shows them.
 
 #include <vorna/base/Export.h>
 
@@ -10,9 +10,8 @@
 
 namespace vorna::json {
 
-/// Both count from 1; 0 stands for an unknown place. A line ends with its line feed, whether or not a
-/// carriage return stands before that. Columns count code points, so that a letter with an accent of its own
-/// counts as one and an emoji mostly as one; a tab counts as one, and so does each byte that is not UTF-8.
+/// Both count from 1. A line ends with its line feed, whether or not a carriage return precedes it. Columns
+/// count code points: a tab is one, and so is each byte that is not UTF-8.
 struct Position {
     std::size_t line = 0;
     std::size_t column = 0;
@@ -20,7 +19,7 @@ struct Position {
     friend bool operator==(const Position&, const Position&) = default;
 };
 
-/// The position of a byte of the text; of the end of the text when the offset lies behind it.
+/// The position of a byte of the text; of the text's end if the offset is beyond it.
 VORNA_EXPORT Position positionAt(std::string_view text, std::size_t offset) noexcept;
 
 }  // namespace vorna::json

@@ -12,18 +12,18 @@ namespace vorna::json {
 
 namespace {
 
-/// An object or array that has begun and not ended yet.
+/// An object or array whose end has not been reached.
 struct Open {
     std::size_t entry = 0;
     std::size_t values = 0;
-    /// The last entry of each key.
+    /// The latest entry of each key.
     std::unordered_map<std::string, std::size_t> keys;
 };
 
 std::vector<SourceMap::Entry> entriesOf(std::string_view text) {
     std::vector<SourceMap::Entry> entries;
     std::vector<Open> open;
-    std::size_t at = behindSpace(text, 0);
+    std::size_t at = skipSpace(text, 0);
     do {
         if (!open.empty() && (text[at] == ']' || text[at] == '}')) {
             entries[open.back().entry].valueEnd = ++at;
@@ -38,14 +38,14 @@ std::vector<SourceMap::Entry> entriesOf(std::string_view text) {
                 entry.index = parent.values++;
                 if (entries[parent.entry].kind == Kind::object) {
                     entry.keyBegin = at;
-                    entry.keyEnd = behindString(text, at);
+                    entry.keyEnd = endOfString(text, at);
                     const auto [last, isNew] =
                         parent.keys.try_emplace(unquoted(text.substr(at, entry.keyEnd - at)), entries.size());
                     if (!isNew) {
                         entry.repeatsKey = true;
                         entries[std::exchange(last->second, entries.size())].isSuperseded = true;
                     }
-                    at = behindSpace(text, behindSpace(text, entry.keyEnd) + 1);
+                    at = skipSpace(text, skipSpace(text, entry.keyEnd) + 1);
                 }
             }
             entry.valueBegin = at;
@@ -54,22 +54,21 @@ std::vector<SourceMap::Entry> entriesOf(std::string_view text) {
                 open.push_back({.entry = entries.size(), .values = 0, .keys = {}});
                 ++at;
             } else {
-                at = behindValue(text, at);
+                at = endOfValue(text, at);
                 entry.valueEnd = at;
             }
             entries.push_back(entry);
         }
-        at = behindSpace(text, at);
+        at = skipSpace(text, at);
     } while (!open.empty());
     return entries;
 }
 
 }  // namespace
 
-std::variant<SourceMap, DecodingError> SourceMap::read(std::string_view text) {
-    std::variant<boost::json::value, DecodingError> tree = parse(text);
-    if (auto* const error = std::get_if<DecodingError>(&tree)) {
-        return std::move(*error);
+Result<SourceMap, DecodingError> SourceMap::read(std::string_view text) {
+    if (Result<boost::json::value, DecodingError> tree = parse(text); !tree) {
+        return Unexpected(std::move(tree).error());
     }
     SourceMap map;
     map.text_ = text;
@@ -87,17 +86,17 @@ std::string SourceMap::key(std::size_t entry) const {
                             : std::string();
 }
 
-std::string SourceMap::path(std::size_t entry) const {
-    std::vector<std::size_t> wayUp;
+Path SourceMap::path(std::size_t entry) const {
+    std::vector<std::size_t> ancestry;
     for (std::size_t at = entry; entries_[at].parent != none; at = entries_[at].parent) {
-        wayUp.push_back(at);
+        ancestry.push_back(at);
     }
-    std::string path;
-    std::for_each(wayUp.rbegin(), wayUp.rend(), [&](std::size_t at) {
+    Path path;
+    std::for_each(ancestry.rbegin(), ancestry.rend(), [&](std::size_t at) {
         if (entries_[at].isMember()) {
-            appendStep(path, std::string_view(key(at)));
+            path.append(std::string_view(key(at)));
         } else {
-            appendStep(path, entries_[at].index);
+            path.append(entries_[at].index);
         }
     });
     return path;
@@ -118,42 +117,31 @@ Position SourceMap::valuePosition(std::size_t entry) const {
 }
 
 Position SourceMap::positionAt(std::size_t offset) const {
-    const auto behind = std::upper_bound(lines_.begin(), lines_.end(), offset);
-    const auto line = static_cast<std::size_t>(behind - lines_.begin());
+    const auto next = std::upper_bound(lines_.begin(), lines_.end(), offset);
+    const auto line = static_cast<std::size_t>(next - lines_.begin());
     const std::size_t begin = lines_[line - 1];
     return {line, json::positionAt(text_.substr(begin), offset - begin).column};
 }
 
-std::optional<std::size_t> SourceMap::find(std::string_view path) const {
+std::optional<std::size_t> SourceMap::find(const Path& path) const {
     std::size_t at = 0;
-    std::string walked;
-    while (walked.size() < path.size()) {
-        std::optional<std::size_t> next;
-        std::string nextWalked;
-        for (std::size_t child = at + 1;
-             child < entries_.size() && entries_[child].valueBegin < entries_[at].valueEnd; ++child) {
-            if (entries_[child].parent != at || entries_[child].isSuperseded) {
-                continue;
+    for (const Path::Step& step : path.steps()) {
+        const std::size_t parent = at;
+        const auto isAtStep = [&](std::size_t number) {
+            const Entry& child = entries_[number];
+            if (child.parent != parent || child.isSuperseded) {
+                return false;
             }
-            std::string candidate = walked;
-            if (entries_[child].isMember()) {
-                appendStep(candidate, std::string_view(key(child)));
-            } else {
-                appendStep(candidate, entries_[child].index);
+            const auto* const wanted = std::get_if<std::string>(&step);
+            return wanted != nullptr ? child.isMember() && key(number) == *wanted
+                                     : !child.isMember() && child.index == std::get<std::size_t>(step);
+        };
+        do {
+            ++at;
+            if (at == entries_.size() || entries_[at].valueBegin >= entries_[parent].valueEnd) {
+                return std::nullopt;
             }
-            const bool isCut = candidate.size() < path.size() && path[candidate.size()] != '.' &&
-                               path[candidate.size()] != '[';
-            if (path.starts_with(candidate) && !isCut) {
-                next = child;
-                nextWalked = std::move(candidate);
-                break;
-            }
-        }
-        if (!next) {
-            return std::nullopt;
-        }
-        at = *next;
-        walked = std::move(nextWalked);
+        } while (!isAtStep(at));
     }
     return at;
 }

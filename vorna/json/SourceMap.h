@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A map of a JSON text: where each member and each element stands, what kind it is, and which members are
-/// written twice. For programs that tell an author about a document: a decoder keeps none of this.
+/// A map of a JSON text: the offset and kind of every member and element, and which keys are duplicates. For
+/// tools that report on documents; a decoder keeps none of this.
 
 #include <vorna/base/Export.h>
+#include <vorna/base/Result.h>
 #include <vorna/json/DecodingError.h>
 #include <vorna/json/Kind.h>
+#include <vorna/json/Path.h>
 #include <vorna/json/Position.h>
 
 #include <cstddef>
@@ -15,7 +17,6 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 namespace vorna::json {
@@ -23,58 +24,55 @@ namespace vorna::json {
 /// Refers to the text that it was read from, which must outlive it. Immutable; any thread.
 class VORNA_EXPORT SourceMap {
   public:
-    /// Where there is none: the parent of the top, the key of an element.
+    /// The parent of the top, the key of an element.
     static constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
 
-    /// One value of the text. Offsets count bytes.
+    /// One value of the text. Offsets are in bytes.
     struct Entry {
-        /// Number of the object or array that this value stands in; none for the top.
+        /// Number of the object or array that contains this value; `none` for the top.
         std::size_t parent = none;
-        /// How many of the parent's values stand before this one.
+        /// Number of values that precede this one in its parent.
         std::size_t index = 0;
-        /// Of the quotation mark that the key begins with, and of the byte behind the one that it ends with;
-        /// none for what is no member of an object.
+        /// The key with its quotation marks, up to and without `keyEnd`; `none` unless a member of an object.
         std::size_t keyBegin = none;
         std::size_t keyEnd = none;
-        /// Of the first byte of the value and of the byte behind the last.
+        /// The value, up to and without `valueEnd`.
         std::size_t valueBegin = 0;
         std::size_t valueEnd = 0;
         Kind kind = Kind::null;
-        /// The same key stands before in this object: this value holds and the one before does not.
+        /// The object has the same key before: this value replaces that one.
         bool repeatsKey = false;
-        /// The same key stands later in this object, and the value there holds.
+        /// The object has the same key again, and the value there replaces this one.
         bool isSuperseded = false;
 
         bool isMember() const noexcept { return keyBegin != none; }
     };
 
-    /// The map, or why the text is not JSON. Strict as the decoders are: UTF-8 without a byte-order mark, one
-    /// value, nesting up to 512.
-    static std::variant<SourceMap, DecodingError> read(std::string_view text);
+    /// The map, or why the text is not JSON. As strict as the decoders: UTF-8 without a byte-order mark, one
+    /// value, at most 512 levels deep.
+    static Result<SourceMap, DecodingError> read(std::string_view text);
 
-    /// In the order of the text, so that a value stands before what it contains; the first is the top.
+    /// In the order of the text, so that a value precedes what it contains; the first is the top.
     std::span<const Entry> entries() const noexcept { return entries_; }
 
     std::string_view text() const noexcept { return text_; }
 
-    /// The member's key, with its escapes resolved; empty for what is no member.
+    /// The member's key with its escapes decoded; empty for an element or the top.
     std::string key(std::size_t entry) const;
 
-    /// As in "paidProducts[1].price", empty for the top. A key that is more than ASCII letters, digits, '_',
-    /// '-' and '$' stands quoted in brackets, as in ["a.b"][0], so that paths differ and keep to one line.
-    std::string path(std::size_t entry) const;
+    Path path(std::size_t entry) const;
 
-    /// The value as it is written.
+    /// The value as written.
     std::string_view valueText(std::size_t entry) const;
 
-    /// Of the key of a member, of the value of everything else.
+    /// Of a member's key, of any other value itself.
     Position position(std::size_t entry) const;
     Position valuePosition(std::size_t entry) const;
     Position positionAt(std::size_t offset) const;
 
-    /// The value that a decoder would find under such a path: of equal keys the last. Absent when there is
-    /// none.
-    std::optional<std::size_t> find(std::string_view path) const;
+    /// The value that a decoder finds at the path, that is, under the last of duplicate keys; std::nullopt if
+    /// there is none.
+    std::optional<std::size_t> find(const Path& path) const;
 
   private:
     SourceMap() = default;

@@ -1,20 +1,25 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/json/Value.h>
 
-#include <vorna/json/Kind.h>
-#include <vorna/json/Position.h>
-
 #include <boost/json/parse_options.hpp>
 #include <boost/json/stream_parser.hpp>
 
+#include <array>
+#include <charconv>
 #include <exception>
-#include <string>
 #include <utility>
 
 namespace vorna::json {
 
-std::variant<boost::json::value, DecodingError> parse(std::string_view text,
-                                                      boost::json::storage_ptr memory) {
+namespace {
+
+DecodingError notJson(std::size_t offset, std::string reason) {
+    return {.offset = offset, .expected = "JSON", .found = DecodingError::Malformed{std::move(reason)}};
+}
+
+}  // namespace
+
+Result<boost::json::value, DecodingError> parse(std::string_view text, boost::json::storage_ptr memory) {
     constexpr std::size_t deepestNesting = 512;
     boost::json::parse_options options;
     options.max_depth = deepestNesting;
@@ -31,40 +36,46 @@ std::variant<boost::json::value, DecodingError> parse(std::string_view text,
             parser.finish(error);
         }
         if (error) {
-            const Position position = positionAt(text, read);
-            DecodingError problem;
-            problem.line = position.line;
-            problem.column = position.column;
-            problem.description = "line " + std::to_string(position.line) + ", column " +
-                                  std::to_string(position.column) + ": " + error.message();
-            return problem;
+            return Unexpected(notJson(read, error.message()));
         }
         return parser.release();
     } catch (const std::exception& problem) {
-        DecodingError error;
-        error.description = problem.what();
-        return error;
+        // Memory has run out, or the text exceeds what Boost.JSON can hold.
+        return Unexpected(notJson(0, problem.what()));
     }
 }
 
-std::string_view kindName(const boost::json::value& value) noexcept {
+Kind kindOf(const boost::json::value& value) noexcept {
     switch (value.kind()) {
     case boost::json::kind::null:
-        return kindName(Kind::null);
+        return Kind::null;
     case boost::json::kind::bool_:
-        return kindName(Kind::boolean);
+        return Kind::boolean;
     case boost::json::kind::int64:
     case boost::json::kind::uint64:
     case boost::json::kind::double_:
-        return kindName(Kind::number);
+        return Kind::number;
     case boost::json::kind::string:
-        return kindName(Kind::string);
+        return Kind::string;
     case boost::json::kind::array:
-        return kindName(Kind::array);
+        return Kind::array;
     case boost::json::kind::object:
-        return kindName(Kind::object);
+        return Kind::object;
     }
-    return "nothing";
+    return Kind::null;
+}
+
+std::string numberText(const boost::json::value& number) {
+    std::array<char, 32> digits{};
+    char* const begin = digits.data();
+    char* const end = begin + digits.size();
+    if (const std::int64_t* const integer = number.if_int64()) {
+        return {begin, std::to_chars(begin, end, *integer).ptr};
+    }
+    if (const std::uint64_t* const integer = number.if_uint64()) {
+        return {begin, std::to_chars(begin, end, *integer).ptr};
+    }
+    return {begin, std::to_chars(begin, end, number.as_double()).ptr};
 }
 
 }  // namespace vorna::json

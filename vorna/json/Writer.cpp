@@ -16,7 +16,7 @@ namespace {
 constexpr std::uint8_t needsEscape = 1;
 constexpr std::uint8_t needsCheck = 2;
 
-/// What each byte asks for before it may stand in a JSON string.
+/// What each byte needs before it may be part of a JSON string.
 constexpr std::array<std::uint8_t, 256> byteKinds = [] {
     std::array<std::uint8_t, 256> kinds{};
     for (std::size_t byte = 0; byte < kinds.size(); ++byte) {
@@ -60,36 +60,33 @@ void Writer::endArray() {
     first_ = false;
 }
 
-bool Writer::quoted(std::string_view text) {
+Written Writer::quoted(std::string_view text) {
     std::uint8_t kinds = 0;
     for (const char character : text) {
         kinds |= byteKinds[static_cast<unsigned char>(character)];
     }
     if ((kinds & needsCheck) != 0 && !utf8::isValid(text)) {
-        problem_ = "the text is not UTF-8";
-        return false;
+        return Unexpected(EncodingError{.reason = EncodingError::Reason::notUtf8});
     }
     if ((kinds & needsEscape) != 0) {
         output_ += boost::json::serialize(boost::json::string_view(text.data(), text.size()));
-        return true;
+        return {};
     }
     output_ += '"';
     output_ += text;
     output_ += '"';
-    return true;
+    return {};
 }
 
-bool Writer::key(std::string_view key) {
+Written Writer::key(std::string_view key) {
     separate();
-    if (!quoted(key)) {
-        return false;
-    }
+    Written written = quoted(key);
     output_ += ':';
     first_ = true;
-    return true;
+    return written;
 }
 
-bool Writer::text(std::string_view text) {
+Written Writer::text(std::string_view text) {
     separate();
     return quoted(text);
 }
@@ -112,24 +109,22 @@ void Writer::number(std::int64_t number) {
     digits(number);
 }
 
-bool Writer::number(double number) {
+template <class Number>
+Written Writer::finite(Number number) {
     separate();
     if (!std::isfinite(number)) {
-        problem_ = "JSON cannot hold the number";
-        return false;
+        return Unexpected(EncodingError{.reason = EncodingError::Reason::notFinite});
     }
     digits(number);
-    return true;
+    return {};
 }
 
-bool Writer::number(float number) {
-    separate();
-    if (!std::isfinite(number)) {
-        problem_ = "JSON cannot hold the number";
-        return false;
-    }
-    digits(number);
-    return true;
+Written Writer::number(double number) {
+    return finite(number);
+}
+
+Written Writer::number(float number) {
+    return finite(number);
 }
 
 void Writer::numberText(std::string_view digits) {
@@ -145,18 +140,6 @@ void Writer::boolean(bool value) {
 void Writer::null() {
     separate();
     output_ += "null";
-}
-
-std::string Writer::problem() const {
-    return place_.empty() ? problem_ : place_ + ": " + problem_;
-}
-
-void Writer::problemIsUnder(std::string_view key) {
-    if (place_.empty() || place_.front() == '[') {
-        place_.insert(0, key);
-    } else {
-        place_.insert(0, std::string(key) + ".");
-    }
 }
 
 }  // namespace vorna::json

@@ -3,8 +3,11 @@
 
 /// Writes one JSON text piece by piece, without an intermediate tree: the hot path of every event.
 ///
-/// Text is escaped by Boost.JSON, numbers are written by the standard library in the shortest form that reads
-/// back to the same value. The caller provides keys and values in a sensible order; separators are kept here.
+/// Boost.JSON escapes text, and the standard library writes numbers in the shortest form that reads back to
+/// the same value. The writer adds the separators; the caller keeps keys and values in a sensible order.
+
+#include <vorna/base/Result.h>
+#include <vorna/json/EncodingError.h>
 
 #include <cstdint>
 #include <string>
@@ -12,11 +15,13 @@
 
 namespace vorna::json {
 
-/// For one thread. What cannot be written leaves a note in `problem` and makes the call return false; the
-/// text is then of no use.
+/// Success, or why and where a value cannot be written; the output is unusable then.
+using Written = Result<void, EncodingError>;
+
+/// For one thread.
 class Writer {
   public:
-    /// The text is appended to `output`, which must outlive the writer.
+    /// Appends to `output`, which must outlive the writer.
     explicit Writer(std::string& output) : output_(output) {}
 
     void beginObject();
@@ -24,42 +29,35 @@ class Writer {
     void beginArray();
     void endArray();
 
-    /// The next value's key. False when it is not UTF-8.
-    bool key(std::string_view key);
+    /// The key of the next value. Fails unless it is UTF-8.
+    Written key(std::string_view key);
 
-    /// False when the text is not UTF-8.
-    bool text(std::string_view text);
+    /// Fails unless the text is UTF-8.
+    Written text(std::string_view text);
 
     void number(std::uint64_t number);
     void number(std::int64_t number);
-    /// False for numbers that JSON cannot hold: infinities and not-a-number. A float is written with the
-    /// digits that a float needs, not with those of the double nearest to it.
-    bool number(double number);
-    bool number(float number);
+    /// Fail for infinities and not-a-number. A float is written with the digits that a float needs, not with
+    /// those of the nearest double.
+    Written number(double number);
+    Written number(float number);
 
-    /// A number whose digits are at hand already. They must be those of a number in JSON.
+    /// A number that is JSON text already.
     void numberText(std::string_view digits);
 
     void boolean(bool value);
     void null();
 
-    /// What went wrong and where, as in "deviceData.deviceName: the text is not UTF-8"; empty while all is
-    /// well.
-    std::string problem() const;
-
-    /// Names the place of the problem, from the inside out.
-    void problemIsUnder(std::string_view key);
-
   private:
     void separate();
-    bool quoted(std::string_view text);
+    Written quoted(std::string_view text);
     template <class Number>
     void digits(Number number);
+    template <class Number>
+    Written finite(Number number);
 
     std::string& output_;
     bool first_ = true;
-    std::string problem_;
-    std::string place_;
 };
 
 }  // namespace vorna::json

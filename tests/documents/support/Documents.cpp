@@ -13,15 +13,15 @@ namespace vorna::test {
 
 namespace {
 
-using Recoded = std::variant<std::string, json::DecodingError>;
+using Recoded = Result<std::string, json::DecodingError>;
 
 /// The encoding of what was decoded, or the error.
 template <class Decoded>
 Recoded recodedFrom(Decoded decoded) {
-    if (auto* const error = std::get_if<json::DecodingError>(&decoded)) {
-        return std::move(*error);
+    if (!decoded) {
+        return Unexpected(decoded.error());
     }
-    return std::get<std::string>(encode(std::get<0>(decoded)));
+    return encode(*decoded).value();
 }
 
 Recoded recodedProduct(const std::string& object) {
@@ -34,10 +34,7 @@ Recoded recodedPaywall(const std::string& object) {
 
 Recoded recodedStep(const std::string& object) {
     Recoded array = recodedFrom(decodeOnboardingSteps("[" + object + "]"));
-    if (auto* const text = std::get_if<std::string>(&array)) {
-        return text->substr(1, text->size() - 2);
-    }
-    return array;
+    return array ? array->substr(1, array->size() - 2) : array;
 }
 
 }  // namespace
@@ -126,9 +123,9 @@ const std::vector<ExpectedField>& onboardingStepFields() {
 
 const std::vector<DocumentType>& documentTypes() {
     static const std::vector<DocumentType> types = {
-        {"PaidProduct", paidProductFields(), recodedProduct, ""},
-        {"Paywall", paywallFields(), recodedPaywall, ""},
-        {"OnboardingStep", onboardingStepFields(), recodedStep, "[0]."},
+        {"PaidProduct", paidProductFields(), recodedProduct, {}},
+        {"Paywall", paywallFields(), recodedPaywall, {}},
+        {"OnboardingStep", onboardingStepFields(), recodedStep, {0U}},
     };
     return types;
 }

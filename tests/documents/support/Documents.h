@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// What the tests of the screens' documents share: what the documents hold, written down by hand and apart
-/// from the library's tables, and documents made from that.
+/// Shared by the tests of the screens' documents: the fields of the documents, written by hand and
+/// independent of the library's tables, and documents made from them.
 
+#include <vorna/base/Result.h>
 #include <vorna/documents/DocumentField.h>
 #include <vorna/documents/PaidProduct.h>
 #include <vorna/json/DecodingError.h>
@@ -11,7 +12,6 @@
 #include <map>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 namespace vorna::test {
@@ -29,10 +29,10 @@ struct DocumentType {
     const char* name;
     /// In the order of encoding.
     const std::vector<ExpectedField>& fields;
-    /// Decodes an object of this type and gives its encoding, or the error.
-    std::variant<std::string, json::DecodingError> (*recoded)(const std::string& object);
-    /// What stands before a key in the path of an error.
-    const char* place;
+    /// Decodes an object of this type and encodes it again; returns the encoding, or the error.
+    Result<std::string, json::DecodingError> (*recoded)(const std::string& object);
+    /// The path of the object in an error.
+    json::Path place;
 };
 
 const std::vector<ExpectedField>& paidProductFields();
@@ -43,16 +43,16 @@ const std::vector<DocumentType>& documentTypes();
 /// JSON by key.
 using Values = std::map<std::string, std::string>;
 
-/// An object with all fields in their order; those that no value is given for have their defaults.
+/// An object with all fields in their order; those without a given value have their defaults.
 std::string wholeObject(const std::vector<ExpectedField>& fields, const Values& values = {});
 
-/// A value of the right type, as JSON, that validation has nothing against. Texts tell their key.
+/// A value of the right type, as JSON, that validation accepts. Texts contain their key.
 std::string filledValue(const ExpectedField& field);
 
-/// An object with all fields filled but those that are given otherwise.
+/// An object with all fields filled, except for the given values.
 std::string filledObject(const std::vector<ExpectedField>& fields, const Values& otherwise = {});
 
-/// The product of which `filledObject` is the encoding.
+/// The product whose encoding is `filledObject(paidProductFields())`.
 PaidProduct sampleProduct();
 
 /// A text as JSON.

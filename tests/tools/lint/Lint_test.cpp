@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <gmock/gmock.h>
-#include <tests/tools/lint/SampleDocuments.h>
 #include <tools/lint/Lint.h>
+
+#include <tests/tools/lint/SampleDocuments.h>
+
+#include <gmock/gmock.h>
 
 #include <algorithm>
 #include <string>
@@ -12,7 +14,7 @@ namespace {
 
 Finding findingAt(std::string_view text, std::string_view path) {
     for (const Finding& finding : lint(text).findings) {
-        if (finding.path == path) {
+        if (finding.path.text() == path) {
             return finding;
         }
     }
@@ -28,14 +30,14 @@ json::Position at(std::size_t line, std::size_t column) {
     return {line, column};
 }
 
-TEST(Lint, TellsTheKindByTheShape) {
+TEST(Lint, InfersTheKindFromTheShape) {
     EXPECT_EQ(lint("{}").kind, DocumentKind::paywall);
     EXPECT_EQ(lint("[]").kind, DocumentKind::onboarding);
     EXPECT_EQ(lint("3").kind, std::nullopt);
     EXPECT_EQ(lint("{").kind, std::nullopt);
 }
 
-TEST(Lint, BelievesTheKindItIsGiven) {
+TEST(Lint, KeepsTheGivenKind) {
     EXPECT_EQ(lint("[]", DocumentKind::paywall).kind, DocumentKind::paywall);
     EXPECT_EQ(lint("{", DocumentKind::onboarding).kind, DocumentKind::onboarding);
 }
@@ -48,22 +50,22 @@ TEST(Lint, ListsFindingsInTheOrderOfTheText) {
     EXPECT_GT(findings.size(), 4U);
 }
 
-TEST(Lint, PointsAtTheKeyOfAFieldThatIsThere) {
+TEST(Lint, PointsToTheKeyOfAField) {
     const std::string text = "{\n  \"zzz\": 1\n}";
     EXPECT_EQ(positionOf(text, "zzz"), at(2, 3));
     EXPECT_EQ(findingAt(text, "zzz").offset, 4U);
 }
 
-TEST(Lint, PointsAtTheObjectThatLacksAField) {
+TEST(Lint, PointsToTheObjectThatLacksAField) {
     EXPECT_EQ(positionOf("{\n \"paidProducts\": [\n   {}\n]}", "paidProducts[0].price"), at(3, 4));
     EXPECT_EQ(positionOf("[\n {}]", "[0].heading"), at(2, 2));
 }
 
-TEST(Lint, PointsAtTheElementOfAList) {
+TEST(Lint, PointsToAnElementOfAList) {
     EXPECT_EQ(positionOf(R"({"details":["a", 3]})", "details[1]"), at(1, 18));
 }
 
-TEST(Lint, CountsLinesThatEndWithCarriageReturnAndLineFeed) {
+TEST(Lint, CountsLinesWithWindowsEndings) {
     EXPECT_EQ(positionOf("{\r\n\r\n  \"zzz\": 1,\r\n  \"yyy\": 2\r\n}\r\n", "yyy"), at(4, 3));
 }
 
@@ -73,29 +75,29 @@ TEST(Lint, CountsCodePointsInALine) {
     EXPECT_EQ(findingAt("{\"şğ\":1,\"zzz\":1}", "zzz").offset, 10U);
 }
 
-TEST(Lint, CountsOnWhenALineHasSeveralFindings) {
+TEST(Lint, LocatesSeveralFindingsOnALine) {
     const std::string text = "{\n \"ü\":1, \"v\":2,\n\"w\":3, \"ö\":4}";
     EXPECT_EQ(positionOf(text, "v"), at(2, 9));
     EXPECT_EQ(positionOf(text, "w"), at(3, 1));
     EXPECT_EQ(findingAt(text, R"(["ö"])").position, at(3, 8));
 }
 
-TEST(Lint, PointsAtTheCharacterThatIsNotJson) {
+TEST(Lint, PointsToTheFirstCharacterThatIsNotJson) {
     const Verdict verdict = lint("{\r\n  \"şapka\": 1,,\r\n}");
     ASSERT_EQ(verdict.findings.size(), 1U);
     EXPECT_EQ(verdict.findings[0].position, at(2, 14));
     EXPECT_EQ(verdict.findings[0].offset, 17U);
 }
 
-TEST(Lint, PointsAtTheEndOfATextThatStopsTooEarly) {
+TEST(Lint, PointsToTheEndOfATruncatedText) {
     const Verdict verdict = lint("{\"heading\":\n");
     ASSERT_EQ(verdict.findings.size(), 1U);
     EXPECT_EQ(verdict.findings[0].position, at(2, 1));
     EXPECT_EQ(verdict.findings[0].offset, 12U);
 }
 
-// Whatever the bytes, there is a verdict; documents that are cut anywhere are not JSON, and said to be so.
-TEST(Lint, SurvivesEveryBeginningOfADocument) {
+// A truncated document is not JSON, and reported as such.
+TEST(Lint, ReportsEveryTruncationOfADocument) {
     const std::string whole = onboarding(R"({"details":["Sınırları 😀"],"zzz":[{"a":[null]}]})");
     for (std::size_t length = 0; length < whole.size(); ++length) {
         const Verdict verdict = lint(std::string_view(whole).substr(0, length));
@@ -106,7 +108,7 @@ TEST(Lint, SurvivesEveryBeginningOfADocument) {
     EXPECT_GT(lint(whole).findings.size(), 0U);
 }
 
-TEST(Lint, SurvivesEveryByteInEveryPlace) {
+TEST(Lint, HandlesEveryByteInEveryPosition) {
     const std::string whole = R"({"paidProducts":[{"price":"1"}],"details":["a"],"exitButtonDelay":-1})";
     for (std::size_t place = 0; place < whole.size(); ++place) {
         for (int byte = 0; byte < 256; ++byte) {

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <gtest/gtest.h>
 #include <tools/lint/NearestName.h>
+
+#include <gtest/gtest.h>
 
 #include <array>
 
 namespace vorna::lint {
 namespace {
 
-TEST(EditDistance, CountsLettersPutInTakenOutReplacedAndSwapped) {
+TEST(EditDistance, CountsInsertionsDeletionsReplacementsAndSwaps) {
     EXPECT_EQ(editDistance("", ""), 0U);
     EXPECT_EQ(editDistance("heading", "heading"), 0U);
     EXPECT_EQ(editDistance("heading", ""), 7U);
@@ -19,11 +20,11 @@ TEST(EditDistance, CountsLettersPutInTakenOutReplacedAndSwapped) {
     EXPECT_EQ(editDistance("kitten", "sitting"), 3U);
 }
 
-TEST(EditDistance, LeavesTheCaseOutOfAccount) {
+TEST(EditDistance, IgnoresCase) {
     EXPECT_EQ(editDistance("FOOTNOTE", "footNote"), 0U);
 }
 
-TEST(NearestName, IsTheOneWithTheFewestMistakes) {
+TEST(NearestName, HasTheFewestDifferences) {
     constexpr std::array<std::string_view, 4> names{"heading", "headingColor", "media", "details"};
     EXPECT_EQ(nearestName("headingColour", names), "headingColor");
     EXPECT_EQ(nearestName("hedaing", names), "heading");
@@ -31,7 +32,7 @@ TEST(NearestName, IsTheOneWithTheFewestMistakes) {
     EXPECT_EQ(nearestName("detail", names), "details");
 }
 
-TEST(NearestName, IsAbsentWhenNoneIsNear) {
+TEST(NearestName, IsAbsentIfNoneIsClose) {
     constexpr std::array<std::string_view, 2> names{"heading", "media"};
     EXPECT_EQ(nearestName("campaign", names), std::nullopt);
     EXPECT_EQ(nearestName("x", names), std::nullopt);
@@ -39,7 +40,7 @@ TEST(NearestName, IsAbsentWhenNoneIsNear) {
     EXPECT_EQ(nearestName("media", {}), std::nullopt);
 }
 
-TEST(NearestName, IsTheFirstOfSeveralThatAreEquallyNear) {
+TEST(NearestName, IsTheFirstOfEquallyCloseOnes) {
     constexpr std::array<std::string_view, 2> names{"actionButtonColor1", "actionButtonColor2"};
     EXPECT_EQ(nearestName("actionButtonColor", names), "actionButtonColor1");
 }

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <gmock/gmock.h>
 #include <tools/lint/Options.h>
+
 #include <tools/lint/Rules.h>
+
+#include <gmock/gmock.h>
 
 #include <vector>
 
@@ -72,10 +74,10 @@ TEST(LintOptions, TheVersionIsThatOfTheProject) {
     EXPECT_EQ(version.output, "vorna-lint " VORNA_VERSION "\n");
 }
 
-TEST(LintOptions, MistakesAreNamedAndEndTheProgram) {
+TEST(LintOptions, UsageErrorsAreReported) {
     struct Row {
         std::vector<const char*> arguments;
-        const char* complaint;
+        const char* message;
     };
 
     const std::vector<Row> rows = {

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
-// The program as its users run it: arguments and files in, lines and an exit status out.
+// The program as its users run it: arguments and files in, lines and exit status out.
 
-#include <gmock/gmock.h>
-#include <sys/wait.h>
 #include <tests/support/TemporaryFolder.h>
 #include <tests/tools/lint/SampleDocuments.h>
 
 #include <boost/json/parse.hpp>
 #include <boost/json/value.hpp>
+#include <gmock/gmock.h>
+#include <sys/wait.h>
+
 #include <chrono>
 #include <cstdlib>
 #include <string>
@@ -28,7 +29,7 @@ struct Outcome {
 
 class LintProgram : public testing::Test {
   protected:
-    // Runs in the test's folder, where the files lie that it writes.
+    // Runs in the folder of the test's files.
     [[nodiscard]] Outcome run(const std::string& arguments, std::string_view input = {}) const {
         folder_.write(".input", input);
         const std::string command = "cd '" + folder_.path().string() + "' && '" VORNA_LINT_PATH "' " +
@@ -41,7 +42,7 @@ class LintProgram : public testing::Test {
     support::TemporaryFolder folder_;
 };
 
-TEST_F(LintProgram, EndsWithZeroWhenThereIsNothingToFind) {
+TEST_F(LintProgram, ExitsWithZeroWithoutFindings) {
     folder_.write("paywall.json", paywall());
     folder_.write("onboarding.json", onboarding());
     const Outcome result = run("paywall.json onboarding.json");
@@ -50,35 +51,35 @@ TEST_F(LintProgram, EndsWithZeroWhenThereIsNothingToFind) {
     EXPECT_EQ(result.problems, "");
 }
 
-TEST_F(LintProgram, EndsWithOneWhenThereIsAnError) {
+TEST_F(LintProgram, ExitsWithOneForAnError) {
     folder_.write("paywall.json", "{\n  \"exitButtonDelay\": \"5\"\n}\n");
     const Outcome result = run("paywall.json");
     EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.output,
-              "paywall.json:2:3: error: exitButtonDelay: expected a whole number, found a string: "
-              "nothing is shown [wrong-type]\n1 error, 0 warnings in 1 of 1 document\n");
+    EXPECT_EQ(result.output, "paywall.json:2:3: error: exitButtonDelay: expected an integer, found a string; "
+                             "nothing is shown [wrong-type]\n1 error, 0 warnings in 1 of 1 document\n");
     EXPECT_EQ(result.problems, "");
 }
 
-TEST_F(LintProgram, EndsWithOneWhenThereIsAWarning) {
+TEST_F(LintProgram, ExitsWithOneForAWarning) {
     folder_.write("paywall.json", paywall(R"({"exitButtonDelay":-1})"));
     const Outcome result = run("paywall.json");
     EXPECT_EQ(result.status, 1);
     EXPECT_THAT(result.output, EndsWith("[negative-delay]\n0 errors, 1 warning in 1 of 1 document\n"));
 }
 
-TEST_F(LintProgram, EndsWithOneForATextThatIsNotJson) {
+TEST_F(LintProgram, ExitsWithOneForTextThatIsNotJson) {
     folder_.write("notes.txt", "Buy milk.\n");
     folder_.write("empty.json", "");
     const Outcome notes = run("notes.txt");
     EXPECT_EQ(notes.status, 1);
-    EXPECT_THAT(notes.output, StartsWith("notes.txt:1:1: error: this is not JSON"));
+    EXPECT_THAT(notes.output, StartsWith("notes.txt:1:1: error: not valid JSON: "));
     const Outcome empty = run("empty.json");
     EXPECT_EQ(empty.status, 1);
-    EXPECT_THAT(empty.output, StartsWith("empty.json:1:1: error: this is not JSON (the text is empty)"));
+    EXPECT_THAT(empty.output,
+                StartsWith("empty.json:1:1: error: not valid JSON: the text is empty; nothing is shown"));
 }
 
-TEST_F(LintProgram, EndsWithTwoWhenAFileCannotBeReadAndChecksTheOthers) {
+TEST_F(LintProgram, ExitsWithTwoForAnUnreadableFileButChecksTheOthers) {
     folder_.write("paywall.json", paywall(R"({"exitButtonDelay":-1})"));
     const Outcome result = run("missing.json paywall.json .");
     EXPECT_EQ(result.status, 2);
@@ -90,7 +91,7 @@ TEST_F(LintProgram, EndsWithTwoWhenAFileCannotBeReadAndChecksTheOthers) {
     EXPECT_EQ(alone.output, "");
 }
 
-TEST_F(LintProgram, EndsWithTwoAfterAMistakeOnTheCommandLine) {
+TEST_F(LintProgram, ExitsWithTwoForAUsageError) {
     for (const char* arguments :
          {"", "--no-such-option", "--kind other paywall.json", "--format xml paywall.json"}) {
         const Outcome result = run(arguments);
@@ -100,7 +101,7 @@ TEST_F(LintProgram, EndsWithTwoAfterAMistakeOnTheCommandLine) {
     }
 }
 
-TEST_F(LintProgram, SaysWhatItCanDoAndWhichVersionItIs) {
+TEST_F(LintProgram, PrintsHelpVersionAndRules) {
     const Outcome help = run("--help");
     EXPECT_EQ(help.status, 0);
     EXPECT_THAT(help.output, HasSubstr("--kind"));
@@ -117,10 +118,10 @@ TEST_F(LintProgram, ReadsStandardInput) {
     const Outcome bad = run("-", paywall(R"({"zzz":1})"));
     EXPECT_EQ(bad.status, 1);
     EXPECT_THAT(bad.output, StartsWith("<stdin>:1:"));
-    EXPECT_EQ(run("-").status, 1) << "nothing on standard input is no document";
+    EXPECT_EQ(run("-").status, 1) << "empty input is not a document";
 }
 
-TEST_F(LintProgram, HoldsADocumentAgainstTheKindItIsGiven) {
+TEST_F(LintProgram, ChecksADocumentAgainstTheGivenKind) {
     folder_.write("paywall.json", paywall());
     EXPECT_EQ(run("--kind paywall paywall.json").status, 0);
     const Outcome result = run("--kind onboarding paywall.json");
@@ -128,7 +129,7 @@ TEST_F(LintProgram, HoldsADocumentAgainstTheKindItIsGiven) {
     EXPECT_THAT(result.output, HasSubstr("expected an array, found an object"));
 }
 
-TEST_F(LintProgram, NamesEachFileAsItWasGiven) {
+TEST_F(LintProgram, NamesFilesAsGiven) {
     folder_.write("a folder/ü.json", "[]");
     const Outcome result = run("'./a folder/ü.json'");
     EXPECT_EQ(result.status, 1);
@@ -155,11 +156,11 @@ TEST_F(LintProgram, WritesJsonForPrograms) {
     EXPECT_EQ(finding.at("line").as_int64(), 1);
     EXPECT_EQ(finding.at("column").as_int64(), 1);
     EXPECT_EQ(finding.at("offset").as_int64(), 0);
-    EXPECT_THAT(std::string(finding.at("message").as_string()), HasSubstr("no step"));
+    EXPECT_THAT(std::string(finding.at("message").as_string()), HasSubstr("no steps"));
     EXPECT_EQ(run("--format json good.json").status, 0);
 }
 
-// Ten mebibytes of steps, each on one line with the others and each with findings.
+// Ten mebibytes of steps on a single line, each with findings.
 TEST_F(LintProgram, ChecksALargeDocumentInReasonableTime) {
     constexpr std::size_t size = 10UL * 1024 * 1024;
     const std::string step = R"({"type":"basic","heading":"Größe","headingColor":"red","zzz":1})";
@@ -178,7 +179,7 @@ TEST_F(LintProgram, ChecksALargeDocumentInReasonableTime) {
     // Missing: media, button title, title, and the colours of background, title, button and its title.
     EXPECT_THAT(result.output, EndsWith("\n" + std::to_string(8 * steps) + " errors, " +
                                         std::to_string(2 * steps) + " warnings in 1 of 1 document\n"));
-    EXPECT_LT(duration, std::chrono::minutes{2}) << "what is quadratic takes hours";
+    EXPECT_LT(duration, std::chrono::minutes{2}) << "quadratic time would be hours";
 }
 
 TEST_F(LintProgram, ChecksALargeTextThatIsNotJson) {
@@ -186,7 +187,7 @@ TEST_F(LintProgram, ChecksALargeTextThatIsNotJson) {
     const Outcome open = run("-", "{\"heading\":\"" + std::string(size, 'x'));
     EXPECT_EQ(open.status, 1);
     EXPECT_THAT(open.output,
-                StartsWith("<stdin>:1:" + std::to_string(size + 13) + ": error: this is not JSON"));
+                StartsWith("<stdin>:1:" + std::to_string(size + 13) + ": error: not valid JSON: "));
     const Outcome deep = run("-", std::string(size, '['));
     EXPECT_EQ(deep.status, 1);
     EXPECT_THAT(deep.output, HasSubstr("[not-json]"));

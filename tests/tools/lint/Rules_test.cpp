@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-// Each rule with documents in which it finds something and with documents in which it must not.
+// Each rule with documents that have the problem and with documents that have not.
+
+#include <tools/lint/Rules.h>
+
+#include <tests/tools/lint/SampleDocuments.h>
+
+#include <tools/lint/Lint.h>
 
 #include <gmock/gmock.h>
-#include <tests/tools/lint/SampleDocuments.h>
-#include <tools/lint/Lint.h>
-#include <tools/lint/Rules.h>
 
 #include <optional>
 #include <set>
@@ -16,6 +19,7 @@ namespace {
 
 using testing::AllOf;
 using testing::Contains;
+using testing::ElementsAre;
 using testing::Field;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -26,7 +30,8 @@ struct RuleCase {
     const char* name;
     const char* code;
     std::string document;
-    Paths paths;  // of what the rule finds, in the order of the text
+    /// Of the findings of the rule, in the order of the text.
+    Paths paths;
     std::optional<DocumentKind> kind = std::nullopt;
 };
 
@@ -390,12 +395,12 @@ const std::vector<RuleCase>& cases() {
 
 class RuleTest : public testing::TestWithParam<RuleCase> {};
 
-TEST_P(RuleTest, FindsWhatIsThereAndNothingElse) {
+TEST_P(RuleTest, FindsEachProblemAndNothingElse) {
     const RuleCase& row = GetParam();
     Paths paths;
     for (const Finding& finding : lint(row.document, row.kind).findings) {
         if (finding.code == row.code) {
-            paths.push_back(finding.path);
+            paths.push_back(finding.path.text());
             EXPECT_THAT(finding.message, testing::Not(IsEmpty()));
         }
     }
@@ -416,7 +421,7 @@ INSTANTIATE_TEST_SUITE_P(Documents, RuleTest, testing::ValuesIn(cases()), [](con
     return name;
 });
 
-TEST(Rules, AreEachTriedWithAndWithoutSomethingToFind) {
+TEST(Rules, AreEachTestedWithAndWithoutAProblem) {
     std::set<std::string> with;
     std::set<std::string> without;
     for (const RuleCase& row : cases()) {
@@ -426,10 +431,10 @@ TEST(Rules, AreEachTriedWithAndWithoutSomethingToFind) {
         EXPECT_TRUE(with.contains(std::string(rule.code))) << rule.code;
         EXPECT_TRUE(without.contains(std::string(rule.code))) << rule.code;
     }
-    EXPECT_EQ(with.size(), rules().size()) << "a row of the table above has an unknown code";
+    EXPECT_EQ(with.size(), rules().size()) << "a case has an unknown code";
 }
 
-TEST(Rules, HaveCodesOfTheirOwn) {
+TEST(Rules, HaveUniqueCodes) {
     std::set<std::string_view> codes;
     for (const Rule& rule : rules()) {
         EXPECT_THAT(std::string(rule.code), testing::MatchesRegex("[a-z]+(-[a-z]+)*"));
@@ -440,12 +445,12 @@ TEST(Rules, HaveCodesOfTheirOwn) {
 TEST(Rules, FindNothingInTheSampleDocuments) {
     for (const std::string& document : {paywall(), onboarding()}) {
         for (const Finding& finding : lint(document).findings) {
-            ADD_FAILURE() << finding.code << " " << finding.path << " in " << document;
+            ADD_FAILURE() << finding.code << " " << finding.path.text() << " in " << document;
         }
     }
 }
 
-TEST(Rules, SayUnderWhichNameTheErrorScreenListsWhatIsMissing) {
+TEST(Rules, QuoteTheNameOnTheErrorScreen) {
     const auto hasMessage = [](const char* code, const char* text) {
         return Contains(AllOf(Field(&Finding::code, code), Field(&Finding::message, HasSubstr(text))));
     };
@@ -456,26 +461,47 @@ TEST(Rules, SayUnderWhichNameTheErrorScreenListsWhatIsMissing) {
                 hasMessage("missing-field", "\"paidProducts[0].title\""));
 }
 
-TEST(Rules, SayHowAThingIsDrawn) {
+TEST(Rules, SayWhatHappensToAScreenThatLacksAField) {
+    const auto messagesOf = [](const std::string& document) {
+        std::vector<std::string> messages;
+        for (const Finding& finding : lint(document).findings) {
+            messages.push_back(finding.path.text() + ": " + finding.message);
+        }
+        return messages;
+    };
+    EXPECT_THAT(messagesOf(paywall(R"({"heading":"<absent>"})")),
+                ElementsAre("heading: missing; an error screen listing \"heading\" replaces the paywall"));
+    EXPECT_THAT(messagesOf(paywall("{}", R"({"price":" "})")),
+                ElementsAre("paidProducts[0].price: empty; an error screen listing \"paidProducts[0].price\" "
+                            "replaces the paywall"));
+    EXPECT_THAT(messagesOf(onboarding("{}", R"({"paidProducts":[]})")),
+                ElementsAre("[1].paidProducts: no products; an error screen listing \"paidProducts (boş)\" "
+                            "replaces this step and ends the onboarding"));
+    EXPECT_THAT(messagesOf(onboarding(R"({"type":"Basic"})")),
+                ElementsAre("[0].type: must be exactly \"basic\" or \"paywall\"; an error screen listing "
+                            "\"type (geçersiz)\" replaces this step and ends the onboarding"));
+}
+
+TEST(Rules, DescribeTheEffect) {
     const auto messageOf = [](const std::string& document) {
         const Verdict verdict = lint(document);
         return verdict.findings.empty() ? std::string() : verdict.findings.front().message;
     };
     EXPECT_THAT(messageOf(paywall(R"({"exitButtonColor":"12345G"})")), HasSubstr("drawn as #012345FF"));
     EXPECT_THAT(messageOf(paywall(line(40))),
-                HasSubstr("40 characters and is cut to \"" + std::string(37, 'x') + "...\""));
+                HasSubstr("40 characters, cut to \"" + std::string(37, 'x') + "...\""));
     EXPECT_THAT(messageOf(paywall(R"({"headingColor":"#15171A"})")), HasSubstr("1.0:1"));
     EXPECT_THAT(messageOf(paywall(R"({"headingColr":"#15171A"})")),
                 HasSubstr("did you mean \"headingColor\"?"));
     EXPECT_THAT(messageOf(paywall(R"({"campaign":"spring"})")), testing::Not(HasSubstr("did you mean")));
 }
 
-TEST(Rules, LookOnlyAtTheValueThatHoldsWhenAKeyStandsTwice) {
+TEST(Rules, CheckOnlyTheLastOfDuplicateKeys) {
     const std::string twice = paywall();
     const std::string document = R"({"headingColor":"red","media":"nowhere","exitButtonDelay":-1,)" +
                                  twice.substr(1, twice.size() - 2) + R"(,"exitButtonDelay":1})";
     for (const Finding& finding : lint(document).findings) {
-        EXPECT_EQ(finding.code, "duplicate-key") << finding.path;
+        EXPECT_EQ(finding.code, "duplicate-key") << finding.path.text();
     }
     EXPECT_EQ(lint(document).findings.size(), 3U);
 }

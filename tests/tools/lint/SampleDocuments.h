@@ -6,11 +6,11 @@
 
 namespace vorna::lint {
 
-// Documents without a finding, and the same with members put in, replaced or, where the change says
-// "<absent>", taken out. Changes are JSON objects.
+/// Documents without findings, with members added, replaced or, where the change is "<absent>", removed.
+/// Changes are JSON objects.
 std::string paywall(std::string_view change = "{}", std::string_view changeOfFirstProduct = "{}");
 
-// A basic step and, last, a paywall step.
+/// A basic step followed by a paywall step.
 std::string onboarding(std::string_view changeOfBasic = "{}", std::string_view changeOfPaywallStep = "{}",
                        std::string_view changeOfFirstProduct = "{}");
 

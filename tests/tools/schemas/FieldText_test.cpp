@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <gtest/gtest.h>
-#include <tools/lint/Fields.h>
 #include <tools/schemas/FieldText.h>
+
+#include <tools/lint/Fields.h>
+
+#include <gtest/gtest.h>
 
 namespace vorna::schemas {
 namespace {
@@ -22,8 +24,9 @@ TEST(FieldText, DescribesNothingElseAndNothingTwice) {
     EXPECT_EQ(fieldTexts().size(), fields);
     for (const FieldText& text : fieldTexts()) {
         EXPECT_NE(lint::findField(text.record, text.key), nullptr) << text.key;
-        EXPECT_EQ(fieldText(text.record, text.key).data(), text.text.data()) << text.key << " is there twice";
-        EXPECT_EQ(text.text.find('|'), std::string_view::npos) << "a table's cell would end there";
+        EXPECT_EQ(fieldText(text.record, text.key).data(), text.text.data())
+            << text.key << " has two descriptions";
+        EXPECT_EQ(text.text.find('|'), std::string_view::npos) << "ends the table's cell";
     }
 }
 

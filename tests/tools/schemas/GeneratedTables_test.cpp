@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <gmock/gmock.h>
 #include <tools/schemas/GeneratedTables.h>
+
+#include <gmock/gmock.h>
 
 namespace vorna::schemas {
 namespace {
 
 using testing::HasSubstr;
 
-TEST(GeneratedTables, ReplaceWhatStandsBetweenTheMarks) {
+TEST(GeneratedTables, ReplaceTheTextBetweenTheMarkers) {
     const std::string before = "a\n<!-- table: paywall -->\nold\n<!-- end of table -->\nb\n";
     const auto after = withGeneratedTables(before);
     ASSERT_TRUE(after);
@@ -20,7 +21,7 @@ TEST(GeneratedTables, ReplaceWhatStandsBetweenTheMarks) {
     EXPECT_EQ(withGeneratedTables(*after), after) << "a second time changes nothing";
 }
 
-TEST(GeneratedTables, KnowEachRecordAndTheFindings) {
+TEST(GeneratedTables, CoverEachRecordAndTheFindings) {
     const auto table = [](const std::string& name) {
         return withGeneratedTables("<!-- table: " + name + " -->\n<!-- end of table -->\n")
             .value_or("absent");
@@ -30,12 +31,12 @@ TEST(GeneratedTables, KnowEachRecordAndTheFindings) {
     EXPECT_THAT(table("findings"), HasSubstr("| `not-json` | error |"));
 }
 
-TEST(GeneratedTables, LeaveOtherTextAlone) {
+TEST(GeneratedTables, KeepOtherText) {
     EXPECT_EQ(withGeneratedTables(""), "");
     EXPECT_EQ(withGeneratedTables("# Title\n\ntext"), "# Title\n\ntext");
 }
 
-TEST(GeneratedTables, RefuseMarksThatDoNotFit) {
+TEST(GeneratedTables, RejectInvalidMarkers) {
     EXPECT_EQ(withGeneratedTables("<!-- table: other -->\n<!-- end of table -->\n"), std::nullopt);
     EXPECT_EQ(withGeneratedTables("<!-- table: step -->\n"), std::nullopt);
     EXPECT_EQ(withGeneratedTables("<!-- table: step\n<!-- end of table -->\n"), std::nullopt);

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""Holds the JSON Schemas against the library, for which vorna-lint speaks: a schema must accept exactly what the library
-decodes, and its definition "shown" exactly what leads to screens without the error screen. Judged are the example documents
-and thousands of variants of them, one value changed in each.
+"""Compares the JSON Schemas with the library, by way of vorna-lint: a schema must accept exactly what the library decodes,
+and its definition "shown" exactly what is shown without an error screen. The input is the example documents and thousands
+of variants of them, each with one value changed.
 
     schemas_agree.py VORNA-LINT
 """
@@ -20,8 +20,8 @@ ROOT = pathlib.Path(__file__).resolve().parents[3]
 DOCUMENTS = ROOT / "examples" / "documents"
 KINDS = ("paywall", "onboarding")
 
-# What a value is replaced by. Absent stands for taking the member out. Left out are whole numbers so little below -2**63
-# that they are rounded to it while JSON is parsed: the library takes them, the schema does not.
+# Replacements for a value; ABSENT removes the member. Integers so little below -2**63 that parsing rounds them to it are left
+# out: the library accepts them, the schema does not.
 ABSENT = object()
 REPLACEMENTS = [
     ABSENT, None, True, 0, 5, -1, 5.0, 1.5, 1e3, 2**63 - 1, 2**63, -(2**63), -(2**64), 1e19,
@@ -33,7 +33,7 @@ REPLACEMENTS = [
 def validators(kind):
     schema = json.loads((ROOT / "docs" / "schemas" / f"{kind}.schema.json").read_text(encoding="utf-8"))
     jsonschema.Draft202012Validator.check_schema(schema)
-    # The definition stands in front, so that "#" inside it still means the whole schema.
+    # The definition is referred to, so that "#" inside it still means the whole schema.
     shown = jsonschema.Draft202012Validator({"$ref": "#/$defs/shown"},
                                             resolver=jsonschema.RefResolver("", schema))
     return jsonschema.Draft202012Validator(schema), shown
@@ -74,7 +74,7 @@ def variants(documents):
 
 
 def verdicts(lint, kind, texts):
-    """For each text whether the library decodes it and whether it would be shown."""
+    """For each text, whether the library decodes it and whether it is shown."""
     with tempfile.TemporaryDirectory() as folder:
         names = []
         for number, text in enumerate(texts):
@@ -85,7 +85,7 @@ def verdicts(lint, kind, texts):
             run = subprocess.run([lint, "--kind", kind, "--format", "json", *names[begin:begin + 2000]],
                                  cwd=folder, stdout=subprocess.PIPE, check=False)
             if run.returncode not in (0, 1):
-                sys.exit(f"vorna-lint ends with {run.returncode}")
+                sys.exit(f"vorna-lint exits with {run.returncode}")
             for document in json.loads(run.stdout)["documents"]:
                 errors = {f["code"] for f in document["findings"] if f["severity"] == "error"}
                 yield not errors & {"wrong-type", "not-json"}, not errors
@@ -109,7 +109,7 @@ def main():
                 assert shown.is_valid(json.loads(text)), path
             assert decodes.is_valid(json.loads(text)) == (path.stem != "bad-wrong-type"), path
         examples = len(texts)
-        # The smallest of each kind of screen serves for the variants: every field stands in it or is put in.
+        # The smallest documents are enough for the variants.
         smallest = {
             "paywall": ["plain", "one-product"],
             "onboarding": ["one-step", "turkish"],
@@ -130,7 +130,7 @@ def main():
               f"{counts.get((False, False), 0)} do not decode, {counts.get((True, False), 0)} are not shown, "
               f"{counts.get((True, True), 0)} are")
         for outcome in ((False, False), (True, False), (True, True)):
-            assert counts.get(outcome, 0) > 10, "the variants show too little"
+            assert counts.get(outcome, 0) > 10, "too few variants"
     sys.exit(1 if disagreements else 0)
 
 

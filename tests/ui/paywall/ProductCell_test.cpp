@@ -20,11 +20,12 @@ PaidProduct bareProduct() {
 }
 
 PaidProduct fromDocument(const std::string& more) {
-    return std::get<PaidProduct>(PaidProduct::decode(
-        R"({"title":"Title","price":"Price","identifier":"id","selectedBackgroundColor":"#010203",)"
-        R"("unselectedBackgroundColor":"#040506","selectedBorderColor":"#070809",)"
-        R"("unselectedBorderColor":"#0a0b0c","titleColor":"#0d0e0f","priceColor":"#101112")" +
-        more + "}"));
+    return PaidProduct::decode(
+               R"({"title":"Title","price":"Price","identifier":"id","selectedBackgroundColor":"#010203",)"
+               R"("unselectedBackgroundColor":"#040506","selectedBorderColor":"#070809",)"
+               R"("unselectedBorderColor":"#0a0b0c","titleColor":"#0d0e0f","priceColor":"#101112")" +
+               more + "}")
+        .value();
 }
 
 /// The look of a cell with title and price alone.

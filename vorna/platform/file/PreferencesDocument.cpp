@@ -132,7 +132,7 @@ class DocumentWriter {
         return true;
     }
 
-    bool operator()(const std::string& text) { return writer_.text(text); }
+    bool operator()(const std::string& text) { return writer_.text(text).has_value(); }
 
     bool operator()(bool value) {
         writer_.boolean(value);

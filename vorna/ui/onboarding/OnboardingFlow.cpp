@@ -14,7 +14,6 @@
 
 #include <algorithm>
 #include <utility>
-#include <variant>
 
 namespace vorna::ui {
 
@@ -37,8 +36,8 @@ void OnboardingFlow::showOnboarding(std::string_view jsonString) {
         return;
     }
     auto decoded = decodeOnboardingSteps(jsonString);
-    if (const auto* const error = std::get_if<json::DecodingError>(&decoded)) {
-        log::debug({"❌ JSON Parsing Error: ", error->description});
+    if (!decoded) {
+        log::debug({"❌ JSON Parsing Error: ", json::describe(decoded.error(), jsonString)});
         return;
     }
     const std::shared_ptr<ViewController> host = topViewController();
@@ -47,7 +46,7 @@ void OnboardingFlow::showOnboarding(std::string_view jsonString) {
         return;
     }
     auto steps = std::make_shared<Steps>();
-    for (OnboardingStepsParameters& step : std::get<0>(decoded)) {
+    for (OnboardingStepsParameters& step : *decoded) {
         steps->push_back(std::make_shared<const OnboardingStepsParameters>(std::move(step)));
     }
     presentOnboardingStep(host, steps, 0, "");

@@ -10,7 +10,6 @@
 
 #include <memory>
 #include <string>
-#include <variant>
 #include <vector>
 
 namespace vorna::ui {
@@ -21,8 +20,8 @@ void PaywallFlow::showPaywall(std::string_view jsonString) {
         return;
     }
     const auto decoded = PaywallParameters::decode(jsonString);
-    if (const auto* const error = std::get_if<json::DecodingError>(&decoded)) {
-        log::debug({"❌ JSON Parsing Error: ", error->description});
+    if (!decoded) {
+        log::debug({"❌ JSON Parsing Error: ", json::describe(decoded.error(), jsonString)});
         return;
     }
     const std::shared_ptr<ViewController> top = topViewController();
@@ -30,7 +29,7 @@ void PaywallFlow::showPaywall(std::string_view jsonString) {
         log::debug({"❌ Failed to find top view controller"});
         return;
     }
-    const auto& paywall = std::get<PaywallParameters>(decoded);
+    const PaywallParameters& paywall = *decoded;
     if (const std::vector<std::string> missing = validate(paywall); !missing.empty()) {
         showJSONErrorScreen("Paywall", missingFieldsMessage(missing));
         return;

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+/// What a document lacks for its screen to be shown.
+
+#include <vorna/base/Export.h>
+#include <vorna/json/Path.h>
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace vorna {
+
+struct MissingField {
+    enum class Reason : std::uint8_t {
+        /// Text that is absent, empty or nothing but white space.
+        blank,
+        /// A list of lines without a line.
+        noLines,
+        /// A list of products without a product.
+        noProducts,
+        /// A step whose type is none of the known ones.
+        unknownType,
+    };
+
+    json::Path path;
+    Reason reason = Reason::blank;
+
+    friend bool operator==(const MissingField&, const MissingField&) = default;
+};
+
+/// The name under which the console and the error screen list the field: its path, as in "details" or
+/// "paidProducts[0].price", with a remark in "paidProducts (boş)" and "type (geçersiz)".
+VORNA_EXPORT std::string listedName(const MissingField& field);
+
+/// The names of all, in ascending order of their bytes.
+VORNA_EXPORT std::vector<std::string> listedNames(std::span<const MissingField> fields);
+
+}  // namespace vorna
