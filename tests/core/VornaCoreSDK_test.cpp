@@ -16,6 +16,7 @@
 #include <string>
 #include <string_view>
 #include <thread>
+#include <tuple>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -169,15 +170,15 @@ class WatchedCredentialStore final : public CredentialStore {
   public:
     explicit WatchedCredentialStore(std::function<void()> onRead) : onRead_(std::move(onRead)) {}
 
-    ReadResult read(std::string_view, std::string_view) override {
+    Result<std::string, CredentialStatus> read(std::string_view, std::string_view) override {
         onRead_();
-        return {credentialStatus::success, R"({"userId":"u","installTime":5})"};
+        return R"({"userId":"u","installTime":5})";
     }
 
-    CredentialStatus remove(std::string_view, std::string_view) override { return credentialStatus::success; }
+    Result<void, CredentialStatus> remove(std::string_view, std::string_view) override { return {}; }
 
-    CredentialStatus add(std::string_view, std::string_view, std::string_view) override {
-        return credentialStatus::success;
+    Result<void, CredentialStatus> add(std::string_view, std::string_view, std::string_view) override {
+        return {};
     }
 
   private:
@@ -253,7 +254,7 @@ std::vector<std::string> linesOfInit(const std::string& printed) {
 TEST(Init, PrintsNothingWhileDebugIsOff) {
     const RecordedEvents host;
     // A first run reports that it found no identity, always; so let there be one.
-    host.credentials->add("io.vorna.vornasdk", "userDetails", R"({"userId":"u","installTime":5})");
+    std::ignore = host.credentials->add("io.vorna.vornasdk", "userDetails", R"({"userId":"u","installTime":5})");
     testing::internal::CaptureStdout();
     VornaCoreSDK::Init("my-app");
     EXPECT_TRUE(host.http->waitForRequests(2));
@@ -287,7 +288,7 @@ TEST(Init, RefusesAnIdentifierThatIsNotUtf8AndCanBeCalledProperlyLater) {
 
 TEST(Init, StopsTheProcessForAnIdentityThatCannotBeUnderstood) {
     const RecordedEvents host;
-    host.credentials->add("io.vorna.vornasdk", "userDetails", "{}");
+    std::ignore = host.credentials->add("io.vorna.vornasdk", "userDetails", "{}");
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_DEATH(VornaCoreSDK::Init("my-app"), "Fatal error: ");
 }

@@ -16,7 +16,6 @@
 #include <memory>
 #include <optional>
 #include <utility>
-#include <variant>
 #include <vector>
 
 namespace vorna {
@@ -35,14 +34,14 @@ constexpr char unfinishedMark = '~';
 CredentialStatus statusOf(int error) {
     switch (error) {
     case ENOENT:
-        return credentialStatus::itemNotFound;
+        return CredentialStatus::itemNotFound;
     case EEXIST:
-        return credentialStatus::duplicateItem;
+        return CredentialStatus::duplicateItem;
     case ELOOP:    // a symbolic link where none may be
     case ENOTDIR:  // something else than a folder in the folder's place
     case EISDIR:
     case ENXIO:  // a socket, or a pipe
-        return credentialStatus::notTrusted;
+        return CredentialStatus::notTrusted;
     case EACCES:
     case EPERM:
     case EROFS:
@@ -50,9 +49,9 @@ CredentialStatus statusOf(int error) {
     case EDQUOT:
     case EFBIG:
     case ENAMETOOLONG:
-        return credentialStatus::notPermitted;
+        return CredentialStatus::notPermitted;
     default:
-        return credentialStatus::notAvailable;
+        return CredentialStatus::notAvailable;
     }
 }
 
@@ -91,63 +90,63 @@ std::optional<struct stat> statusOf(const FileDescriptor& file) {
     return status;
 }
 
-using OpenedFolder = std::variant<FileDescriptor, CredentialStatus>;
+using OpenedFolder = Result<FileDescriptor, CredentialStatus>;
 
 /// The folder of the items if it can be trusted.
 OpenedFolder openFolder(const FileDescriptor& dataDirectory) {
     FileDescriptor folder = openAt(dataDirectory.number(), folderName, O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
     if (!folder.isOpen()) {
-        return statusOf(errno);
+        return Unexpected(statusOf(errno));
     }
     const std::optional<struct stat> status = statusOf(folder);
     if (!status) {
-        return credentialStatus::notAvailable;
+        return Unexpected(CredentialStatus::notAvailable);
     }
     if (status->st_uid != geteuid() || (status->st_mode & othersMayWrite) != 0) {
-        return credentialStatus::notTrusted;
+        return Unexpected(CredentialStatus::notTrusted);
     }
     return folder;
 }
 
 OpenedFolder existingFolder(const std::string& dataDirectory) {
     if (dataDirectory.empty()) {
-        return credentialStatus::notAvailable;
+        return Unexpected(CredentialStatus::notAvailable);
     }
     const FileDescriptor data = openAt(AT_FDCWD, dataDirectory.c_str(), O_RDONLY | O_DIRECTORY);
     if (!data.isOpen()) {
-        return statusOf(errno);
+        return Unexpected(statusOf(errno));
     }
     return openFolder(data);
 }
 
 OpenedFolder folderMadeIfMissing(std::string dataDirectory) {
     if (dataDirectory.empty()) {
-        return credentialStatus::notAvailable;
+        return Unexpected(CredentialStatus::notAvailable);
     }
     // With a slash at the end a path has no last component, and so no parent to make.
     while (dataDirectory.size() > 1 && dataDirectory.back() == '/') {
         dataDirectory.pop_back();
     }
     if (const int error = makeFolders(dataDirectory); error != 0) {
-        return statusOf(error);
+        return Unexpected(statusOf(error));
     }
     const FileDescriptor data = openAt(AT_FDCWD, dataDirectory.c_str(), O_RDONLY | O_DIRECTORY);
     if (!data.isOpen()) {
         // A link that leads nowhere takes the folder's place, so it could not be made and yet is not there.
-        return errno == ENOENT ? credentialStatus::notAvailable : statusOf(errno);
+        return Unexpected(errno == ENOENT ? CredentialStatus::notAvailable : statusOf(errno));
     }
     if (mkdirat(data.number(), folderName, folderMode) == 0) {
         syncFolder(data);
     } else if (errno != EEXIST) {
-        return statusOf(errno);
+        return Unexpected(statusOf(errno));
     }
-    OpenedFolder opened = openFolder(data);
-    if (const auto* const folder = std::get_if<FileDescriptor>(&opened)) {
+    OpenedFolder folder = openFolder(data);
+    if (folder) {
         // Nobody else need know which items there are. Should this fail, the items themselves are still
         // private.
         fchmod(folder->number(), folderMode);
     }
-    return opened;
+    return folder;
 }
 
 /// An unfinished file is locked as long as its writer lives, so one that can be locked was left behind by a
@@ -239,25 +238,25 @@ int addOnce(const FileDescriptor& folder, const std::string& name, std::string_v
 FileCredentialStore::FileCredentialStore(std::string dataDirectory)
     : dataDirectory_(std::move(dataDirectory)) {}
 
-CredentialStore::ReadResult FileCredentialStore::read(std::string_view service, std::string_view account) {
-    const OpenedFolder opened = existingFolder(dataDirectory_);
-    if (const auto* const status = std::get_if<CredentialStatus>(&opened)) {
-        return {*status, std::nullopt};
+Result<std::string, CredentialStatus> FileCredentialStore::read(std::string_view service,
+                                                                std::string_view account) {
+    const OpenedFolder folder = existingFolder(dataDirectory_);
+    if (!folder) {
+        return Unexpected(folder.error());
     }
-    const auto& folder = std::get<FileDescriptor>(opened);
     // Opening a pipe would wait for its other end.
     const FileDescriptor file =
-        openAt(folder.number(), itemName(service, account).c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
+        openAt(folder->number(), itemName(service, account).c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
     if (!file.isOpen()) {
-        return {statusOf(errno), std::nullopt};
+        return Unexpected(statusOf(errno));
     }
     const std::optional<struct stat> status = statusOf(file);
     if (!status) {
-        return {credentialStatus::notAvailable, std::nullopt};
+        return Unexpected(CredentialStatus::notAvailable);
     }
     if (!S_ISREG(status->st_mode) || status->st_uid != geteuid() ||
         (status->st_mode & othersMayAnything) != 0) {
-        return {credentialStatus::notTrusted, std::nullopt};
+        return Unexpected(CredentialStatus::notTrusted);
     }
     std::string value;
     std::vector<char> chunk(std::size_t{16} * 1024);
@@ -265,49 +264,48 @@ CredentialStore::ReadResult FileCredentialStore::read(std::string_view service, 
         const ssize_t count =
             uninterrupted([&] { return ::read(file.number(), chunk.data(), chunk.size()); });
         if (count < 0) {
-            return {statusOf(errno), std::nullopt};
+            return Unexpected(statusOf(errno));
         }
         if (count == 0) {
-            return {credentialStatus::success, std::move(value)};
+            return value;
         }
         value.append(chunk.data(), static_cast<std::size_t>(count));
     }
-    return {credentialStatus::notTrusted, std::nullopt};
+    return Unexpected(CredentialStatus::notTrusted);
 }
 
-CredentialStatus FileCredentialStore::remove(std::string_view service, std::string_view account) {
-    const OpenedFolder opened = existingFolder(dataDirectory_);
-    if (const auto* const status = std::get_if<CredentialStatus>(&opened)) {
-        return *status;
+Result<void, CredentialStatus> FileCredentialStore::remove(std::string_view service,
+                                                           std::string_view account) {
+    const OpenedFolder folder = existingFolder(dataDirectory_);
+    if (!folder) {
+        return Unexpected(folder.error());
     }
-    const auto& folder = std::get<FileDescriptor>(opened);
-    if (unlinkat(folder.number(), itemName(service, account).c_str(), 0) != 0) {
-        return statusOf(errno);
+    if (unlinkat(folder->number(), itemName(service, account).c_str(), 0) != 0 || !syncFolder(*folder)) {
+        return Unexpected(statusOf(errno));
     }
-    return syncFolder(folder) ? credentialStatus::success : statusOf(errno);
+    return {};
 }
 
-CredentialStatus FileCredentialStore::add(std::string_view service, std::string_view account,
-                                          std::string_view value) {
+Result<void, CredentialStatus> FileCredentialStore::add(std::string_view service, std::string_view account,
+                                                        std::string_view value) {
     if (value.size() > largestValue) {
-        return credentialStatus::notPermitted;
+        return Unexpected(CredentialStatus::notPermitted);
     }
-    const OpenedFolder opened = folderMadeIfMissing(dataDirectory_);
-    if (const auto* const status = std::get_if<CredentialStatus>(&opened)) {
-        return *status;
+    const OpenedFolder folder = folderMadeIfMissing(dataDirectory_);
+    if (!folder) {
+        return Unexpected(folder.error());
     }
-    const auto& folder = std::get<FileDescriptor>(opened);
-    removeWhatWasLeftBehind(folder);
+    removeWhatWasLeftBehind(*folder);
     const std::string name = itemName(service, account);
     // In the moment between making a file and locking it, another process can take it for one left behind.
     int error = ENOENT;
     for (int attempt = 0; attempt < 8 && error == ENOENT; ++attempt) {
-        error = addOnce(folder, name, value);
+        error = addOnce(*folder, name, value);
     }
-    if (error == 0) {
-        return credentialStatus::success;
+    if (error != 0) {
+        return Unexpected(error == ENOENT ? CredentialStatus::notAvailable : statusOf(error));
     }
-    return error == ENOENT ? credentialStatus::notAvailable : statusOf(error);
+    return {};
 }
 
 }  // namespace vorna

@@ -27,9 +27,10 @@ class FileCredentialStore final : public CredentialStore {
     /// `notAvailable`.
     explicit FileCredentialStore(std::string dataDirectory);
 
-    ReadResult read(std::string_view service, std::string_view account) override;
-    CredentialStatus remove(std::string_view service, std::string_view account) override;
-    CredentialStatus add(std::string_view service, std::string_view account, std::string_view value) override;
+    Result<std::string, CredentialStatus> read(std::string_view service, std::string_view account) override;
+    Result<void, CredentialStatus> remove(std::string_view service, std::string_view account) override;
+    Result<void, CredentialStatus> add(std::string_view service, std::string_view account,
+                                       std::string_view value) override;
 
   private:
     std::string dataDirectory_;
