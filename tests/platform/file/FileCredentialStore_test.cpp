@@ -150,7 +150,10 @@ TEST_F(FileStore, IsNotAvailableWithoutADataFolder) {
     EXPECT_EQ(homeless.add(service, account, "value"), Unexpected(CredentialStatus::notAvailable));
     EXPECT_EQ(homeless.remove(service, account), Unexpected(CredentialStatus::notAvailable));
 
-    std::filesystem::create_symlink(temporary.path() / "nowhere", data);
+    std::filesystem::create_symlink("/nonexistent/x", data);
+    FileCredentialStore unmounted((data / "app").string());
+    EXPECT_EQ(unmounted.add(service, account, "value"), Unexpected(CredentialStatus::notAvailable));
+    EXPECT_EQ(unmounted.read(service, account), Unexpected(CredentialStatus::itemNotFound));
     EXPECT_EQ(store.add(service, account, "value"), Unexpected(CredentialStatus::notAvailable));
 }
 
@@ -316,14 +319,14 @@ TEST_F(FileStore, TrustsNothingWhereAFileStandsInPlaceOfAFolder) {
 
 TEST_F(FileStore, ClearsAwayWhatAKilledProcessLeftBehind) {
     makeFolder();
-    writeFile(folder / "~1234567890", "half a val");
+    writeFile(folder / "~vorna-0123456789abcdef", "half a val");
     ASSERT_TRUE(store.add(service, account, "value"));
     EXPECT_THAT(namesIn(folder), ElementsAre(file.filename().string()));
 }
 
 TEST_F(FileStore, LeavesAloneWhatAnotherProcessIsStillWriting) {
     makeFolder();
-    const std::filesystem::path unfinished = folder / "~1234567890";
+    const std::filesystem::path unfinished = folder / "~vorna-0123456789abcdef";
     writeFile(unfinished, "half a val");
     const int writer = open(unfinished.c_str(), O_WRONLY | O_CLOEXEC);
     ASSERT_EQ(flock(writer, LOCK_EX), 0);
