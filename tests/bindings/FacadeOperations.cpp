@@ -211,8 +211,7 @@ Outcomes compare(const std::string& signature, const std::function<std::string()
 
 Outcomes compareResults(const std::string& signature, const std::function<std::string()>& binding) {
     const support::RecordedEvents recorded;
-    recorded.preferences->put("VornaRemoteConfigs",
-                              {PreferenceValue::Dictionary{{"anahtar", {std::string("değer 🎉")}}}});
+    recorded.preferences->put("VornaRemoteConfigs", {{"anahtar", "değer 🎉"}});
     SDK::Init("uygulama");
     SDK::SetAdid("reklam");
     return {{binding()}, {operation(signature).call()}};

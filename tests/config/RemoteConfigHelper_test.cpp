@@ -46,14 +46,6 @@ Lines linesOf(const std::string& text) {
     return lines;
 }
 
-PreferenceValue savedTable(const Configs& configs) {
-    PreferenceValue::Dictionary dictionary;
-    for (const auto& [key, value] : configs) {
-        dictionary.emplace(key, PreferenceValue{value});
-    }
-    return {std::move(dictionary)};
-}
-
 /// A helper between a client and preferences that the test steers, and all that comes out of it.
 class RemoteConfigFetch : public testing::Test {
   protected:
@@ -128,19 +120,19 @@ TEST_F(RemoteConfigFetch, AnnouncesTheTableBeforeItSavesIt) {
     const auto saves = preferences_->saves();
     ASSERT_EQ(saves.size(), 1U);
     EXPECT_EQ(saves.front().first, "VornaRemoteConfigs");
-    EXPECT_EQ(saves.front().second, savedTable({{"theme", "dark"}, {"empty", ""}}));
+    EXPECT_EQ(saves.front().second, (Configs{{"theme", "dark"}, {"empty", ""}}));
     EXPECT_EQ(client_->requestCount(), 1U);
     EXPECT_EQ(lines(), (Lines{"[VornaSDK] Config received successfully!",
                               "[VornaSDK] Configs saved to UserDefaults"}));
 }
 
 TEST_F(RemoteConfigFetch, OverwritesTheSavedTableWithAnEmptyOne) {
-    preferences_->put("VornaRemoteConfigs", savedTable({{"theme", "dark"}}));
+    preferences_->put("VornaRemoteConfigs", {{"theme", "dark"}});
     RemoteConfigHelper remote = helper();
     remote.fetchRemoteConfigs(data_, 0);
     client_->answer(HttpAnswer::status(200, R"({"configs":{}})"));
     EXPECT_EQ(tables_, std::vector<Configs>{{}});
-    EXPECT_EQ(preferences_->value("VornaRemoteConfigs"), savedTable({}));
+    EXPECT_EQ(preferences_->table("VornaRemoteConfigs"), Configs{});
     EXPECT_EQ(remote.loadConfigsFromLocal(), Configs{});
 }
 
@@ -150,8 +142,9 @@ TEST_F(RemoteConfigFetch, SaysWhenTheTableCouldNotBeSaved) {
     remote.fetchRemoteConfigs(data_, 0);
     client_->answer(HttpAnswer::status(200, R"({"configs":{"a":"1"}})"));
     EXPECT_EQ(happened_, (Lines{"fetched", "saves"}));
-    EXPECT_EQ(lines(), (Lines{"[VornaSDK] Config received successfully!",
-                              "[VornaSDK] Configs could not be saved to UserDefaults"}));
+    EXPECT_EQ(lines(),
+              (Lines{"[VornaSDK] Config received successfully!",
+                     "[VornaSDK] Configs could not be saved to UserDefaults: No space left on device"}));
 }
 
 TEST_F(RemoteConfigFetch, DoesNotAskForAStatusWhereTheAnswerIsNotHttp) {
@@ -233,7 +226,7 @@ TEST_P(RemoteConfigFailure, LeadsToTheSameWhereTheClientCompletesOnTheCallingThr
 }
 
 TEST_P(RemoteConfigFailure, LeavesTheSavedTableAlone) {
-    preferences_->put("VornaRemoteConfigs", savedTable({{"theme", "dark"}}));
+    preferences_->put("VornaRemoteConfigs", {{"theme", "dark"}});
     useClient(RecordingHttpClient::Completes::onCallingThread, {GetParam().answer});
     RemoteConfigHelper remote = helper();
     remote.fetchRemoteConfigs(data_, 0);
@@ -424,7 +417,7 @@ TEST_F(RemoteConfigCache, GivesWhatWasSavedLast) {
 }
 
 TEST_F(RemoteConfigCache, MayBeAnEmptyTable) {
-    preferences_->put("VornaRemoteConfigs", savedTable({}));
+    preferences_->put("VornaRemoteConfigs", Configs{});
     EXPECT_EQ(helper().loadConfigsFromLocal(), Configs{});
     EXPECT_EQ(lines(), (Lines{"[VornaSDK] Configs loaded from UserDefaults"}));
 }
@@ -433,43 +426,6 @@ TEST_F(RemoteConfigCache, IsNoneAtFirst) {
     EXPECT_EQ(helper().loadConfigsFromLocal(), std::nullopt);
     EXPECT_EQ(lines(), (Lines{"[VornaSDK] No configs found in UserDefaults"}));
 }
-
-struct ForeignEntry {
-    const char* name;
-    PreferenceValue value;
-};
-
-std::ostream& operator<<(std::ostream& stream, const ForeignEntry& entry) {
-    return stream << entry.name;
-}
-
-class RemoteConfigForeignCache : public RemoteConfigFetch,
-                                 public testing::WithParamInterface<ForeignEntry> {};
-
-TEST_P(RemoteConfigForeignCache, CountsAsNone) {
-    preferences_->put("VornaRemoteConfigs", GetParam().value);
-    EXPECT_EQ(helper().loadConfigsFromLocal(), std::nullopt);
-    EXPECT_EQ(lines(), (Lines{"[VornaSDK] No configs found in UserDefaults"}));
-}
-
-PreferenceValue tableWith(PreferenceValue odd) {
-    PreferenceValue::Dictionary dictionary;
-    dictionary.emplace("a", PreferenceValue{std::string("1")});
-    dictionary.emplace("b", std::move(odd));
-    return {std::move(dictionary)};
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Kinds, RemoteConfigForeignCache,
-    testing::Values(ForeignEntry{"Text", {std::string("a=1")}}, ForeignEntry{"Boolean", {true}},
-                    ForeignEntry{"Integer", {std::int64_t{1}}}, ForeignEntry{"Real", {1.5}},
-                    ForeignEntry{"Array", {PreferenceValue::Array{{std::string("a")}}}},
-                    ForeignEntry{"TableWithABoolean", tableWith({false})},
-                    ForeignEntry{"TableWithAnInteger", tableWith({std::int64_t{2}})},
-                    ForeignEntry{"TableWithAReal", tableWith({2.0})},
-                    ForeignEntry{"TableWithAnArray", tableWith({PreferenceValue::Array{}})},
-                    ForeignEntry{"TableWithATable", tableWith({PreferenceValue::Dictionary{}})}),
-    [](const auto& row) { return row.param.name; });
 
 TEST(RemoteConfigHelperConstants, AreThoseOfTheCache) {
     EXPECT_EQ(RemoteConfigHelper::maxRetryCount, 3);

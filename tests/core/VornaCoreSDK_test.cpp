@@ -2,12 +2,14 @@
 #include <vorna/core/VornaCoreSDK.h>
 
 #include <tests/support/RecordedEvents.h>
+#include <tests/support/TemporaryFolder.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <atomic>
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <memory>
@@ -16,6 +18,7 @@
 #include <string>
 #include <string_view>
 #include <thread>
+#include <tuple>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -169,15 +172,15 @@ class WatchedCredentialStore final : public CredentialStore {
   public:
     explicit WatchedCredentialStore(std::function<void()> onRead) : onRead_(std::move(onRead)) {}
 
-    ReadResult read(std::string_view, std::string_view) override {
+    Result<std::string, CredentialStatus> read(std::string_view, std::string_view) override {
         onRead_();
-        return {credentialStatus::success, R"({"userId":"u","installTime":5})"};
+        return R"({"userId":"u","installTime":5})";
     }
 
-    CredentialStatus remove(std::string_view, std::string_view) override { return credentialStatus::success; }
+    Result<void, CredentialStatus> remove(std::string_view, std::string_view) override { return {}; }
 
-    CredentialStatus add(std::string_view, std::string_view, std::string_view) override {
-        return credentialStatus::success;
+    Result<void, CredentialStatus> add(std::string_view, std::string_view, std::string_view) override {
+        return {};
     }
 
   private:
@@ -193,7 +196,7 @@ void useStore(const RecordedEvents& host, std::function<void()> onRead) {
 
 TEST(Init, ObservesAndSendsBeforeItAsksForTheIdentityAndLoadsTheConfigurationAfter) {
     const RecordedEvents host;
-    host.preferences->put("VornaRemoteConfigs", {PreferenceValue::Dictionary{{"a", {std::string("old")}}}});
+    host.preferences->put("VornaRemoteConfigs", {{"a", "old"}});
     int reads = 0;
     useStore(host, [&] {
         ++reads;
@@ -250,10 +253,33 @@ std::vector<std::string> linesOfInit(const std::string& printed) {
     return lines;
 }
 
+TEST(Init, TakesADataFolderBehindADanglingLinkForOneThatCannotBeWritten) {
+    const support::TemporaryFolder temporary;
+    std::filesystem::create_symlink("/nonexistent/x", temporary.path() / "card");
+    PlatformOptions options;
+    options.dataDirectory = temporary.path() / "card" / "app";
+    options.credentialStore = CredentialStoreKind::file;
+    const RecordedEvents host;
+    Platform platform = makePlatform(options);
+    platform.httpClient = host.http;
+    VornaCoreSDK::UsePlatform(std::move(platform));
+    testing::internal::CaptureStdout();
+    VornaCoreSDK::Init("my-app");
+    EXPECT_THAT(
+        testing::internal::GetCapturedStdout(),
+        testing::StartsWith("Error reading from Keychain: -25300\nError saving to Keychain: -25291\n"));
+    EXPECT_TRUE(VornaCoreSDK::GetUserID());
+    ASSERT_TRUE(host.http->waitForRequests(2));
+    host.http->answer(support::HttpAnswer::status(200, R"({"configs":{"a":"1"}})"));
+    EXPECT_EQ(VornaCoreSDK::GetRemoteConfig("a", "default"), "1");
+    EXPECT_THAT(support::namesIn(temporary.path()), testing::ElementsAre("card"));
+}
+
 TEST(Init, PrintsNothingWhileDebugIsOff) {
     const RecordedEvents host;
     // A first run reports that it found no identity, always; so let there be one.
-    host.credentials->add("io.vorna.vornasdk", "userDetails", R"({"userId":"u","installTime":5})");
+    std::ignore =
+        host.credentials->add("io.vorna.vornasdk", "userDetails", R"({"userId":"u","installTime":5})");
     testing::internal::CaptureStdout();
     VornaCoreSDK::Init("my-app");
     EXPECT_TRUE(host.http->waitForRequests(2));
@@ -287,7 +313,7 @@ TEST(Init, RefusesAnIdentifierThatIsNotUtf8AndCanBeCalledProperlyLater) {
 
 TEST(Init, StopsTheProcessForAnIdentityThatCannotBeUnderstood) {
     const RecordedEvents host;
-    host.credentials->add("io.vorna.vornasdk", "userDetails", "{}");
+    std::ignore = host.credentials->add("io.vorna.vornasdk", "userDetails", "{}");
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_DEATH(VornaCoreSDK::Init("my-app"), "Fatal error: ");
 }
@@ -451,8 +477,7 @@ TEST(Event, LetsNoExceptionOfAHostsPortReachTheHost) {
 
 TEST(GetRemoteConfig, AnswersFromTheLastRunAtOnceAndFromTheServiceOnceItHasArrived) {
     const RecordedEvents host;
-    host.preferences->put("VornaRemoteConfigs", {PreferenceValue::Dictionary{{"a", {std::string("old")}},
-                                                                             {"empty", {std::string()}}}});
+    host.preferences->put("VornaRemoteConfigs", {{"a", "old"}, {"empty", ""}});
     VornaCoreSDK::Init("my-app");
     EXPECT_EQ(VornaCoreSDK::GetRemoteConfig("a", "default"), "old");
     EXPECT_EQ(VornaCoreSDK::GetRemoteConfig("empty", "default"), "");
@@ -474,7 +499,7 @@ TEST(GetRemoteConfig, AnswersFromTheLastRunAtOnceAndFromTheServiceOnceItHasArriv
 
 TEST(GetRemoteConfig, KeepsTheTableInForceWhenTheFetchFails) {
     const RecordedEvents host;
-    host.preferences->put("VornaRemoteConfigs", {PreferenceValue::Dictionary{{"a", {std::string("old")}}}});
+    host.preferences->put("VornaRemoteConfigs", {{"a", "old"}});
     std::vector<bool> outcomes;
     const auto observation = NotificationCenter::defaultCenter().addObserver(
         VornaCoreSDK::RemoteConfigsReady, [&](const Notification& notification) {
@@ -493,7 +518,7 @@ TEST(GetRemoteConfig, KeepsTheTableInForceWhenTheFetchFails) {
 
 TEST(GetRemoteConfig, HasOnlyDefaultsWithAnEmptyTable) {
     const RecordedEvents host;
-    host.preferences->put("VornaRemoteConfigs", {PreferenceValue::Dictionary{{"a", {std::string("old")}}}});
+    host.preferences->put("VornaRemoteConfigs", {{"a", "old"}});
     VornaCoreSDK::Init("my-app");
     ASSERT_TRUE(host.http->waitForRequests(2));
     host.http->answer(support::HttpAnswer::status(200, R"({"configs":{}})"));

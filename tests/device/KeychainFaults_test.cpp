@@ -134,17 +134,17 @@ TEST_F(KeychainFaults, AProcessKilledDuringItsFirstRunLeavesTheWholeRecordOrNone
         unfinished += static_cast<int>(
             std::ranges::count_if(namesIn(folder), [](const std::string& name) { return name != fileName; }));
         FileCredentialStore store(data.string());
-        const CredentialStore::ReadResult found =
+        const Result<std::string, CredentialStatus> found =
             store.read(KeychainHelper::service, KeychainHelper::account);
         std::optional<KeyChainData> before;
-        if (found.status == credentialStatus::success) {
+        if (found) {
             ++whole;
-            before = KeychainHelper::decode(found.value.value());
-            ASSERT_TRUE(before) << "torn after " << moment.count() << " us: " << *found.value;
-            EXPECT_TRUE(ULID::fromString(before->userId)) << *found.value;
+            before = KeychainHelper::decode(*found);
+            ASSERT_TRUE(before) << "torn after " << moment.count() << " us: " << *found;
+            EXPECT_TRUE(ULID::fromString(before->userId)) << *found;
         } else {
             ++absent;
-            ASSERT_EQ(found.status, credentialStatus::itemNotFound) << moment.count() << " us";
+            ASSERT_EQ(found, Unexpected(CredentialStatus::itemNotFound)) << moment.count() << " us";
         }
         // The next run goes on from there, and tidies up if it has to make an identity.
         const KeyChainData next = run(data);

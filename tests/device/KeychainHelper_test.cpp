@@ -130,20 +130,21 @@ TEST_F(Keychain, ReplacesWhatIsNotText) {
 
 TEST_F(Keychain, ReplacesWhatItCannotReadForWhateverReason) {
     for (const CredentialStatus status :
-         {credentialStatus::interactionNotAllowed, credentialStatus::notAvailable,
-          credentialStatus::notPermitted, credentialStatus::notTrusted, CredentialStatus{-1},
+         {CredentialStatus::interactionNotAllowed, CredentialStatus::notAvailable,
+          CredentialStatus::notPermitted, CredentialStatus::notTrusted, CredentialStatus{-1},
           CredentialStatus{7}}) {
         put("an identity behind a lock");
         store->forgetCalls();
         store->readStatus(status);
-        EXPECT_EQ(outputOfLoading(identity), "Error reading from Keychain: " + std::to_string(status) + "\n");
+        EXPECT_EQ(outputOfLoading(identity),
+                  "Error reading from Keychain: " + std::to_string(static_cast<int>(status)) + "\n");
         EXPECT_EQ(stored(), record);
         EXPECT_THAT(store->operations(), ElementsAre("read", "remove", "add"));
     }
 }
 
 TEST_F(Keychain, UsesAnIdentityThatCannotBeSavedForThisRun) {
-    store->addStatus(credentialStatus::notPermitted);
+    store->addStatus(CredentialStatus::notPermitted);
     EXPECT_EQ(outputOfLoading(identity),
               "Error reading from Keychain: -25300\nError saving to Keychain: -34018\n");
     nextIdentifier = "01HK153X01ABCDEFGHJKMNPQRS";
@@ -151,7 +152,7 @@ TEST_F(Keychain, UsesAnIdentityThatCannotBeSavedForThisRun) {
 }
 
 TEST_F(Keychain, AddsEvenIfNothingCouldBeRemoved) {
-    store->removeStatus(credentialStatus::interactionNotAllowed);
+    store->removeStatus(CredentialStatus::interactionNotAllowed);
     EXPECT_EQ(outputOfLoading(identity), "Error reading from Keychain: -25300\n");
     EXPECT_EQ(stored(), record);
 }

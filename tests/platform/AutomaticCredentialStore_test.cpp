@@ -26,6 +26,7 @@
 #include <string>
 #include <string_view>
 #include <thread>
+#include <tuple>
 #include <vector>
 
 namespace vorna {
@@ -74,15 +75,15 @@ class AutomaticStore : public ::testing::Test {
 TEST_F(AutomaticStore, ReadsTheFileWithoutWaitingForTheKeyring) {
     file->put(service, account, "value");
     keyring->hold();
-    EXPECT_EQ(store.read(service, account).value, "value");
-    EXPECT_EQ(store.read(service, account).status, credentialStatus::success);
+    EXPECT_EQ(store.read(service, account), "value");
+    EXPECT_TRUE(store.read(service, account));
 }
 
 TEST_F(AutomaticStore, NeverCallsTheKeyringOnTheCallersThread) {
-    EXPECT_EQ(store.read(service, account).status, credentialStatus::itemNotFound);
-    store.add(service, account, "value");
-    store.read(service, account);
-    store.remove(service, account);
+    EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::itemNotFound));
+    std::ignore = store.add(service, account, "value");
+    std::ignore = store.read(service, account);
+    std::ignore = store.remove(service, account);
     const std::vector<InMemoryCredentialStore::Call> calls = keyring->calls();
     EXPECT_THAT(calls, Not(IsEmpty()));
     for (const InMemoryCredentialStore::Call& call : calls) {
@@ -92,21 +93,21 @@ TEST_F(AutomaticStore, NeverCallsTheKeyringOnTheCallersThread) {
 
 TEST_F(AutomaticStore, ReadsTheKeyringWhenTheFileIsGoneAndBringsTheFileBack) {
     keyring->put(service, account, "value");
-    EXPECT_EQ(store.read(service, account).value, "value");
+    EXPECT_EQ(store.read(service, account), "value");
     EXPECT_TRUE(comesToHold(file, "value"));
     EXPECT_EQ(keyring->value(service, account), "value");
 }
 
 TEST_F(AutomaticStore, CopiesToTheKeyringWhatOnlyTheFileHas) {
     file->put(service, account, "value");
-    store.read(service, account);
+    std::ignore = store.read(service, account);
     EXPECT_TRUE(comesToHold(keyring, "value"));
 }
 
 TEST_F(AutomaticStore, LetsTheFileDecideWhereBothDiffer) {
     file->put(service, account, "the file's");
     keyring->put(service, account, "the keyring's");
-    EXPECT_EQ(store.read(service, account).value, "the file's");
+    EXPECT_EQ(store.read(service, account), "the file's");
     EXPECT_TRUE(comesToHold(keyring, "the file's"));
     EXPECT_EQ(file->value(service, account), "the file's");
 }
@@ -114,60 +115,60 @@ TEST_F(AutomaticStore, LetsTheFileDecideWhereBothDiffer) {
 TEST_F(AutomaticStore, LeavesBothAloneWhereTheyAgree) {
     file->put(service, account, "value");
     keyring->put(service, account, "value");
-    store.read(service, account);
+    std::ignore = store.read(service, account);
     ASSERT_TRUE(comesToHave(keyring, {"read"}));
     // A second round shows that the first has come to its end.
-    store.read(service, account);
+    std::ignore = store.read(service, account);
     ASSERT_TRUE(comesToHave(keyring, {"read", "read"}));
     EXPECT_THAT(file->operations(), Each(std::string("read")));
 }
 
 TEST_F(AutomaticStore, PutsTheKeyringsItemInPlaceOfAFileThatIsNotTrusted) {
     file->put(service, account, "planted");
-    file->readStatus(credentialStatus::notTrusted);
+    file->readStatus(CredentialStatus::notTrusted);
     keyring->put(service, account, "value");
-    EXPECT_EQ(store.read(service, account).value, "value");
+    EXPECT_EQ(store.read(service, account), "value");
     EXPECT_TRUE(comesToHold(file, "value"));
 }
 
 TEST_F(AutomaticStore, DoesNotRemoveAFileThatCannotBeReadJustNow) {
     file->put(service, account, "unreadable now");
-    file->readStatus(credentialStatus::notAvailable);
+    file->readStatus(CredentialStatus::notAvailable);
     keyring->put(service, account, "the keyring's");
-    EXPECT_EQ(store.read(service, account).value, "the keyring's");
+    EXPECT_EQ(store.read(service, account), "the keyring's");
     EXPECT_TRUE(comesToHave(file, {"read", "read", "add", "read"}));
     EXPECT_EQ(file->value(service, account), "unreadable now");
 }
 
 TEST_F(AutomaticStore, AddsToBothAndRemovesFromBoth) {
-    EXPECT_EQ(store.add(service, account, "value"), credentialStatus::success);
+    EXPECT_TRUE(store.add(service, account, "value"));
     EXPECT_EQ(file->value(service, account), "value");
     EXPECT_EQ(keyring->value(service, account), "value");
-    EXPECT_EQ(store.remove(service, account), credentialStatus::success);
+    EXPECT_TRUE(store.remove(service, account));
     EXPECT_EQ(file->value(service, account), std::nullopt);
     EXPECT_EQ(keyring->value(service, account), std::nullopt);
 }
 
 TEST_F(AutomaticStore, CopiesToTheKeyringWhatItMissedWhileItWasLocked) {
-    keyring->answerOnly(credentialStatus::interactionNotAllowed);
-    EXPECT_EQ(store.add(service, account, "value"), credentialStatus::success);
+    keyring->answerOnly(CredentialStatus::interactionNotAllowed);
+    EXPECT_TRUE(store.add(service, account, "value"));
     keyring->answerOnly(std::nullopt);
-    EXPECT_EQ(store.read(service, account).value, "value");
+    EXPECT_EQ(store.read(service, account), "value");
     EXPECT_TRUE(comesToHold(keyring, "value"));
 }
 
 TEST_F(AutomaticStore, CopiesToTheFileWhatItMissedWhileItCouldNotBeWritten) {
-    file->addStatus(credentialStatus::notPermitted);
-    EXPECT_EQ(store.add(service, account, "value"), credentialStatus::success);
+    file->addStatus(CredentialStatus::notPermitted);
+    EXPECT_TRUE(store.add(service, account, "value"));
     EXPECT_EQ(file->value(service, account), std::nullopt);
     file->addStatus(std::nullopt);
-    EXPECT_EQ(store.read(service, account).value, "value");
+    EXPECT_EQ(store.read(service, account), "value");
     EXPECT_TRUE(comesToHold(file, "value"));
 }
 
 TEST_F(AutomaticStore, LeavesTheKeyringAloneWhenTheFileHasTheItemAlready) {
     file->put(service, account, "of another process");
-    EXPECT_EQ(store.add(service, account, "mine"), credentialStatus::duplicateItem);
+    EXPECT_EQ(store.add(service, account, "mine"), Unexpected(CredentialStatus::duplicateItem));
     EXPECT_TRUE(comesToHold(keyring, "of another process"));
     for (const InMemoryCredentialStore::Call& call : keyring->calls()) {
         EXPECT_NE(call.value, "mine");
@@ -176,40 +177,40 @@ TEST_F(AutomaticStore, LeavesTheKeyringAloneWhenTheFileHasTheItemAlready) {
 
 TEST_F(AutomaticStore, ReplacesWhatTheKeyringHadWhenAnItemIsAdded) {
     keyring->put(service, account, "of another process");
-    EXPECT_EQ(store.add(service, account, "mine"), credentialStatus::success);
+    EXPECT_TRUE(store.add(service, account, "mine"));
     EXPECT_TRUE(comesToHold(keyring, "mine"));
 }
 
 TEST_F(AutomaticStore, KeepsTheNewIdentityWhenASlowKeyringTurnsUpWithAnOldOne) {
     keyring->put(service, account, "old");
     keyring->hold();
-    EXPECT_EQ(hastyStore.read(service, account).status, credentialStatus::notAvailable);
-    EXPECT_EQ(hastyStore.remove(service, account), credentialStatus::notAvailable);
-    EXPECT_EQ(hastyStore.add(service, account, "new"), credentialStatus::success);
-    EXPECT_EQ(hastyStore.read(service, account).value, "new");
+    EXPECT_EQ(hastyStore.read(service, account), Unexpected(CredentialStatus::notAvailable));
+    EXPECT_EQ(hastyStore.remove(service, account), Unexpected(CredentialStatus::notAvailable));
+    EXPECT_TRUE(hastyStore.add(service, account, "new"));
+    EXPECT_EQ(hastyStore.read(service, account), "new");
     keyring->letGo();
     EXPECT_TRUE(comesToHold(keyring, "new"));
     EXPECT_EQ(file->value(service, account), "new");
-    EXPECT_EQ(hastyStore.read(service, account).value, "new");
+    EXPECT_EQ(hastyStore.read(service, account), "new");
 }
 
 TEST_F(AutomaticStore, WaitsForASlowKeyringOnceForAReadAndWhatFollows) {
     AutomaticCredentialStore patientStore(file, keyring, milliseconds(1000));
     keyring->hold();
     const auto began = steady_clock::now();
-    EXPECT_EQ(patientStore.read(service, account).status, credentialStatus::notAvailable);
+    EXPECT_EQ(patientStore.read(service, account), Unexpected(CredentialStatus::notAvailable));
     EXPECT_GE(steady_clock::now() - began, milliseconds(1000));
     const auto afterRead = steady_clock::now();
-    patientStore.remove(service, account);
-    patientStore.add(service, account, "value");
+    std::ignore = patientStore.remove(service, account);
+    std::ignore = patientStore.add(service, account, "value");
     EXPECT_LT(steady_clock::now() - afterRead, milliseconds(900));
 }
 
 TEST_F(AutomaticStore, NeverDoesLaterWhatACallerHasGivenUp) {
     keyring->hold();
-    hastyStore.read(service, account);
-    hastyStore.remove(service, account);
-    hastyStore.add(service, account, "new");
+    std::ignore = hastyStore.read(service, account);
+    std::ignore = hastyStore.remove(service, account);
+    std::ignore = hastyStore.add(service, account, "new");
     keyring->letGo();
     ASSERT_TRUE(comesToHold(keyring, "new"));
     // The given-up read was under way; what comes after it is the repair.
@@ -220,15 +221,15 @@ TEST_F(AutomaticStore, ARepairUnderWayDoesNotBringBackWhatACallerRemoves) {
     AutomaticCredentialStore patientStore(file, keyring, milliseconds(1000));
     keyring->put(service, account, "old");
     keyring->hold(1);
-    ASSERT_EQ(patientStore.read(service, account).value, "old");
+    ASSERT_EQ(patientStore.read(service, account), "old");
     // The repair has seen that the file has no item, and now hangs in the keyring.
     ASSERT_TRUE(comesToHave(keyring, {"read", "read"}));
-    patientStore.remove(service, account);
+    std::ignore = patientStore.remove(service, account);
     keyring->letGo();
     // The keyring is asked in turn, so this answer means that the repair is over.
-    EXPECT_EQ(patientStore.read(service, "another").status, credentialStatus::itemNotFound);
+    EXPECT_EQ(patientStore.read(service, "another"), Unexpected(CredentialStatus::itemNotFound));
     EXPECT_EQ(file->value(service, account), std::nullopt);
-    EXPECT_EQ(patientStore.add(service, account, "new"), credentialStatus::success);
+    EXPECT_TRUE(patientStore.add(service, account, "new"));
     EXPECT_TRUE(comesToHold(keyring, "new"));
     EXPECT_EQ(file->value(service, account), "new");
 }
@@ -237,10 +238,10 @@ TEST_F(AutomaticStore, ARepairUnderWayEndsWithWhatACallerAdds) {
     file->put(service, account, "no identity");
     keyring->put(service, account, "old");
     keyring->hold();
-    ASSERT_EQ(hastyStore.read(service, account).value, "no identity");
+    ASSERT_EQ(hastyStore.read(service, account), "no identity");
     ASSERT_TRUE(comesToHave(keyring, {"read"}));
-    hastyStore.remove(service, account);
-    EXPECT_EQ(hastyStore.add(service, account, "new"), credentialStatus::success);
+    std::ignore = hastyStore.remove(service, account);
+    EXPECT_TRUE(hastyStore.add(service, account, "new"));
     keyring->letGo();
     EXPECT_TRUE(comesToHold(keyring, "new"));
     EXPECT_EQ(file->value(service, account), "new");
@@ -251,7 +252,7 @@ TEST_F(AutomaticStore, DoesNotWaitForAHungKeyringInTheEnd) {
     const auto began = steady_clock::now();
     {
         AutomaticCredentialStore shortLived(file, keyring, milliseconds(10));
-        shortLived.read(service, account);
+        std::ignore = shortLived.read(service, account);
     }
     EXPECT_LT(steady_clock::now() - began, std::chrono::seconds(10));
     keyring->letGo();
@@ -264,7 +265,7 @@ TEST(AutomaticStoreProcess, ExitsWhileTheKeyringHangs) {
         file->put(service, account, "value");
         keyring->hold();
         static AutomaticCredentialStore store(file, keyring);
-        return store.read(service, account).value == "value" ? 0 : 1;
+        return store.read(service, account) == "value" ? 0 : 1;
     });
     const auto began = steady_clock::now();
     process.start();
@@ -290,16 +291,16 @@ class AutomaticStoreStatus : public AutomaticStore, public ::testing::WithParamI
 TEST_P(AutomaticStoreStatus, IsThatOfTheStoreThatMayHaveTheItem) {
     file->answerOnly(GetParam().file);
     keyring->answerOnly(GetParam().keyring);
-    EXPECT_EQ(store.read(service, account).status, GetParam().ofReading);
-    EXPECT_EQ(store.add(service, account, "value"), GetParam().ofAdding);
-    EXPECT_EQ(store.remove(service, account), GetParam().ofRemoving);
+    EXPECT_EQ(store.read(service, account), Unexpected(GetParam().ofReading));
+    EXPECT_EQ(store.add(service, account, "value"), Unexpected(GetParam().ofAdding));
+    EXPECT_EQ(store.remove(service, account), Unexpected(GetParam().ofRemoving));
 }
 
-constexpr CredentialStatus none = credentialStatus::itemNotFound;
-constexpr CredentialStatus locked = credentialStatus::interactionNotAllowed;
-constexpr CredentialStatus noKeyring = credentialStatus::notAvailable;
-constexpr CredentialStatus readOnly = credentialStatus::notPermitted;
-constexpr CredentialStatus planted = credentialStatus::notTrusted;
+constexpr CredentialStatus none = CredentialStatus::itemNotFound;
+constexpr CredentialStatus locked = CredentialStatus::interactionNotAllowed;
+constexpr CredentialStatus noKeyring = CredentialStatus::notAvailable;
+constexpr CredentialStatus readOnly = CredentialStatus::notPermitted;
+constexpr CredentialStatus planted = CredentialStatus::notTrusted;
 
 INSTANTIATE_TEST_SUITE_P(
     AutomaticStore, AutomaticStoreStatus,
@@ -363,11 +364,11 @@ class AutomaticIdentity : public ::testing::Test {
     }
 
     static std::optional<std::string> userIn(CredentialStore& store) {
-        const CredentialStore::ReadResult result = store.read(service, account);
-        if (!result.value) {
+        const Result<std::string, CredentialStatus> result = store.read(service, account);
+        if (!result) {
             return std::nullopt;
         }
-        return KeychainHelper::decode(*result.value).value_or(KeyChainData{"undecodable", 0}).userId;
+        return KeychainHelper::decode(*result).value_or(KeyChainData{"undecodable", 0}).userId;
     }
 
     std::optional<std::string> userInFile() const {
@@ -407,7 +408,7 @@ TEST_F(AutomaticIdentity, SurvivesTheLossOfTheKeyring) {
     const KeyringSession session;
     const KeyChainData identity = run();
     SecretServiceCredentialStore keyring("app");
-    ASSERT_EQ(keyring.remove(service, account), credentialStatus::success);
+    ASSERT_TRUE(keyring.remove(service, account));
     EXPECT_EQ(run(), identity);
     EXPECT_TRUE(eventually([&] { return userInKeyring() == identity.userId; }));
 }

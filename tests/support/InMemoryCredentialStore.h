@@ -122,39 +122,43 @@ class InMemoryCredentialStore final : public CredentialStore {
         }
     }
 
-    ReadResult read(std::string_view service, std::string_view account) override {
+    Result<std::string, CredentialStatus> read(std::string_view service, std::string_view account) override {
         std::unique_lock lock(mutex_);
         enter(lock, {"read", std::string(service), std::string(account), {}, std::this_thread::get_id()});
         if (readStatus_) {
-            return {*readStatus_, std::nullopt};
+            return Unexpected(*readStatus_);
         }
         const auto found = items_.find({std::string(service), std::string(account)});
         if (found == items_.end()) {
-            return {credentialStatus::itemNotFound, std::nullopt};
+            return Unexpected(CredentialStatus::itemNotFound);
         }
-        return {credentialStatus::success, found->second};
+        return found->second;
     }
 
-    CredentialStatus remove(std::string_view service, std::string_view account) override {
+    Result<void, CredentialStatus> remove(std::string_view service, std::string_view account) override {
         std::unique_lock lock(mutex_);
         enter(lock, {"remove", std::string(service), std::string(account), {}, std::this_thread::get_id()});
         if (removeStatus_) {
-            return *removeStatus_;
+            return Unexpected(*removeStatus_);
         }
-        const bool isRemoved = items_.erase({std::string(service), std::string(account)}) > 0;
-        return isRemoved ? credentialStatus::success : credentialStatus::itemNotFound;
+        if (items_.erase({std::string(service), std::string(account)}) == 0) {
+            return Unexpected(CredentialStatus::itemNotFound);
+        }
+        return {};
     }
 
-    CredentialStatus add(std::string_view service, std::string_view account,
-                         std::string_view value) override {
+    Result<void, CredentialStatus> add(std::string_view service, std::string_view account,
+                                       std::string_view value) override {
         std::unique_lock lock(mutex_);
         enter(lock, {"add", std::string(service), std::string(account), std::string(value),
                      std::this_thread::get_id()});
         if (addStatus_) {
-            return *addStatus_;
+            return Unexpected(*addStatus_);
         }
-        const bool isNew = items_.try_emplace({std::string(service), std::string(account)}, value).second;
-        return isNew ? credentialStatus::success : credentialStatus::duplicateItem;
+        if (!items_.try_emplace({std::string(service), std::string(account)}, value).second) {
+            return Unexpected(CredentialStatus::duplicateItem);
+        }
+        return {};
     }
 
   private:

@@ -13,6 +13,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -20,7 +21,7 @@ namespace vorna::support {
 
 class InMemoryPreferences final : public Preferences {
   public:
-    /// From now on saves come to nothing and say so, or work again.
+    /// From now on saves fail with ENOSPC, or succeed again.
     void failSaves(bool fail = true) {
         const std::scoped_lock lock(mutex_);
         savesFail_ = fail;
@@ -32,25 +33,25 @@ class InMemoryPreferences final : public Preferences {
         onSave_ = std::move(callback);
     }
 
-    /// Puts a value there without its counting as a save.
-    void put(std::string key, PreferenceValue value) {
+    /// Stores a table without recording a save.
+    void put(std::string key, Table table) {
         const std::scoped_lock lock(mutex_);
-        values_.insert_or_assign(std::move(key), std::move(value));
+        tables_.insert_or_assign(std::move(key), std::move(table));
     }
 
-    /// Every save that was asked for, those that came to nothing too.
-    std::vector<std::pair<std::string, PreferenceValue>> saves() const {
+    /// Every save that was tried, failed ones included.
+    std::vector<std::pair<std::string, Table>> saves() const {
         const std::scoped_lock lock(mutex_);
         return saves_;
     }
 
-    std::optional<PreferenceValue> value(std::string_view key) const override {
+    std::optional<Table> table(std::string_view key) const override {
         const std::scoped_lock lock(mutex_);
-        const auto found = values_.find(key);
-        return found == values_.end() ? std::nullopt : std::optional(found->second);
+        const auto found = tables_.find(key);
+        return found == tables_.end() ? std::nullopt : std::optional(found->second);
     }
 
-    bool setValue(std::string_view key, PreferenceValue value) override {
+    Result<void, std::error_code> setTable(std::string_view key, const Table& table) override {
         std::function<void()> callback;
         {
             const std::scoped_lock lock(mutex_);
@@ -60,17 +61,18 @@ class InMemoryPreferences final : public Preferences {
             callback();
         }
         const std::scoped_lock lock(mutex_);
-        saves_.emplace_back(key, value);
-        if (!savesFail_) {
-            values_.insert_or_assign(std::string(key), std::move(value));
+        saves_.emplace_back(key, table);
+        if (savesFail_) {
+            return Unexpected(std::make_error_code(std::errc::no_space_on_device));
         }
-        return !savesFail_;
+        tables_.insert_or_assign(std::string(key), table);
+        return {};
     }
 
   private:
     mutable std::mutex mutex_;
-    std::map<std::string, PreferenceValue, std::less<>> values_;
-    std::vector<std::pair<std::string, PreferenceValue>> saves_;
+    std::map<std::string, Table, std::less<>> tables_;
+    std::vector<std::pair<std::string, Table>> saves_;
     std::function<void()> onSave_;
     bool savesFail_ = false;
 };

@@ -18,15 +18,11 @@ namespace {
 
 using Configs = std::map<std::string, std::string>;
 
-void save(Preferences& preferences, Configs configs) {
-    PreferenceValue::Dictionary dictionary;
-    for (Configs::value_type& entry : configs) {
-        dictionary.emplace_hint(dictionary.end(), entry.first, PreferenceValue{std::move(entry.second)});
-    }
-    if (preferences.setValue(RemoteConfigHelper::userDefaultsKey, PreferenceValue{std::move(dictionary)})) {
+void save(Preferences& preferences, const Configs& configs) {
+    if (const auto saved = preferences.setTable(RemoteConfigHelper::userDefaultsKey, configs)) {
         log::debug({"Configs saved to UserDefaults"});
     } else {
-        log::debug({"Configs could not be saved to UserDefaults"});
+        log::debug({"Configs could not be saved to UserDefaults: ", saved.error().message()});
     }
 }
 
@@ -67,7 +63,7 @@ struct RemoteConfigHelper::Exchange {
 
     static void fetch(const std::shared_ptr<Exchange>& self, RemoteConfigData data, int retryCount);
     static void retry(const std::shared_ptr<Exchange>& self, RemoteConfigData data, int retryCount);
-    void succeed(Configs configs) const;
+    void succeed(const Configs& configs) const;
 };
 
 void RemoteConfigHelper::Exchange::fetch(const std::shared_ptr<Exchange>& self, RemoteConfigData data,
@@ -94,8 +90,8 @@ void RemoteConfigHelper::Exchange::fetch(const std::shared_ptr<Exchange>& self, 
         if (exchange == nullptr) {
             return;
         }
-        if (std::optional<Configs> configs = configsIn(received, response, error)) {
-            exchange->succeed(std::move(*configs));
+        if (const std::optional<Configs> configs = configsIn(received, response, error)) {
+            exchange->succeed(*configs);
         } else {
             retry(exchange, data, retryCount);
         }
@@ -115,12 +111,12 @@ void RemoteConfigHelper::Exchange::retry(const std::shared_ptr<Exchange>& self, 
     fetch(self, std::move(data), retryCount + 1);
 }
 
-void RemoteConfigHelper::Exchange::succeed(Configs configs) const {
+void RemoteConfigHelper::Exchange::succeed(const Configs& configs) const {
     UserInfo userInfo;
     userInfo.emplace(configsEntry, configs);
-    // What is in force comes before what is kept: the host need not wait for the disk.
+    // Announced before it is saved: the host need not wait for the disk.
     NotificationCenter::defaultCenter().post(remoteConfigsFetchedNotification, std::move(userInfo));
-    save(*preferences, std::move(configs));
+    save(*preferences, configs);
 }
 
 RemoteConfigHelper::RemoteConfigHelper(std::shared_ptr<HttpClient> httpClient,
@@ -137,20 +133,7 @@ void RemoteConfigHelper::saveToLocal(const std::map<std::string, std::string>& c
 }
 
 std::optional<std::map<std::string, std::string>> RemoteConfigHelper::loadConfigsFromLocal() const {
-    std::optional<Configs> loaded;
-    if (std::optional<PreferenceValue> saved = exchange_->preferences->value(userDefaultsKey)) {
-        if (auto* const dictionary = std::get_if<PreferenceValue::Dictionary>(&saved->value)) {
-            loaded.emplace();
-            for (auto& [key, value] : *dictionary) {
-                auto* const text = std::get_if<std::string>(&value.value);
-                if (text == nullptr) {
-                    loaded.reset();
-                    break;
-                }
-                loaded->emplace_hint(loaded->end(), key, std::move(*text));
-            }
-        }
-    }
+    std::optional<Configs> loaded = exchange_->preferences->table(userDefaultsKey);
     if (loaded) {
         log::debug({"Configs loaded from UserDefaults"});
     } else {

@@ -7,10 +7,19 @@
 #include <vorna/platform/Log.h>
 #include <vorna/text/Utf8.h>
 
+#include <tuple>
 #include <utility>
 #include <variant>
 
 namespace vorna {
+
+namespace {
+
+std::string number(CredentialStatus status) {
+    return std::to_string(static_cast<std::int32_t>(status));
+}
+
+}  // namespace
 
 KeychainHelper::KeychainHelper(std::shared_ptr<CredentialStore> store, std::shared_ptr<const Clock> clock,
                                MakeUserIdentifier makeUserIdentifier)
@@ -36,11 +45,12 @@ KeyChainData KeychainHelper::loadOrCreateIdentity() const {
 }
 
 std::optional<std::string> KeychainHelper::read() const {
-    CredentialStore::ReadResult result = store_->read(service, account);
-    if (result.status == credentialStatus::success && result.value && utf8::isValid(*result.value)) {
-        return std::move(result.value);
+    Result<std::string, CredentialStatus> text = store_->read(service, account);
+    if (text && utf8::isValid(*text)) {
+        return *std::move(text);
     }
-    log::always({"Error reading from Keychain: ", std::to_string(result.status)});
+    // Text that is not UTF-8 has been read without an error: 0.
+    log::always({"Error reading from Keychain: ", text ? "0" : number(text.error())});
     return std::nullopt;
 }
 
@@ -48,10 +58,10 @@ void KeychainHelper::save(std::string_view value) const {
     if (!utf8::isValid(value)) {
         return;
     }
-    store_->remove(service, account);
-    const CredentialStatus status = store_->add(service, account, value);
-    if (status != credentialStatus::success) {
-        log::always({"Error saving to Keychain: ", std::to_string(status)});
+    // Only the addition decides whether the text is saved.
+    std::ignore = store_->remove(service, account);
+    if (const Result<void, CredentialStatus> added = store_->add(service, account, value); !added) {
+        log::always({"Error saving to Keychain: ", number(added.error())});
     }
 }
 

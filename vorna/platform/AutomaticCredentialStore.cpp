@@ -14,9 +14,18 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <tuple>
+#include <type_traits>
 #include <utility>
 
 namespace vorna {
+
+namespace {
+
+using ReadResult = Result<std::string, CredentialStatus>;
+using Change = Result<void, CredentialStatus>;
+
+}  // namespace
 
 /// What the store and its thread share. All that concerns the keyring happens on the thread, in order.
 class AutomaticCredentialStore::Keeper : public std::enable_shared_from_this<Keeper> {
@@ -31,53 +40,50 @@ class AutomaticCredentialStore::Keeper : public std::enable_shared_from_this<Kee
     ReadResult read(std::string service, std::string account) {
         patienceLeft_ = patience_;
         ReadResult fromFile = readFile(service, account);
-        if (fromFile.value) {
+        if (fromFile) {
             repairLater(std::move(service), std::move(account));
             return fromFile;
         }
         std::optional<ReadResult> fromKeyring = askKeyring(
             [service, account](CredentialStore& keyring) { return keyring.read(service, account); });
-        if (fromKeyring && fromKeyring->value) {
+        if (isSuccess(fromKeyring)) {
             repairLater(std::move(service), std::move(account));
-            return std::move(*fromKeyring);
+            return *std::move(fromKeyring);
         }
-        return {statusOfNothing(fromFile.status, fromKeyring), std::nullopt};
+        return Unexpected(statusOfNothing(fromFile.error(), fromKeyring));
     }
 
-    CredentialStatus remove(const std::string& service, const std::string& account) {
-        const CredentialStatus fromFile =
+    Change remove(const std::string& service, const std::string& account) {
+        const Change fromFile =
             changeFile([&](CredentialStore& file) { return file.remove(service, account); });
-        const std::optional<ReadResult> fromKeyring =
-            askKeyring([service, account](CredentialStore& keyring) {
-                return ReadResult{keyring.remove(service, account), std::nullopt};
-            });
-        if (fromFile == credentialStatus::success || isSuccess(fromKeyring)) {
-            return credentialStatus::success;
+        const std::optional<Change> fromKeyring = askKeyring(
+            [service, account](CredentialStore& keyring) { return keyring.remove(service, account); });
+        if (fromFile || isSuccess(fromKeyring)) {
+            return {};
         }
-        return statusOfNothing(fromFile, fromKeyring);
+        return Unexpected(statusOfNothing(fromFile.error(), fromKeyring));
     }
 
-    CredentialStatus add(std::string service, std::string account, std::string value) {
-        const CredentialStatus toFile =
-            changeFile([&](CredentialStore& file) { return file.add(service, account, value); });
-        if (toFile == credentialStatus::duplicateItem) {
+    Change add(std::string service, std::string account, std::string value) {
+        Change toFile = changeFile([&](CredentialStore& file) { return file.add(service, account, value); });
+        if (toFile == Unexpected(CredentialStatus::duplicateItem)) {
             repairLater(std::move(service), std::move(account));
             return toFile;
         }
-        const std::optional<ReadResult> toKeyring =
+        std::optional<Change> toKeyring =
             askKeyring([service, account, value = std::move(value)](CredentialStore& keyring) {
-                return ReadResult{keyring.add(service, account, value), std::nullopt};
+                return keyring.add(service, account, value);
             });
-        const bool isInFile = toFile == credentialStatus::success;
+        const bool isInFile = toFile.has_value();
         const bool isInKeyring = isSuccess(toKeyring);
         if (isInFile != isInKeyring) {
             repairLater(std::move(service), std::move(account));
         }
         if (isInFile || isInKeyring) {
-            return credentialStatus::success;
+            return {};
         }
-        const bool wasInKeyring = toKeyring && toKeyring->status == credentialStatus::duplicateItem;
-        return wasInKeyring ? credentialStatus::duplicateItem : toFile;
+        const bool wasInKeyring = toKeyring == Unexpected(CredentialStatus::duplicateItem);
+        return wasInKeyring ? *toKeyring : toFile;
     }
 
     /// Nothing that has not begun will. Waits for the thread until the deadline.
@@ -91,40 +97,44 @@ class AutomaticCredentialStore::Keeper : public std::enable_shared_from_this<Kee
   private:
     using Job = std::function<void()>;
 
+    template <class Answer>
     struct Question {
         std::mutex mutex;
         std::condition_variable answered;
-        std::optional<ReadResult> answer;
+        std::optional<Answer> answer;
         bool isAbandoned = false;
     };
 
-    static bool isSuccess(const std::optional<ReadResult>& answer) {
-        return answer && answer->status == credentialStatus::success;
+    template <class Answer>
+    static bool isSuccess(const std::optional<Answer>& answer) {
+        return answer && *answer;
     }
 
     /// How it is said that neither store has given anything. A keyring that is not there cannot have the
     /// item, one that has not answered can.
+    template <class Answer>
     static CredentialStatus statusOfNothing(CredentialStatus fromFile,
-                                            const std::optional<ReadResult>& fromKeyring) {
-        if (fromFile != credentialStatus::itemNotFound) {
+                                            const std::optional<Answer>& fromKeyring) {
+        if (fromFile != CredentialStatus::itemNotFound) {
             return fromFile;
         }
         if (!fromKeyring) {
-            return credentialStatus::notAvailable;
+            return CredentialStatus::notAvailable;
         }
-        return fromKeyring->status == credentialStatus::notAvailable ? credentialStatus::itemNotFound
-                                                                     : fromKeyring->status;
+        return fromKeyring->error() == CredentialStatus::notAvailable ? CredentialStatus::itemNotFound
+                                                                      : fromKeyring->error();
     }
 
     /// Absent when there is no answer within what is left of the patience. A question that is abandoned
     /// before its turn has come is never put.
-    std::optional<ReadResult> askKeyring(std::function<ReadResult(CredentialStore&)> operation) {
+    template <class Operation, class Answer = std::invoke_result_t<Operation, CredentialStore&>>
+    std::optional<Answer> askKeyring(Operation operation) {
         const auto began = std::chrono::steady_clock::now();
         const auto deadline = began + patienceLeft_;
         if (deadline <= began) {
             return std::nullopt;
         }
-        const auto question = std::make_shared<Question>();
+        const auto question = std::make_shared<Question<Answer>>();
         const bool isAccepted = enqueue([this, question, operation = std::move(operation)] {
             {
                 const std::scoped_lock lock(question->mutex);
@@ -132,7 +142,7 @@ class AutomaticCredentialStore::Keeper : public std::enable_shared_from_this<Kee
                     return;
                 }
             }
-            ReadResult answer = operation(*keyring_);
+            Answer answer = operation(*keyring_);
             const std::scoped_lock lock(question->mutex);
             question->answer = std::move(answer);
             question->answered.notify_all();
@@ -157,11 +167,11 @@ class AutomaticCredentialStore::Keeper : public std::enable_shared_from_this<Kee
         return file_->read(service, account);
     }
 
-    template <class Change>
-    CredentialStatus changeFile(Change change) {
+    template <class Operation>
+    Change changeFile(Operation operation) {
         const std::scoped_lock lock(fileMutex_);
         ++fileChanges_;
-        return change(*file_);
+        return operation(*file_);
     }
 
     void repairLater(std::string service, std::string account) {
@@ -173,15 +183,15 @@ class AutomaticCredentialStore::Keeper : public std::enable_shared_from_this<Kee
     /// moment, not on what a caller has seen, since another process may have been there in between.
     void repair(const std::string& service, const std::string& account) {
         std::uint64_t changesSeen = 0;
-        ReadResult fromFile;
+        ReadResult fromFile = Unexpected(CredentialStatus::itemNotFound);
         {
             const std::scoped_lock lock(fileMutex_);
             changesSeen = fileChanges_;
             fromFile = file_->read(service, account);
         }
         const ReadResult fromKeyring = keyring_->read(service, account);
-        if (!fromFile.value) {
-            if (!fromKeyring.value) {
+        if (!fromFile) {
+            if (!fromKeyring) {
                 return;
             }
             const std::scoped_lock lock(fileMutex_);
@@ -189,27 +199,27 @@ class AutomaticCredentialStore::Keeper : public std::enable_shared_from_this<Kee
             if (changesSeen != fileChanges_) {
                 return;
             }
-            if (fromFile.status == credentialStatus::notTrusted) {
-                file_->remove(service, account);
+            if (fromFile == Unexpected(CredentialStatus::notTrusted)) {
+                std::ignore = file_->remove(service, account);
             }
-            if (file_->add(service, account, *fromKeyring.value) != credentialStatus::duplicateItem) {
+            if (file_->add(service, account, *fromKeyring) != Unexpected(CredentialStatus::duplicateItem)) {
                 return;
             }
             // Another process was quicker, so its item is the one in force.
             fromFile = file_->read(service, account);
-            if (!fromFile.value) {
+            if (!fromFile) {
                 return;
             }
         }
-        if (fromKeyring.value == fromFile.value) {
+        if (fromKeyring == fromFile) {
             return;
         }
-        if (fromKeyring.value) {
-            keyring_->remove(service, account);
-        } else if (fromKeyring.status != credentialStatus::itemNotFound) {
+        if (fromKeyring) {
+            std::ignore = keyring_->remove(service, account);
+        } else if (fromKeyring != Unexpected(CredentialStatus::itemNotFound)) {
             return;
         }
-        keyring_->add(service, account, *fromFile.value);
+        std::ignore = keyring_->add(service, account, *fromFile);
     }
 
     /// Hands the job to the thread, which is started if there is none. False when it will not be done.
@@ -287,17 +297,16 @@ AutomaticCredentialStore::~AutomaticCredentialStore() {
     keeper_->stop(std::chrono::steady_clock::now());
 }
 
-CredentialStore::ReadResult AutomaticCredentialStore::read(std::string_view service,
-                                                           std::string_view account) {
+ReadResult AutomaticCredentialStore::read(std::string_view service, std::string_view account) {
     return keeper_->read(std::string(service), std::string(account));
 }
 
-CredentialStatus AutomaticCredentialStore::remove(std::string_view service, std::string_view account) {
+Change AutomaticCredentialStore::remove(std::string_view service, std::string_view account) {
     return keeper_->remove(std::string(service), std::string(account));
 }
 
-CredentialStatus AutomaticCredentialStore::add(std::string_view service, std::string_view account,
-                                               std::string_view value) {
+Change AutomaticCredentialStore::add(std::string_view service, std::string_view account,
+                                     std::string_view value) {
     return keeper_->add(std::string(service), std::string(account), std::string(value));
 }
 

@@ -45,14 +45,15 @@ class AutomaticCredentialStore final : public CredentialStore {
     /// such as `notTrusted`, if the file may have the item; `interactionNotAllowed` if the keyring is locked
     /// and `notAvailable` if it did not answer in time, since it may have the item; `itemNotFound` otherwise,
     /// also where there is no keyring.
-    ReadResult read(std::string_view service, std::string_view account) override;
+    Result<std::string, CredentialStatus> read(std::string_view service, std::string_view account) override;
 
-    /// `success` when one of them had the item and let it go.
-    CredentialStatus remove(std::string_view service, std::string_view account) override;
+    /// Succeeds when one of them had the item and let it go.
+    Result<void, CredentialStatus> remove(std::string_view service, std::string_view account) override;
 
-    /// `success` when at least one has taken the item. `duplicateItem` when the file had one already; the
+    /// Succeeds when at least one has taken the item. `duplicateItem` when the file had one already; the
     /// keyring is then left alone.
-    CredentialStatus add(std::string_view service, std::string_view account, std::string_view value) override;
+    Result<void, CredentialStatus> add(std::string_view service, std::string_view account,
+                                       std::string_view value) override;
 
   private:
     class Keeper;

@@ -4,7 +4,7 @@
 #include <vorna/platform/AutomaticCredentialStore.h>
 #include <vorna/platform/curl/CurlHttpClient.h>
 #include <vorna/platform/file/FileCredentialStore.h>
-#include <vorna/platform/file/JsonFilePreferences.h>
+#include <vorna/platform/file/FilePreferences.h>
 #include <vorna/platform/glib/SecretServiceCredentialStore.h>
 #include <vorna/platform/linux/DataDirectory.h>
 #include <vorna/platform/linux/GetrandomSource.h>
@@ -57,8 +57,7 @@ Platform makePlatform(const PlatformOptions& options) {
     platform.httpClient = std::make_shared<CurlHttpClient>(options.certificateAuthorityFile);
     platform.credentialStore = makeCredentialStore(options.credentialStore, dataDirectory,
                                                    options.bundleIdentifier.value_or(programName()));
-    platform.preferences = std::make_shared<JsonFilePreferences>(
-        dataDirectory.empty() ? std::string() : dataDirectory + "/preferences.json");
+    platform.preferences = std::make_shared<FilePreferences>(dataDirectory);
     platform.system = std::make_shared<LinuxSystem>(system);
     platform.clock = std::make_shared<SystemClock>();
     platform.randomSource = std::make_shared<GetrandomSource>();

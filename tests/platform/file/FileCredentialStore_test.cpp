@@ -65,16 +65,14 @@ class FileStore : public ::testing::Test {
 
     /// For tests that need the item's folder without an item in it.
     void makeFolder() {
-        ASSERT_EQ(store.add(service, account, "value"), credentialStatus::success);
-        ASSERT_EQ(store.remove(service, account), credentialStatus::success);
+        ASSERT_TRUE(store.add(service, account, "value"));
+        ASSERT_TRUE(store.remove(service, account));
     }
 };
 
 TEST_F(FileStore, HasNothingAtFirstAndMakesNothingByReading) {
-    const CredentialStore::ReadResult result = store.read(service, account);
-    EXPECT_EQ(result.status, credentialStatus::itemNotFound);
-    EXPECT_FALSE(result.value);
-    EXPECT_EQ(store.remove(service, account), credentialStatus::itemNotFound);
+    EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::itemNotFound));
+    EXPECT_EQ(store.remove(service, account), Unexpected(CredentialStatus::itemNotFound));
     EXPECT_FALSE(std::filesystem::exists(data));
 }
 
@@ -87,35 +85,35 @@ TEST_F(FileStore, GivesBackEveryByteThatWasAdded) {
                                   std::string(std::size_t{1024} * 1024, 'x'),
                                   std::string(FileCredentialStore::largestValue, '\0')};
     for (const std::string& value : values) {
-        ASSERT_EQ(store.add(service, account, value), credentialStatus::success) << value.size();
-        EXPECT_TRUE(FileCredentialStore(data.string()).read(service, account).value == value) << value.size();
-        ASSERT_EQ(store.remove(service, account), credentialStatus::success) << value.size();
-        EXPECT_EQ(store.read(service, account).status, credentialStatus::itemNotFound);
+        ASSERT_TRUE(store.add(service, account, value)) << value.size();
+        EXPECT_TRUE(FileCredentialStore(data.string()).read(service, account) == value) << value.size();
+        ASSERT_TRUE(store.remove(service, account)) << value.size();
+        EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::itemNotFound));
     }
 }
 
 TEST_F(FileStore, NeitherTakesNorGivesMoreThanTheLargestValue) {
     const std::string value(FileCredentialStore::largestValue + 1, 'x');
-    EXPECT_EQ(store.add(service, account, value), credentialStatus::notPermitted);
+    EXPECT_EQ(store.add(service, account, value), Unexpected(CredentialStatus::notPermitted));
     makeFolder();
     writeFile(file, value);
     chmod(file.c_str(), 0600);
-    EXPECT_EQ(store.read(service, account).status, credentialStatus::notTrusted);
+    EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::notTrusted));
 }
 
 TEST_F(FileStore, NeverReplaces) {
-    ASSERT_EQ(store.add(service, account, "first"), credentialStatus::success);
-    EXPECT_EQ(store.add(service, account, "second"), credentialStatus::duplicateItem);
-    EXPECT_EQ(store.read(service, account).value, "first");
+    ASSERT_TRUE(store.add(service, account, "first"));
+    EXPECT_EQ(store.add(service, account, "second"), Unexpected(CredentialStatus::duplicateItem));
+    EXPECT_EQ(store.read(service, account), "first");
     EXPECT_THAT(namesIn(folder), SizeIs(1));
 }
 
 TEST_F(FileStore, KeepsFolderAndFileToTheirOwnerWhateverTheProcessesMask) {
     for (const mode_t mask : {mode_t{0}, mode_t{022}, mode_t{077}}) {
         const mode_t before = umask(mask);
-        const CredentialStatus status = store.add(service, account, "value");
+        const Result<void, CredentialStatus> result = store.add(service, account, "value");
         umask(before);
-        ASSERT_EQ(status, credentialStatus::success);
+        ASSERT_TRUE(result);
         EXPECT_EQ(modeOf(data), 0700U) << mask;
         EXPECT_EQ(modeOf(folder), 0700U) << mask;
         EXPECT_EQ(modeOf(file), 0600U) << mask;
@@ -126,15 +124,15 @@ TEST_F(FileStore, KeepsFolderAndFileToTheirOwnerWhateverTheProcessesMask) {
 TEST_F(FileStore, ClosesAFolderThatOthersMayLookInto) {
     makeFolder();
     chmod(folder.c_str(), 0755);
-    ASSERT_EQ(store.add(service, account, "value"), credentialStatus::success);
+    ASSERT_TRUE(store.add(service, account, "value"));
     EXPECT_EQ(modeOf(folder), 0700U);
 }
 
 TEST_F(FileStore, MakesAllFoldersOnTheWay) {
     for (const char* const way : {"a/b/c", "d/e/", "f//"}) {
         FileCredentialStore deep((data / way).string());
-        EXPECT_EQ(deep.add(service, account, "value"), credentialStatus::success) << way;
-        EXPECT_EQ(deep.read(service, account).value, "value") << way;
+        EXPECT_TRUE(deep.add(service, account, "value")) << way;
+        EXPECT_EQ(deep.read(service, account), "value") << way;
     }
 }
 
@@ -142,18 +140,21 @@ TEST_F(FileStore, FollowsALinkThatTheUserPutInPlaceOfTheDataFolder) {
     const std::filesystem::path elsewhere = temporary.path() / "elsewhere";
     std::filesystem::create_directory(elsewhere);
     std::filesystem::create_directory_symlink(elsewhere, data);
-    ASSERT_EQ(store.add(service, account, "value"), credentialStatus::success);
-    EXPECT_EQ(FileCredentialStore(elsewhere.string()).read(service, account).value, "value");
+    ASSERT_TRUE(store.add(service, account, "value"));
+    EXPECT_EQ(FileCredentialStore(elsewhere.string()).read(service, account), "value");
 }
 
 TEST_F(FileStore, IsNotAvailableWithoutADataFolder) {
     FileCredentialStore homeless("");
-    EXPECT_EQ(homeless.read(service, account).status, credentialStatus::notAvailable);
-    EXPECT_EQ(homeless.add(service, account, "value"), credentialStatus::notAvailable);
-    EXPECT_EQ(homeless.remove(service, account), credentialStatus::notAvailable);
+    EXPECT_EQ(homeless.read(service, account), Unexpected(CredentialStatus::notAvailable));
+    EXPECT_EQ(homeless.add(service, account, "value"), Unexpected(CredentialStatus::notAvailable));
+    EXPECT_EQ(homeless.remove(service, account), Unexpected(CredentialStatus::notAvailable));
 
-    std::filesystem::create_symlink(temporary.path() / "nowhere", data);
-    EXPECT_EQ(store.add(service, account, "value"), credentialStatus::notAvailable);
+    std::filesystem::create_symlink("/nonexistent/x", data);
+    FileCredentialStore unmounted((data / "app").string());
+    EXPECT_EQ(unmounted.add(service, account, "value"), Unexpected(CredentialStatus::notAvailable));
+    EXPECT_EQ(unmounted.read(service, account), Unexpected(CredentialStatus::itemNotFound));
+    EXPECT_EQ(store.add(service, account, "value"), Unexpected(CredentialStatus::notAvailable));
 }
 
 TEST_F(FileStore, KeepsEveryPairOfNamesApart) {
@@ -168,34 +169,34 @@ TEST_F(FileStore, KeepsEveryPairOfNamesApart) {
         return first.append("|").append(second);
     };
     for (const auto& [first, second] : names) {
-        ASSERT_EQ(store.add(first, second, valueOf(first, second)), credentialStatus::success) << first;
+        ASSERT_TRUE(store.add(first, second, valueOf(first, second))) << first;
     }
     EXPECT_THAT(namesIn(folder), SizeIs(names.size()));
     for (const auto& [first, second] : names) {
-        EXPECT_EQ(store.read(first, second).value, valueOf(first, second));
+        EXPECT_EQ(store.read(first, second), valueOf(first, second));
     }
 }
 
 TEST_F(FileStore, TakesNoNameThatIsTooLongForAFile) {
     const std::string name(300, 'x');
-    EXPECT_EQ(store.add(name, account, "value"), credentialStatus::notPermitted);
-    EXPECT_EQ(store.read(name, account).status, credentialStatus::notPermitted);
+    EXPECT_EQ(store.add(name, account, "value"), Unexpected(CredentialStatus::notPermitted));
+    EXPECT_EQ(store.read(name, account), Unexpected(CredentialStatus::notPermitted));
     EXPECT_THAT(namesIn(folder), IsEmpty());
 }
 
 TEST_F(FileStore, RemovesOnlyTheItemOfThatName) {
-    ASSERT_EQ(store.add(service, account, "one"), credentialStatus::success);
-    ASSERT_EQ(store.add(service, "another", "two"), credentialStatus::success);
-    EXPECT_EQ(store.remove(service, account), credentialStatus::success);
-    EXPECT_EQ(store.read(service, account).status, credentialStatus::itemNotFound);
-    EXPECT_EQ(store.read(service, "another").value, "two");
+    ASSERT_TRUE(store.add(service, account, "one"));
+    ASSERT_TRUE(store.add(service, "another", "two"));
+    EXPECT_TRUE(store.remove(service, account));
+    EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::itemNotFound));
+    EXPECT_EQ(store.read(service, "another"), "two");
 }
 
 struct Intrusion {
     const char* name;
     /// Puts something into the place of the item's file.
     std::function<void(const std::filesystem::path& file)> put;
-    CredentialStatus removal = credentialStatus::success;
+    Result<void, CredentialStatus> removal = {};
 };
 
 std::ostream& operator<<(std::ostream& stream, const Intrusion& intrusion) {
@@ -215,15 +216,13 @@ TEST_P(UntrustedFile, IsNotReadButGivesWayToANewItem) {
     makeFolder();
     GetParam().put(file);
     const auto began = steady_clock::now();
-    const CredentialStore::ReadResult result = store.read(service, account);
-    EXPECT_EQ(result.status, credentialStatus::notTrusted);
-    EXPECT_FALSE(result.value);
+    EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::notTrusted));
     EXPECT_LT(steady_clock::now() - began, std::chrono::seconds(5)) << "it waited";
-    EXPECT_EQ(store.add(service, account, "new"), credentialStatus::duplicateItem);
+    EXPECT_EQ(store.add(service, account, "new"), Unexpected(CredentialStatus::duplicateItem));
     EXPECT_EQ(store.remove(service, account), GetParam().removal);
-    if (GetParam().removal == credentialStatus::success) {
-        EXPECT_EQ(store.add(service, account, "new"), credentialStatus::success);
-        EXPECT_EQ(store.read(service, account).value, "new");
+    if (GetParam().removal) {
+        EXPECT_TRUE(store.add(service, account, "new"));
+        EXPECT_EQ(store.read(service, account), "new");
     }
 }
 
@@ -256,7 +255,7 @@ INSTANTIATE_TEST_SUITE_P(
                   }},
         Intrusion{"Folder",
                   [](const std::filesystem::path& file) { std::filesystem::create_directory(file); },
-                  credentialStatus::notTrusted}),
+                  Unexpected(CredentialStatus::notTrusted)}),
     [](const auto& row) { return row.param.name; });
 
 TEST_F(FileStore, DoesNotTouchWhatALinkPointsTo) {
@@ -264,8 +263,8 @@ TEST_F(FileStore, DoesNotTouchWhatALinkPointsTo) {
     const std::filesystem::path target = temporary.path() / "target";
     writeFile(target, "not ours");
     std::filesystem::create_symlink(target, file);
-    ASSERT_EQ(store.remove(service, account), credentialStatus::success);
-    ASSERT_EQ(store.add(service, account, "new"), credentialStatus::success);
+    ASSERT_TRUE(store.remove(service, account));
+    ASSERT_TRUE(store.add(service, account, "new"));
     EXPECT_EQ(contentsOf(target), "not ours");
 }
 
@@ -273,65 +272,65 @@ TEST_F(FileStore, TrustsNoFileOfAnotherUser) {
     if (geteuid() != 0) {
         GTEST_SKIP() << "only root can give a file away";
     }
-    ASSERT_EQ(store.add(service, account, "value"), credentialStatus::success);
+    ASSERT_TRUE(store.add(service, account, "value"));
     ASSERT_EQ(chown(file.c_str(), 12345, 12345), 0);
-    EXPECT_EQ(store.read(service, account).status, credentialStatus::notTrusted);
+    EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::notTrusted));
 }
 
 TEST_F(FileStore, TrustsNothingInAFolderOfAnotherUser) {
     if (geteuid() != 0) {
         GTEST_SKIP() << "only root can give a folder away";
     }
-    ASSERT_EQ(store.add(service, account, "value"), credentialStatus::success);
+    ASSERT_TRUE(store.add(service, account, "value"));
     ASSERT_EQ(chown(folder.c_str(), 12345, 12345), 0);
-    EXPECT_EQ(store.read(service, account).status, credentialStatus::notTrusted);
-    EXPECT_EQ(store.add(service, "another", "value"), credentialStatus::notTrusted);
-    EXPECT_EQ(store.remove(service, account), credentialStatus::notTrusted);
+    EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::notTrusted));
+    EXPECT_EQ(store.add(service, "another", "value"), Unexpected(CredentialStatus::notTrusted));
+    EXPECT_EQ(store.remove(service, account), Unexpected(CredentialStatus::notTrusted));
 }
 
 TEST_F(FileStore, TrustsNothingInAFolderThatOthersMayWriteTo) {
     for (const mode_t mode : {mode_t{0770}, mode_t{0702}, mode_t{0777}}) {
         std::filesystem::remove_all(data);
-        ASSERT_EQ(store.add(service, account, "value"), credentialStatus::success);
+        ASSERT_TRUE(store.add(service, account, "value"));
         chmod(folder.c_str(), mode);
-        EXPECT_EQ(store.read(service, account).status, credentialStatus::notTrusted) << mode;
-        EXPECT_EQ(store.add(service, "another", "value"), credentialStatus::notTrusted) << mode;
-        EXPECT_EQ(store.remove(service, account), credentialStatus::notTrusted) << mode;
+        EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::notTrusted)) << mode;
+        EXPECT_EQ(store.add(service, "another", "value"), Unexpected(CredentialStatus::notTrusted)) << mode;
+        EXPECT_EQ(store.remove(service, account), Unexpected(CredentialStatus::notTrusted)) << mode;
     }
 }
 
 TEST_F(FileStore, TrustsNothingBehindALinkInPlaceOfItsFolder) {
-    ASSERT_EQ(store.add(service, account, "value"), credentialStatus::success);
+    ASSERT_TRUE(store.add(service, account, "value"));
     const std::filesystem::path moved = temporary.path() / "moved";
     std::filesystem::rename(folder, moved);
     std::filesystem::create_directory_symlink(moved, folder);
-    EXPECT_EQ(store.read(service, account).status, credentialStatus::notTrusted);
-    EXPECT_EQ(store.add(service, "another", "value"), credentialStatus::notTrusted);
-    EXPECT_EQ(store.remove(service, account), credentialStatus::notTrusted);
+    EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::notTrusted));
+    EXPECT_EQ(store.add(service, "another", "value"), Unexpected(CredentialStatus::notTrusted));
+    EXPECT_EQ(store.remove(service, account), Unexpected(CredentialStatus::notTrusted));
     EXPECT_THAT(namesIn(moved), SizeIs(1));
 }
 
 TEST_F(FileStore, TrustsNothingWhereAFileStandsInPlaceOfAFolder) {
     writeFile(data, "a file");
-    EXPECT_EQ(store.read(service, account).status, credentialStatus::notTrusted);
-    EXPECT_EQ(store.add(service, account, "value"), credentialStatus::notTrusted);
+    EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::notTrusted));
+    EXPECT_EQ(store.add(service, account, "value"), Unexpected(CredentialStatus::notTrusted));
     EXPECT_EQ(contentsOf(data), "a file");
 }
 
 TEST_F(FileStore, ClearsAwayWhatAKilledProcessLeftBehind) {
     makeFolder();
-    writeFile(folder / "~1234567890", "half a val");
-    ASSERT_EQ(store.add(service, account, "value"), credentialStatus::success);
+    writeFile(folder / "~vorna-0123456789abcdef", "half a val");
+    ASSERT_TRUE(store.add(service, account, "value"));
     EXPECT_THAT(namesIn(folder), ElementsAre(file.filename().string()));
 }
 
 TEST_F(FileStore, LeavesAloneWhatAnotherProcessIsStillWriting) {
     makeFolder();
-    const std::filesystem::path unfinished = folder / "~1234567890";
+    const std::filesystem::path unfinished = folder / "~vorna-0123456789abcdef";
     writeFile(unfinished, "half a val");
     const int writer = open(unfinished.c_str(), O_WRONLY | O_CLOEXEC);
     ASSERT_EQ(flock(writer, LOCK_EX), 0);
-    ASSERT_EQ(store.add(service, account, "value"), credentialStatus::success);
+    ASSERT_TRUE(store.add(service, account, "value"));
     EXPECT_TRUE(std::filesystem::exists(unfinished));
     close(writer);
 }
@@ -341,10 +340,8 @@ TEST_F(FileStore, LetsOneOfTwoProcessesWin) {
         const std::string name = "round " + std::to_string(round);
         const auto adder = [&](const std::string& value) {
             return [this, &name, value](const std::string&) {
-                const CredentialStatus status = store.add(service, name, value);
-                return status == credentialStatus::success         ? 10
-                       : status == credentialStatus::duplicateItem ? 20
-                                                                   : 30;
+                const Result<void, CredentialStatus> result = store.add(service, name, value);
+                return result ? 10 : result.error() == CredentialStatus::duplicateItem ? 20 : 30;
             };
         };
         ForkedProcess one(adder("one"));
@@ -355,7 +352,7 @@ TEST_F(FileStore, LetsOneOfTwoProcessesWin) {
         const int resultOfTwo = two.wait();
         ASSERT_TRUE((resultOfOne == 10 && resultOfTwo == 20) || (resultOfOne == 20 && resultOfTwo == 10))
             << resultOfOne << " and " << resultOfTwo;
-        ASSERT_EQ(store.read(service, name).value, resultOfOne == 10 ? "one" : "two");
+        ASSERT_EQ(store.read(service, name), resultOfOne == 10 ? "one" : "two");
     }
     EXPECT_THAT(namesIn(folder), SizeIs(100)) << "something unfinished was left";
 }
@@ -364,8 +361,7 @@ TEST_F(FileStore, ShowsOtherProcessesTheWholeValueOrNone) {
     const std::string value(FileCredentialStore::largestValue, 'x');
     ForkedProcess adder([this, &value](const std::string&) {
         for (int round = 0; round < 20; ++round) {
-            if (store.add(service, account, value) != credentialStatus::success ||
-                store.remove(service, account) != credentialStatus::success) {
+            if (!store.add(service, account, value) || !store.remove(service, account)) {
                 return 1;
             }
         }
@@ -375,14 +371,14 @@ TEST_F(FileStore, ShowsOtherProcessesTheWholeValueOrNone) {
     int whole = 0;
     int absent = 0;
     while (!adder.hasEnded()) {
-        const CredentialStore::ReadResult result = store.read(service, account);
-        if (result.status == credentialStatus::itemNotFound) {
+        const Result<std::string, CredentialStatus> result = store.read(service, account);
+        if (result == Unexpected(CredentialStatus::itemNotFound)) {
             ++absent;
             continue;
         }
         ++whole;
-        ASSERT_EQ(result.status, credentialStatus::success);
-        ASSERT_TRUE(result.value == value) << "only " << result.value->size() << " bytes";
+        ASSERT_TRUE(result);
+        ASSERT_TRUE(result == value) << "only " << result->size() << " bytes";
     }
     EXPECT_EQ(adder.wait(), 0);
     EXPECT_GT(whole, 0);
@@ -392,14 +388,14 @@ TEST_F(FileStore, ShowsOtherProcessesTheWholeValueOrNone) {
 TEST_F(FileStore, HasTheWholeValueOrNoneAfterAProcessWasKilledWhileAdding) {
     const std::string value(FileCredentialStore::largestValue, 'x');
     const auto add = [this, &value](const std::string&) {
-        return store.add(service, account, value) == credentialStatus::success ? 0 : 1;
+        return store.add(service, account, value) ? 0 : 1;
     };
     const auto beganUndisturbed = steady_clock::now();
     ForkedProcess undisturbed(add);
     undisturbed.start();
     ASSERT_EQ(undisturbed.wait(), 0);
     const auto duration = std::chrono::duration_cast<microseconds>(steady_clock::now() - beganUndisturbed);
-    ASSERT_EQ(store.remove(service, account), credentialStatus::success);
+    ASSERT_TRUE(store.remove(service, account));
 
     const std::uint64_t seed = std::random_device()();
     std::cout << "seed " << seed << ", moments from 0 to " << duration.count() << " us\n";
@@ -415,18 +411,18 @@ TEST_F(FileStore, HasTheWholeValueOrNoneAfterAProcessWasKilledWhileAdding) {
         }
         process.kill();
         process.wait();
-        const CredentialStore::ReadResult result = store.read(service, account);
-        if (result.status == credentialStatus::success) {
-            ASSERT_TRUE(result.value == value) << "only " << result.value->size() << " bytes";
-            ASSERT_EQ(store.remove(service, account), credentialStatus::success);
+        const Result<std::string, CredentialStatus> result = store.read(service, account);
+        if (result) {
+            ASSERT_TRUE(result == value) << "only " << result->size() << " bytes";
+            ASSERT_TRUE(store.remove(service, account));
         } else {
-            ASSERT_EQ(result.status, credentialStatus::itemNotFound);
+            ASSERT_EQ(result, Unexpected(CredentialStatus::itemNotFound));
         }
         unfinished += namesIn(folder).empty() ? 0 : 1;
     }
     std::cout << unfinished << " of 100 were killed in the middle\n";
     EXPECT_GT(unfinished, 0) << "no moment was in the middle";
-    ASSERT_EQ(store.add(service, account, "value"), credentialStatus::success);
+    ASSERT_TRUE(store.add(service, account, "value"));
     EXPECT_THAT(namesIn(folder), SizeIs(1));
 }
 
@@ -440,12 +436,12 @@ TEST_F(FileStore, AddsAllOrNothingWhenTheLimitOnFilesIsReached) {
         rlimit lowered = before;
         lowered.rlim_cur = limit;
         ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &lowered), 0);
-        const CredentialStatus status = store.add(service, account, value);
+        const Result<void, CredentialStatus> result = store.add(service, account, value);
         setrlimit(RLIMIT_FSIZE, &before);
-        EXPECT_EQ(status, credentialStatus::notPermitted) << limit;
+        EXPECT_EQ(result, Unexpected(CredentialStatus::notPermitted)) << limit;
         EXPECT_THAT(namesIn(folder), IsEmpty()) << limit;
     }
-    EXPECT_EQ(store.add(service, account, value), credentialStatus::success);
+    EXPECT_TRUE(store.add(service, account, value));
 }
 
 class FileStoreOnASmallDisk : public ::testing::Test {
@@ -464,19 +460,19 @@ TEST_F(FileStoreOnASmallDisk, AddsAllOrNothing) {
     for (std::size_t pagesLeft = 0; pagesLeft < 8; ++pagesLeft) {
         const SmallDisk disk;
         FileCredentialStore store(disk.path().string());
-        ASSERT_EQ(store.add(service, "earlier", "kept"), credentialStatus::success);
+        ASSERT_TRUE(store.add(service, "earlier", "kept"));
         disk.fillUpTo(pagesLeft);
-        const CredentialStatus status = store.add(service, account, value);
-        if (status == credentialStatus::success) {
+        const Result<void, CredentialStatus> result = store.add(service, account, value);
+        if (result) {
             hasSucceeded = true;
-            EXPECT_EQ(store.read(service, account).value, value) << pagesLeft;
+            EXPECT_EQ(store.read(service, account), value) << pagesLeft;
         } else {
             hasFailed = true;
-            EXPECT_EQ(status, credentialStatus::notPermitted) << pagesLeft;
-            EXPECT_EQ(store.read(service, account).status, credentialStatus::itemNotFound) << pagesLeft;
+            EXPECT_EQ(result, Unexpected(CredentialStatus::notPermitted)) << pagesLeft;
+            EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::itemNotFound)) << pagesLeft;
             EXPECT_THAT(namesIn(disk.path() / "credentials"), SizeIs(1)) << pagesLeft;
         }
-        EXPECT_EQ(store.read(service, "earlier").value, "kept") << pagesLeft;
+        EXPECT_EQ(store.read(service, "earlier"), "kept") << pagesLeft;
     }
     EXPECT_TRUE(hasFailed);
     EXPECT_TRUE(hasSucceeded);
@@ -486,15 +482,15 @@ TEST_F(FileStoreOnASmallDisk, ChangesNothingThatIsReadOnly) {
     const SmallDisk disk;
     FileCredentialStore store(disk.path().string());
     FileCredentialStore fresh((disk.path() / "fresh").string());
-    ASSERT_EQ(store.add(service, "earlier", "kept"), credentialStatus::success);
+    ASSERT_TRUE(store.add(service, "earlier", "kept"));
     disk.makeReadOnly();
-    EXPECT_EQ(store.add(service, account, "value"), credentialStatus::notPermitted);
-    EXPECT_EQ(store.remove(service, "earlier"), credentialStatus::notPermitted);
-    EXPECT_EQ(store.read(service, "earlier").value, "kept");
-    EXPECT_EQ(store.read(service, account).status, credentialStatus::itemNotFound);
-    EXPECT_EQ(fresh.add(service, account, "value"), credentialStatus::notPermitted);
+    EXPECT_EQ(store.add(service, account, "value"), Unexpected(CredentialStatus::notPermitted));
+    EXPECT_EQ(store.remove(service, "earlier"), Unexpected(CredentialStatus::notPermitted));
+    EXPECT_EQ(store.read(service, "earlier"), "kept");
+    EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::itemNotFound));
+    EXPECT_EQ(fresh.add(service, account, "value"), Unexpected(CredentialStatus::notPermitted));
     disk.makeWritable();
-    EXPECT_EQ(store.add(service, account, "value"), credentialStatus::success);
+    EXPECT_TRUE(store.add(service, account, "value"));
 }
 
 }  // namespace

@@ -14,6 +14,7 @@
 #include <string>
 #include <string_view>
 #include <thread>
+#include <tuple>
 
 namespace vorna {
 namespace {
@@ -45,23 +46,19 @@ class SecretServiceStore : public ::testing::Test {
 
 TEST_F(SecretServiceStore, HasNothingAtFirst) {
     const KeyringSession session;
-    const CredentialStore::ReadResult result = store.read(service, account);
-    EXPECT_EQ(result.status, credentialStatus::itemNotFound);
-    EXPECT_FALSE(result.value);
-    EXPECT_EQ(store.remove(service, account), credentialStatus::itemNotFound);
+    EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::itemNotFound));
+    EXPECT_EQ(store.remove(service, account), Unexpected(CredentialStatus::itemNotFound));
 }
 
 TEST_F(SecretServiceStore, GivesBackWhatWasAdded) {
     const KeyringSession session;
-    ASSERT_EQ(store.add(service, account, R"({"userId":"x","installTime":1})"), credentialStatus::success);
-    const CredentialStore::ReadResult result = store.read(service, account);
-    EXPECT_EQ(result.status, credentialStatus::success);
-    EXPECT_EQ(result.value, R"({"userId":"x","installTime":1})");
+    ASSERT_TRUE(store.add(service, account, R"({"userId":"x","installTime":1})"));
+    EXPECT_EQ(store.read(service, account), R"({"userId":"x","installTime":1})");
 }
 
 TEST_F(SecretServiceStore, LabelsTheItemAndGivesItTheAttributesItIsFoundBy) {
     const KeyringSession session;
-    ASSERT_EQ(store.add(service, account, "value"), credentialStatus::success);
+    ASSERT_TRUE(store.add(service, account, "value"));
     const std::string name(service);
     EXPECT_EQ(session.itemLabel(name, "userDetails"), "VornaSDK identity");
     EXPECT_EQ(session.itemAttribute(name, "userDetails", "service"), "io.vorna.vornasdk");
@@ -82,140 +79,138 @@ TEST_F(SecretServiceStore, KeepsEveryByteAsItIs) {
                                   "Grüße",
                                   std::string(std::size_t{64} * 1024, 'x')};
     for (const std::string& value : values) {
-        ASSERT_EQ(store.add(service, account, value), credentialStatus::success) << value.size();
-        const CredentialStore::ReadResult result = store.read(service, account);
-        EXPECT_EQ(result.status, credentialStatus::success) << value.size();
-        EXPECT_EQ(result.value, value) << value.size();
-        ASSERT_EQ(store.remove(service, account), credentialStatus::success) << value.size();
+        ASSERT_TRUE(store.add(service, account, value)) << value.size();
+        EXPECT_EQ(store.read(service, account), value) << value.size();
+        ASSERT_TRUE(store.remove(service, account)) << value.size();
     }
 }
 
 TEST_F(SecretServiceStore, NeverReplaces) {
     const KeyringSession session;
-    ASSERT_EQ(store.add(service, account, "first"), credentialStatus::success);
-    EXPECT_EQ(store.add(service, account, "second"), credentialStatus::duplicateItem);
-    EXPECT_EQ(store.read(service, account).value, "first");
+    ASSERT_TRUE(store.add(service, account, "first"));
+    EXPECT_EQ(store.add(service, account, "second"), Unexpected(CredentialStatus::duplicateItem));
+    EXPECT_EQ(store.read(service, account), "first");
 }
 
 TEST_F(SecretServiceStore, RemovesOnlyTheItemOfThatName) {
     const KeyringSession session;
-    ASSERT_EQ(store.add(service, account, "one"), credentialStatus::success);
-    ASSERT_EQ(store.add(service, "another", "two"), credentialStatus::success);
-    EXPECT_EQ(store.remove(service, account), credentialStatus::success);
-    EXPECT_EQ(store.read(service, account).status, credentialStatus::itemNotFound);
-    EXPECT_EQ(store.read(service, "another").value, "two");
+    ASSERT_TRUE(store.add(service, account, "one"));
+    ASSERT_TRUE(store.add(service, "another", "two"));
+    EXPECT_TRUE(store.remove(service, account));
+    EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::itemNotFound));
+    EXPECT_EQ(store.read(service, "another"), "two");
 }
 
 TEST_F(SecretServiceStore, KeepsTheItemsOfApplicationsApart) {
     const KeyringSession session;
     SecretServiceCredentialStore neighbour("com.example.neighbour");
-    ASSERT_EQ(store.add(service, account, "mine"), credentialStatus::success);
-    EXPECT_EQ(neighbour.read(service, account).status, credentialStatus::itemNotFound);
-    ASSERT_EQ(neighbour.add(service, account, "theirs"), credentialStatus::success);
-    EXPECT_EQ(store.read(service, account).value, "mine");
-    EXPECT_EQ(neighbour.remove(service, account), credentialStatus::success);
-    EXPECT_EQ(store.read(service, account).value, "mine");
+    ASSERT_TRUE(store.add(service, account, "mine"));
+    EXPECT_EQ(neighbour.read(service, account), Unexpected(CredentialStatus::itemNotFound));
+    ASSERT_TRUE(neighbour.add(service, account, "theirs"));
+    EXPECT_EQ(store.read(service, account), "mine");
+    EXPECT_TRUE(neighbour.remove(service, account));
+    EXPECT_EQ(store.read(service, account), "mine");
 }
 
 TEST_F(SecretServiceStore, TakesAnItemOfNoApplicationForItsOwn) {
     const KeyringSession session;
     session.addItem("io.vorna.vornasdk", "userDetails", "", "restored by hand");
-    EXPECT_EQ(store.read(service, account).value, "restored by hand");
-    EXPECT_EQ(store.add(service, account, "new"), credentialStatus::duplicateItem);
-    EXPECT_EQ(store.remove(service, account), credentialStatus::success);
+    EXPECT_EQ(store.read(service, account), "restored by hand");
+    EXPECT_EQ(store.add(service, account, "new"), Unexpected(CredentialStatus::duplicateItem));
+    EXPECT_TRUE(store.remove(service, account));
     EXPECT_EQ(session.itemCount("io.vorna.vornasdk", "userDetails"), 0U);
 }
 
 TEST_F(SecretServiceStore, PrefersItsOwnItemToOneOfNoApplication) {
     const KeyringSession session;
-    ASSERT_EQ(store.add(service, account, "own"), credentialStatus::success);
+    ASSERT_TRUE(store.add(service, account, "own"));
     session.addItem("io.vorna.vornasdk", "userDetails", "", "anybody's");
-    EXPECT_EQ(store.read(service, account).value, "own");
-    EXPECT_EQ(store.remove(service, account), credentialStatus::success);
+    EXPECT_EQ(store.read(service, account), "own");
+    EXPECT_TRUE(store.remove(service, account));
     EXPECT_EQ(session.itemCount("io.vorna.vornasdk", "userDetails"), 0U);
 }
 
 TEST_F(SecretServiceStore, OutlivesTheServiceAndTheProcess) {
     ForkedProcess process([this](const std::string& busAddress) {
         support::setVariable("DBUS_SESSION_BUS_ADDRESS", busAddress);
-        return store.add(service, account, "kept") == credentialStatus::success ? 0 : 1;
+        return store.add(service, account, "kept") ? 0 : 1;
     });
     KeyringSession session;
     process.start(session.busAddress());
     ASSERT_EQ(process.wait(), 0);
     session.stopKeyring();
     session.startKeyring();
-    EXPECT_EQ(store.read(service, account).value, "kept");
+    EXPECT_EQ(store.read(service, account), "kept");
 }
 
 TEST_F(SecretServiceStore, AsksNobodyWhileTheKeyringIsLocked) {
     const KeyringSession session;
-    ASSERT_EQ(store.add(service, account, "kept"), credentialStatus::success);
+    ASSERT_TRUE(store.add(service, account, "kept"));
     session.lockKeyring();
-    EXPECT_EQ(store.read(service, account).status, credentialStatus::interactionNotAllowed);
-    EXPECT_EQ(store.add(service, account, "new"), credentialStatus::duplicateItem);
-    EXPECT_EQ(store.remove(service, account), credentialStatus::interactionNotAllowed);
-    EXPECT_EQ(store.read(service, "another").status, credentialStatus::interactionNotAllowed);
-    EXPECT_EQ(store.add(service, "another", "new"), credentialStatus::interactionNotAllowed);
+    EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::interactionNotAllowed));
+    EXPECT_EQ(store.add(service, account, "new"), Unexpected(CredentialStatus::duplicateItem));
+    EXPECT_EQ(store.remove(service, account), Unexpected(CredentialStatus::interactionNotAllowed));
+    EXPECT_EQ(store.read(service, "another"), Unexpected(CredentialStatus::interactionNotAllowed));
+    EXPECT_EQ(store.add(service, "another", "new"), Unexpected(CredentialStatus::interactionNotAllowed));
     EXPECT_EQ(session.promptCount(), 0U);
 }
 
 TEST_F(SecretServiceStore, ReadsAgainOnceTheKeyringIsUnlocked) {
     KeyringSession session;
-    ASSERT_EQ(store.add(service, account, "kept"), credentialStatus::success);
+    ASSERT_TRUE(store.add(service, account, "kept"));
     session.lockKeyring();
-    ASSERT_EQ(store.read(service, account).status, credentialStatus::interactionNotAllowed);
+    ASSERT_EQ(store.read(service, account), Unexpected(CredentialStatus::interactionNotAllowed));
     session.stopKeyring();
     session.startKeyring();
-    EXPECT_EQ(store.read(service, account).value, "kept");
+    EXPECT_EQ(store.read(service, account), "kept");
 }
 
 TEST_F(SecretServiceStore, MakesNoCollectionForTheUser) {
     const KeyringSession session(KeyringSession::Keyring::isNew);
-    EXPECT_EQ(store.read(service, account).status, credentialStatus::itemNotFound);
-    EXPECT_EQ(store.add(service, account, "new"), credentialStatus::interactionNotAllowed);
+    EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::itemNotFound));
+    EXPECT_EQ(store.add(service, account, "new"), Unexpected(CredentialStatus::interactionNotAllowed));
     EXPECT_EQ(session.promptCount(), 0U);
 }
 
 TEST_F(SecretServiceStore, IsNotAvailableWithoutTheService) {
     const KeyringSession session(KeyringSession::Keyring::absent);
-    EXPECT_EQ(store.read(service, account).status, credentialStatus::notAvailable);
-    EXPECT_EQ(store.add(service, account, "value"), credentialStatus::notAvailable);
-    EXPECT_EQ(store.remove(service, account), credentialStatus::notAvailable);
+    EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::notAvailable));
+    EXPECT_EQ(store.add(service, account, "value"), Unexpected(CredentialStatus::notAvailable));
+    EXPECT_EQ(store.remove(service, account), Unexpected(CredentialStatus::notAvailable));
 }
 
 TEST_F(SecretServiceStore, IsNotAvailableOnceTheBusHasGone) {
     KeyringSession session;
-    ASSERT_EQ(store.add(service, account, "value"), credentialStatus::success);
+    ASSERT_TRUE(store.add(service, account, "value"));
     session.stopBus();
-    EXPECT_EQ(store.read(service, account).status, credentialStatus::notAvailable);
+    EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::notAvailable));
 }
 
 TEST_F(SecretServiceStore, SurvivesTheEndOfTheBusDuringACall) {
     KeyringSession session;
     session.freezeKeyring();
     std::thread breaker([&session] { session.stopBus(); });
-    EXPECT_EQ(store.read(service, account).status, credentialStatus::notAvailable);
+    EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::notAvailable));
     breaker.join();
 }
 
 TEST_F(SecretServiceStore, GivesUpAtTheBoundWhenTheKeyringHangs) {
     const KeyringSession session;
-    ASSERT_EQ(store.add(service, account, "value"), credentialStatus::success);
+    ASSERT_TRUE(store.add(service, account, "value"));
     session.freezeKeyring();
     const auto began = steady_clock::now();
-    EXPECT_EQ(store.read(service, account).status, credentialStatus::notAvailable);
+    EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::notAvailable));
     EXPECT_GE(since(began), milliseconds(2000));
     EXPECT_LT(since(began), milliseconds(3500));
     session.thawKeyring();
-    EXPECT_EQ(store.read(service, account).value, "value");
+    EXPECT_EQ(store.read(service, account), "value");
 }
 
 TEST_F(SecretServiceStore, GivesUpAtTheBoundWhenTheBusHangs) {
     const KeyringSession session;
     session.freezeBus();
     const auto began = steady_clock::now();
-    EXPECT_EQ(store.read(service, account).status, credentialStatus::notAvailable);
+    EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::notAvailable));
     EXPECT_GE(since(began), milliseconds(2000));
     EXPECT_LT(since(began), milliseconds(3500));
     session.thawBus();
@@ -225,10 +220,12 @@ TEST_F(SecretServiceStore, LetsTheProcessExitWhileCallsHang) {
     ForkedProcess process([](const std::string& busAddress) {
         support::setVariable("DBUS_SESSION_BUS_ADDRESS", busAddress);
         SecretServiceCredentialStore hasty(application, milliseconds(100));
-        const bool hangs = hasty.read(service, account).status == credentialStatus::notAvailable;
+        const bool hangs = hasty.read(service, account) == Unexpected(CredentialStatus::notAvailable);
         // When the process exits, these calls are on their way, or about to be: both must be fine.
         for (int count = 0; count < 4; ++count) {
-            std::thread([] { SecretServiceCredentialStore(application).read(service, account); }).detach();
+            std::thread([] {
+                std::ignore = SecretServiceCredentialStore(application).read(service, account);
+            }).detach();
         }
         return hangs ? 0 : 1;
     });
@@ -244,9 +241,9 @@ TEST_F(SecretServiceStore, ServesSeveralThreadsAtOnce) {
     const KeyringSession session;
     const auto use = [this](const std::string& name) {
         for (int round = 0; round < 3; ++round) {
-            EXPECT_EQ(store.add(service, name, name), credentialStatus::success);
-            EXPECT_EQ(store.read(service, name).value, name);
-            EXPECT_EQ(store.remove(service, name), credentialStatus::success);
+            EXPECT_TRUE(store.add(service, name, name));
+            EXPECT_EQ(store.read(service, name), name);
+            EXPECT_TRUE(store.remove(service, name));
         }
     };
     std::thread one(use, "one");
@@ -259,9 +256,9 @@ TEST_F(SecretServiceStore, ServesSeveralThreadsAtOnce) {
 TEST_F(SecretServiceStore, TakesNoNamesThatCannotBeAttributes) {
     const KeyringSession session;
     for (const std::string& name : {std::string("\xFF"), std::string("a\0b", 3)}) {
-        EXPECT_EQ(store.add(service, name, "value"), credentialStatus::notPermitted);
-        EXPECT_EQ(store.read(name, account).status, credentialStatus::notPermitted);
-        EXPECT_EQ(store.remove(service, name), credentialStatus::notPermitted);
+        EXPECT_EQ(store.add(service, name, "value"), Unexpected(CredentialStatus::notPermitted));
+        EXPECT_EQ(store.read(name, account), Unexpected(CredentialStatus::notPermitted));
+        EXPECT_EQ(store.remove(service, name), Unexpected(CredentialStatus::notPermitted));
     }
 }
 
@@ -290,24 +287,25 @@ TEST(SecretServiceStoreWithoutABus, IsNotAvailableAtOnceAndStartsNone) {
     for (const std::string& address : addresses) {
         support::setVariable("DBUS_SESSION_BUS_ADDRESS", address);
         const auto began = steady_clock::now();
-        EXPECT_EQ(store.read(service, account).status, credentialStatus::notAvailable) << address;
-        EXPECT_EQ(store.add(service, account, "value"), credentialStatus::notAvailable) << address;
-        EXPECT_EQ(store.remove(service, account), credentialStatus::notAvailable) << address;
+        EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::notAvailable)) << address;
+        EXPECT_EQ(store.add(service, account, "value"), Unexpected(CredentialStatus::notAvailable))
+            << address;
+        EXPECT_EQ(store.remove(service, account), Unexpected(CredentialStatus::notAvailable)) << address;
         EXPECT_LT(since(began), milliseconds(1000)) << address;
     }
     support::unsetVariable("DBUS_SESSION_BUS_ADDRESS");
-    EXPECT_EQ(store.read(service, account).status, credentialStatus::notAvailable);
+    EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::notAvailable));
     EXPECT_FALSE(std::filesystem::exists(trace));
 }
 
 TEST_F(SecretServiceStore, FindsTheBusInTheRuntimeFolder) {
     const KeyringSession session;
-    ASSERT_EQ(store.add(service, account, "value"), credentialStatus::success);
+    ASSERT_TRUE(store.add(service, account, "value"));
     const std::filesystem::path runtime = support::variable("XDG_RUNTIME_DIR");
     const std::string socket = session.busAddress().substr(std::string_view("unix:path=").size());
     std::filesystem::create_symlink(socket, runtime / "bus");
     support::unsetVariable("DBUS_SESSION_BUS_ADDRESS");
-    EXPECT_EQ(store.read(service, account).value, "value");
+    EXPECT_EQ(store.read(service, account), "value");
 }
 
 }  // namespace

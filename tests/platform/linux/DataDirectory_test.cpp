@@ -2,18 +2,12 @@
 #include <vorna/platform/linux/DataDirectory.h>
 
 #include <tests/platform/linux/SystemTree.h>
-#include <tests/support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
-
-#include <sys/stat.h>
-
-#include <filesystem>
 
 namespace vorna {
 namespace {
 
-using support::TemporaryFolder;
 using tests::environmentOf;
 
 TEST(HomeFolder, IsTheVariablesElseTheAccounts) {
@@ -80,34 +74,6 @@ TEST(FolderName, KeepsEveryOtherName) {
         EXPECT_EQ(folderName(name), name);
     }
     EXPECT_EQ(folderName(std::string_view("a\0b", 3)), "a_b");
-}
-
-TEST(MakeFolders, MakesWhatIsMissingForTheOwnerAlone) {
-    const TemporaryFolder folder;
-    const std::string path = folder.path() / ".local/share/app";
-    const mode_t before = umask(0);
-    makeFolders(path);
-    umask(before);
-    for (const char* const made : {"/.local", "/.local/share", "/.local/share/app"}) {
-        struct stat status = {};
-        ASSERT_EQ(stat((folder.path().string() + made).c_str(), &status), 0) << made;
-        EXPECT_TRUE(S_ISDIR(status.st_mode)) << made;
-        EXPECT_EQ(status.st_mode & 07777U, 0700U) << made;
-    }
-}
-
-TEST(MakeFolders, LeavesWhatIsThereAsItIs) {
-    const TemporaryFolder folder;
-    folder.write("app/kept", "contents");
-    makeFolders(folder.path() / "app");
-    EXPECT_TRUE(std::filesystem::exists(folder.path() / "app/kept"));
-}
-
-TEST(MakeFolders, GivesUpSilentlyWhereAFileIsInTheWay) {
-    const TemporaryFolder folder;
-    folder.write("file", "");
-    makeFolders(folder.path() / "file/app");
-    EXPECT_TRUE(std::filesystem::is_regular_file(folder.path() / "file"));
 }
 
 }  // namespace

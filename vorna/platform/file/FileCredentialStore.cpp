@@ -1,23 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/file/FileCredentialStore.h>
 
-#include <vorna/platform/file/FileOperations.h>
+#include <vorna/platform/AtomicFile.h>
+#include <vorna/platform/FileOperations.h>
+#include <vorna/platform/file/StoreFolder.h>
 
-#include <dirent.h>
 #include <fcntl.h>
-#include <sys/file.h>
-#include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdint>
-#include <cstdio>
-#include <memory>
 #include <optional>
+#include <system_error>
 #include <utility>
-#include <variant>
-#include <vector>
 
 namespace vorna {
 
@@ -25,24 +20,20 @@ namespace {
 
 constexpr const char* folderName = "credentials";
 constexpr mode_t folderMode = 0700;
-constexpr mode_t fileMode = 0600;
 constexpr mode_t othersMayWrite = S_IWGRP | S_IWOTH;
 constexpr mode_t othersMayAnything = S_IRWXG | S_IRWXO;
 
-/// Begins the names of files that are still being written. Items' names never contain it.
-constexpr char unfinishedMark = '~';
-
-CredentialStatus statusOf(int error) {
-    switch (error) {
+CredentialStatus statusOf(std::error_code error) {
+    switch (error.value()) {
     case ENOENT:
-        return credentialStatus::itemNotFound;
+        return CredentialStatus::itemNotFound;
     case EEXIST:
-        return credentialStatus::duplicateItem;
+        return CredentialStatus::duplicateItem;
     case ELOOP:    // a symbolic link where none may be
     case ENOTDIR:  // something else than a folder in the folder's place
     case EISDIR:
     case ENXIO:  // a socket, or a pipe
-        return credentialStatus::notTrusted;
+        return CredentialStatus::notTrusted;
     case EACCES:
     case EPERM:
     case EROFS:
@@ -50,38 +41,22 @@ CredentialStatus statusOf(int error) {
     case EDQUOT:
     case EFBIG:
     case ENAMETOOLONG:
-        return credentialStatus::notPermitted;
+        return CredentialStatus::notPermitted;
     default:
-        return credentialStatus::notAvailable;
+        return CredentialStatus::notAvailable;
     }
 }
 
-/// Service and account as one file name that no other pair has: what is not a plain character is written as
-/// its number, the mark between the two among them.
-std::string itemName(std::string_view service, std::string_view account) {
-    constexpr std::string_view hexadecimal = "0123456789ABCDEF";
-    std::string name;
-    const auto append = [&](std::string_view text) {
-        for (const char character : text) {
-            const bool isPlain = (character >= 'a' && character <= 'z') ||
-                                 (character >= 'A' && character <= 'Z') ||
-                                 (character >= '0' && character <= '9') || character == '.' ||
-                                 character == '-' || character == '_';
-            if (isPlain) {
-                name += character;
-            } else {
-                const auto byte = static_cast<unsigned char>(character);
-                name += {'%', hexadecimal[byte >> 4U], hexadecimal[byte & 15U]};
-            }
-        }
-    };
-    append(service);
-    name += '@';
-    append(account);
-    return name;
+/// After folders were made, something missing does not mean that there is no item.
+CredentialStatus statusOfFailedAddition(std::error_code error) {
+    return error == std::errc::no_such_file_or_directory ? CredentialStatus::notAvailable : statusOf(error);
 }
 
-/// Absent when it cannot be asked; errno says why.
+/// One file name for service and account that no other pair has.
+std::string itemName(std::string_view service, std::string_view account) {
+    return fileNameOf(service) + '@' + fileNameOf(account);
+}
+
 std::optional<struct stat> statusOf(const FileDescriptor& file) {
     struct stat status {};
 
@@ -91,147 +66,43 @@ std::optional<struct stat> statusOf(const FileDescriptor& file) {
     return status;
 }
 
-using OpenedFolder = std::variant<FileDescriptor, CredentialStatus>;
-
-/// The folder of the items if it can be trusted.
-OpenedFolder openFolder(const FileDescriptor& dataDirectory) {
-    FileDescriptor folder = openAt(dataDirectory.number(), folderName, O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
-    if (!folder.isOpen()) {
-        return statusOf(errno);
-    }
+/// Why nothing in the folder can be trusted or said; std::nullopt if all is well.
+std::optional<CredentialStatus> objectionTo(const FileDescriptor& folder) {
     const std::optional<struct stat> status = statusOf(folder);
     if (!status) {
-        return credentialStatus::notAvailable;
+        return CredentialStatus::notAvailable;
     }
     if (status->st_uid != geteuid() || (status->st_mode & othersMayWrite) != 0) {
-        return credentialStatus::notTrusted;
+        return CredentialStatus::notTrusted;
     }
-    return folder;
+    return std::nullopt;
 }
 
-OpenedFolder existingFolder(const std::string& dataDirectory) {
+Result<FileDescriptor, CredentialStatus> existingFolder(const std::string& dataDirectory) {
     if (dataDirectory.empty()) {
-        return credentialStatus::notAvailable;
+        return Unexpected(CredentialStatus::notAvailable);
     }
-    const FileDescriptor data = openAt(AT_FDCWD, dataDirectory.c_str(), O_RDONLY | O_DIRECTORY);
-    if (!data.isOpen()) {
-        return statusOf(errno);
+    auto folder = openStoreFolder(dataDirectory, folderName);
+    if (!folder) {
+        return Unexpected(statusOf(folder.error()));
     }
-    return openFolder(data);
+    if (const std::optional<CredentialStatus> objection = objectionTo(*folder)) {
+        return Unexpected(*objection);
+    }
+    return *std::move(folder);
 }
 
-OpenedFolder folderMadeIfMissing(std::string dataDirectory) {
-    if (dataDirectory.empty()) {
-        return credentialStatus::notAvailable;
+Result<FileDescriptor, CredentialStatus> folderMadeIfMissing(const std::string& dataDirectory) {
+    auto folder = makeStoreFolder(dataDirectory, folderName);
+    if (!folder) {
+        return Unexpected(statusOfFailedAddition(folder.error()));
     }
-    // With a slash at the end a path has no last component, and so no parent to make.
-    while (dataDirectory.size() > 1 && dataDirectory.back() == '/') {
-        dataDirectory.pop_back();
+    if (const std::optional<CredentialStatus> objection = objectionTo(*folder)) {
+        return Unexpected(*objection);
     }
-    if (const int error = makeFolders(dataDirectory); error != 0) {
-        return statusOf(error);
-    }
-    const FileDescriptor data = openAt(AT_FDCWD, dataDirectory.c_str(), O_RDONLY | O_DIRECTORY);
-    if (!data.isOpen()) {
-        // A link that leads nowhere takes the folder's place, so it could not be made and yet is not there.
-        return errno == ENOENT ? credentialStatus::notAvailable : statusOf(errno);
-    }
-    if (mkdirat(data.number(), folderName, folderMode) == 0) {
-        syncFolder(data);
-    } else if (errno != EEXIST) {
-        return statusOf(errno);
-    }
-    OpenedFolder opened = openFolder(data);
-    if (const auto* const folder = std::get_if<FileDescriptor>(&opened)) {
-        // Nobody else need know which items there are. Should this fail, the items themselves are still
-        // private.
-        fchmod(folder->number(), folderMode);
-    }
-    return opened;
-}
-
-/// An unfinished file is locked as long as its writer lives, so one that can be locked was left behind by a
-/// process that was killed.
-bool lock(const FileDescriptor& file) {
-    return uninterrupted([&] { return flock(file.number(), LOCK_EX | LOCK_NB); }) == 0;
-}
-
-void removeWhatWasLeftBehind(const FileDescriptor& folder) {
-    // Listing moves the position of what is listed, so it has an open file of its own.
-    const int listed = openat(folder.number(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    const auto closeListing = [](DIR* listing) { closedir(listing); };
-    const std::unique_ptr<DIR, decltype(closeListing)> listing(listed < 0 ? nullptr : fdopendir(listed),
-                                                               closeListing);
-    if (!listing) {
-        const FileDescriptor closedHere(listed);
-        return;
-    }
-    std::vector<std::string> unfinished;
-    while (const dirent* const entry =
-               readdir(listing.get())) {  // NOLINT(concurrency-mt-unsafe): own listing
-        if (entry->d_name[0] == unfinishedMark) {
-            unfinished.emplace_back(entry->d_name);
-        }
-    }
-    for (const std::string& name : unfinished) {
-        const FileDescriptor file = openAt(folder.number(), name.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK);
-        if (file.isOpen() && lock(file)) {
-            unlinkat(folder.number(), name.c_str(), 0);
-        }
-    }
-}
-
-/// Gives the file its final name, unless that name is taken. 0, or the number of the error.
-int renameToNew(const FileDescriptor& folder, const std::string& from, const std::string& to) {
-    if (renameat2(folder.number(), from.c_str(), folder.number(), to.c_str(), RENAME_NOREPLACE) == 0) {
-        return 0;
-    }
-    if (errno != EINVAL && errno != ENOSYS) {
-        return errno;
-    }
-    // The file system does not know this kind of renaming. A second name is as good; what is killed between
-    // the two calls leaves a name that the next add takes away.
-    if (linkat(folder.number(), from.c_str(), folder.number(), to.c_str(), 0) != 0) {
-        return errno;
-    }
-    unlinkat(folder.number(), from.c_str(), 0);
-    return 0;
-}
-
-std::optional<std::string> unfinishedName() {
-    std::uint64_t number = 0;
-    if (uninterrupted([&] { return getrandom(&number, sizeof number, 0); }) != sizeof number) {
-        return std::nullopt;
-    }
-    return unfinishedMark + std::to_string(number);
-}
-
-/// 0, or the number of the error; then nothing of the attempt is left in the folder.
-int addOnce(const FileDescriptor& folder, const std::string& name, std::string_view value) {
-    const std::optional<std::string> unfinished = unfinishedName();
-    if (!unfinished) {
-        return EIO;
-    }
-    const FileDescriptor file =
-        openAt(folder.number(), unfinished->c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, fileMode);
-    if (!file.isOpen()) {
-        return errno;
-    }
-    lock(file);
-    // The mode given above is cut by the process's mask; this one holds.
-    const bool isWritten = fchmod(file.number(), fileMode) == 0 && writeAll(file, value) &&
-                           uninterrupted([&] { return fsync(file.number()); }) == 0;
-    const int error = isWritten ? renameToNew(folder, *unfinished, name) : errno;
-    if (error != 0) {
-        unlinkat(folder.number(), unfinished->c_str(), 0);
-        return error;
-    }
-    if (!syncFolder(folder)) {
-        const int syncError = errno;
-        unlinkat(folder.number(), name.c_str(), 0);
-        return syncError;
-    }
-    return 0;
+    // Nobody else need know which items there are. Should this fail, the items themselves are still private.
+    fchmod(folder->number(), folderMode);
+    return *std::move(folder);
 }
 
 }  // namespace
@@ -239,75 +110,55 @@ int addOnce(const FileDescriptor& folder, const std::string& name, std::string_v
 FileCredentialStore::FileCredentialStore(std::string dataDirectory)
     : dataDirectory_(std::move(dataDirectory)) {}
 
-CredentialStore::ReadResult FileCredentialStore::read(std::string_view service, std::string_view account) {
-    const OpenedFolder opened = existingFolder(dataDirectory_);
-    if (const auto* const status = std::get_if<CredentialStatus>(&opened)) {
-        return {*status, std::nullopt};
+Result<std::string, CredentialStatus> FileCredentialStore::read(std::string_view service,
+                                                                std::string_view account) {
+    const auto folder = existingFolder(dataDirectory_);
+    if (!folder) {
+        return Unexpected(folder.error());
     }
-    const auto& folder = std::get<FileDescriptor>(opened);
     // Opening a pipe would wait for its other end.
-    const FileDescriptor file =
-        openAt(folder.number(), itemName(service, account).c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
-    if (!file.isOpen()) {
-        return {statusOf(errno), std::nullopt};
+    const auto file =
+        openAt(folder->number(), itemName(service, account).c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
+    if (!file) {
+        return Unexpected(statusOf(file.error()));
     }
-    const std::optional<struct stat> status = statusOf(file);
+    const std::optional<struct stat> status = statusOf(*file);
     if (!status) {
-        return {credentialStatus::notAvailable, std::nullopt};
+        return Unexpected(CredentialStatus::notAvailable);
     }
     if (!S_ISREG(status->st_mode) || status->st_uid != geteuid() ||
         (status->st_mode & othersMayAnything) != 0) {
-        return {credentialStatus::notTrusted, std::nullopt};
+        return Unexpected(CredentialStatus::notTrusted);
     }
-    std::string value;
-    std::vector<char> chunk(std::size_t{16} * 1024);
-    while (value.size() <= largestValue) {
-        const ssize_t count =
-            uninterrupted([&] { return ::read(file.number(), chunk.data(), chunk.size()); });
-        if (count < 0) {
-            return {statusOf(errno), std::nullopt};
-        }
-        if (count == 0) {
-            return {credentialStatus::success, std::move(value)};
-        }
-        value.append(chunk.data(), static_cast<std::size_t>(count));
-    }
-    return {credentialStatus::notTrusted, std::nullopt};
+    return readAll(*file, largestValue).transform_error([](std::error_code error) {
+        return error == std::errc::file_too_large ? CredentialStatus::notTrusted : statusOf(error);
+    });
 }
 
-CredentialStatus FileCredentialStore::remove(std::string_view service, std::string_view account) {
-    const OpenedFolder opened = existingFolder(dataDirectory_);
-    if (const auto* const status = std::get_if<CredentialStatus>(&opened)) {
-        return *status;
+Result<void, CredentialStatus> FileCredentialStore::remove(std::string_view service,
+                                                           std::string_view account) {
+    const auto folder = existingFolder(dataDirectory_);
+    if (!folder) {
+        return Unexpected(folder.error());
     }
-    const auto& folder = std::get<FileDescriptor>(opened);
-    if (unlinkat(folder.number(), itemName(service, account).c_str(), 0) != 0) {
-        return statusOf(errno);
+    if (unlinkat(folder->number(), itemName(service, account).c_str(), 0) != 0) {
+        return Unexpected(statusOf(lastError().error()));
     }
-    return syncFolder(folder) ? credentialStatus::success : statusOf(errno);
+    return syncFolder(*folder).transform_error([](std::error_code error) { return statusOf(error); });
 }
 
-CredentialStatus FileCredentialStore::add(std::string_view service, std::string_view account,
-                                          std::string_view value) {
+Result<void, CredentialStatus> FileCredentialStore::add(std::string_view service, std::string_view account,
+                                                        std::string_view value) {
     if (value.size() > largestValue) {
-        return credentialStatus::notPermitted;
+        return Unexpected(CredentialStatus::notPermitted);
     }
-    const OpenedFolder opened = folderMadeIfMissing(dataDirectory_);
-    if (const auto* const status = std::get_if<CredentialStatus>(&opened)) {
-        return *status;
+    const auto folder = folderMadeIfMissing(dataDirectory_);
+    if (!folder) {
+        return Unexpected(folder.error());
     }
-    const auto& folder = std::get<FileDescriptor>(opened);
-    removeWhatWasLeftBehind(folder);
-    const std::string name = itemName(service, account);
-    // In the moment between making a file and locking it, another process can take it for one left behind.
-    int error = ENOENT;
-    for (int attempt = 0; attempt < 8 && error == ENOENT; ++attempt) {
-        error = addOnce(folder, name, value);
-    }
-    if (error == 0) {
-        return credentialStatus::success;
-    }
-    return error == ENOENT ? credentialStatus::notAvailable : statusOf(error);
+    return AtomicFile(*folder, itemName(service, account))
+        .create(value)
+        .transform_error(statusOfFailedAddition);
 }
 
 }  // namespace vorna

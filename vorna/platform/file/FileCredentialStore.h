@@ -7,7 +7,7 @@
 /// An item appears whole or not at all, whatever happens to the process, the disk or the power meanwhile, and
 /// among processes that add the same item at once exactly one succeeds. A file that belongs to someone else,
 /// that others may read or write, or that is a link or otherwise no regular file, is `notTrusted`: not read,
-/// but taken away by `remove`. So is everything in a folder that is a link or that others may write to.
+/// but removed by `remove`. So is everything in a folder that is a link or that others may write to.
 
 #include <vorna/platform/CredentialStore.h>
 
@@ -17,19 +17,20 @@
 
 namespace vorna {
 
-/// Every call finds the world as it is, nothing is remembered in between: any thread, concurrently.
+/// Any thread, concurrently; nothing is remembered between calls.
 class FileCredentialStore final : public CredentialStore {
   public:
-    /// A longer value is not added (`notPermitted`), and a longer file is not one of ours (`notTrusted`).
+    /// A longer value is not added (`notPermitted`), and a longer file is not read (`notTrusted`).
     static constexpr std::size_t largestValue = std::size_t{4} * 1024 * 1024;
 
-    /// The folders are made when the first item is added. Without a data directory (empty text) the store is
+    /// The folders are made when the first item is added. If the data directory is empty text, the store is
     /// `notAvailable`.
     explicit FileCredentialStore(std::string dataDirectory);
 
-    ReadResult read(std::string_view service, std::string_view account) override;
-    CredentialStatus remove(std::string_view service, std::string_view account) override;
-    CredentialStatus add(std::string_view service, std::string_view account, std::string_view value) override;
+    Result<std::string, CredentialStatus> read(std::string_view service, std::string_view account) override;
+    Result<void, CredentialStatus> remove(std::string_view service, std::string_view account) override;
+    Result<void, CredentialStatus> add(std::string_view service, std::string_view account,
+                                       std::string_view value) override;
 
   private:
     std::string dataDirectory_;

@@ -28,7 +28,8 @@ namespace vorna {
 
 namespace {
 
-using ReadResult = CredentialStore::ReadResult;
+using ReadResult = Result<std::string, CredentialStatus>;
+using Change = Result<void, CredentialStatus>;
 
 template <auto Release>
 struct Releaser {
@@ -191,15 +192,15 @@ std::optional<std::string> sessionBusAddress() {
 
 CredentialStatus statusOf(const GError* error) {
     if (error == nullptr) {
-        return credentialStatus::notAvailable;
+        return CredentialStatus::notAvailable;
     }
     if (error->domain == noPromptDomain() || g_error_matches(error, SECRET_ERROR, SECRET_ERROR_IS_LOCKED)) {
-        return credentialStatus::interactionNotAllowed;
+        return CredentialStatus::interactionNotAllowed;
     }
     if (g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_ACCESS_DENIED)) {
-        return credentialStatus::notPermitted;
+        return CredentialStatus::notPermitted;
     }
-    return credentialStatus::notAvailable;
+    return CredentialStatus::notAvailable;
 }
 
 /// One conversation with the Secret Service, on one thread.
@@ -224,52 +225,55 @@ class Conversation {
     ReadResult read() {
         const std::optional<Items> items = find(SECRET_SEARCH_LOAD_SECRETS);
         if (!items) {
-            return {statusOf(error_.get()), std::nullopt};
+            return Unexpected(statusOf(error_.get()));
         }
         for (const Object<SecretItem>& item : items->unlocked) {
             const Owned<SecretValue, secret_value_unref> secret(secret_item_get_secret(item.get()));
             if (secret) {
                 gsize size = 0;
                 const char* const bytes = secret_value_get(secret.get(), &size);
-                return {credentialStatus::success, std::string(bytes, size)};
+                return std::string(bytes, size);
             }
         }
         if (!items->unlocked.empty()) {
-            return {credentialStatus::notAvailable, std::nullopt};
+            return Unexpected(CredentialStatus::notAvailable);
         }
-        return {items->hasLocked ? credentialStatus::interactionNotAllowed : statusOfAbsence(), std::nullopt};
+        return Unexpected(items->hasLocked ? CredentialStatus::interactionNotAllowed : statusOfAbsence());
     }
 
-    CredentialStatus remove() {
+    Change remove() {
         const std::optional<Items> items = find(SECRET_SEARCH_NONE);
         if (!items) {
-            return statusOf(error_.get());
+            return Unexpected(statusOf(error_.get()));
         }
         for (const Object<SecretItem>& item : items->unlocked) {
             if (!secret_item_delete_sync(item.get(), cancellable_, error_.out())) {
-                return statusOf(error_.get());
+                return Unexpected(statusOf(error_.get()));
             }
         }
         if (items->hasLocked) {
-            return credentialStatus::interactionNotAllowed;
+            return Unexpected(CredentialStatus::interactionNotAllowed);
         }
-        return items->unlocked.empty() ? statusOfAbsence() : credentialStatus::success;
+        if (items->unlocked.empty()) {
+            return Unexpected(statusOfAbsence());
+        }
+        return {};
     }
 
-    CredentialStatus add(std::string_view value) {
+    Change add(std::string_view value) {
         const std::optional<Items> items = find(SECRET_SEARCH_NONE);
         if (!items) {
-            return statusOf(error_.get());
+            return Unexpected(statusOf(error_.get()));
         }
         if (!items->unlocked.empty() || items->hasLocked) {
-            return credentialStatus::duplicateItem;
+            return Unexpected(CredentialStatus::duplicateItem);
         }
         const Object<SecretCollection> collection = defaultCollection();
         if (!collection) {
-            return statusOfNoCollection();
+            return Unexpected(statusOfNoCollection());
         }
         if (secret_collection_get_locked(collection.get())) {
-            return credentialStatus::interactionNotAllowed;
+            return Unexpected(CredentialStatus::interactionNotAllowed);
         }
         // Keyrings may re-encode what is called text, and show nothing of what is not.
         const bool isText = utf8::isValid(value) && value.find('\0') == std::string_view::npos;
@@ -281,7 +285,10 @@ class Conversation {
         const Object<SecretItem> item(
             secret_item_create_sync(collection.get(), &schema(), attributes.get(), "VornaSDK identity",
                                     secret.get(), SECRET_ITEM_CREATE_REPLACE, cancellable_, error_.out()));
-        return item ? credentialStatus::success : statusOf(error_.get());
+        if (!item) {
+            return Unexpected(statusOf(error_.get()));
+        }
+        return {};
     }
 
   private:
@@ -351,16 +358,16 @@ class Conversation {
 
     /// Making a collection takes a password from the user.
     CredentialStatus statusOfNoCollection() {
-        return error_.get() == nullptr ? credentialStatus::interactionNotAllowed : statusOf(error_.get());
+        return error_.get() == nullptr ? CredentialStatus::interactionNotAllowed : statusOf(error_.get());
     }
 
     CredentialStatus statusOfAbsence() {
         const Object<SecretCollection> collection = defaultCollection();
         if (!collection) {
-            return error_.get() == nullptr ? credentialStatus::itemNotFound : statusOf(error_.get());
+            return error_.get() == nullptr ? CredentialStatus::itemNotFound : statusOf(error_.get());
         }
-        return secret_collection_get_locked(collection.get()) ? credentialStatus::interactionNotAllowed
-                                                              : credentialStatus::itemNotFound;
+        return secret_collection_get_locked(collection.get()) ? CredentialStatus::interactionNotAllowed
+                                                              : CredentialStatus::itemNotFound;
     }
 
     const ItemName name_;
@@ -421,7 +428,7 @@ CallsUnderWay& callsUnderWay() {
 ReadResult converse(const std::function<ReadResult(GCancellable*)>& work, GCancellable* cancellable) {
     const Owned<GMainContext, g_main_context_unref> context(g_main_context_new());
     g_main_context_push_thread_default(context.get());
-    ReadResult result{credentialStatus::notAvailable, std::nullopt};
+    ReadResult result = Unexpected(CredentialStatus::notAvailable);
     try {
         result = work(cancellable);
     } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): out of memory; the status says enough
@@ -435,7 +442,7 @@ ReadResult converse(const std::function<ReadResult(GCancellable*)>& work, GCance
 
 ReadResult bounded(std::chrono::milliseconds bound, std::function<ReadResult(GCancellable*)> work) {
     const auto deadline = std::chrono::steady_clock::now() + bound;
-    ReadResult none{credentialStatus::notAvailable, std::nullopt};
+    ReadResult none = Unexpected(CredentialStatus::notAvailable);
     if (processIsExiting()) {
         return none;
     }
@@ -469,11 +476,11 @@ ReadResult bounded(std::chrono::milliseconds bound, std::function<ReadResult(GCa
 ReadResult perform(std::chrono::milliseconds bound, ItemName name,
                    std::function<ReadResult(Conversation&)> operation) {
     if (!name.canBeAttributes()) {
-        return {credentialStatus::notPermitted, std::nullopt};
+        return Unexpected(CredentialStatus::notPermitted);
     }
     std::optional<std::string> address = sessionBusAddress();
     if (!address) {
-        return {credentialStatus::notAvailable, std::nullopt};
+        return Unexpected(CredentialStatus::notAvailable);
     }
     return bounded(bound, [address = std::move(*address), name = std::move(name),
                            operation = std::move(operation)](GCancellable* cancellable) {
@@ -489,25 +496,26 @@ SecretServiceCredentialStore::SecretServiceCredentialStore(std::string applicati
     : application_(std::move(application)),
       bound_(bound) {}
 
-CredentialStore::ReadResult SecretServiceCredentialStore::read(std::string_view service,
-                                                               std::string_view account) {
+ReadResult SecretServiceCredentialStore::read(std::string_view service, std::string_view account) {
     return perform(bound_, {std::string(service), std::string(account), application_},
                    [](Conversation& conversation) { return conversation.read(); });
 }
 
-CredentialStatus SecretServiceCredentialStore::remove(std::string_view service, std::string_view account) {
+Change SecretServiceCredentialStore::remove(std::string_view service, std::string_view account) {
     const auto operation = [](Conversation& conversation) {
-        return ReadResult{conversation.remove(), std::nullopt};
+        return conversation.remove().and_then([] { return ReadResult(); });
     };
-    return perform(bound_, {std::string(service), std::string(account), application_}, operation).status;
+    return perform(bound_, {std::string(service), std::string(account), application_}, operation)
+        .and_then([](const std::string&) { return Change(); });
 }
 
-CredentialStatus SecretServiceCredentialStore::add(std::string_view service, std::string_view account,
-                                                   std::string_view value) {
+Change SecretServiceCredentialStore::add(std::string_view service, std::string_view account,
+                                         std::string_view value) {
     const auto operation = [value = std::string(value)](Conversation& conversation) {
-        return ReadResult{conversation.add(value), std::nullopt};
+        return conversation.add(value).and_then([] { return ReadResult(); });
     };
-    return perform(bound_, {std::string(service), std::string(account), application_}, operation).status;
+    return perform(bound_, {std::string(service), std::string(account), application_}, operation)
+        .and_then([](const std::string&) { return Change(); });
 }
 
 }  // namespace vorna

@@ -32,14 +32,15 @@ class SecretServiceCredentialStore final : public CredentialStore {
 
     /// While the default collection is locked, no matching item means `interactionNotAllowed`: not every
     /// keyring tells what a locked collection holds.
-    ReadResult read(std::string_view service, std::string_view account) override;
+    Result<std::string, CredentialStatus> read(std::string_view service, std::string_view account) override;
 
     /// Removes all matching items that are unlocked.
-    CredentialStatus remove(std::string_view service, std::string_view account) override;
+    Result<void, CredentialStatus> remove(std::string_view service, std::string_view account) override;
 
     /// Names that are not UTF-8 or contain a zero byte cannot be attributes and are `notPermitted`. Of two
     /// processes that add the same item at the same time, one value remains.
-    CredentialStatus add(std::string_view service, std::string_view account, std::string_view value) override;
+    Result<void, CredentialStatus> add(std::string_view service, std::string_view account,
+                                       std::string_view value) override;
 
   private:
     std::string application_;

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/linux/DataDirectory.h>
 
-#include <sys/stat.h>
-
 #include <cerrno>
 
 namespace vorna {
@@ -36,18 +34,6 @@ std::optional<std::string> defaultDataDirectory(const std::optional<std::string>
     }
     const bool isNamed = bundleIdentifier && !bundleIdentifier->empty();
     return *data + "/" + (isNamed ? folderName(*bundleIdentifier) : programName());
-}
-
-void makeFolders(const std::string& path) {
-    constexpr mode_t ownerOnly = 0700;
-    if (mkdir(path.c_str(), ownerOnly) == 0 || errno != ENOENT) {
-        return;
-    }
-    for (std::size_t slash = path.find('/', 1); slash != std::string::npos;
-         slash = path.find('/', slash + 1)) {
-        mkdir(path.substr(0, slash).c_str(), ownerOnly);
-    }
-    mkdir(path.c_str(), ownerOnly);
 }
 
 }  // namespace vorna

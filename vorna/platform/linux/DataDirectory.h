@@ -24,8 +24,4 @@ std::string folderName(std::string_view text);
 std::optional<std::string> defaultDataDirectory(const std::optional<std::string>& bundleIdentifier,
                                                 const Environment& environment = processEnvironment());
 
-/// Makes the folder and what is missing above it, for its owner alone. What cannot be made is left out; who
-/// uses the folder then learns why.
-void makeFolders(const std::string& path);
-
 }  // namespace vorna

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/linux/LinuxSystem.h>
 
+#include <vorna/platform/FileOperations.h>
 #include <vorna/platform/Log.h>
 #include <vorna/platform/linux/DataDirectory.h>
 #include <vorna/platform/linux/DeviceModel.h>
@@ -20,6 +21,7 @@
 #include <ctime>
 #include <limits>
 #include <system_error>
+#include <tuple>
 #include <utility>
 
 namespace vorna {
@@ -121,7 +123,8 @@ std::optional<FileSystemSize> LinuxSystem::homeFileSystem() const {
 
 std::optional<std::string> LinuxSystem::documentsDirectory() const {
     if (dataDirectory_) {
-        std::call_once(dataDirectoryMade_, [&] { makeFolders(*dataDirectory_); });
+        // Whatever uses the folder learns why it is missing.
+        std::call_once(dataDirectoryMade_, [&] { std::ignore = makeFolders(*dataDirectory_); });
     }
     return dataDirectory_;
 }

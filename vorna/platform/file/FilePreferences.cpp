@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <vorna/platform/file/FilePreferences.h>
+
+#include <vorna/json/Value.h>
+#include <vorna/json/Writer.h>
+#include <vorna/platform/AtomicFile.h>
+#include <vorna/platform/FileOperations.h>
+#include <vorna/platform/file/StoreFolder.h>
+
+#include <boost/json/object.hpp>
+#include <boost/json/string.hpp>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <utility>
+#include <variant>
+
+namespace vorna {
+
+namespace {
+
+using Table = Preferences::Table;
+
+constexpr const char* folderName = "preferences";
+
+std::string fileNameFor(std::string_view key) {
+    return fileNameOf(key) + ".json";
+}
+
+Result<std::string, std::error_code> readRegularFile(int folder, const std::string& name, int flags) {
+    // Opening a pipe would wait for its other end.
+    return openAt(folder, name.c_str(), O_RDONLY | O_NONBLOCK | flags)
+        .and_then([](const FileDescriptor& file) -> Result<std::string, std::error_code> {
+            struct stat status {};
+
+            if (fstat(file.number(), &status) != 0) {
+                return lastError();
+            }
+            if (!S_ISREG(status.st_mode)) {
+                return Unexpected(std::make_error_code(std::errc::invalid_argument));
+            }
+            return readAll(file, FilePreferences::largestFile);
+        });
+}
+
+/// Null for what is not JSON, as for null.
+boost::json::value valueIn(std::string_view document) {
+    auto parsed = json::parse(document);
+    auto* const value = std::get_if<boost::json::value>(&parsed);
+    return value == nullptr ? boost::json::value() : std::move(*value);
+}
+
+/// std::nullopt for anything but an object of texts.
+std::optional<Table> tableOf(const boost::json::value& value) {
+    const boost::json::object* const object = value.if_object();
+    if (object == nullptr) {
+        return std::nullopt;
+    }
+    Table table;
+    for (const auto& member : *object) {
+        const boost::json::string* const text = member.value().if_string();
+        if (text == nullptr) {
+            return std::nullopt;
+        }
+        table.emplace(std::string(member.key().data(), member.key().size()),
+                      std::string(text->data(), text->size()));
+    }
+    return table;
+}
+
+/// std::nullopt if some text is not UTF-8.
+std::optional<std::string> documentOf(const Table& table) {
+    std::string document;
+    json::Writer writer(document);
+    writer.beginObject();
+    for (const auto& [key, text] : table) {
+        if (!writer.key(key) || !writer.text(text)) {
+            return std::nullopt;
+        }
+    }
+    writer.endObject();
+    document += '\n';
+    return document;
+}
+
+Result<void, std::error_code> write(const std::string& dataDirectory, std::string_view key,
+                                    const Table& table) {
+    const std::optional<std::string> document = documentOf(table);
+    if (!document) {
+        return Unexpected(std::make_error_code(std::errc::illegal_byte_sequence));
+    }
+    if (document->size() > FilePreferences::largestFile) {
+        return Unexpected(std::make_error_code(std::errc::file_too_large));
+    }
+    return makeStoreFolder(dataDirectory, folderName).and_then([&](const FileDescriptor& folder) {
+        return AtomicFile(folder, fileNameFor(key)).replace(*document);
+    });
+}
+
+/// Takes a table over from the document of earlier versions.
+std::optional<Table> takeOver(const std::string& dataDirectory, std::string_view key) {
+    const std::string path = dataDirectory + "/preferences.json";
+    const auto document = readRegularFile(AT_FDCWD, path, 0);
+    const boost::json::value root = document ? valueIn(*document) : boost::json::value();
+    const boost::json::object* const entries = root.if_object();
+    const boost::json::value* const entry =
+        entries == nullptr ? nullptr : entries->if_contains(boost::json::string_view(key.data(), key.size()));
+    std::optional<Table> table = entry == nullptr ? std::nullopt : tableOf(*entry);
+    if (table && write(dataDirectory, key, *table) && entries->size() == 1) {
+        unlink(path.c_str());
+    }
+    return table;
+}
+
+}  // namespace
+
+FilePreferences::FilePreferences(std::string dataDirectory) : dataDirectory_(std::move(dataDirectory)) {}
+
+std::optional<Table> FilePreferences::table(std::string_view key) const {
+    const auto document =
+        openStoreFolder(dataDirectory_, folderName).and_then([key](const FileDescriptor& folder) {
+            return readRegularFile(folder.number(), fileNameFor(key), O_NOFOLLOW);
+        });
+    if (document) {
+        return tableOf(valueIn(*document));
+    }
+    const bool isAbsent = document.error() == std::errc::no_such_file_or_directory;
+    return isAbsent && !dataDirectory_.empty() ? takeOver(dataDirectory_, key) : std::nullopt;
+}
+
+Result<void, std::error_code> FilePreferences::setTable(std::string_view key, const Table& table) {
+    return write(dataDirectory_, key, table);
+}
+
+}  // namespace vorna
