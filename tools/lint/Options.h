@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+/// The command line of vorna-lint.
+
 #include <tools/common/CommandLine.h>
 #include <tools/lint/Document.h>
+
 #include <vorna/base/Result.h>
 
 #include <optional>
@@ -13,10 +16,11 @@ namespace vorna::lint {
 
 enum class Format { human, json };
 
-// What the command line asks for.
 struct Options {
-    std::vector<std::string> files;    // never empty; "-" is standard input
-    std::optional<DocumentKind> kind;  // otherwise each document's shape tells
+    /// Never empty; "-" is standard input.
+    std::vector<std::string> files;
+    /// By default, that of each document's shape.
+    std::optional<DocumentKind> kind;
     Format format = Format::human;
 };
 

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <gmock/gmock.h>
 #include <tools/lint/Options.h>
+
 #include <tools/lint/Rules.h>
+
+#include <gmock/gmock.h>
 
 #include <vector>
 
@@ -22,7 +24,7 @@ Options options(std::vector<const char*> arguments) {
         ADD_FAILURE() << options.error().output;
         return {};
     }
-    return *std::move(options);
+    return *options;
 }
 
 tools::EarlyExit exitOf(std::vector<const char*> arguments) {
@@ -72,10 +74,10 @@ TEST(LintOptions, TheVersionIsThatOfTheProject) {
     EXPECT_EQ(version.output, "vorna-lint " VORNA_VERSION "\n");
 }
 
-TEST(LintOptions, MistakesAreNamedAndEndTheProgram) {
+TEST(LintOptions, UsageErrorsAreReported) {
     struct Row {
         std::vector<const char*> arguments;
-        const char* complaint;
+        const char* message;
     };
 
     const std::vector<Row> rows = {
@@ -86,10 +88,10 @@ TEST(LintOptions, MistakesAreNamedAndEndTheProgram) {
         {{"--format", "xml", "a"}, "--format"},
         {{"a", "--no-such-option"}, "--no-such-option"},
     };
-    for (const auto& [arguments, complaint] : rows) {
+    for (const auto& [arguments, message] : rows) {
         const tools::EarlyExit exit = exitOf(arguments);
-        EXPECT_EQ(exit.status, 2) << complaint;
-        EXPECT_THAT(exit.output, HasSubstr(complaint));
+        EXPECT_EQ(exit.status, 2) << message;
+        EXPECT_THAT(exit.output, HasSubstr(message));
     }
 }
 
