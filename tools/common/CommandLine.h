@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-namespace CLI {
+namespace CLI {  // NOLINT(readability-identifier-naming): the library's name
 class App;
 }
 

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <tools/devserver/CertificateAuthority.h>
 
-#include <vorna/platform/FileDescriptor.h>
+#include <vorna/platform/AtomicFile.h>
 
-#include <fcntl.h>
 #include <openssl/bio.h>
 #include <openssl/bn.h>
 #include <openssl/err.h>
@@ -11,15 +10,12 @@
 #include <openssl/pem.h>
 #include <openssl/x509.h>
 #include <openssl/x509v3.h>
-#include <sys/stat.h>
+#include <sys/types.h>
 
-#include <cerrno>
-#include <cstdio>
 #include <ctime>
 #include <limits>
 #include <memory>
 #include <stdexcept>
-#include <system_error>
 #include <utility>
 
 namespace vorna::devserver {
@@ -209,28 +205,8 @@ CertificateWithKey serverCertificate(const CertificateSubject& subject, X509* is
 }
 
 void replaceFile(const std::filesystem::path& path, std::string_view text, mode_t mode) {
-    const auto failed = [&path] {
-        return std::runtime_error("cannot write " + path.string() + ": " +
-                                  std::generic_category().message(errno));
-    };
-    const std::string temporary = path.string() + ".new";
-    ::unlink(temporary.c_str());
-    const FileDescriptor file(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
-    if (!file.isOpen()) {
-        throw failed();
-    }
-    while (!text.empty()) {
-        const ssize_t written = ::write(file.number(), text.data(), text.size());
-        if (written < 0) {
-            if (errno == EINTR) {
-                continue;
-            }
-            throw failed();
-        }
-        text.remove_prefix(static_cast<std::size_t>(written));
-    }
-    if (::rename(temporary.c_str(), path.c_str()) != 0) {
-        throw failed();
+    if (const auto written = AtomicFile(path).replace(text, mode); !written) {
+        throw std::runtime_error("cannot write " + path.string() + ": " + written.error().message());
     }
 }
 

@@ -70,7 +70,8 @@ class CertificateAuthority {
 };
 
 /// Write a certificate that everybody can read, and a private key that only the owner can (mode 0600 from the
-/// start). An existing file is replaced atomically. Throw std::runtime_error naming the file.
+/// start). An existing file is replaced atomically. The folder must exist. Throw std::runtime_error naming
+/// the file.
 void writeCertificateFile(const std::filesystem::path& path, std::string_view pem);
 void writePrivateKeyFile(const std::filesystem::path& path, std::string_view pem);
 

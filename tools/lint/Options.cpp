@@ -16,7 +16,7 @@ constexpr const char* description = "Checks documents that describe a paywall (a
                                     "reports screens that will not be shown, and what will look wrong.";
 
 constexpr const char* footer = "Exit status: 0 without findings, 1 with findings, 2 if a file cannot be "
-                               "read or for a usage error.";
+                               "read or the command line is wrong.";
 
 std::string listOfRules() {
     std::size_t width = 0;
@@ -45,13 +45,13 @@ Result<Options, tools::EarlyExit> readOptions(int argumentCount, const char* con
     app.get_formatter()->column_width(26);
     auto* const files =
         app.add_option("FILE", options.files, "Documents to check; - is standard input")->type_name("");
-    app.add_option("--kind", kind, "Kind of the documents (default: told from their shape)")
+    app.add_option("--kind", kind, "Kind of the documents (default: inferred from their shape)")
         ->type_name("paywall|onboarding")
         ->check(CLI::IsMember(std::vector<std::string>{"paywall", "onboarding"}).description(""));
     app.add_option("--format", format, "Output format (default: human)")
         ->type_name("human|json")
         ->check(CLI::IsMember(std::vector<std::string>{"human", "json"}).description(""));
-    app.add_flag("--rules", listsRules, "List the codes of all findings and exit");
+    app.add_flag("--rules", listsRules, "List all finding codes and exit");
 
     if (auto parsed = tools::parse(app, argumentCount, arguments); !parsed) {
         return Unexpected(std::move(parsed).error());

@@ -5,6 +5,7 @@
 
 #include <tools/common/CommandLine.h>
 #include <tools/lint/Document.h>
+
 #include <vorna/base/Result.h>
 
 #include <optional>

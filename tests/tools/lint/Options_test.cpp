@@ -24,7 +24,7 @@ Options options(std::vector<const char*> arguments) {
         ADD_FAILURE() << options.error().output;
         return {};
     }
-    return *std::move(options);
+    return *options;
 }
 
 tools::EarlyExit exitOf(std::vector<const char*> arguments) {
@@ -88,10 +88,10 @@ TEST(LintOptions, UsageErrorsAreReported) {
         {{"--format", "xml", "a"}, "--format"},
         {{"a", "--no-such-option"}, "--no-such-option"},
     };
-    for (const auto& [arguments, complaint] : rows) {
+    for (const auto& [arguments, message] : rows) {
         const tools::EarlyExit exit = exitOf(arguments);
-        EXPECT_EQ(exit.status, 2) << complaint;
-        EXPECT_THAT(exit.output, HasSubstr(complaint));
+        EXPECT_EQ(exit.status, 2) << message;
+        EXPECT_THAT(exit.output, HasSubstr(message));
     }
 }
 
