@@ -8,6 +8,7 @@
 /// fraction of the code.
 
 #include <vorna/documents/DocumentField.h>
+#include <vorna/documents/StepKind.h>
 #include <vorna/json/DecodingError.h>
 #include <vorna/json/Encoding.h>
 #include <vorna/json/TextScanner.h>
@@ -185,7 +186,7 @@ void addMissing(const Record& record, bool isPaywall, const std::string& place,
                 using Value = std::remove_cvref_t<decltype(value)>;
                 if constexpr (std::same_as<Value, std::string>) {
                     if (field.kind == FieldKind::stepType) {
-                        if (value != basicStep && value != paywallStep) {
+                        if (!stepKindOf(value)) {
                             add(" (geçersiz)");
                         }
                     } else if (text::isBlank(value)) {
