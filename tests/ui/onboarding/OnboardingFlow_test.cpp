@@ -56,7 +56,7 @@ class Onboarding : public testing::Test {
         for (const auto& screen : host.screens()) {
             const auto* const step =
                 qobject_cast<const ui::OnboardingBasicScreenViewController*>(screen.get());
-            found.push_back(step == nullptr ? "?" : step->titleText().toStdString());
+            found.push_back(step == nullptr ? "?" : step->look().titleText.toStdString());
         }
         return found;
     }
@@ -248,7 +248,7 @@ TEST_F(Onboarding, ClosesAllStepsNewestFirstAndSaysSoOnce) {
     tapButton();
     std::vector<std::string> order;
     for (const auto& screen : host.screens()) {
-        const auto title = qobject_cast<ui::OnboardingBasicScreenViewController*>(screen.get())->titleText();
+        const auto title = qobject_cast<ui::OnboardingBasicScreenViewController*>(screen.get())->look().titleText;
         QObject::connect(screen->view(), &QQuickItem::visibleChanged, [&order, title, view = screen->view()] {
             if (!view->isVisible()) {
                 order.push_back(title.toStdString());
