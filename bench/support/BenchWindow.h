@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A window with the library attached, and the moments of its frames.
+/// A window with the library attached that records the time of each frame.
 
 #include <bench/support/Stopwatch.h>
 
@@ -31,27 +31,25 @@ class BenchWindow {
         wait(300'000'000);
     }
 
-    QQuickWindow& quickWindow() { return quickWindow_; }
-
     ui::Window& window() { return *attached_; }
 
     std::size_t screens() const { return attached_->presentedViewControllers().size(); }
 
-    /// When each frame was on the window, oldest first.
+    /// The time at which each frame was shown, oldest first.
     const std::vector<std::int64_t>& frames() const { return frames_; }
 
-    /// Lets the event loop run until the condition holds. Throws when it does not even after a long time.
+    /// Runs the event loop until the condition holds. Throws if it does not within 20 seconds.
     static void until(const std::function<bool()>& condition) {
         const std::int64_t latest = nanosecondsNow() + 20'000'000'000;
         while (!condition()) {
             if (nanosecondsNow() > latest) {
-                throw std::runtime_error("the window does not do what it should");
+                throw std::runtime_error("timed out waiting for the window");
             }
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 5);
         }
     }
 
-    /// Lets the event loop run for so many nanoseconds.
+    /// Runs the event loop for that many nanoseconds.
     static void wait(std::int64_t nanoseconds) {
         const std::int64_t end = nanosecondsNow() + nanoseconds;
         while (nanosecondsNow() < end) {
@@ -59,7 +57,7 @@ class BenchWindow {
         }
     }
 
-    /// Waits for the first frame that is drawn from now on; says when it came.
+    /// Waits for the next frame and returns its time.
     std::int64_t nextFrame() {
         const std::size_t before = frames_.size();
         quickWindow_.update();
