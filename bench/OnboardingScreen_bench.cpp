@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-/// How long a user waits for the first step of an onboarding, and whether frames are missing while a step
-/// pushes the one before it out.
+/// Measures how long the first step of an onboarding takes to appear, and how many frames are dropped during
+/// its push animation.
 ///
 ///     OnboardingScreen_bench WORK-FOLDER DOCUMENT
 
@@ -32,7 +32,7 @@ namespace {
 
 constexpr double millisecond = 1e6;
 constexpr std::size_t rounds = 20;
-/// Of a display with 60 frames a second.
+/// Nanoseconds per frame of a 60 Hz display.
 constexpr double frameTime = 1e9 / 60;
 
 int measure(const std::string& folder, const std::string& document) {
@@ -44,7 +44,7 @@ int measure(const std::string& folder, const std::string& document) {
     double first = 0;
     Series waits(rounds);
     Series gaps(rounds * 20);
-    double missing = 0;
+    double dropped = 0;
     for (std::size_t round = 0; round <= rounds; ++round) {
         const std::int64_t began = nanosecondsNow();
         VornaCoreSDK::ShowOnboarding(document);
@@ -59,21 +59,21 @@ int measure(const std::string& folder, const std::string& document) {
         for (std::size_t frame = from; round > 0 && frame < window.frames().size(); ++frame) {
             const auto gap = static_cast<double>(window.frames()[frame] - window.frames()[frame - 1]);
             gaps.add(gap);
-            missing += std::max(0.0, std::round(gap / frameTime) - 1);
+            dropped += std::max(0.0, std::round(gap / frameTime) - 1);
         }
         VornaCoreSDK::CloseOnboarding();
         BenchWindow::wait(50'000'000);
     }
-    Table table("From ShowOnboarding to the first frame, and the push of 300 ms that follows",
+    Table table("From ShowOnboarding to the first frame, and the 300 ms push that follows",
                 {"what", "p50", "p99"});
-    table.row({"first frame, the first of the process, ms", number(first / millisecond, 3), ""});
-    table.row({"first frame, any later one, ms", number(waits.median() / millisecond, 3),
+    table.row({"first frame, first in the process, ms", number(first / millisecond, 3), ""});
+    table.row({"first frame, later ones, ms", number(waits.median() / millisecond, 3),
                number(waits.quantile(0.99) / millisecond, 3)});
-    table.row({"between two frames of a push, ms", number(gaps.median() / millisecond, 3),
+    table.row({"between two frames of the push, ms", number(gaps.median() / millisecond, 3),
                number(gaps.quantile(0.99) / millisecond, 3)});
-    table.row({"frames missing in a push, of 18", number(missing / static_cast<double>(rounds), 2), ""});
-    table.remark(
-        "Missing are frames that a display with 60 a second would have shown; the last figure is a mean.");
+    table.row(
+        {"frames dropped during the push, of 18", number(dropped / static_cast<double>(rounds), 2), ""});
+    table.remark("Dropped: frames that a 60 Hz display would have shown; the last figure is a mean.");
     table.print();
     return EXIT_SUCCESS;
 }

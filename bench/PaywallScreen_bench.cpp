@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-/// How long a user waits for a paywall with three products, which part of it is whose, what an open paywall
-/// holds in memory, and what the turning arc of the overlay takes of the processor.
+/// Measures how long a paywall with three products takes to appear, in total and by phase; the memory of an
+/// open paywall; and the processor time of the overlay's spinner.
 ///
 ///     PaywallScreen_bench WORK-FOLDER DOCUMENT
 
@@ -54,7 +54,7 @@ double processorSeconds() {
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
 }
 
-/// By the facade, to the first frame that shows something of it.
+/// From the call of the facade to the paywall's first frame.
 double nanosecondsToFirstFrame(BenchWindow& window, const std::string& document) {
     const std::int64_t began = nanosecondsNow();
     VornaCoreSDK::ShowPaywall(document);
@@ -67,15 +67,15 @@ double nanosecondsToFirstFrame(BenchWindow& window, const std::string& document)
     return took;
 }
 
-struct Parts {
+struct Phases {
     Series document{rounds};
     Series controller{rounds};
     Series view{rounds};
     Series frame{rounds};
 };
 
-/// The same by hand, step by step.
-void measureParts(BenchWindow& window, const std::string& document, Parts& parts) {
+/// The same without the facade, phase by phase.
+void measurePhases(BenchWindow& window, const std::string& document, Phases& phases) {
     const std::int64_t began = nanosecondsNow();
     const auto decoded = PaywallParameters::decode(document);
     const PaywallParameters& paywall = *decoded;
@@ -86,10 +86,10 @@ void measureParts(BenchWindow& window, const std::string& document, Parts& parts
     window.window().rootViewController()->present(screen, true);
     const std::int64_t shown = nanosecondsNow();
     const std::int64_t drawn = window.nextFrame();
-    parts.document.add(static_cast<double>(read - began));
-    parts.controller.add(static_cast<double>(made - read));
-    parts.view.add(static_cast<double>(shown - made));
-    parts.frame.add(static_cast<double>(drawn - shown));
+    phases.document.add(static_cast<double>(read - began));
+    phases.controller.add(static_cast<double>(made - read));
+    phases.view.add(static_cast<double>(shown - made));
+    phases.frame.add(static_cast<double>(drawn - shown));
     BenchWindow::until([&] { return !window.window().isMoving(); });
     screen->dismiss(false);
     BenchWindow::wait(50'000'000);
@@ -102,26 +102,27 @@ int measure(const std::string& folder, const std::string& document) {
     BenchWindow window;
 
     const double first = nanosecondsToFirstFrame(window, document);
-    Series whole(rounds);
-    Parts parts;
+    Series total(rounds);
+    Phases phases;
     for (std::size_t round = 0; round < rounds; ++round) {
-        whole.add(nanosecondsToFirstFrame(window, document));
-        measureParts(window, document, parts);
+        total.add(nanosecondsToFirstFrame(window, document));
+        measurePhases(window, document, phases);
     }
-    Table times("From the document of a paywall with three products to its first frame",
-                {"what", "ms p50", "ms p99", "of the whole"});
+    Table times("From a paywall's document with three products to its first frame",
+                {"what", "ms p50", "ms p99", "of the total"});
     const auto row = [&](const std::string& what, const Series& series) {
         times.row({what, number(series.median() / millisecond, 3),
                    number(series.quantile(0.99) / millisecond, 3),
-                   number(100 * series.median() / whole.median(), 1) + " %"});
+                   number(100 * series.median() / total.median(), 1) + " %"});
     };
-    times.row({"the first of the process", number(first / millisecond, 3), "", ""});
-    row("any later one", whole);
-    row("   decode and judge", parts.document);
-    row("   make the controller", parts.controller);
-    row("   make the view of QML", parts.view);
-    row("   from there to the frame", parts.frame);
-    times.remark("The parts are of screens that were made by hand, by turns with whole ones.");
+    times.row({"first in the process", number(first / millisecond, 3), "", ""});
+    row("later ones", total);
+    row("   decode and validate", phases.document);
+    row("   create the controller", phases.controller);
+    row("   create the QML view", phases.view);
+    row("   from there to the first frame", phases.frame);
+    times.remark("The phases are measured on separate screens, presented without the facade in alternation "
+                 "with the others.");
     times.print();
 
     const double before = residentKilobytes();
@@ -130,8 +131,8 @@ int measure(const std::string& folder, const std::string& document) {
         BenchWindow::until([&] { return window.screens() == count && !window.window().isMoving(); });
         window.nextFrame();
     }
-    Table memory("Memory of open paywalls, as the system counts it", {"what", "KB"});
-    memory.row({"each of " + std::to_string(opened) + " that lie one over the other",
+    Table memory("Resident memory of open paywalls", {"what", "KB"});
+    memory.row({"each of " + std::to_string(opened) + " presented over one another",
                 number((residentKilobytes() - before) / static_cast<double>(opened))});
     memory.print();
 
@@ -142,8 +143,8 @@ int measure(const std::string& folder, const std::string& document) {
     const std::int64_t began = nanosecondsNow();
     BenchWindow::wait(4'000'000'000);
     const double seconds = static_cast<double>(nanosecondsNow() - began) / 1e9;
-    Table overlay("The overlay's turning arc over a paywall, 390 x 844",
-                  {"what", "of one processor", "frames a second"});
+    Table overlay("The overlay's spinner over a paywall, 390 x 844",
+                  {"what", "of one processor", "frames per second"});
     overlay.row({"software rendering",
                  number(100 * (processorSeconds() - processorBefore) / seconds, 1) + " %",
                  number(static_cast<double>(window.frames().size() - framesBefore) / seconds, 1)});

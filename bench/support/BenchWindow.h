@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A window with the library attached that records when its frames appear.
+/// A window with the library attached that records the time of each frame.
 
 #include <bench/support/Stopwatch.h>
 
@@ -31,21 +31,19 @@ class BenchWindow {
         wait(300'000'000);
     }
 
-    QQuickWindow& quickWindow() { return quickWindow_; }
-
     ui::Window& window() { return *attached_; }
 
     std::size_t screens() const { return attached_->presentedViewControllers().size(); }
 
-    /// When each frame was shown, oldest first.
+    /// The time at which each frame was shown, oldest first.
     const std::vector<std::int64_t>& frames() const { return frames_; }
 
-    /// Runs the event loop until the condition holds. Throws after a generous timeout.
+    /// Runs the event loop until the condition holds. Throws if it does not within 20 seconds.
     static void until(const std::function<bool()>& condition) {
         const std::int64_t latest = nanosecondsNow() + 20'000'000'000;
         while (!condition()) {
             if (nanosecondsNow() > latest) {
-                throw std::runtime_error("the window did not react in time");
+                throw std::runtime_error("timed out waiting for the window");
             }
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 5);
         }

@@ -9,6 +9,7 @@
 #include <vorna/base/Result.h>
 #include <vorna/documents/DocumentField.h>
 #include <vorna/documents/MissingField.h>
+#include <vorna/documents/StepKind.h>
 #include <vorna/json/Decoding.h>
 #include <vorna/json/Encoding.h>
 #include <vorna/text/Whitespace.h>
@@ -175,7 +176,7 @@ void addMissing(const Record& record, bool isPaywall, json::Path& place, std::ve
                 using Value = std::remove_cvref_t<decltype(value)>;
                 if constexpr (std::same_as<Value, std::string>) {
                     if (field.kind == FieldKind::stepType) {
-                        if (value != basicStep && value != paywallStep) {
+                        if (!stepKindOf(value)) {
                             add(Reason::unknownType);
                         }
                     } else if (text::isBlank(value)) {

@@ -35,8 +35,8 @@ using testing::IsEmpty;
 using testing::internal::CaptureStdout;
 using testing::internal::GetCapturedStdout;
 
-/// As the worker does it when it has handed an event to the network.
-void handle(std::string name, std::optional<std::string> customValue = std::nullopt) {
+/// Does what the worker does after handing an event to the network.
+void record(std::string name, std::optional<std::string> customValue = std::nullopt) {
     SharedInstance::get().eventListManager->append({std::move(name), std::move(customValue)});
     NotificationCenter::defaultCenter().post(VornaCoreSDK::EventListUpdated);
 }
@@ -54,7 +54,7 @@ class EventListScreen : public testing::Test {
 
     QAbstractItemModel* model() { return table()->property("model").value<QAbstractItemModel*>(); }
 
-    /// The rows in sight, from the top.
+    /// The visible rows, from the top.
     std::vector<QQuickItem*> rows() {
         std::vector<QQuickItem*> found;
         for (QQuickItem* const row : findItems(table(), "eventRow")) {
@@ -90,13 +90,13 @@ class EventListScreen : public testing::Test {
     ScreenHost host_;
 };
 
-TEST_F(EventListScreen, OfNoEventsIsEmpty) {
+TEST_F(EventListScreen, IsEmptyWithoutEvents) {
     show();
     EXPECT_THAT(lines(), IsEmpty());
     EXPECT_EQ(host_.find("barTitle")->property("text").toString(), QStringLiteral("Event List"));
 }
 
-TEST_F(EventListScreen, ArrivesAtALaterTurnAnimatedAndCoversAll) {
+TEST_F(EventListScreen, IsPresentedLaterAnimatedAndFullScreen) {
     VornaCoreSDK::ShowEventList();
     EXPECT_THAT(host_.screens(), IsEmpty()) << "the call returns at once";
     ASSERT_TRUE(eventually([&] { return host_.screens().size() == 1; }));
@@ -107,9 +107,9 @@ TEST_F(EventListScreen, ArrivesAtALaterTurnAnimatedAndCoversAll) {
     EXPECT_EQ(host_.picture().pixelColor(200, 600), QColor(Qt::white));
 }
 
-TEST_F(EventListScreen, NamesItsPartsForAssistiveTechnology) {
+TEST_F(EventListScreen, GivesItsPartsRolesAndNamesForAssistiveTechnology) {
     QAccessible::setActive(true);
-    handle("Purchase", "42");
+    record("Purchase", "42");
     show();
     const auto is = [](QQuickItem* item, QAccessible::Role role, const char* spoken) {
         QAccessibleInterface* const accessible = QAccessible::queryAccessibleInterface(item);
@@ -127,8 +127,8 @@ TEST_F(EventListScreen, NamesItsPartsForAssistiveTechnology) {
     EXPECT_TRUE(eventually([&] { return host_.screens().empty(); }));
 }
 
-TEST_F(EventListScreen, DoesNothingWhenARowIsTapped) {
-    handle("Purchase", "42");
+TEST_F(EventListScreen, IgnoresTapsOnRows) {
+    record("Purchase", "42");
     show();
     host_.click(rows().front());
     host_.touch(rows().front());
@@ -138,42 +138,42 @@ TEST_F(EventListScreen, DoesNothingWhenARowIsTapped) {
     EXPECT_THAT(lines(), ElementsAre("Purchase | 42"));
 }
 
-TEST_F(EventListScreen, ShowsTheNewestFirstWithTheValueAfterTheName) {
-    handle("first");
-    handle("Purchase", "42");
-    handle("empty", "");
+TEST_F(EventListScreen, ShowsNamesAndValuesNewestFirst) {
+    record("first");
+    record("Purchase", "42");
+    record("empty", "");
     show();
     EXPECT_THAT(lines(), ElementsAre("empty", "Purchase | 42", "first"));
 }
 
-TEST_F(EventListScreen, ShowsTheEventThatComesWhileItIsOpenAtTheTop) {
-    handle("first");
+TEST_F(EventListScreen, AddsNewEventsAtTheTop) {
+    record("first");
     show();
-    handle("second", "2");
+    record("second", "2");
     EXPECT_TRUE(eventually([&] { return lines().size() == 2; }));
     EXPECT_THAT(lines(), ElementsAre("second | 2", "first"));
 }
 
-TEST_F(EventListScreen, KeepsItsPlaceWhenEventsComeWhileItIsScrolled) {
+TEST_F(EventListScreen, KeepsItsScrollPositionWhenEventsAreAdded) {
     for (int number = 0; number < 100; ++number) {
-        handle("event " + std::to_string(number));
+        record("event " + std::to_string(number));
     }
     show();
     table()->setProperty("contentY", 440.0);
     host_.settle();
     const std::string before = lines().front();
-    handle("new");
+    record("new");
     EXPECT_TRUE(eventually([&] { return model()->rowCount() == 101; }));
     EXPECT_EQ(table()->property("contentY").toDouble(), 440.0);
-    // A reload: the same place in the list, where every entry has moved down by one.
+    // The position is unchanged, and every entry has moved down by one.
     EXPECT_NE(lines().front(), before);
     EXPECT_EQ(lines().at(1), before);
 }
 
-TEST_F(EventListScreen, LetsALongLineBeMovedSidewaysInItsRowAndNeverBreaksIt) {
+TEST_F(EventListScreen, ScrollsALongLineSidewaysWithoutWrappingIt) {
     const std::string name(200, 'x');
-    handle("short");
-    handle(name);
+    record("short");
+    record(name);
     show();
     QQuickItem* const row = rows().front();
     QQuickItem* const label = findItem(row, "label");
@@ -190,8 +190,8 @@ TEST_F(EventListScreen, LetsALongLineBeMovedSidewaysInItsRowAndNeverBreaksIt) {
     EXPECT_EQ(table()->property("contentY").toDouble(), 0);
 }
 
-TEST_F(EventListScreen, ShowsEachEntryFromItsBeginningWhenEventsComeWhileARowIsMovedSideways) {
-    handle(std::string(200, 'x'));
+TEST_F(EventListScreen, ScrollsRowsBackWhenEventsAreAdded) {
+    record(std::string(200, 'x'));
     show();
     const auto moved = [&](std::size_t row) {
         return findItem(rows().at(row), "scrollView")->property("contentX").toDouble();
@@ -199,29 +199,29 @@ TEST_F(EventListScreen, ShowsEachEntryFromItsBeginningWhenEventsComeWhileARowIsM
     const QPointF middle = ScreenHost::geometry(rows().front()).center();
     drag(middle, middle - QPointF(150, 0));
     ASSERT_TRUE(eventually([&] { return moved(0) > 100; }));
-    handle("short");
+    record("short");
     ASSERT_TRUE(eventually([&] { return lines().size() == 2; }));
     host_.settle();
     EXPECT_EQ(lines().front(), "short");
-    EXPECT_EQ(moved(0), 0) << "nobody could move a short line back";
+    EXPECT_EQ(moved(0), 0) << "a short line cannot be scrolled back";
     EXPECT_EQ(moved(1), 0);
 }
 
-TEST_F(EventListScreen, ShowsEachEntryFromItsBeginningAlsoWhileARowStillMoves) {
-    handle(std::string(300, 'x'));
+TEST_F(EventListScreen, ScrollsRowsBackWhenEventsAreAddedDuringAFlick) {
+    record(std::string(300, 'x'));
     show();
     QQuickItem* const scroll = findItem(rows().front(), "scrollView");
     const QPointF middle = ScreenHost::geometry(scroll).center();
     drag(middle, middle - QPointF(150, 0));
     ASSERT_TRUE(scroll->property("flicking").toBool());
-    handle(std::string(300, 'y'));
+    record(std::string(300, 'y'));
     ASSERT_TRUE(eventually([&] { return lines().size() == 2; }));
     support::letTimePass(std::chrono::milliseconds(100));
     EXPECT_EQ(scroll->property("contentX").toDouble(), 0);
 }
 
-TEST_F(EventListScreen, ShowsAWholeLineAgainWhenTheWindowGrowsAroundIt) {
-    handle(std::string(60, 'x'));
+TEST_F(EventListScreen, ScrollsALineBackWhenTheWindowGrows) {
+    record(std::string(60, 'x'));
     show();
     const QPointF middle = ScreenHost::geometry(rows().front()).center();
     drag(middle, middle - QPointF(150, 0));
@@ -233,29 +233,29 @@ TEST_F(EventListScreen, ShowsAWholeLineAgainWhenTheWindowGrowsAroundIt) {
     EXPECT_TRUE(eventually([&] { return scroll->property("contentX").toDouble() == 0; }));
 }
 
-TEST_F(EventListScreen, ShowsALineBreakInANameOnTheSameLine) {
-    handle("two\nlines");
+TEST_F(EventListScreen, ShowsANameWithALineBreakOnOneLine) {
+    record("two\nlines");
     show();
     EXPECT_EQ(findItem(rows().front(), "label")->property("lineCount").toInt(), 1);
 }
 
-TEST_F(EventListScreen, TakesARowsTextLiterally) {
-    handle("<b>bold</b>", "&amp;");
+TEST_F(EventListScreen, ShowsMarkupLiterally) {
+    record("<b>bold</b>", "&amp;");
     show();
     EXPECT_THAT(lines(), ElementsAre("<b>bold</b> | &amp;"));
     EXPECT_EQ(findItem(rows().front(), "label")->property("textFormat").toInt(), 0);
 }
 
-TEST_F(EventListScreen, IsClosedByItsOwnButton) {
+TEST_F(EventListScreen, IsClosedByItsButton) {
     show();
     const std::weak_ptr<ui::ViewController> screen = host_.screens().back();
     host_.click(host_.find("leftBarButton"));
     EXPECT_TRUE(eventually([&] { return host_.screens().empty() && screen.expired(); }));
-    handle("nobody watches");
+    record("after closing");
     host_.settle();
 }
 
-TEST_F(EventListScreen, IsClosedByItsOwnButtonFromTheKeyboard) {
+TEST_F(EventListScreen, IsClosedByItsButtonFromTheKeyboard) {
     for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
         show();
         host_.press(key);
@@ -270,7 +270,7 @@ TEST_F(EventListScreen, IsClosedByTheFacade) {
     EXPECT_TRUE(eventually([&] { return host_.screens().empty(); }));
 }
 
-TEST_F(EventListScreen, LiesOverTheFirstWhenItIsShownTwice) {
+TEST_F(EventListScreen, IsPresentedOverAnEarlierOne) {
     show();
     show();
     EXPECT_EQ(host_.screens().size(), 2U);
@@ -278,7 +278,7 @@ TEST_F(EventListScreen, LiesOverTheFirstWhenItIsShownTwice) {
     EXPECT_TRUE(eventually([&] { return host_.screens().size() == 1; }));
 }
 
-TEST_F(EventListScreen, ClosingTakesWhateverIsOnTop) {
+TEST_F(EventListScreen, ClosingDismissesTheTopmostScreen) {
     show();
     VornaCoreSDK::ShowPaywall("{}");
     EXPECT_TRUE(eventually([&] { return host_.screens().size() == 2; }));
@@ -287,7 +287,7 @@ TEST_F(EventListScreen, ClosingTakesWhateverIsOnTop) {
     EXPECT_NE(dynamic_cast<ui::NavigationController*>(host_.screens().back().get()), nullptr);
 }
 
-TEST_F(EventListScreen, ClosingWithNothingOnShowDoesNothing) {
+TEST_F(EventListScreen, ClosingWithoutScreensDoesNothing) {
     VornaCoreSDK::debug = true;
     CaptureStdout();
     VornaCoreSDK::CloseEventList();
@@ -295,26 +295,26 @@ TEST_F(EventListScreen, ClosingWithNothingOnShowDoesNothing) {
     EXPECT_EQ(GetCapturedStdout(), "");
 }
 
-TEST_F(EventListScreen, BeginsBelowTheSafeArea) {
+TEST_F(EventListScreen, StartsBelowTheTopInset) {
     host_.window().setSafeAreaInsets({0, 47, 0, 34});
     show();
     EXPECT_EQ(ScreenHost::geometry(host_.find("navigationBar")).height(), 47 + 44);
     EXPECT_EQ(ScreenHost::geometry(table()).top(), 47 + 44);
 }
 
-TEST_F(EventListScreen, ReloadsOnceForAllThatComesBetweenTwoFrames) {
-    handle("first");
+TEST_F(EventListScreen, ReloadsOncePerFrame) {
+    record("first");
     show();
     int reloads = 0;
     QObject::connect(model(), &QAbstractItemModel::rowsInserted, model(), [&] { ++reloads; });
     for (int number = 0; number < 500; ++number) {
-        handle("event " + std::to_string(number));
+        record("event " + std::to_string(number));
     }
     EXPECT_TRUE(eventually([&] { return model()->rowCount() == 501; }));
     EXPECT_EQ(reloads, 1);
 }
 
-TEST_F(EventListScreen, KeepsUpWithAThousandEventsASecondOverTenThousand) {
+TEST_F(EventListScreen, KeepsUpWithAThousandEventsPerSecond) {
     for (int number = 0; number < 10'000; ++number) {
         SharedInstance::get().eventListManager->append({"event " + std::to_string(number), "value"});
     }
@@ -328,21 +328,21 @@ TEST_F(EventListScreen, KeepsUpWithAThousandEventsASecondOverTenThousand) {
         Qt::DirectConnection);
     std::thread worker([] {
         for (int number = 0; number < 2'000; ++number) {
-            handle("live " + std::to_string(number), "value");
+            record("live " + std::to_string(number), "value");
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
     });
     EXPECT_TRUE(eventually([&] { return model()->rowCount() == 12'000; }));
     worker.join();
     EXPECT_GT(reloads, 1);
-    EXPECT_LE(reloads, frames + 1) << "a frame draws all that came before it";
-    // Rows are reused: there are no more of them than fit, and a few.
+    EXPECT_LE(reloads, frames + 1) << "at most one per frame";
+    // Rows are reused, so there are only a few more than fit.
     EXPECT_LT(findItems(table(), "eventRow").size(), 60U);
     host_.settle();
     EXPECT_EQ(lines().front(), "live 1999 | value");
 }
 
-TEST(ShowEventList, WithoutAWindowSaysSoOnlyWhileDebugIsOn) {
+TEST(ShowEventList, WithoutAWindowIsLoggedOnlyWithDebugOn) {
     const support::RecordedEvents platform;
     CaptureStdout();
     VornaCoreSDK::ShowEventList();
@@ -367,7 +367,7 @@ TEST(CloseEventList, WithoutAWindowDoesNothingAndPrintsNothing) {
     EXPECT_EQ(GetCapturedStdout(), "");
 }
 
-TEST(ShowEventList, AfterTheWindowHasGoneSaysSo) {
+TEST(ShowEventList, AfterTheWindowIsGoneIsLogged) {
     const support::RecordedEvents platform;
     ScreenHost host;
     host.close();

@@ -32,7 +32,7 @@ void PrintTo(const Look& look, std::ostream* stream) {
 
 class BasicScreenLooks : public testing::TestWithParam<Look> {};
 
-TEST_P(BasicScreenLooks, LikeItsPicture) {
+TEST_P(BasicScreenLooks, MatchesItsPicture) {
     const Look& look = GetParam();
     const support::RecordedEvents platform;
     ScreenHost host(look.size);
@@ -78,7 +78,7 @@ INSTANTIATE_TEST_SUITE_P(Sizes, BasicScreenLooks,
                                          Look{"820x1180", {820, 1180}, {0, 24, 0, 20}, true, 200}),
                          [](const auto& testCase) { return "W" + testCase.param.name; });
 
-TEST(Pictures, AreToldApart) {
+TEST(PictureDifference, CountsWorstMeanAndShareOfPixels) {
     QImage first(10, 10, QImage::Format_RGB32);
     first.fill(QColor(100, 100, 100));
     QImage second = first;

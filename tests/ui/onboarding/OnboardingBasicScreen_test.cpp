@@ -34,7 +34,7 @@ double property(const QQuickItem* item, const char* name) {
     return item->property(name).toDouble();
 }
 
-/// Where everything lies on a screen of that size; written down by hand.
+/// The expected layout for a screen size, written by hand.
 struct Expected {
     const char* name;
     QSize size;
@@ -66,7 +66,7 @@ void PrintTo(const Insets& insets, std::ostream* stream) {
 
 class BasicScreenGeometry : public testing::TestWithParam<std::tuple<Expected, Insets>> {};
 
-TEST_P(BasicScreenGeometry, IsWhatItShouldBe) {
+TEST_P(BasicScreenGeometry, MatchesTheDesign) {
     const auto& [expected, insets] = GetParam();
     const support::RecordedEvents platform;
     ScreenHost host(expected.size);
@@ -97,7 +97,7 @@ TEST_P(BasicScreenGeometry, IsWhatItShouldBe) {
 
     const QRectF arrow = ScreenHost::geometry(host.find("arrow"));
     EXPECT_NEAR(arrow.center().y(), button.center().y(), 0.51);
-    EXPECT_EQ(arrow.left(), button.left()) << "nothing holds it elsewhere";
+    EXPECT_EQ(arrow.left(), button.left()) << "at the leading edge";
 
     const QRectF media = ScreenHost::geometry(host.find("mediaView"));
     EXPECT_EQ(media.top(), 40 - insets.margins.top());
@@ -108,7 +108,7 @@ TEST_P(BasicScreenGeometry, IsWhatItShouldBe) {
     const QRectF glyph = ScreenHost::geometry(support::findItem(host.find("exitButton"), "glyph"));
     EXPECT_EQ(glyph.top(), insets.margins.top() + 10);
     EXPECT_EQ(glyph.left(), 10);
-    EXPECT_GE(ScreenHost::geometry(host.find("exitButton")).width(), 30) << "a finger must hit it";
+    EXPECT_GE(ScreenHost::geometry(host.find("exitButton")).width(), 30) << "large enough for a finger";
     EXPECT_GE(ScreenHost::geometry(host.find("exitButton")).height(), 30);
     EXPECT_EQ(host.find("exitButton")->opacity(), 1);
 }
@@ -129,7 +129,7 @@ class BasicScreen : public testing::Test {
         host.settle();
     }
 
-    /// The dots' visible colours from left to right: 'O' for the opaque one.
+    /// The dots from left to right: 'O' for the opaque one, 'o' for the others.
     std::string dots() {
         QQuickItem* const row = host.find("stepIndicatorStackView");
         std::vector<QQuickItem*> found;
@@ -174,11 +174,12 @@ class BasicScreen : public testing::Test {
     ScreenHost host;
 };
 
-TEST_F(BasicScreen, HasItsTextsFontsAndColours) {
+TEST_F(BasicScreen, ShowsItsTextsInTheirFontsAndColours) {
     show(basicStep("Tıkla", {{"heading", "İkinci satır 🎉"}, {"buttonTitle", "Başla"}}));
     const QQuickItem* const title = host.find("titleLabel");
     EXPECT_EQ(title->property("text").toString(), QStringLiteral("Tıkla"));
-    EXPECT_EQ(title->property("color").value<QColor>(), QColor(0xff, 0xee, 0xdd)) << "the heading's colour";
+    EXPECT_EQ(title->property("color").value<QColor>(), QColor(0xff, 0xee, 0xdd))
+        << "in the heading's colour";
     EXPECT_EQ(title->property("font").value<QFont>().pixelSize(), 30);
     EXPECT_TRUE(title->property("font").value<QFont>().bold());
     const QQuickItem* const heading = host.find("headingLabel");
@@ -193,24 +194,24 @@ TEST_F(BasicScreen, HasItsTextsFontsAndColours) {
     EXPECT_EQ(host.picture().pixelColor(3, 300), QColor(0x1b, 0x1b, 0x3a));
 }
 
-TEST_F(BasicScreen, HasItsButtonsInTheColoursOfItsDocument) {
+TEST_F(BasicScreen, DrawsItsButtonsInTheDocumentsColours) {
     const auto color = [&](const char* name, const char* which) {
         return host.find(name)->property(which).value<QColor>();
     };
     show(basicStep("One", {{"buttonTitleColor", "#102030"}, {"exitButtonColor", "#405060"}}));
     ASSERT_TRUE(eventually([&] { return host.find("exitButton") != nullptr; }));
     EXPECT_EQ(color("actionButton", "titleColor"), QColor(0x10, 0x20, 0x30));
-    EXPECT_EQ(color("arrow", "color"), QColor(Qt::white)) << "whatever the title has";
+    EXPECT_EQ(color("arrow", "color"), QColor(Qt::white)) << "whatever the title's colour";
     EXPECT_EQ(color("gradient", "firstColor"), QColor(0xff, 0, 0));
     EXPECT_EQ(color("gradient", "secondColor"), QColor(0, 0, 0xff));
     EXPECT_EQ(host.find("exitButton")->property("text").toString(), QStringLiteral("✕"));
     EXPECT_EQ(color("exitButton", "glyphColor"), QColor(0x40, 0x50, 0x60));
     show(basicStep("Two"));
     ASSERT_TRUE(eventually([&] { return host.find("exitButton") != nullptr; }));
-    EXPECT_EQ(color("exitButton", "glyphColor"), QColor(Qt::white)) << "unless the document says otherwise";
+    EXPECT_EQ(color("exitButton", "glyphColor"), QColor(Qt::white)) << "the default";
 }
 
-TEST_F(BasicScreen, ShowsTextAsItIs) {
+TEST_F(BasicScreen, ShowsMarkupLiterally) {
     show(basicStep("<b>a</b> &amp; \\n", {{"heading", "<img src='file:///etc/passwd'>"}}));
     for (const char* const name : {"titleLabel", "headingLabel"}) {
         EXPECT_EQ(property(host.find(name), "textFormat"), 0) << "plain";
@@ -248,15 +249,15 @@ TEST_F(BasicScreen, KeepsLineBreaks) {
     EXPECT_EQ(property(host.find("titleLabel"), "lineCount"), 3);
 }
 
-TEST_F(BasicScreen, HasADotForEachStep) {
+TEST_F(BasicScreen, ShowsADotForEachStep) {
     EXPECT_EQ(dotsOf(1, 0), "O");
     EXPECT_EQ(dotsOf(4, 0), "Oooo");
     EXPECT_EQ(dotsOf(4, 1), "oOoo");
     EXPECT_EQ(dotsOf(4, 3), "oooO");
-    EXPECT_EQ(dotsOf(28, 2), "ooO" + std::string(25, 'o')) << "just as wide as the screen";
+    EXPECT_EQ(dotsOf(28, 2), "ooO" + std::string(25, 'o')) << "as many as fit on the screen";
 }
 
-TEST_F(BasicScreen, CentresMoreDotsThanFit) {
+TEST_F(BasicScreen, CentresDotsThatDoNotAllFit) {
     boost::json::array steps;
     for (int i = 0; i < 40; ++i) {
         steps.push_back(basicStep(std::to_string(i)));
@@ -266,7 +267,7 @@ TEST_F(BasicScreen, CentresMoreDotsThanFit) {
     QQuickItem* const row = host.find("stepIndicatorStackView");
     EXPECT_EQ(row->width(), 40 * 13 - 8);
     EXPECT_NEAR(ScreenHost::geometry(row).center().x(), 187.5, 0.51);
-    // Every dot that should lie in the view does.
+    // Every dot within the view exists.
     const double left = ScreenHost::geometry(row).left();
     for (int k = 0; k < 40; ++k) {
         const double x = left + 13 * k;
@@ -281,7 +282,7 @@ TEST_F(BasicScreen, CentresMoreDotsThanFit) {
     }
 }
 
-TEST_F(BasicScreen, FollowsAWindowThatIsResized) {
+TEST_F(BasicScreen, FollowsTheWindowsSize) {
     show(basicStep("One"));
     host.quickWindow().resize(414, 896);
     EXPECT_TRUE(eventually([&] { return host.topView()->size() == QSizeF(414, 896); }));
@@ -289,7 +290,7 @@ TEST_F(BasicScreen, FollowsAWindowThatIsResized) {
     EXPECT_NEAR(ScreenHost::geometry(host.find("titleLabel")).center().y(), 448, 0.51);
 }
 
-TEST_F(BasicScreen, MeasuresItsMediaFromTheFirstWindow) {
+TEST_F(BasicScreen, PlacesItsMediaByTheFirstWindowsSafeArea) {
     host.window().setSafeAreaInsets({0, 20, 0, 0});
     ScreenHost second({390, 844});
     second.window().setSafeAreaInsets({0, 47, 0, 34});
@@ -300,7 +301,7 @@ TEST_F(BasicScreen, MeasuresItsMediaFromTheFirstWindow) {
     EXPECT_EQ(ScreenHost::geometry(support::findItem(second.find("exitButton"), "glyph")).top(), 47 + 10);
 }
 
-TEST_F(BasicScreen, DrawsTheButtonsGradientByTheFormula) {
+TEST_F(BasicScreen, DrawsTheButtonsGradientDiagonally) {
     show(basicStep(
         "One", {{"buttonTitle", "."}, {"actionButtonColor1", "#ff2000"}, {"actionButtonColor2", "#0040ff"}}));
     const QRectF button = ScreenHost::geometry(host.find("actionButton"));
@@ -317,7 +318,7 @@ TEST_F(BasicScreen, DrawsTheButtonsGradientByTheFormula) {
         EXPECT_NEAR(found.green(), 0x20 + (0x40 - 0x20) * t, 3) << share.x() << ' ' << share.y();
         EXPECT_NEAR(found.blue(), 255 * t, 3) << share.x() << ' ' << share.y();
     }
-    // The corners are round, by half the height.
+    // The corner radius is half the height.
     const QColor background(0x1b, 0x1b, 0x3a);
     const QPoint corner = button.topLeft().toPoint();
     EXPECT_EQ(picture.pixelColor(corner + QPoint(1, 1)), background);
@@ -326,7 +327,7 @@ TEST_F(BasicScreen, DrawsTheButtonsGradientByTheFormula) {
     EXPECT_EQ(picture.pixelColor(corner + QPoint(348, 48)), background);
 }
 
-TEST_F(BasicScreen, IsMirroredWhereTextRunsFromRightToLeft) {
+TEST_F(BasicScreen, IsMirroredForRightToLeftText) {
     QGuiApplication::setLayoutDirection(Qt::RightToLeft);
     show(basicStep("عنوان"));
     ASSERT_TRUE(eventually([&] { return host.find("exitButton") != nullptr; }));
@@ -337,7 +338,7 @@ TEST_F(BasicScreen, IsMirroredWhereTextRunsFromRightToLeft) {
     EXPECT_NEAR(ScreenHost::geometry(host.find("titleLabel")).center().x(), 187.5, 0.51);
     host.click(host.find("exitButton"));
     EXPECT_THAT(host.notificationNames(), ElementsAre(VornaCoreSDK::OnboardingScreenClosed));
-    EXPECT_EQ(dotsOf(4, 1), "ooOo") << "the first one lies at the right";
+    EXPECT_EQ(dotsOf(4, 1), "ooOo") << "the first one is on the right";
     QGuiApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
@@ -349,8 +350,8 @@ class ByKeyboard : public BasicScreen {
     }
 };
 
-TEST_F(ByKeyboard, TabReachesButtonAndCloseButtonAndNothingElse) {
-    EXPECT_TRUE(host.find("actionButton")->hasActiveFocus()) << "at once";
+TEST_F(ByKeyboard, TabReachesOnlyTheTwoButtons) {
+    EXPECT_TRUE(host.find("actionButton")->hasActiveFocus()) << "initially";
     for (int i = 0; i < 3; ++i) {
         host.press(Qt::Key_Tab);
         EXPECT_TRUE(host.find("exitButton")->hasActiveFocus()) << i;
@@ -359,10 +360,10 @@ TEST_F(ByKeyboard, TabReachesButtonAndCloseButtonAndNothingElse) {
     }
     host.press(Qt::Key_Backtab);
     EXPECT_TRUE(host.find("exitButton")->hasActiveFocus());
-    EXPECT_TRUE(host.find("exitButton")->property("visualFocus").toBool()) << "which can be seen";
+    EXPECT_TRUE(host.find("exitButton")->property("visualFocus").toBool()) << "visibly";
 }
 
-TEST_F(ByKeyboard, SpaceReturnAndEnterPress) {
+TEST_F(ByKeyboard, SpaceReturnAndEnterTap) {
     for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
         host.press(key);
         EXPECT_EQ(host.notificationNames().back(), VornaCoreSDK::OnboardingScreensFinished);
@@ -378,7 +379,7 @@ QAccessibleInterface* assistive(QQuickItem* item) {
     return QAccessible::queryAccessibleInterface(item);
 }
 
-TEST_F(ByKeyboard, AssistiveTechnologyCanNameEverything) {
+TEST_F(ByKeyboard, AssistiveTechnologySeesRolesAndNames) {
     QAccessible::setActive(true);
 
     struct Named {
@@ -400,7 +401,7 @@ TEST_F(ByKeyboard, AssistiveTechnologyCanNameEverything) {
     }
 }
 
-TEST_F(ByKeyboard, AssistiveTechnologyCanPressBothButtons) {
+TEST_F(ByKeyboard, AssistiveTechnologyCanTapBothButtons) {
     QAccessible::setActive(true);
     for (const char* const name : {"actionButton", "exitButton"}) {
         QAccessibleInterface* const button = assistive(host.find(name));

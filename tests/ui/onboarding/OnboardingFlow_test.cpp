@@ -2,6 +2,7 @@
 #include <vorna/core/VornaCoreSDK.h>
 
 #include <tests/support/RecordedEvents.h>
+#include <tests/support/ui/HeldKey.h>
 #include <tests/support/ui/OnboardingDocument.h>
 #include <tests/support/ui/PlainScreen.h>
 #include <tests/support/ui/PrintedLines.h>
@@ -41,7 +42,7 @@ using testing::IsEmpty;
 constexpr auto* nothingToClose = "[VornaSDK] ℹ️ No onboarding screens to close";
 constexpr auto* allDismissed = "[VornaSDK] ✅ All onboarding screens dismissed";
 constexpr auto* noTop = "[VornaSDK] ❌ Failed to find top view controller";
-/// What validation prints for a step without faults.
+/// Printed by validation for a valid step.
 constexpr auto* nothingMissing = "[]";
 
 std::string threeSteps() {
@@ -50,13 +51,13 @@ std::string threeSteps() {
 
 class Onboarding : public testing::Test {
   protected:
-    /// The titles of the steps on show, lowest first; "?" for any other screen.
+    /// The titles of the presented steps, lowest first; "?" for any other screen.
     std::vector<std::string> titles() const {
         std::vector<std::string> found;
         for (const auto& screen : host.screens()) {
             const auto* const step =
                 qobject_cast<const ui::OnboardingBasicScreenViewController*>(screen.get());
-            found.push_back(step == nullptr ? "?" : step->titleText().toStdString());
+            found.push_back(step == nullptr ? "?" : step->look().titleText.toStdString());
         }
         return found;
     }
@@ -67,7 +68,7 @@ class Onboarding : public testing::Test {
         host.settle();
     }
 
-    /// The text of the error screen on top; empty when there is another screen there.
+    /// The text of the error screen on top; empty if another screen is on top.
     std::string errorText() const {
         const QVariant text = host.screens().empty() ? QVariant() : host.screens().back()->property("text");
         return text.toString().toStdString();
@@ -78,7 +79,7 @@ class Onboarding : public testing::Test {
     PrintedLines printed;
 };
 
-TEST_F(Onboarding, WithoutStepsIsFinishedAtOnce) {
+TEST_F(Onboarding, WithoutStepsFinishesAtOnce) {
     VornaCoreSDK::ShowOnboarding("[]");
     EXPECT_THAT(host.screens(), IsEmpty());
     ASSERT_EQ(host.notifications().size(), 1U);
@@ -88,7 +89,7 @@ TEST_F(Onboarding, WithoutStepsIsFinishedAtOnce) {
     EXPECT_THAT(printed.take(), ElementsAre(nothingToClose));
 }
 
-TEST_F(Onboarding, GoesThroughItsStepsAndTellsOfItsEnd) {
+TEST_F(Onboarding, ShowsItsStepsInOrderAndReportsTheEnd) {
     VornaCoreSDK::ShowOnboarding(threeSteps());
     EXPECT_THAT(titles(), ElementsAre("One")) << "at once";
     EXPECT_TRUE(host.window().isMoving());
@@ -99,16 +100,16 @@ TEST_F(Onboarding, GoesThroughItsStepsAndTellsOfItsEnd) {
     EXPECT_THAT(titles(), ElementsAre("One", "Two", "Three"));
     EXPECT_THAT(host.notifications(), IsEmpty());
     tapButton();
-    EXPECT_THAT(titles(), ElementsAre("One", "Two", "Three")) << "the host closes, nobody else";
+    EXPECT_THAT(titles(), ElementsAre("One", "Two", "Three")) << "only the host closes them";
     ASSERT_EQ(host.notifications().size(), 1U);
     EXPECT_EQ(host.notifications().back().name, VornaCoreSDK::OnboardingScreensFinished);
     EXPECT_EQ(host.notifications().back().userInfo, (UserInfo{{"identifier", std::string()}}));
     tapButton();
-    EXPECT_EQ(host.notifications().size(), 2U) << "each tap tells";
+    EXPECT_EQ(host.notifications().size(), 2U) << "every tap is reported";
     EXPECT_THAT(printed.take(), ElementsAre(nothingMissing, nothingMissing, nothingMissing));
 }
 
-TEST_F(Onboarding, PushesEachStepOverTheOneBefore) {
+TEST_F(Onboarding, PushesThePreviousStepOut) {
     VornaCoreSDK::ShowOnboarding(threeSteps());
     host.settle();
     QQuickItem* const first = host.topView()->parentItem();
@@ -127,7 +128,7 @@ TEST_F(Onboarding, PushesEachStepOverTheOneBefore) {
     EXPECT_FALSE(host.content()->isVisible());
 }
 
-TEST_F(Onboarding, GivesOnlyTheLastStepTheCloseButtonAndTheArrow) {
+TEST_F(Onboarding, GivesOnlyTheLastStepACloseButtonAndAnArrow) {
     VornaCoreSDK::ShowOnboarding(threeSteps());
     for (int i = 0; i < 3; ++i) {
         host.settle();
@@ -139,14 +140,14 @@ TEST_F(Onboarding, GivesOnlyTheLastStepTheCloseButtonAndTheArrow) {
     }
 }
 
-TEST_F(Onboarding, OfOneStepHasTheCloseButtonAndTheArrow) {
+TEST_F(Onboarding, WithOneStepHasACloseButtonAndAnArrow) {
     VornaCoreSDK::ShowOnboarding(documentOf({basicStep("Only")}));
     host.settle();
     EXPECT_TRUE(eventually([&] { return host.find("exitButton") != nullptr; }));
     EXPECT_TRUE(host.find("arrow")->isVisible());
 }
 
-TEST_F(Onboarding, TellsTheHostOfTheCloseButtonAndClosesNothing) {
+TEST_F(Onboarding, ReportsTheCloseButtonAndStaysOpen) {
     VornaCoreSDK::ShowOnboarding(documentOf({basicStep("Only")}));
     host.settle();
     ASSERT_TRUE(eventually([&] { return host.find("exitButton") != nullptr; }));
@@ -158,7 +159,7 @@ TEST_F(Onboarding, TellsTheHostOfTheCloseButtonAndClosesNothing) {
     EXPECT_THAT(titles(), ElementsAre("Only"));
 }
 
-TEST_F(Onboarding, ReportsAStepThatCannotBeShownAndGoesNoFurther) {
+TEST_F(Onboarding, ShowsTheErrorScreenForAnInvalidStepAndStopsThere) {
     boost::json::object second = basicStep("Two");
     second.erase("heading");
     VornaCoreSDK::ShowOnboarding(documentOf({basicStep("One"), second, basicStep("Three")}));
@@ -172,20 +173,20 @@ TEST_F(Onboarding, ReportsAStepThatCannotBeShownAndGoesNoFurther) {
     EXPECT_THAT(printed.take(), ElementsAre(nothingMissing, "[\"heading\"]"));
 
     VornaCoreSDK::CloseOnboarding();
-    EXPECT_THAT(titles(), ElementsAre("?")) << "the error screen is none of the steps";
+    EXPECT_THAT(titles(), ElementsAre("?")) << "the error screen is not a step";
     EXPECT_THAT(printed.take(), ElementsAre(allDismissed));
 }
 
-TEST_F(Onboarding, ReportsAStepOfUnknownType) {
+TEST_F(Onboarding, ShowsTheErrorScreenForAnUnknownType) {
     VornaCoreSDK::ShowOnboarding(documentOf({basicStep("One", {{"type", "Basic"}})}));
     host.settle();
     EXPECT_EQ(errorText(), "⚠️ Onboarding[0] JSON Hatası:\n\nEksik alanlar:\ntype (geçersiz)");
 }
 
-TEST_F(Onboarding, ReportsEverythingThatAnEmptyStepLacks) {
+TEST_F(Onboarding, ListsAllMissingFieldsOfAnEmptyStep) {
     VornaCoreSDK::ShowOnboarding("[{}]");
-    EXPECT_TRUE(host.window().isMoving()) << "it arrives animated";
-    EXPECT_GT(host.topView()->parentItem()->y(), 0) << "from below, and is not pushed";
+    EXPECT_TRUE(host.window().isMoving()) << "it is presented with an animation";
+    EXPECT_GT(host.topView()->parentItem()->y(), 0) << "from below, not pushed";
     host.settle();
     EXPECT_EQ(errorText(),
               "⚠️ Onboarding[0] JSON Hatası:\n\nEksik "
@@ -215,7 +216,7 @@ void PrintTo(const Unreadable& unreadable, std::ostream* stream) {
 
 class UnreadableOnboarding : public testing::TestWithParam<Unreadable> {};
 
-TEST_P(UnreadableOnboarding, IsToldInTheLogAndShowsNothing) {
+TEST_P(UnreadableOnboarding, IsLoggedAndNotShown) {
     const support::RecordedEvents platform;
     const ScreenHost host;
     PrintedLines printed;
@@ -233,7 +234,7 @@ INSTANTIATE_TEST_SUITE_P(
     Documents, UnreadableOnboarding,
     testing::Values(
         Unreadable{"NotUtf8", "[\"\xff\"]", "[VornaSDK] ❌ Failed to convert JSON string to Data"},
-        Unreadable{"Empty", "", parsingError}, Unreadable{"NoJson", "[{]", parsingError},
+        Unreadable{"Empty", "", parsingError}, Unreadable{"NotJson", "[{]", parsingError},
         Unreadable{"AnObject", "{}", parsingError},
         Unreadable{"AnArrayOfTexts", R"(["basic"])", parsingError}, Unreadable{"Null", "null", parsingError},
         Unreadable{"ADelayInText", documentOf({basicStep("One", {{"exitButtonDelay", "3"}})}), parsingError},
@@ -242,13 +243,14 @@ INSTANTIATE_TEST_SUITE_P(
                    documentOf({basicStep("One"), basicStep("Two", {{"details", "text"}})}), parsingError}),
     [](const auto& testCase) { return testCase.param.name; });
 
-TEST_F(Onboarding, ClosesAllStepsNewestFirstAndSaysSoOnce) {
+TEST_F(Onboarding, ClosesAllStepsNewestFirstAndLogsItOnce) {
     VornaCoreSDK::ShowOnboarding(threeSteps());
     tapButton();
     tapButton();
     std::vector<std::string> order;
     for (const auto& screen : host.screens()) {
-        const auto title = qobject_cast<ui::OnboardingBasicScreenViewController*>(screen.get())->titleText();
+        const auto title =
+            qobject_cast<ui::OnboardingBasicScreenViewController*>(screen.get())->look().titleText;
         QObject::connect(screen->view(), &QQuickItem::visibleChanged, [&order, title, view = screen->view()] {
             if (!view->isVisible()) {
                 order.push_back(title.toStdString());
@@ -261,18 +263,18 @@ TEST_F(Onboarding, ClosesAllStepsNewestFirstAndSaysSoOnce) {
     EXPECT_EQ(order.front(), "Three");
     EXPECT_THAT(printed.take(), ElementsAre(allDismissed));
     EXPECT_TRUE(host.content()->isVisible());
-    EXPECT_FALSE(host.window().isMoving()) << "they go at once";
+    EXPECT_FALSE(host.window().isMoving()) << "without animation";
     VornaCoreSDK::CloseOnboarding();
     EXPECT_THAT(printed.take(), ElementsAre(nothingToClose));
 }
 
-TEST_F(Onboarding, ShownTwiceIsClosedTogether) {
+TEST_F(Onboarding, ShownTwiceIsClosedByOneCall) {
     VornaCoreSDK::ShowOnboarding(threeSteps());
     VornaCoreSDK::ShowOnboarding(documentOf({basicStep("Other")}));
     host.settle();
     EXPECT_THAT(titles(), ElementsAre("One", "Other"));
     tapButton();
-    EXPECT_EQ(host.notificationNames().size(), 1U) << "the second sequence ends on its own";
+    EXPECT_EQ(host.notificationNames().size(), 1U) << "the second sequence ends separately";
     printed.take();
     VornaCoreSDK::CloseOnboarding();
     EXPECT_THAT(titles(), IsEmpty());
@@ -299,7 +301,7 @@ TEST_F(Onboarding, DoesNotSkipAStepWhenItsButtonIsTappedTwice) {
         letTimePass(milliseconds(pause));
         host.click(place);
         host.press(Qt::Key_Space);
-        // On a slow machine the next step may have arrived in between, and the tap may count.
+        // On a slow machine the next step may already be in place, and the second tap may count.
         if (host.window().isMoving() && host.screens().size() == 2) {
             ++tries;
             host.settle();
@@ -318,16 +320,41 @@ TEST_F(Onboarding, DoesNotSkipAStepWhenItsButtonIsTappedTwice) {
     EXPECT_THAT(titles(), ElementsAre("One", "Two"));
 }
 
-TEST_F(Onboarding, IsShownFromAnyThread) {
+TEST_F(Onboarding, AdvancesByOneStepForAHeldKey) {
+    VornaCoreSDK::ShowOnboarding(threeSteps());
+    host.settle();
+    QTest::keyPress(&host.quickWindow(), Qt::Key_Return);
+    host.settle();
+    support::repeatKey(host.quickWindow(), Qt::Key_Return, 20);
+    QTest::keyRelease(&host.quickWindow(), Qt::Key_Return);
+    host.settle();
+    EXPECT_THAT(titles(), ElementsAre("One", "Two"));
+}
+
+TEST_F(Onboarding, IgnoresAKeyHeldSinceBeforeItWasShown) {
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+        QTest::keyPress(&host.quickWindow(), key);
+        VornaCoreSDK::ShowOnboarding(threeSteps());
+        host.settle();
+        ASSERT_TRUE(host.find("actionButton")->hasActiveFocus());
+        support::repeatKey(host.quickWindow(), key, 20);
+        QTest::keyRelease(&host.quickWindow(), key);
+        host.settle();
+        EXPECT_THAT(titles(), ElementsAre("One")) << key;
+        VornaCoreSDK::CloseOnboarding();
+    }
+}
+
+TEST_F(Onboarding, CanBeShownAndClosedFromAnyThread) {
     std::thread([&] { VornaCoreSDK::ShowOnboarding(threeSteps()); }).join();
-    EXPECT_THAT(titles(), IsEmpty()) << "its turn comes on the main thread";
+    EXPECT_THAT(titles(), IsEmpty()) << "the main thread runs it later";
     EXPECT_TRUE(eventually([&] { return !titles().empty(); }));
     host.settle();
     std::thread([] { VornaCoreSDK::CloseOnboarding(); }).join();
     EXPECT_TRUE(eventually([&] { return titles().empty(); }));
 }
 
-TEST_F(Onboarding, DoesNothingOnceItsWindowHasGone) {
+TEST_F(Onboarding, IsNotShownAfterItsWindowIsGone) {
     VornaCoreSDK::ShowOnboarding(threeSteps());
     tapButton();
     printed.take();
@@ -337,7 +364,7 @@ TEST_F(Onboarding, DoesNothingOnceItsWindowHasGone) {
     VornaCoreSDK::ShowOnboarding(threeSteps());
     EXPECT_THAT(printed.take(), ElementsAre(noTop));
     VornaCoreSDK::ShowOnboarding("[]");
-    EXPECT_THAT(printed.take(), ElementsAre(noTop)) << "even an empty one needs a window";
+    EXPECT_THAT(printed.take(), ElementsAre(noTop)) << "even without steps it needs a window";
     EXPECT_THAT(host.notifications(), IsEmpty());
     VornaCoreSDK::CloseOnboarding();
     EXPECT_THAT(printed.take(), ElementsAre(allDismissed));
@@ -348,7 +375,7 @@ TEST_F(Onboarding, DoesNothingOnceItsWindowHasGone) {
     EXPECT_EQ(another.screens().size(), 1U);
 }
 
-TEST_F(Onboarding, ClosesWhatIsLeftWhenTheHostHasDismissedAStepItself) {
+TEST_F(Onboarding, ClosesTheRemainingStepsAfterTheHostDismissedOne) {
     VornaCoreSDK::ShowOnboarding(threeSteps());
     tapButton();
     tapButton();
@@ -359,7 +386,7 @@ TEST_F(Onboarding, ClosesWhatIsLeftWhenTheHostHasDismissedAStepItself) {
     EXPECT_THAT(printed.take(), ElementsAre(allDismissed));
 }
 
-TEST_F(Onboarding, ClosesWhatIsLeftWhileAStepIsOnItsWayOut) {
+TEST_F(Onboarding, ClosesTheRemainingStepsDuringADismissal) {
     VornaCoreSDK::ShowOnboarding(threeSteps());
     tapButton();
     host.screens().back()->dismiss(true);
@@ -370,7 +397,7 @@ TEST_F(Onboarding, ClosesWhatIsLeftWhileAStepIsOnItsWayOut) {
     EXPECT_THAT(printed.take(), ElementsAre(allDismissed));
 }
 
-TEST_F(Onboarding, MayBeClosedByWhoeverHearsOfItsEnd) {
+TEST_F(Onboarding, CanBeClosedByAnObserverOfItsEnd) {
     const auto closing = NotificationCenter::defaultCenter().addObserver(
         VornaCoreSDK::OnboardingScreensFinished,
         [](const Notification&) { VornaCoreSDK::CloseOnboarding(); });
@@ -393,7 +420,7 @@ TEST_F(Onboarding, MayBeClosedByWhoeverHearsOfItsEnd) {
     EXPECT_EQ(host.notifications().size(), 4U);
 }
 
-TEST_F(Onboarding, MayBeClosedAndShownAgainByWhoeverHearsOfItsCloseButton) {
+TEST_F(Onboarding, CanBeClosedAndShownAgainByAnObserverOfItsCloseButton) {
     int times = 0;
     const auto closing = NotificationCenter::defaultCenter().addObserver(
         VornaCoreSDK::OnboardingScreenClosed, [&](const Notification&) {
@@ -413,7 +440,7 @@ TEST_F(Onboarding, MayBeClosedAndShownAgainByWhoeverHearsOfItsCloseButton) {
     EXPECT_THAT(titles(), IsEmpty());
 }
 
-TEST_F(Onboarding, CanBeClosedWhileAStepIsPushed) {
+TEST_F(Onboarding, CanBeClosedDuringAPush) {
     VornaCoreSDK::ShowOnboarding(threeSteps());
     VornaCoreSDK::CloseOnboarding();
     EXPECT_THAT(titles(), IsEmpty());
@@ -429,7 +456,7 @@ TEST_F(Onboarding, CanBeClosedWhileAStepIsPushed) {
     EXPECT_TRUE(host.content()->isEnabled());
 }
 
-TEST_F(Onboarding, ButtonDoesNothingAfterClosing) {
+TEST_F(Onboarding, IgnoresItsButtonOnceClosed) {
     VornaCoreSDK::ShowOnboarding(threeSteps());
     host.settle();
     const QPointF place = ScreenHost::geometry(host.find("actionButton")).center();
@@ -442,7 +469,7 @@ TEST_F(Onboarding, ButtonDoesNothingAfterClosing) {
     EXPECT_THAT(host.notifications(), IsEmpty());
 }
 
-TEST_F(Onboarding, IsPresentedOverWhateverIsOnTop) {
+TEST_F(Onboarding, IsPresentedOverTheTopmostScreen) {
     const auto below = support::PlainScreen::make();
     host.window().rootViewController()->present(below, false);
     VornaCoreSDK::ShowOnboarding(threeSteps());
@@ -452,7 +479,7 @@ TEST_F(Onboarding, IsPresentedOverWhateverIsOnTop) {
     EXPECT_THAT(host.screens(), ElementsAre(below));
 }
 
-TEST_F(Onboarding, OfAHundredThousandStepsIsShownLikeAnyOther) {
+TEST_F(Onboarding, ShowsTheNextOfAHundredThousandStepsQuickly) {
     boost::json::array steps;
     for (int i = 0; i < 100'000; ++i) {
         steps.push_back(basicStep(std::to_string(i)));
@@ -464,14 +491,14 @@ TEST_F(Onboarding, OfAHundredThousandStepsIsShownLikeAnyOther) {
     tapButton();
     const auto time = std::chrono::steady_clock::now() - before;
     EXPECT_THAT(titles(), ElementsAre("0", "1"));
-    EXPECT_LT(time, std::chrono::seconds(3)) << "the next step is shown without delay";
+    EXPECT_LT(time, std::chrono::seconds(3)) << "independent of the number of steps";
     VornaCoreSDK::CloseOnboarding();
 }
 
 struct Delay {
     const char* name;
     std::int64_t seconds;
-    bool comesAtOnce;
+    bool isImmediate;
 };
 
 void PrintTo(const Delay& delay, std::ostream* stream) {
@@ -480,13 +507,13 @@ void PrintTo(const Delay& delay, std::ostream* stream) {
 
 class CloseButtonDelay : public testing::TestWithParam<Delay> {};
 
-TEST_P(CloseButtonDelay, IsCountedFromTheLoadingOfTheView) {
+TEST_P(CloseButtonDelay, StartsWhenTheViewIsLoaded) {
     const support::RecordedEvents platform;
     ScreenHost host;
     const auto begin = std::chrono::steady_clock::now();
     VornaCoreSDK::ShowOnboarding(documentOf({basicStep("Only", {{"exitButtonDelay", GetParam().seconds}})}));
     EXPECT_EQ(host.find("exitButton"), nullptr);
-    if (GetParam().comesAtOnce) {
+    if (GetParam().isImmediate) {
         EXPECT_TRUE(eventually([&] { return host.find("exitButton") != nullptr; }, milliseconds(250)));
         return;
     }
@@ -502,13 +529,13 @@ TEST_P(CloseButtonDelay, IsCountedFromTheLoadingOfTheView) {
 
 INSTANTIATE_TEST_SUITE_P(Seconds, CloseButtonDelay,
                          testing::Values(Delay{"Zero", 0, true}, Delay{"Negative", -5, true},
-                                         Delay{"TheLeast", std::numeric_limits<std::int64_t>::min(), true},
+                                         Delay{"Minimum", std::numeric_limits<std::int64_t>::min(), true},
                                          Delay{"One", 1, false},
                                          Delay{"AThousandYears", 31'557'600'000, false},
-                                         Delay{"TheMost", std::numeric_limits<std::int64_t>::max(), false}),
+                                         Delay{"Maximum", std::numeric_limits<std::int64_t>::max(), false}),
                          [](const auto& testCase) { return testCase.param.name; });
 
-TEST(ErrorScreen, SaysThatThereIsNothingToBeShownOverWithDebugAlone) {
+TEST(ErrorScreen, LogsThatItHasNoWindowOnlyWithDebugOn) {
     const support::RecordedEvents platform;
     PrintedLines printed;
     ui::showJSONErrorScreen("Paywall", "message");
@@ -518,7 +545,7 @@ TEST(ErrorScreen, SaysThatThereIsNothingToBeShownOverWithDebugAlone) {
     EXPECT_THAT(printed.take(), IsEmpty());
 }
 
-TEST(OnboardingWithoutAWindow, FindsNothingToBeShownOver) {
+TEST(OnboardingWithoutAWindow, IsLoggedAndNotShown) {
     const support::RecordedEvents platform;
     PrintedLines printed;
     VornaCoreSDK::ShowOnboarding(threeSteps());
@@ -526,7 +553,7 @@ TEST(OnboardingWithoutAWindow, FindsNothingToBeShownOver) {
     EXPECT_THAT(printed.take(), ElementsAre(noTop, nothingToClose));
 }
 
-TEST(OnboardingInANavigation, NeedsAPage) {
+TEST(OnboardingInANavigationController, NeedsATopPage) {
     const support::RecordedEvents platform;
     ScreenHost host;
     host.window().setRootViewController(

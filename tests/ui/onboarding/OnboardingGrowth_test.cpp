@@ -35,7 +35,7 @@ struct Size {
     std::size_t objects = 0;
     std::size_t items = 0;
     std::size_t windows = 0;
-    /// Kilobytes in memory.
+    /// Resident, in kilobytes.
     long memory = 0;
 };
 
@@ -57,7 +57,7 @@ Size measure(ScreenHost& host) {
     return size;
 }
 
-TEST(ScreensShownAndClosed, FiveHundredTimesLeaveNothingBehind) {
+TEST(OnboardingShownAndClosed, DoesNotGrowOverFiveHundredTimes) {
     const support::RecordedEvents platform;
     ScreenHost host;
     const std::string document = documentOf({basicStep("One"), basicStep("Two")});
@@ -97,7 +97,7 @@ TEST(ScreensShownAndClosed, FiveHundredTimesLeaveNothingBehind) {
     EXPECT_EQ(after.items, before.items);
     EXPECT_EQ(after.windows, before.windows);
 #ifndef __SANITIZE_ADDRESS__
-    EXPECT_LT(after.memory, before.memory + 20'000) << "a picture alone has 320 kilobytes";
+    EXPECT_LT(after.memory, before.memory + 20'000) << "one picture alone takes 320 kilobytes";
 #endif
 }
 

@@ -31,7 +31,7 @@ using support::ScreenHost;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Where everything lies on a screen of that size without insets; written down by hand.
+/// The expected layout for a screen size without insets, written by hand.
 struct Expected {
     const char* name;
     QSize size;
@@ -63,7 +63,7 @@ void PrintTo(const Insets& insets, std::ostream* stream) {
 
 class PaywallStepGeometry : public testing::TestWithParam<std::tuple<Expected, Insets>> {};
 
-TEST_P(PaywallStepGeometry, IsWhatItShouldBe) {
+TEST_P(PaywallStepGeometry, MatchesTheDesign) {
     const auto& [expected, insets] = GetParam();
     const support::RecordedEvents platform;
     ScreenHost host(expected.size);
@@ -133,7 +133,7 @@ class PaywallStep : public testing::Test {
     ScreenHost host_{QSize(390, 844)};
 };
 
-TEST_F(PaywallStep, HandsTheSelectedProductOnAtTheEnd) {
+TEST_F(PaywallStep, PassesOnTheSelectedProductAtTheEnd) {
     show({basicStep("One"), paywallStep()});
     tap("actionButton");
     host_.settle();
@@ -147,7 +147,7 @@ TEST_F(PaywallStep, HandsTheSelectedProductOnAtTheEnd) {
     EXPECT_EQ(host_.notifications().back().userInfo, (UserInfo{{"identifier", std::string("p2")}}));
 }
 
-TEST_F(PaywallStep, HandsEmptyTextOnWhileNothingIsSelected) {
+TEST_F(PaywallStep, PassesOnAnEmptyIdentifierIfNothingIsSelected) {
     show({paywallStep({{"selectedPaidProduct", "unknown"}})});
     for (int index = 0; index < 3; ++index) {
         EXPECT_FALSE(cell(index)->property("checked").toBool());
@@ -157,7 +157,7 @@ TEST_F(PaywallStep, HandsEmptyTextOnWhileNothingIsSelected) {
     EXPECT_EQ(host_.notifications()[0].userInfo, (UserInfo{{"identifier", std::string()}}));
 }
 
-TEST_F(PaywallStep, IsForgottenWhenABasicStepComesLast) {
+TEST_F(PaywallStep, PassesOnNoProductIfABasicStepIsLast) {
     show({paywallStep(), basicStep("Last")});
     tap("actionButton");
     host_.settle();
@@ -181,7 +181,7 @@ TEST_F(PaywallStep, ReportsEveryTapOnAProduct) {
     EXPECT_FALSE(cell(2)->property("checked").toBool());
 }
 
-TEST_F(PaywallStep, ReportsRestoringAndClosingAndStays) {
+TEST_F(PaywallStep, ReportsRestoreAndCloseAndStays) {
     show({paywallStep()});
     ASSERT_TRUE(eventually([&] { return host_.find("exitButton") != nullptr; }));
     tap("restoreButton");
@@ -202,14 +202,14 @@ TEST_F(PaywallStep, OpensItsLinks) {
     EXPECT_THAT(host_.notifications(), IsEmpty());
 }
 
-TEST_F(PaywallStep, OpensNoLinkThatCannotBeRead) {
+TEST_F(PaywallStep, IgnoresLinksThatAreNotAddresses) {
     show({paywallStep({{"termsOfUse", "not an address"}, {"privacyPolicy", "https://[half"}})});
     tap("termsOfUseButton");
     tap("privacyPolicyButton");
     EXPECT_THAT(links_.take(), IsEmpty());
 }
 
-TEST_F(PaywallStep, HasCloseButtonAndArrowOnlyWhereItIsLast) {
+TEST_F(PaywallStep, HasACloseButtonAndAnArrowOnlyAsTheLastStep) {
     show({paywallStep(), paywallStep()});
     support::letTimePass(milliseconds(100));
     EXPECT_EQ(host_.find("exitButton"), nullptr);
@@ -220,7 +220,7 @@ TEST_F(PaywallStep, HasCloseButtonAndArrowOnlyWhereItIsLast) {
     EXPECT_TRUE(host_.find("arrow")->isVisible());
 }
 
-TEST_F(PaywallStep, ShowsTheTextsAndColoursOfItsDocument) {
+TEST_F(PaywallStep, ShowsTheDocumentsTextsAndColours) {
     show({paywallStep({{"heading", "Heading"}, {"exitButtonColor", "#123456"}})});
     ASSERT_TRUE(eventually([&] { return host_.find("exitButton") != nullptr; }));
 

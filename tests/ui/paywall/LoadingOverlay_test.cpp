@@ -31,7 +31,7 @@ using testing::IsEmpty;
 
 class Overlay : public testing::Test {
   protected:
-    /// Shows one and waits until it has arrived.
+    /// Shows one and waits for the end of its animation.
     void show() {
         const std::size_t before = host_->screens().size();
         VornaCoreSDK::ShowPaidProductLoadingScreen();
@@ -55,7 +55,7 @@ class Overlay : public testing::Test {
     std::unique_ptr<ScreenHost> host_ = std::make_unique<ScreenHost>(QSize(390, 844));
 };
 
-TEST_F(Overlay, ComesAndGoesAsTheHostSays) {
+TEST_F(Overlay, IsShownAndClosedByTheHost) {
     PrintedLines printed;
     VornaCoreSDK::ShowPaidProductLoadingScreen();
     EXPECT_THAT(host_->screens(), IsEmpty()) << "the call returns at once";
@@ -70,7 +70,7 @@ TEST_F(Overlay, ComesAndGoesAsTheHostSays) {
     EXPECT_THAT(host_->notifications(), IsEmpty());
 }
 
-TEST_F(Overlay, IsOneHoweverOftenItIsAskedForOnceItIsThere) {
+TEST_F(Overlay, IsNotShownTwice) {
     show();
     VornaCoreSDK::ShowPaidProductLoadingScreen();
     VornaCoreSDK::ShowPaidProductLoadingScreen();
@@ -82,7 +82,7 @@ TEST_F(Overlay, IsOneHoweverOftenItIsAskedForOnceItIsThere) {
     EXPECT_EQ(host_->screens().size(), 1U);
 }
 
-TEST_F(Overlay, IsTwoForTwoQuickCallsOfWhichTheUpperCanBeClosed) {
+TEST_F(Overlay, IsShownTwiceForTwoCallsInQuickSuccession) {
     VornaCoreSDK::ShowPaidProductLoadingScreen();
     VornaCoreSDK::ShowPaidProductLoadingScreen();
     ASSERT_TRUE(eventually([&] { return host_->screens().size() == 2; }));
@@ -92,10 +92,10 @@ TEST_F(Overlay, IsTwoForTwoQuickCallsOfWhichTheUpperCanBeClosed) {
     EXPECT_THAT(host_->screens(), testing::ElementsAre(lower));
     VornaCoreSDK::ClosePaidProductLoadingScreen();
     turn();
-    EXPECT_THAT(host_->screens(), testing::ElementsAre(lower)) << "nothing refers to it any more";
+    EXPECT_THAT(host_->screens(), testing::ElementsAre(lower)) << "no longer referred to";
 }
 
-TEST_F(Overlay, CannotBeClosedBeforeItHasArrived) {
+TEST_F(Overlay, CannotBeClosedBeforeItsAnimationEnds) {
     VornaCoreSDK::ShowPaidProductLoadingScreen();
     VornaCoreSDK::ClosePaidProductLoadingScreen();
     turn();
@@ -104,7 +104,7 @@ TEST_F(Overlay, CannotBeClosedBeforeItHasArrived) {
     EXPECT_THAT(host_->screens(), IsEmpty());
 }
 
-TEST_F(Overlay, IsClosedOnceForTwoCalls) {
+TEST_F(Overlay, CanBeShownAgainAfterTwoCloseCalls) {
     show();
     VornaCoreSDK::ClosePaidProductLoadingScreen();
     VornaCoreSDK::ClosePaidProductLoadingScreen();
@@ -114,7 +114,7 @@ TEST_F(Overlay, IsClosedOnceForTwoCalls) {
     EXPECT_EQ(host_->screens().size(), 1U);
 }
 
-TEST_F(Overlay, DoesNotComeWhileAnotherLeaves) {
+TEST_F(Overlay, IsNotShownWhileAnotherIsDismissed) {
     show();
     VornaCoreSDK::ClosePaidProductLoadingScreen();
     ASSERT_TRUE(eventually([&] { return host_->screens().empty(); }));
@@ -123,14 +123,14 @@ TEST_F(Overlay, DoesNotComeWhileAnotherLeaves) {
     EXPECT_THAT(host_->screens(), IsEmpty());
 }
 
-TEST_F(Overlay, HasNothingToCloseWithoutAWord) {
+TEST_F(Overlay, PrintsNothingIfThereIsNoneToClose) {
     PrintedLines printed;
     VornaCoreSDK::ClosePaidProductLoadingScreen();
     letTimePass(milliseconds(20));
     EXPECT_THAT(printed.take(), IsEmpty());
 }
 
-TEST_F(Overlay, HasNothingToComeOverWithoutAWord) {
+TEST_F(Overlay, PrintsNothingIfThereIsNoWindow) {
     host_->close();
     PrintedLines printed;
     VornaCoreSDK::ShowPaidProductLoadingScreen();
@@ -138,7 +138,7 @@ TEST_F(Overlay, HasNothingToComeOverWithoutAWord) {
     EXPECT_THAT(printed.take(), IsEmpty());
 }
 
-TEST_F(Overlay, MayBeAskedForOnAnyThread) {
+TEST_F(Overlay, CanBeShownAndClosedFromAnyThread) {
     std::thread([] { VornaCoreSDK::ShowPaidProductLoadingScreen(); }).join();
     ASSERT_TRUE(eventually([&] { return host_->screens().size() == 1; }));
     host_->settle();
@@ -146,7 +146,7 @@ TEST_F(Overlay, MayBeAskedForOnAnyThread) {
     ASSERT_TRUE(eventually([&] { return host_->screens().empty(); }));
 }
 
-TEST_F(Overlay, ComesAgainInAnotherWindowAfterItsOwnHasGone) {
+TEST_F(Overlay, CanBeShownInAnotherWindowAfterItsOwnIsGone) {
     show();
     host_->close();
     host_ = std::make_unique<ScreenHost>(QSize(390, 844));
@@ -156,14 +156,14 @@ TEST_F(Overlay, ComesAgainInAnotherWindowAfterItsOwnHasGone) {
     EXPECT_THAT(host_->screens(), IsEmpty());
 }
 
-TEST_F(Overlay, KeepsTapsAndKeysFromWhatLiesBelow) {
+TEST_F(Overlay, BlocksTapsAndKeysToTheScreenBelow) {
     VornaCoreSDK::ShowPaywall(support::paywallText());
     ASSERT_TRUE(eventually([&] { return host_->screens().size() == 1; }));
     host_->settle();
     QQuickItem* const button = host_->find("actionButton");
     QQuickItem* const cell = host_->find("productCell");
     show();
-    EXPECT_TRUE(button->isVisible()) << "it shines through";
+    EXPECT_TRUE(button->isVisible()) << "the overlay is translucent";
     host_->click(button);
     host_->touch(button);
     host_->click(cell);
@@ -173,13 +173,13 @@ TEST_F(Overlay, KeepsTapsAndKeysFromWhatLiesBelow) {
     EXPECT_THAT(host_->notifications(), IsEmpty());
 
     close();
-    EXPECT_TRUE(button->hasActiveFocus()) << "as before";
+    EXPECT_TRUE(button->hasActiveFocus()) << "restored";
     host_->click(button);
     host_->press(Qt::Key_Return);
     EXPECT_EQ(host_->notifications().size(), 2U);
 }
 
-TEST_F(Overlay, TellsAssistiveTechnologyThatSomethingIsUnderWay) {
+TEST_F(Overlay, TellsAssistiveTechnologyThatItIsLoading) {
     QAccessible::setActive(true);
     show();
     QAccessibleInterface* const overlay = QAccessible::queryAccessibleInterface(host_->topView());
@@ -191,7 +191,7 @@ TEST_F(Overlay, TellsAssistiveTechnologyThatSomethingIsUnderWay) {
     EXPECT_EQ(arc->role(), QAccessible::ProgressBar);
 }
 
-TEST_F(Overlay, DimsWhatLiesBelow) {
+TEST_F(Overlay, DimsTheScreenBelow) {
     const QPoint corner(5, 5);
     const QColor before = host_->picture().pixelColor(corner);
     show();
@@ -201,7 +201,7 @@ TEST_F(Overlay, DimsWhatLiesBelow) {
     EXPECT_NEAR(dimmed.blue(), before.blue() * 0.6, 1.5);
 }
 
-TEST_F(Overlay, FillsTheWindowWhenItIsResizedAndLeavesTheArcWhereItWas) {
+TEST_F(Overlay, FollowsTheWindowsSizeAndLeavesTheSpinnerInPlace) {
     show();
     const QRectF arc = ScreenHost::geometry(host_->find("spinner"));
     EXPECT_EQ(arc.size(), QSizeF(60, 60));
@@ -213,7 +213,7 @@ TEST_F(Overlay, FillsTheWindowWhenItIsResizedAndLeavesTheArcWhereItWas) {
     EXPECT_EQ(ScreenHost::geometry(host_->find("spinner")), arc);
 }
 
-TEST_F(Overlay, HasAnArcThatTurnsOnceASecond) {
+TEST_F(Overlay, HasASpinnerThatTurnsOncePerSecond) {
     show();
     QQuickItem* const arc = host_->find("spinnerLayer");
     ASSERT_NE(arc, nullptr);
@@ -228,7 +228,7 @@ TEST_F(Overlay, HasAnArcThatTurnsOnceASecond) {
     EXPECT_EQ(rotation->property("loops").toInt(), -1) << "without end";
     EXPECT_EQ(rotation->property("easing").value<QEasingCurve>().type(), QEasingCurve::Linear);
 
-    // The arc is open between nine and twelve o'clock, so the middle of the gap tells how far it has turned.
+    // The arc is open between nine and twelve o'clock; the centre of that gap gives the rotation.
     const auto turned = [&] {
         const QImage picture = host_->picture();
         double x = 0;
@@ -250,14 +250,14 @@ TEST_F(Overlay, HasAnArcThatTurnsOnceASecond) {
         letTimePass(milliseconds(90));
         angles.push_back(turned());
     }
-    // Each step is some way on, clockwise, and less than half a turn.
+    // Each sample is further on clockwise, by less than half a turn.
     for (std::size_t index = 1; index < angles.size(); ++index) {
         const double step = std::remainder(angles[index] - angles[index - 1], 360);
         EXPECT_GT(step, 5) << "sample " << index;
     }
 }
 
-/// How the arc is painted by itself.
+/// Returns the arc painted on its own.
 QImage paintedArc(QSize size, double lineWidth, const QColor& color) {
     ui::SpinningArc arc;
     arc.setSize(size);
@@ -286,13 +286,13 @@ TEST(SpinningArc, RunsClockwiseFromTwelveToNine) {
     for (const double clock : {9.6, 10.5, 11.4}) {
         EXPECT_EQ(opacityAt(clock, 27.5), 0) << clock << " o'clock";
     }
-    // Round ends reach out by half the line.
+    // The rounded ends extend by half the line width.
     EXPECT_GT(opacityAt(11.9, 27.5), 200);
     EXPECT_GT(opacityAt(9.1, 27.5), 200);
-    EXPECT_EQ(picture.pixelColor(30, 30).alpha(), 0) << "it is not filled";
+    EXPECT_EQ(picture.pixelColor(30, 30).alpha(), 0) << "not filled";
 }
 
-TEST(SpinningArc, FitsIntoTheShorterSide) {
+TEST(SpinningArc, FitsTheShorterSide) {
     ui::SpinningArc arc;
     arc.setSize({100, 60});
     EXPECT_EQ(arc.radius(), 27.5);

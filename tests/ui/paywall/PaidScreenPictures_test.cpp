@@ -34,7 +34,7 @@ void PrintTo(const Look& look, std::ostream* stream) {
 
 class PaidScreenLooks : public testing::TestWithParam<Look> {};
 
-TEST_P(PaidScreenLooks, LikeItsPicture) {
+TEST_P(PaidScreenLooks, MatchesItsPicture) {
     const Look& look = GetParam();
     QGuiApplication::setLayoutDirection(look.direction);
     const support::RecordedEvents platform;
@@ -44,7 +44,7 @@ TEST_P(PaidScreenLooks, LikeItsPicture) {
     boost::json::object& screen =
         document.is_array() ? document.as_array().at(2).as_object() : document.as_object();
     screen["exitButtonDelay"] = 0;
-    // Without a network there is no picture; the area stays empty.
+    // There is no network here, so the media area stays empty.
     if (document.is_array()) {
         VornaCoreSDK::ShowOnboarding(boost::json::serialize(boost::json::array{screen}));
     } else {
@@ -83,13 +83,13 @@ INSTANTIATE_TEST_SUITE_P(
         return name;
     });
 
-TEST(OverlayLooks, LikeItsPicture) {
+TEST(OverlayLooks, MatchesItsPicture) {
     const support::RecordedEvents platform;
     ScreenHost host(QSize(390, 844));
     VornaCoreSDK::ShowPaidProductLoadingScreen();
     ASSERT_TRUE(eventually([&] { return host.screens().size() == 1; }));
     host.settle();
-    // It never stands still by itself.
+    // Stops the spinner in a known position.
     QObject* const rotation = host.find("spinner")->findChild<QObject*>(QStringLiteral("rotation"));
     ASSERT_NE(rotation, nullptr);
     rotation->setProperty("running", false);

@@ -29,10 +29,10 @@ using testing::IsEmpty;
 constexpr const char* closed = "[VornaSDK] Paywall screen closed";
 constexpr const char* nothingToClose = "[VornaSDK] No paywall screen to close";
 constexpr const char* noTop = "[VornaSDK] ❌ Failed to find top view controller";
-/// What judging a document prints when nothing is missing.
+/// Printed by validation for a valid document.
 constexpr const char* complete = "[]";
 
-/// What is asked of the screens is done at a later turn of the event loop; this lets them come.
+/// Lets the screens do what was requested: they do it in a later turn of the event loop.
 void turn() {
     letTimePass(milliseconds(5));
 }
@@ -42,7 +42,7 @@ std::string heading(ScreenHost& host) {
     return label == nullptr ? "" : label->property("text").toString().toStdString();
 }
 
-/// Shows one and waits until it has arrived.
+/// Shows one and waits for the end of its animation.
 void showPaywall(ScreenHost& host, const std::string& text = paywallText()) {
     const std::size_t before = host.screens().size();
     VornaCoreSDK::ShowPaywall(text);
@@ -56,7 +56,7 @@ class Paywall : public testing::Test {
     ScreenHost host_{QSize(390, 844)};
 };
 
-TEST_F(Paywall, ArrivesAtALaterTurnAnimatedAndCoversAll) {
+TEST_F(Paywall, IsPresentedLaterAnimatedAndFullScreen) {
     PrintedLines printed;
     VornaCoreSDK::ShowPaywall(paywallText());
     EXPECT_TRUE(host_.screens().empty()) << "the call returns at once";
@@ -69,7 +69,7 @@ TEST_F(Paywall, ArrivesAtALaterTurnAnimatedAndCoversAll) {
     EXPECT_THAT(host_.notifications(), IsEmpty());
 }
 
-TEST_F(Paywall, IsClosedByTheHostAlone) {
+TEST_F(Paywall, IsClosedOnlyByTheHost) {
     showPaywall(host_);
     host_.click(host_.find("actionButton"));
     host_.click(host_.find("exitButton"));
@@ -83,13 +83,13 @@ TEST_F(Paywall, IsClosedByTheHostAlone) {
     EXPECT_EQ(host_.screens().size(), 1U) << "the call returns at once";
     ASSERT_TRUE(eventually([&] { return host_.screens().empty(); }));
     EXPECT_TRUE(host_.window().isMoving());
-    EXPECT_THAT(printed.take(), IsEmpty()) << "it is closed when it has left";
+    EXPECT_THAT(printed.take(), IsEmpty()) << "not before the end of the animation";
     host_.settle();
     EXPECT_THAT(printed.take(), ElementsAre(closed));
     EXPECT_TRUE(host_.content()->isVisible());
 }
 
-TEST_F(Paywall, IsClosedOnceForTwoCalls) {
+TEST_F(Paywall, LogsItsClosingOnceForTwoCalls) {
     showPaywall(host_);
     PrintedLines printed;
     VornaCoreSDK::ClosePaywall();
@@ -103,7 +103,7 @@ TEST_F(Paywall, IsClosedOnceForTwoCalls) {
     EXPECT_THAT(printed.take(), IsEmpty());
 }
 
-TEST_F(Paywall, HasNothingToCloseBeforeTheFirst) {
+TEST_F(Paywall, LogsThatThereIsNoneToClose) {
     PrintedLines printed;
     VornaCoreSDK::ClosePaywall();
     turn();
@@ -119,7 +119,7 @@ TEST_F(Paywall, PrintsNothingWithoutDebug) {
     EXPECT_THAT(printed.take(), IsEmpty());
 }
 
-TEST_F(Paywall, GivesWayToNobody) {
+TEST_F(Paywall, StaysBelowASecondPaywall) {
     showPaywall(host_, paywallText({{"heading", "One"}}));
     showPaywall(host_, paywallText({{"heading", "Two"}}));
     EXPECT_EQ(host_.screens().size(), 2U);
@@ -133,14 +133,14 @@ TEST_F(Paywall, GivesWayToNobody) {
     VornaCoreSDK::ClosePaywall();
     turn();
     host_.settle();
-    EXPECT_EQ(host_.screens().size(), 1U) << "only the one presented last can be closed";
+    EXPECT_EQ(host_.screens().size(), 1U) << "only the last one presented can be closed";
     EXPECT_THAT(printed.take(), ElementsAre(closed));
     host_.click(host_.find("exitButton"));
     EXPECT_THAT(host_.notificationNames(), ElementsAre("Vorna_PaywallScreenClosed"))
         << "the first still works";
 }
 
-TEST_F(Paywall, MayComeTwiceInARow) {
+TEST_F(Paywall, CanBeShownTwiceInARow) {
     VornaCoreSDK::ShowPaywall(paywallText({{"heading", "One"}}));
     VornaCoreSDK::ShowPaywall(paywallText({{"heading", "Two"}}));
     ASSERT_TRUE(eventually([&] { return host_.screens().size() == 2; }));
@@ -150,7 +150,7 @@ TEST_F(Paywall, MayComeTwiceInARow) {
     EXPECT_EQ(host_.notifications().size(), 1U);
 }
 
-TEST_F(Paywall, MayComeWhileAnotherArrives) {
+TEST_F(Paywall, CanBeShownWhileAnotherIsPresented) {
     VornaCoreSDK::ShowPaywall(paywallText({{"heading", "One"}}));
     ASSERT_TRUE(eventually([&] { return host_.window().isMoving(); }));
     letTimePass(milliseconds(100));
@@ -161,7 +161,7 @@ TEST_F(Paywall, MayComeWhileAnotherArrives) {
     EXPECT_EQ(heading(host_), "Two");
 }
 
-TEST_F(Paywall, MayComeWhileAnotherLeaves) {
+TEST_F(Paywall, CanBeShownWhileAnotherIsDismissed) {
     showPaywall(host_, paywallText({{"heading", "One"}}));
     PrintedLines printed;
     VornaCoreSDK::ClosePaywall();
@@ -178,7 +178,7 @@ TEST_F(Paywall, MayComeWhileAnotherLeaves) {
     EXPECT_THAT(printed.take(), ElementsAre(closed));
 }
 
-TEST_F(Paywall, MayBeClosedWhileItArrives) {
+TEST_F(Paywall, CanBeClosedWhileItIsPresented) {
     VornaCoreSDK::ShowPaywall(paywallText());
     VornaCoreSDK::ClosePaywall();
     turn();
@@ -187,7 +187,7 @@ TEST_F(Paywall, MayBeClosedWhileItArrives) {
     EXPECT_TRUE(host_.content()->isVisible());
 }
 
-TEST_F(Paywall, ComesOverAnOnboarding) {
+TEST_F(Paywall, IsPresentedOverAnOnboarding) {
     VornaCoreSDK::ShowOnboarding(support::documentOf({support::basicStep("One")}));
     host_.settle();
     showPaywall(host_);
@@ -198,7 +198,7 @@ TEST_F(Paywall, ComesOverAnOnboarding) {
     EXPECT_EQ(host_.find("titleLabel")->property("text"), QStringLiteral("One"));
 }
 
-TEST_F(Paywall, LeavesTheOverlayOverItOnShowWhenItCloses) {
+TEST_F(Paywall, LeavesTheOverlayAboveItWhenClosed) {
     showPaywall(host_);
     VornaCoreSDK::ShowPaidProductLoadingScreen();
     ASSERT_TRUE(eventually([&] { return host_.screens().size() == 2; }));
@@ -218,7 +218,7 @@ TEST_F(Paywall, LeavesTheOverlayOverItOnShowWhenItCloses) {
     EXPECT_TRUE(host_.content()->isEnabled());
 }
 
-TEST_F(Paywall, GoesInOneTurnWithTheOverlayOverIt) {
+TEST_F(Paywall, ClosesTogetherWithTheOverlayAboveIt) {
     showPaywall(host_);
     VornaCoreSDK::ShowPaidProductLoadingScreen();
     ASSERT_TRUE(eventually([&] { return host_.screens().size() == 2; }));
@@ -234,7 +234,7 @@ TEST_F(Paywall, GoesInOneTurnWithTheOverlayOverIt) {
     EXPECT_TRUE(host_.content()->isEnabled());
 }
 
-TEST_F(Paywall, LetsGoOfTheOnboardingStepAsItCloses) {
+TEST_F(Paywall, LeavesTheOnboardingBelowPresentedWhenClosed) {
     const auto step = [&] { return support::documentOf({support::basicStep("Step")}); };
     VornaCoreSDK::ShowOnboarding(step());
     host_.settle();
@@ -246,7 +246,7 @@ TEST_F(Paywall, LetsGoOfTheOnboardingStepAsItCloses) {
     VornaCoreSDK::ClosePaywall();
     ASSERT_TRUE(eventually([&] { return host_.screens().size() == 2; }));
     host_.settle();
-    // What is on show is not touched, and can still be closed as a whole.
+    // Both steps stay presented and can still be closed together.
     EXPECT_FALSE(first.expired());
     EXPECT_FALSE(second.expired());
     PrintedLines printed;
@@ -255,9 +255,9 @@ TEST_F(Paywall, LetsGoOfTheOnboardingStepAsItCloses) {
     EXPECT_THAT(host_.screens(), IsEmpty());
 }
 
-TEST_F(Paywall, LetsTheNextOnboardingMoveInItsOwnWindowAfterClosing) {
-    // The push of a step runs in the window of the step before it. One that is remembered from another window
-    // would take the push there, and the new step would come without moving.
+TEST_F(Paywall, DropsTheCurrentOnboardingStepWhenClosed) {
+    // A step's push is animated in the window of the current step. A current step left over from another
+    // window would take the animation there, and the new step would appear without one.
     VornaCoreSDK::ShowOnboarding(support::documentOf({support::basicStep("One")}));
     host_.settle();
     {
@@ -271,11 +271,11 @@ TEST_F(Paywall, LetsTheNextOnboardingMoveInItsOwnWindowAfterClosing) {
         other.settle();
         host_.window().makeKey();
         VornaCoreSDK::ShowOnboarding(support::documentOf({support::basicStep("Three")}));
-        EXPECT_TRUE(host_.window().isMoving()) << "nothing remembers the step in the other window";
+        EXPECT_TRUE(host_.window().isMoving()) << "the step in the other window is no longer the current one";
     }
 }
 
-TEST_F(Paywall, ShowsWhatItsDocumentLacks) {
+TEST_F(Paywall, ShowsTheErrorScreenForMissingFields) {
     PrintedLines printed;
     showPaywall(host_, "{}");
     EXPECT_EQ(host_.screens().size(), 1U);
@@ -293,12 +293,12 @@ TEST_F(Paywall, ShowsWhatItsDocumentLacks) {
               "privacyPolicyColor\nrestoreButtonColor\nselectedPaidProduct\ntermsOfUse\ntermsOfUseColor");
     VornaCoreSDK::ClosePaywall();
     turn();
-    EXPECT_THAT(printed.take(), ElementsAre(nothingToClose)) << "the error screen is no paywall";
+    EXPECT_THAT(printed.take(), ElementsAre(nothingToClose)) << "the error screen is not a paywall";
     EXPECT_EQ(host_.screens().size(), 1U);
     EXPECT_THAT(host_.notifications(), IsEmpty());
 }
 
-TEST_F(Paywall, SaysWhyADocumentCannotBeRead) {
+TEST_F(Paywall, LogsWhyADocumentIsUnreadable) {
     PrintedLines printed;
     VornaCoreSDK::ShowPaywall("\xff\xfe");
     turn();
@@ -315,7 +315,7 @@ TEST_F(Paywall, SaysWhyADocumentCannotBeRead) {
     EXPECT_THAT(host_.screens(), IsEmpty());
 }
 
-TEST_F(Paywall, MayBeAskedForOnAnyThread) {
+TEST_F(Paywall, CanBeShownAndClosedFromAnyThread) {
     std::thread([] { VornaCoreSDK::ShowPaywall(paywallText()); }).join();
     ASSERT_TRUE(eventually([&] { return host_.screens().size() == 1; }));
     host_.settle();
@@ -324,19 +324,19 @@ TEST_F(Paywall, MayBeAskedForOnAnyThread) {
     host_.settle();
 }
 
-TEST_F(Paywall, EndsWithItsWindow) {
+TEST_F(Paywall, StopsWhenItsWindowIsGone) {
     showPaywall(host_, paywallText({{"exitButtonDelay", 1}}));
     const std::weak_ptr<ui::ViewController> screen = host_.screens().front();
     testing::internal::CaptureStderr();
     PrintedLines printed;
     host_.close();
-    EXPECT_FALSE(screen.expired()) << "the one presented last is remembered";
+    EXPECT_FALSE(screen.expired()) << "the flow still refers to it";
     VornaCoreSDK::ClosePaywall();
     VornaCoreSDK::ShowPaywall(paywallText());
     VornaCoreSDK::ShowPaywall("{}");
     letTimePass(milliseconds(1200));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "nothing refers to what is gone";
-    EXPECT_THAT(printed.take(), ElementsAre(noTop, noTop)) << "found out before the document is judged";
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "no access to destroyed objects";
+    EXPECT_THAT(printed.take(), ElementsAre(noTop, noTop)) << "before the document is validated";
 
     ScreenHost next(QSize(390, 844));
     showPaywall(next);
@@ -347,7 +347,7 @@ TEST_F(Paywall, EndsWithItsWindow) {
     EXPECT_THAT(printed.take(), ElementsAre(complete, closed));
 }
 
-TEST_F(Paywall, MayLoseItsWindowWhileItMoves) {
+TEST_F(Paywall, SurvivesTheLossOfItsWindowDuringItsAnimation) {
     VornaCoreSDK::ShowPaywall(paywallText());
     ASSERT_TRUE(eventually([&] { return host_.window().isMoving(); }));
     letTimePass(milliseconds(60));
@@ -357,7 +357,7 @@ TEST_F(Paywall, MayLoseItsWindowWhileItMoves) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST_F(Paywall, MayBeClosedFromWithinAnObserverOfItsTaps) {
+TEST_F(Paywall, CanBeClosedByAnObserverOfItsTaps) {
     showPaywall(host_);
     const auto observation = NotificationCenter::defaultCenter().addObserver(
         VornaCoreSDK::PaywallScreenClosed, [](const Notification&) { VornaCoreSDK::ClosePaywall(); });
@@ -374,14 +374,14 @@ TEST_F(Paywall, MayBeClosedFromWithinAnObserverOfItsTaps) {
     EXPECT_EQ(heading(host_), "Heading");
 }
 
-TEST(PaywallWithoutAWindow, FindsNothingToBeShownOver) {
+TEST(PaywallWithoutAWindow, IsLoggedAndNotShown) {
     const support::RecordedEvents platform;
     PrintedLines printed;
     VornaCoreSDK::ShowPaywall(paywallText());
     VornaCoreSDK::ClosePaywall();
     turn();
     EXPECT_THAT(printed.take(), ElementsAre(noTop, nothingToClose));
-    // A window that comes later shows nothing of that.
+    // A later window does not show it either.
     ScreenHost host;
     turn();
     EXPECT_THAT(host.screens(), IsEmpty());

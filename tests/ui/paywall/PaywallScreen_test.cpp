@@ -2,6 +2,7 @@
 #include <vorna/core/VornaCoreSDK.h>
 
 #include <tests/support/RecordedEvents.h>
+#include <tests/support/ui/HeldKey.h>
 #include <tests/support/ui/OpenedLinks.h>
 #include <tests/support/ui/PaidDocument.h>
 #include <tests/support/ui/ScreenHost.h>
@@ -33,11 +34,11 @@ using support::ScreenHost;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Where everything lies on a screen of that size without insets; written down by hand.
+/// The expected layout for a screen size without insets, written by hand.
 struct Expected {
     const char* name;
     QSize size;
-    /// Of the heading's middle, from the view's middle.
+    /// From the view's centre to the heading's.
     double headingShift;
     double detailsGap;
     double detailsSpacing;
@@ -73,7 +74,7 @@ void PrintTo(const Insets& insets, std::ostream* stream) {
 
 class PaywallGeometry : public testing::TestWithParam<std::tuple<Expected, Insets>> {};
 
-TEST_P(PaywallGeometry, IsWhatItShouldBe) {
+TEST_P(PaywallGeometry, MatchesTheDesign) {
     const auto& [expected, insets] = GetParam();
     const support::RecordedEvents platform;
     ScreenHost host(expected.size);
@@ -134,7 +135,7 @@ TEST_P(PaywallGeometry, IsWhatItShouldBe) {
     const QRectF glyph = ScreenHost::geometry(support::findItem(host.find("exitButton"), "glyph"));
     EXPECT_EQ(glyph.top(), insets.margins.top() + 10);
     EXPECT_EQ(glyph.left(), 10) << "the view's edge, whatever the inset";
-    EXPECT_GE(ScreenHost::geometry(host.find("exitButton")).width(), 30) << "a finger must hit it";
+    EXPECT_GE(ScreenHost::geometry(host.find("exitButton")).width(), 30) << "large enough for a finger";
 }
 
 INSTANTIATE_TEST_SUITE_P(Screens, PaywallGeometry,
@@ -173,7 +174,7 @@ class PaywallScreen : public testing::Test {
     ScreenHost host_{QSize(390, 844)};
 };
 
-TEST_F(PaywallScreen, ShowsTheTextsAndColoursOfItsDocument) {
+TEST_F(PaywallScreen, ShowsTheDocumentsTextsAndColours) {
     show();
     ASSERT_TRUE(eventually([&] { return host_.find("exitButton") != nullptr; }));
     EXPECT_EQ(color("mediaView").isValid(), false) << "the media area has no colour of its own";
@@ -234,7 +235,7 @@ std::string repeated(const std::string& text, int times) {
 
 class DetailLine : public PaywallScreen, public testing::WithParamInterface<Line> {};
 
-TEST_P(DetailLine, IsCutAtThirtySevenCharacters) {
+TEST_P(DetailLine, IsShortenedToThirtySevenCharacters) {
     show({{"details", {GetParam().given}}});
     EXPECT_EQ(text("detailLabel"), GetParam().shown);
 }
@@ -284,7 +285,7 @@ TEST_F(PaywallScreen, ReportsNoPurchaseBeforeAProductIsSelected) {
                 ElementsAre("Vorna_PaidProductClicked", "Vorna_PaywallScreenFinished"));
 }
 
-TEST_F(PaywallScreen, ReportsRestoringAndClosingAndStays) {
+TEST_F(PaywallScreen, ReportsRestoreAndCloseAndStays) {
     show();
     ASSERT_TRUE(eventually([&] { return host_.find("exitButton") != nullptr; }));
     host_.click(host_.find("restoreButton"));
@@ -302,7 +303,7 @@ TEST_F(PaywallScreen, ReportsRestoringAndClosingAndStays) {
     EXPECT_FALSE(host_.window().isMoving());
 }
 
-TEST_F(PaywallScreen, IsNotTappedByAFingerThatSlidesOff) {
+TEST_F(PaywallScreen, IgnoresAPressThatIsReleasedOutsideTheButton) {
     show();
     const QPoint onButton = ScreenHost::geometry(host_.find("actionButton")).center().toPoint();
     QTest::mousePress(&host_.quickWindow(), Qt::LeftButton, {}, onButton);
@@ -311,21 +312,21 @@ TEST_F(PaywallScreen, IsNotTappedByAFingerThatSlidesOff) {
     EXPECT_THAT(host_.notifications(), IsEmpty());
 }
 
-TEST_F(PaywallScreen, CanBeWalkedThroughByKeyboard) {
+TEST_F(PaywallScreen, IsUsableByKeyboard) {
     show();
     ASSERT_TRUE(eventually([&] { return host_.find("exitButton") != nullptr; }));
-    EXPECT_TRUE(host_.find("actionButton")->hasActiveFocus()) << "what Return does first";
-    std::vector<std::string> walked;
+    EXPECT_TRUE(host_.find("actionButton")->hasActiveFocus()) << "Return taps it initially";
+    std::vector<std::string> visited;
     for (int press = 0; press < 8; ++press) {
         host_.press(Qt::Key_Tab);
         const QQuickItem* const item = host_.quickWindow().activeFocusItem();
         ASSERT_NE(item, nullptr);
         EXPECT_TRUE(item->property("visualFocus").toBool());
-        walked.push_back(item->objectName().toStdString());
+        visited.push_back(item->objectName().toStdString());
     }
-    EXPECT_THAT(walked, testing::UnorderedElementsAre("actionButton", "productCell", "productCell",
-                                                      "productCell", "termsOfUseButton", "restoreButton",
-                                                      "privacyPolicyButton", "exitButton"));
+    EXPECT_THAT(visited, testing::UnorderedElementsAre("actionButton", "productCell", "productCell",
+                                                       "productCell", "termsOfUseButton", "restoreButton",
+                                                       "privacyPolicyButton", "exitButton"));
     for (int press = 0; press < 8; ++press) {
         const QString name = host_.quickWindow().activeFocusItem()->objectName();
         if (name == QLatin1String("restoreButton") || name == QLatin1String("exitButton")) {
@@ -343,6 +344,24 @@ TEST_F(PaywallScreen, CanBeWalkedThroughByKeyboard) {
     EXPECT_THAT(links_.take(), ElementsAre("https://privacy.test/b"));
 }
 
+TEST_F(PaywallScreen, TreatsAHeldKeyAsOneTapOnEveryControl) {
+    show();
+    ASSERT_TRUE(eventually([&] { return host_.find("exitButton") != nullptr; }));
+    constexpr int controls = 8;
+    for (int control = 0; control < controls; ++control) {
+        for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+            support::holdKey(host_.quickWindow(), key);
+        }
+        host_.press(Qt::Key_Tab);
+    }
+    const std::vector<std::string> names = host_.notificationNames();
+    EXPECT_EQ(std::count(names.begin(), names.end(), "Vorna_PaywallScreenFinished"), 3);
+    EXPECT_EQ(std::count(names.begin(), names.end(), "Vorna_PaidProductClicked"), 3 * 3);
+    EXPECT_EQ(std::count(names.begin(), names.end(), "Vorna_RestorePurchaseClicked"), 3);
+    EXPECT_EQ(std::count(names.begin(), names.end(), "Vorna_PaywallScreenClosed"), 3);
+    EXPECT_EQ(links_.take().size(), 2 * 3U);
+}
+
 TEST_F(PaywallScreen, OpensTheLinkThatWasTapped) {
     show();
     host_.click(host_.find("termsOfUseButton"));
@@ -352,21 +371,21 @@ TEST_F(PaywallScreen, OpensTheLinkThatWasTapped) {
     EXPECT_THAT(host_.notifications(), IsEmpty());
 }
 
-TEST_F(PaywallScreen, OpensWhatBothLinksShare) {
+TEST_F(PaywallScreen, OpensAnAddressThatBothLinksShare) {
     show({{"termsOfUse", "https://both.test/"}, {"privacyPolicy", "https://both.test/"}});
     host_.click(host_.find("termsOfUseButton"));
     host_.click(host_.find("privacyPolicyButton"));
     EXPECT_THAT(links_.take(), ElementsAre("https://both.test/", "https://both.test/"));
 }
 
-TEST_F(PaywallScreen, OpensNoLinkThatCannotBeRead) {
+TEST_F(PaywallScreen, IgnoresLinksThatAreNotAddresses) {
     show({{"termsOfUse", "not an address"}, {"privacyPolicy", "https://[half"}});
     host_.click(host_.find("termsOfUseButton"));
     host_.click(host_.find("privacyPolicyButton"));
     EXPECT_THAT(links_.take(), IsEmpty());
 }
 
-TEST_F(PaywallScreen, OpensThePolicyAlsoWhereTheTermsCannotBeRead) {
+TEST_F(PaywallScreen, OpensThePolicyEvenIfTheTermsAreNotAnAddress) {
     show({{"termsOfUse", ":"}, {"privacyPolicy", "https://privacy.test/?a=b&c=%20d#e"}});
     host_.click(host_.find("termsOfUseButton"));
     EXPECT_THAT(links_.take(), IsEmpty());
@@ -374,14 +393,14 @@ TEST_F(PaywallScreen, OpensThePolicyAlsoWhereTheTermsCannotBeRead) {
     EXPECT_THAT(links_.take(), ElementsAre("https://privacy.test/?a=b&c=%20d#e"));
 }
 
-TEST_F(PaywallScreen, HasItsCloseButtonAtOnceForNoDelayOrLess) {
+TEST_F(PaywallScreen, ShowsItsCloseButtonAtOnceForAZeroOrNegativeDelay) {
     for (const std::int64_t delay : {std::int64_t{0}, std::int64_t{-1}, std::int64_t{-1'000'000'000'000},
                                      std::numeric_limits<std::int64_t>::min()}) {
         SCOPED_TRACE(delay);
         VornaCoreSDK::ShowPaywall(support::paywallText({{"exitButtonDelay", delay}}));
         QCoreApplication::sendPostedEvents();
         ASSERT_EQ(host_.screens().size(), 1U);
-        EXPECT_EQ(host_.find("exitButton"), nullptr) << "at the next turn, not before";
+        EXPECT_EQ(host_.find("exitButton"), nullptr) << "in the next turn, not before";
         EXPECT_TRUE(eventually([&] { return host_.find("exitButton") != nullptr; }, milliseconds(200)));
         VornaCoreSDK::ClosePaywall();
         ASSERT_TRUE(eventually([&] { return host_.screens().empty(); }));
@@ -389,7 +408,7 @@ TEST_F(PaywallScreen, HasItsCloseButtonAtOnceForNoDelayOrLess) {
     }
 }
 
-TEST_F(PaywallScreen, HasItsCloseButtonAfterTheDelay) {
+TEST_F(PaywallScreen, ShowsItsCloseButtonAfterTheDelay) {
     VornaCoreSDK::ShowPaywall(support::paywallText({{"exitButtonDelay", 1}}));
     ASSERT_TRUE(eventually([&] { return host_.screens().size() == 1; }));
     letTimePass(milliseconds(900));
@@ -397,7 +416,7 @@ TEST_F(PaywallScreen, HasItsCloseButtonAfterTheDelay) {
     EXPECT_TRUE(eventually([&] { return host_.find("exitButton") != nullptr; }, milliseconds(400)));
 }
 
-TEST_F(PaywallScreen, HasNoCloseButtonBeforeAVeryLongDelayEnds) {
+TEST_F(PaywallScreen, ShowsNoCloseButtonDuringAVeryLongDelay) {
     for (const std::int64_t delay :
          {std::int64_t{4'000'000}, std::int64_t{10'000'000'000}, std::numeric_limits<std::int64_t>::max()}) {
         SCOPED_TRACE(delay);
@@ -411,7 +430,7 @@ TEST_F(PaywallScreen, HasNoCloseButtonBeforeAVeryLongDelayEnds) {
     }
 }
 
-TEST_F(PaywallScreen, NamesItsControlsForAssistiveTechnology) {
+TEST_F(PaywallScreen, GivesItsControlsRolesAndNamesForAssistiveTechnology) {
     QAccessible::setActive(true);
     show();
     ASSERT_TRUE(eventually([&] { return host_.find("exitButton") != nullptr; }));
@@ -426,7 +445,7 @@ TEST_F(PaywallScreen, NamesItsControlsForAssistiveTechnology) {
     is("collectionView", QAccessible::Grouping, "Products");
     is("actionButton", QAccessible::Button, "Continue");
     is("footnoteLabel", QAccessible::StaticText, "Foot note");
-    // Qt 6.4 tells the role of its template.
+    // Qt 6.4 reports the role of the template.
     const QAccessible::Role link =
         QT_VERSION < QT_VERSION_CHECK(6, 5, 0) ? QAccessible::Button : QAccessible::Link;
     is("termsOfUseButton", link, "Terms of Use");
@@ -445,7 +464,7 @@ TEST_F(PaywallScreen, NamesItsControlsForAssistiveTechnology) {
     EXPECT_THAT(links_.take(), ElementsAre("https://terms.test/a", "https://privacy.test/b"));
 }
 
-TEST_F(PaywallScreen, IsTheOtherWayRoundWhereReadingGoesFromRightToLeft) {
+TEST_F(PaywallScreen, IsMirroredForRightToLeftText) {
     QGuiApplication::setLayoutDirection(Qt::RightToLeft);
     show();
     ASSERT_TRUE(eventually([&] { return host_.find("exitButton") != nullptr; }));
@@ -468,7 +487,7 @@ TEST_F(PaywallScreen, IsTheOtherWayRoundWhereReadingGoesFromRightToLeft) {
 
 class PaywallMedia : public testing::Test {
   protected:
-    /// Waits for that many requests in all, and answers the oldest that waits.
+    /// Waits for that many requests in total, and answers the oldest one pending.
     void answer(std::size_t count, support::HttpAnswer answer) {
         ASSERT_TRUE(eventually([&] { return http_->requestCount() == count; }));
         ASSERT_TRUE(http_->answer(std::move(answer)));
@@ -493,7 +512,7 @@ class PaywallMedia : public testing::Test {
     ScreenHost host_{QSize(390, 844)};
 };
 
-TEST_F(PaywallMedia, IsAPictureUnlessTheServerSaysVideoInSmallLetters) {
+TEST_F(PaywallMedia, IsAPictureUnlessItsTypeIsVideoInLowerCase) {
     VornaCoreSDK::ShowPaywall(support::paywallText());
     answer(1, head("Video/MP4"));
     EXPECT_EQ(http_->requests()[0].method, HttpMethod::head);
@@ -508,7 +527,7 @@ TEST_F(PaywallMedia, IsAPictureUnlessTheServerSaysVideoInSmallLetters) {
     EXPECT_EQ(host_.picture().pixelColor(195, 100), QColor(200, 100, 50));
 }
 
-TEST_F(PaywallMedia, StaysEmptyWithoutAWordWhenItCannotBeHad) {
+TEST_F(PaywallMedia, StaysEmptyIfTheDownloadFails) {
     VornaCoreSDK::ShowPaywall(support::paywallText());
     answer(1, support::HttpAnswer::failure("no route"));
     answer(2, support::HttpAnswer::failure("no route"));
@@ -516,14 +535,14 @@ TEST_F(PaywallMedia, StaysEmptyWithoutAWordWhenItCannotBeHad) {
     EXPECT_EQ(host_.picture().pixelColor(195, 100), QColor(0x1b, 0x1b, 0x3a));
 }
 
-TEST_F(PaywallMedia, IsNotAskedForWhereTheAddressIsNone) {
+TEST_F(PaywallMedia, IsNotRequestedWithoutAValidAddress) {
     VornaCoreSDK::ShowPaywall(support::paywallText({{"media", "picture.png"}}));
     ASSERT_TRUE(eventually([&] { return host_.screens().size() == 1; }));
     host_.settle();
     EXPECT_EQ(http_->requestCount(), 0U);
 }
 
-TEST_F(PaywallMedia, IsGivenUpWhenThePaywallCloses) {
+TEST_F(PaywallMedia, IsCancelledWhenThePaywallCloses) {
     VornaCoreSDK::ShowPaywall(support::paywallText());
     ASSERT_TRUE(eventually([&] { return http_->requestCount() == 1; }));
     host_.settle();

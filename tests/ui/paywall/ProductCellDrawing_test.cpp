@@ -21,7 +21,7 @@ using support::findItem;
 using support::product;
 using support::ScreenHost;
 
-/// A paywall of one size with the given products; the first is selected when it is called "p0".
+/// A paywall with the given products, of which "p0" is selected.
 class DrawnCells : public testing::Test {
   protected:
     void show(boost::json::array products, QSize size = {390, 844}) {
@@ -33,7 +33,7 @@ class DrawnCells : public testing::Test {
     }
 
     QQuickItem* cell(std::size_t index = 0) {
-        // Some are made while the row is still narrow; their order is that of their places.
+        // Cells may be created out of order while the row is laid out.
         std::vector<QQuickItem*> cells = support::findItems(host_->topView(), "productCell");
         std::sort(cells.begin(), cells.end(), [](const QQuickItem* left, const QQuickItem* right) {
             return left->property("index").toInt() < right->property("index").toInt();
@@ -51,7 +51,7 @@ class DrawnCells : public testing::Test {
     std::unique_ptr<ScreenHost> host_;
 };
 
-TEST_F(DrawnCells, HaveTheirPartsInTheirPlaces) {
+TEST_F(DrawnCells, MatchTheDesign) {
     show({product("p0", {{"descriptionText", "3 days free"}, {"tagText", "Tag"}, {"badgeText", "Best"}}),
           product("p1")});
     const QRectF whole = ScreenHost::geometry(cell());
@@ -92,14 +92,14 @@ TEST_F(DrawnCells, HaveTheirPartsInTheirPlaces) {
     EXPECT_NEAR(place("badgeLabel").center().y(), badge.center().y(), 0.51);
 }
 
-TEST_F(DrawnCells, HaveTheirFontsAndBreakWhereTheyMay) {
+TEST_F(DrawnCells, HaveTheirFontsAndWrapOnlySomeTexts) {
     show({product("p0", {{"descriptionText", "3 days free"}, {"tagText", "Tag"}, {"badgeText", "Best"}})});
 
     struct Shown {
         const char* name;
         int fontSize;
         bool isBold;
-        bool breaks;
+        bool wraps;
     };
 
     for (const Shown& shown :
@@ -110,12 +110,12 @@ TEST_F(DrawnCells, HaveTheirFontsAndBreakWhereTheyMay) {
         const QQuickItem* const label = part(shown.name);
         EXPECT_EQ(label->property("font").value<QFont>().pixelSize(), shown.fontSize);
         EXPECT_EQ(label->property("font").value<QFont>().bold(), shown.isBold);
-        EXPECT_EQ(label->property("wrapMode").toInt(), shown.breaks ? 1 /* Text.WordWrap */ : 0);
+        EXPECT_EQ(label->property("wrapMode").toInt(), shown.wraps ? 1 /* Text.WordWrap */ : 0);
         EXPECT_EQ(label->property("horizontalAlignment").toInt(), Qt::AlignHCenter);
     }
 }
 
-TEST_F(DrawnCells, LeaveRoomWhereThereIsNoDescription) {
+TEST_F(DrawnCells, LeaveSpaceInPlaceOfAMissingDescription) {
     show({product("p0"), product("p1")});
     EXPECT_EQ(place("priceLabel").top(), place("titleLabel").bottom() + 30);
     EXPECT_FALSE(part("descriptionLabel")->isVisible());
@@ -123,7 +123,7 @@ TEST_F(DrawnCells, LeaveRoomWhereThereIsNoDescription) {
     EXPECT_FALSE(part("badgeContainerView")->isVisible());
 }
 
-TEST_F(DrawnCells, HaveBordersThatTellThemApart) {
+TEST_F(DrawnCells, HaveBordersByStateAndBadge) {
     show({product("p0"), product("p1"), product("p2", {{"badgeText", "Best"}})});
     const auto borderWidth = [&](std::size_t index) {
         return part("containerView", index)->property("border").value<QObject*>()->property("width");
@@ -146,7 +146,7 @@ TEST_F(DrawnCells, HaveBordersThatTellThemApart) {
     EXPECT_EQ(colourAt(2, 5), "#101820");
 }
 
-TEST_F(DrawnCells, HaveAShadowInTheColourOfTheirBorderOnceSelected) {
+TEST_F(DrawnCells, KeepTheShadowColourFromTheirSelection) {
     show({product("p0"), product("p1")});
     const auto below = [&](std::size_t index) {
         const QRectF card = place("containerView", index);
@@ -159,16 +159,16 @@ TEST_F(DrawnCells, HaveAShadowInTheColourOfTheirBorderOnceSelected) {
     EXPECT_GT(selected.blue(), background.blue() + 30);
     EXPECT_LT(selected.green(), background.green());
     const QColor fresh = below(1);
-    EXPECT_LT(fresh.red(), background.red()) << "black until it has been selected";
+    EXPECT_LT(fresh.red(), background.red()) << "black until first selected";
 
     host_->click(cell(1));
     host_->settle();
-    const QColor left = below(0);
-    EXPECT_GT(left.red(), background.red()) << "keeps its colour, but is weaker";
-    EXPECT_LT(left.red(), selected.red());
+    const QColor deselected = below(0);
+    EXPECT_GT(deselected.red(), background.red()) << "the same colour, but weaker";
+    EXPECT_LT(deselected.red(), selected.red());
 }
 
-TEST_F(DrawnCells, KeepLongTextsOnTheirCards) {
+TEST_F(DrawnCells, KeepLongTextsWithinTheCard) {
     const boost::json::string longText = "A very long text that goes on and on without an end in sight";
     const boost::json::string longerText =
         "Words that would fill a page if there were one, and then some more, and "
@@ -188,12 +188,12 @@ TEST_F(DrawnCells, KeepLongTextsOnTheirCards) {
     }
     EXPECT_GE(place("badgeLabel").left(), place("badgeContainerView").left());
     EXPECT_LE(place("badgeLabel").right(), place("badgeContainerView").right());
-    EXPECT_TRUE(part("titleLabel")->parentItem()->clip()) << "what is too high is cut, not drawn over others";
+    EXPECT_TRUE(part("titleLabel")->parentItem()->clip()) << "text that is too tall is clipped";
     EXPECT_EQ(ScreenHost::geometry(part("titleLabel")->parentItem()), card);
     EXPECT_TRUE(part("tagContainerView")->clip());
 }
 
-TEST_F(DrawnCells, KeepTextsOfOtherScriptsOnTheirCards) {
+TEST_F(DrawnCells, KeepTextsOfOtherScriptsWithinTheCard) {
     show({product("p0", {{"title", "اشتراك سنوي طويل جدًا جدًا"},
                          {"price", "٤٩٫٩٩ ر.س."},
                          {"descriptionText", "ثلاثة أيام مجانًا ثم يتجدد الاشتراك تلقائيًا"},
@@ -214,7 +214,7 @@ TEST_F(DrawnCells, KeepTextsOfOtherScriptsOnTheirCards) {
     EXPECT_NEAR(place("titleLabel").center().x(), place("containerView").center().x(), 0.51);
 }
 
-TEST_F(DrawnCells, ShowTextAsItStandsAndNotAsMarkup) {
+TEST_F(DrawnCells, ShowMarkupLiterally) {
     show({product("p0", {{"title", "<b>T</b>"},
                          {"price", "<i>1</i>"},
                          {"descriptionText", "<u>d</u>"},

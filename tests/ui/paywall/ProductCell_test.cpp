@@ -12,7 +12,7 @@
 namespace vorna::ui {
 namespace {
 
-/// A product made in code, without anything that may be absent.
+/// A product made in code, without any optional field.
 PaidProduct bareProduct() {
     return {"Title",      "Price",      "id",         "#010203",    "#040506",    "#070809",    "#0a0b0c",
             std::nullopt, std::nullopt, std::nullopt, std::nullopt, std::nullopt, std::nullopt, std::nullopt,
@@ -28,7 +28,7 @@ PaidProduct fromDocument(const std::string& more) {
         .value();
 }
 
-/// The look of a cell with title and price alone.
+/// The look of a cell with only title and price.
 ProductLook bareLook(bool isSelected) {
     ProductLook look;
     look.titleText = "Title";
@@ -60,7 +60,7 @@ struct Case {
     const char* name;
     std::function<PaidProduct()> product;
     bool isSelected;
-    /// How the look differs from that of a cell with title and price alone.
+    /// The differences from a cell with only title and price.
     std::function<void(ProductLook&)> change;
 };
 
@@ -86,7 +86,7 @@ const QColor blue(0x0a, 0x84, 0xff);
 
 class ConfiguredCell : public testing::TestWithParam<Case> {};
 
-TEST_P(ConfiguredCell, Looks) {
+TEST_P(ConfiguredCell, HasTheExpectedLook) {
     const Case& testCase = GetParam();
     ProductCell cell;
     cell.configure(testCase.product(), testCase.isSelected);
@@ -263,7 +263,7 @@ INSTANTIATE_TEST_SUITE_P(
              [](ProductLook& look) { look.background = QColor(1, 2, 3, 0x80); }}),
     [](const auto& testCase) { return testCase.param.name; });
 
-TEST(ProductCell, KeepsTheShadowColourOfTheLastTimeItWasSelected) {
+TEST(ProductCell, KeepsTheShadowColourFromItsLastSelection) {
     ProductCell cell;
     cell.configure(bareProduct(), false);
     EXPECT_EQ(cell.look().shadowColor, QColor(Qt::black));
@@ -295,7 +295,7 @@ TEST(ProductCell, KeepsTextColoursThatTheNextProductDoesNotSet) {
     EXPECT_EQ(cell.look().tagBackground.rgb(), blue.rgb());
 }
 
-TEST(ProductCell, HidesWhatTheNextProductDoesNotHave) {
+TEST(ProductCell, HidesPartsThatTheNextProductDoesNotHave) {
     ProductCell cell;
     cell.configure(fromDocument(R"(,"tagText":"a","badgeText":"b","descriptionText":"c")"), false);
     EXPECT_EQ(cell.look().borderWidth, 3);

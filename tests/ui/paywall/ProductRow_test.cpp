@@ -85,7 +85,7 @@ class RowGeometry : public testing::TestWithParam<Expected> {
     }
 };
 
-TEST_P(RowGeometry, OfThePaywall) {
+TEST_P(RowGeometry, MatchesTheDesignOnAPaywall) {
     const Expected& expected = GetParam();
     const support::RecordedEvents platform;
     for (const auto& [count, itemWidth] : expected.itemWidths) {
@@ -97,7 +97,7 @@ TEST_P(RowGeometry, OfThePaywall) {
     }
 }
 
-TEST_P(RowGeometry, OfThePaywallStep) {
+TEST_P(RowGeometry, MatchesTheDesignOnAnOnboardingStep) {
     const Expected& expected = GetParam();
     const support::RecordedEvents platform;
     for (const auto& [count, itemWidth] : expected.itemWidths) {
@@ -152,7 +152,7 @@ class ShownRow : public testing::Test {
         EXPECT_TRUE(eventually([&] { return !row()->property("moving").toBool(); }));
     }
 
-    /// The index of the cell that has the keyboard's focus; -1 when none has.
+    /// The index of the cell with the keyboard focus; -1 if none has it.
     int focused() {
         const std::vector<QQuickItem*> cells = cellsIn(*host_);
         for (std::size_t index = 0; index < cells.size(); ++index) {
@@ -163,7 +163,7 @@ class ShownRow : public testing::Test {
         return -1;
     }
 
-    bool isInSight(int index) {
+    bool isVisible(int index) {
         const QRectF cell = ScreenHost::geometry(cellsIn(*host_)[static_cast<std::size_t>(index)]);
         return ScreenHost::geometry(row()).adjusted(-0.5, 0, 0.5, 0).contains(cell);
     }
@@ -179,24 +179,24 @@ class ShownRow : public testing::Test {
     std::unique_ptr<ScreenHost> host_;
 };
 
-TEST_F(ShownRow, ScrollsByASwipeWhereCellsAreWidened) {
+TEST_F(ShownRow, ScrollsBySwipingIfTheCellsDoNotFit) {
     show(6);
     swipe(-120);
     EXPECT_GT(scrolled(), 60);
-    EXPECT_TRUE(host_->notifications().empty()) << "a swipe is no tap";
+    EXPECT_TRUE(host_->notifications().empty()) << "a swipe is not a tap";
     swipe(-400);
     swipe(-400);
     EXPECT_NEAR(scrolled(), 6 * 80 + 5 * 10 - 351, 0.5) << "the end of the row";
-    EXPECT_TRUE(isInSight(5));
+    EXPECT_TRUE(isVisible(5));
 }
 
-TEST_F(ShownRow, ScrollsByEitherWheelWhereCellsAreWidened) {
+TEST_F(ShownRow, ScrollsByBothWheelsIfTheCellsDoNotFit) {
     show(6);
     turnWheel({-120, 0});
     const double sideways = scrolled();
     EXPECT_GT(sideways, 10);
     turnWheel({0, -120});
-    EXPECT_GT(scrolled(), sideways + 10) << "most mice have but one wheel";
+    EXPECT_GT(scrolled(), sideways + 10) << "most mice have only a vertical wheel";
     turnWheel({0, 1200});
     turnWheel({0, 1200});
     EXPECT_EQ(scrolled(), 0);
@@ -206,7 +206,7 @@ TEST_F(ShownRow, ScrollsByEitherWheelWhereCellsAreWidened) {
     EXPECT_NEAR(scrolled(), 6 * 80 + 5 * 10 - 351, 0.5);
 }
 
-TEST_F(ShownRow, ShowsAllCellsAgainWhenTheWindowGrowsAroundThem) {
+TEST_F(ShownRow, ScrollsBackWhenTheWindowGrows) {
     show(6);
     swipe(-300);
     swipe(-300);
@@ -215,11 +215,11 @@ TEST_F(ShownRow, ShowsAllCellsAgainWhenTheWindowGrowsAroundThem) {
     ASSERT_TRUE(eventually([&] { return row()->width() == 1180 * 0.9; }));
     settleRow();
     EXPECT_EQ(scrolled(), 0);
-    EXPECT_TRUE(isInSight(0));
-    EXPECT_TRUE(isInSight(5));
+    EXPECT_TRUE(isVisible(0));
+    EXPECT_TRUE(isVisible(5));
 }
 
-TEST_F(ShownRow, StaysWhereAllCellsFit) {
+TEST_F(ShownRow, DoesNotScrollIfAllCellsFit) {
     for (const int count : {1, 2, 3}) {
         SCOPED_TRACE(count);
         show(count);
@@ -232,7 +232,7 @@ TEST_F(ShownRow, StaysWhereAllCellsFit) {
     }
 }
 
-TEST_F(ShownRow, LetsShadowsReachOutOfItWhereItStays) {
+TEST_F(ShownRow, ClipsShadowsOnlyIfItScrolls) {
     show(3);
     EXPECT_FALSE(row()->clip());
     host_.reset();
@@ -240,7 +240,7 @@ TEST_F(ShownRow, LetsShadowsReachOutOfItWhereItStays) {
     EXPECT_TRUE(row()->clip());
 }
 
-TEST_F(ShownRow, FollowsTheArrowKeysAndKeepsTheFocusedCellInSight) {
+TEST_F(ShownRow, FollowsTheArrowKeysAndScrollsToTheFocusedCell) {
     show(6);
     tabIntoTheRow();
     ASSERT_EQ(focused(), 0);
@@ -248,9 +248,9 @@ TEST_F(ShownRow, FollowsTheArrowKeysAndKeepsTheFocusedCellInSight) {
         host_->press(Qt::Key_Right);
         EXPECT_EQ(focused(), index);
         settleRow();
-        EXPECT_TRUE(isInSight(index));
+        EXPECT_TRUE(isVisible(index));
         EXPECT_TRUE(cellsIn(*host_)[static_cast<std::size_t>(index)]->property("visualFocus").toBool())
-            << "the user must see where the focus is";
+            << "the focus is visible";
     }
     host_->press(Qt::Key_Right);
     EXPECT_EQ(focused(), 5) << "the row ends there";
@@ -258,25 +258,25 @@ TEST_F(ShownRow, FollowsTheArrowKeysAndKeepsTheFocusedCellInSight) {
         host_->press(Qt::Key_Left);
         EXPECT_EQ(focused(), index);
         settleRow();
-        EXPECT_TRUE(isInSight(index));
+        EXPECT_TRUE(isVisible(index));
     }
-    EXPECT_TRUE(host_->notifications().empty()) << "moving selects nothing";
+    EXPECT_TRUE(host_->notifications().empty()) << "moving the focus selects nothing";
 }
 
-TEST_F(ShownRow, ScrollsAndFollowsTheArrowKeysTheOtherWayRoundWhereReadingGoesFromRightToLeft) {
+TEST_F(ShownRow, IsMirroredForRightToLeftText) {
     QGuiApplication::setLayoutDirection(Qt::RightToLeft);
     show(6);
-    EXPECT_TRUE(isInSight(0));
+    EXPECT_TRUE(isVisible(0));
     EXPECT_NEAR(ScreenHost::geometry(cellsIn(*host_)[0]).right(), ScreenHost::geometry(row()).right(), 0.5);
     for (int turn = 0; turn < 10; ++turn) {
         turnWheel({0, -240});
     }
-    EXPECT_TRUE(isInSight(5));
-    EXPECT_FALSE(isInSight(0));
+    EXPECT_TRUE(isVisible(5));
+    EXPECT_FALSE(isVisible(0));
     for (int turn = 0; turn < 10; ++turn) {
         turnWheel({0, 240});
     }
-    EXPECT_TRUE(isInSight(0));
+    EXPECT_TRUE(isVisible(0));
     tabIntoTheRow();
     ASSERT_EQ(focused(), 0);
     host_->press(Qt::Key_Right);
@@ -285,12 +285,12 @@ TEST_F(ShownRow, ScrollsAndFollowsTheArrowKeysTheOtherWayRoundWhereReadingGoesFr
         host_->press(Qt::Key_Left);
         EXPECT_EQ(focused(), index);
         settleRow();
-        EXPECT_TRUE(isInSight(index));
+        EXPECT_TRUE(isVisible(index));
     }
     QGuiApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
-TEST_F(ShownRow, GoesOnWithTheArrowKeysFromWhereTabOrATapHasLed) {
+TEST_F(ShownRow, MovesTheFocusOnFromACellReachedByTabOrTap) {
     show(6);
     tabIntoTheRow();
     host_->press(Qt::Key_Tab);
@@ -304,7 +304,7 @@ TEST_F(ShownRow, GoesOnWithTheArrowKeysFromWhereTabOrATapHasLed) {
     EXPECT_EQ(focused(), 0);
 }
 
-TEST_F(ShownRow, KeepsTheCellInSightThatTabHasLedTo) {
+TEST_F(ShownRow, ScrollsToACellReachedByTab) {
     show(6);
     tabIntoTheRow();
     for (int press = 0; press < 5; ++press) {
@@ -312,7 +312,7 @@ TEST_F(ShownRow, KeepsTheCellInSightThatTabHasLedTo) {
     }
     ASSERT_EQ(focused(), 5);
     settleRow();
-    EXPECT_TRUE(isInSight(5));
+    EXPECT_TRUE(isVisible(5));
 }
 
 std::vector<std::string> identifiersOf(const std::vector<Notification>& notifications) {
@@ -369,7 +369,7 @@ TEST_F(ShownRow, SelectsByKeyboard) {
     EXPECT_THAT(identifiersOf(host_->notifications()), ElementsAre("p0", "p1", "p2"));
 }
 
-TEST_F(ShownRow, SelectsAProductFarToTheRightAfterASwipe) {
+TEST_F(ShownRow, SelectsAProductAfterSwipingToIt) {
     show(6);
     swipe(-300);
     swipe(-300);
@@ -378,7 +378,7 @@ TEST_F(ShownRow, SelectsAProductFarToTheRightAfterASwipe) {
     EXPECT_THAT(identifiersOf(host_->notifications()), ElementsAre("p5"));
 }
 
-TEST_F(ShownRow, BeginsWithTheFirstOfProductsThatShareTheSelectedIdentifier) {
+TEST_F(ShownRow, InitiallySelectsTheFirstOfTwoProductsWithTheSameIdentifier) {
     host_ = std::make_unique<ScreenHost>(QSize(390, 844));
     VornaCoreSDK::ShowPaywall(support::paywallText(
         {{"paidProducts",
@@ -388,10 +388,10 @@ TEST_F(ShownRow, BeginsWithTheFirstOfProductsThatShareTheSelectedIdentifier) {
     host_->settle();
     EXPECT_THAT(selectedIn(*host_), ElementsAre(false, true, false));
     host_->click(cellsIn(*host_)[2]);
-    EXPECT_THAT(selectedIn(*host_), ElementsAre(false, false, true)) << "by place, not by identifier";
+    EXPECT_THAT(selectedIn(*host_), ElementsAre(false, false, true)) << "by position, not by identifier";
 }
 
-TEST_F(ShownRow, TellsAssistiveTechnologyWhatIsSelected) {
+TEST_F(ShownRow, TellsAssistiveTechnologyAboutTheSelection) {
     QAccessible::setActive(true);
     show(3);
     const std::vector<QQuickItem*> cells = cellsIn(*host_);
@@ -409,8 +409,8 @@ TEST_F(ShownRow, TellsAssistiveTechnologyWhatIsSelected) {
     EXPECT_TRUE(isChecked(1));
     EXPECT_FALSE(isChecked(2));
 
-    // Without a bridge to assistive technology no event leaves Qt; the state's change is what would cause
-    // one.
+    // Without a bridge to assistive technology Qt sends no events; the state changes that would cause them
+    // are observed instead.
     QSignalSpy before(cells[1], SIGNAL(checkedChanged()));
     QSignalSpy now(cells[2], SIGNAL(checkedChanged()));
     host_->click(cells[2]);
@@ -422,7 +422,7 @@ TEST_F(ShownRow, TellsAssistiveTechnologyWhatIsSelected) {
     EXPECT_TRUE(isChecked(2));
     EXPECT_EQ(now.count(), 1);
 
-    // And what assistive technology presses is as good as tapped.
+    // Actions of assistive technology select as well.
     QAccessible::queryAccessibleInterface(cells[0])->actionInterface()->doAction(
         QAccessibleActionInterface::pressAction());
     EXPECT_TRUE(isChecked(0));

@@ -13,11 +13,11 @@
 namespace vorna {
 namespace {
 
-// The program runs with the threaded render loop.
-TEST(SpinnerUnderLoad, TurnsOnWhileTheMainThreadIsBusy) {
+// Needs the threaded render loop.
+TEST(SpinnerUnderLoad, KeepsTurningWhileTheMainThreadIsBusy) {
     const support::RecordedEvents platform;
     std::atomic<int> frames = 0;
-    std::atomic<bool> isElsewhere = false;
+    std::atomic<bool> isOffMainThread = false;
     support::ScreenHost host(QSize(390, 844));
     VornaCoreSDK::ShowPaidProductLoadingScreen();
     ASSERT_TRUE(support::eventually([&] { return host.screens().size() == 1; }));
@@ -27,18 +27,18 @@ TEST(SpinnerUnderLoad, TurnsOnWhileTheMainThreadIsBusy) {
         &host.quickWindow(), &QQuickWindow::afterRendering, &host.quickWindow(),
         [&] {
             ++frames;
-            isElsewhere = QThread::currentThread() != mainThread;
+            isOffMainThread = QThread::currentThread() != mainThread;
         },
         Qt::DirectConnection);
     support::letTimePass(std::chrono::milliseconds(300));
     ASSERT_GT(frames, 5) << "it turns";
-    ASSERT_TRUE(isElsewhere) << "frames are made on a thread of their own";
+    ASSERT_TRUE(isOffMainThread) << "frames are rendered on their own thread";
     frames = 0;
     QThread::msleep(1000);
-    const int meanwhile = frames;
-    RecordProperty("frames", meanwhile);
-    std::printf("%d frames in the second\n", meanwhile);
-    EXPECT_GE(meanwhile, 15);
+    const int framesWhileBusy = frames;
+    RecordProperty("frames", framesWhileBusy);
+    std::printf("%d frames in one second\n", framesWhileBusy);
+    EXPECT_GE(framesWhileBusy, 15);
 }
 
 }  // namespace

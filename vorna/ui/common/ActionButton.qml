@@ -1,37 +1,27 @@
 // SPDX-License-Identifier: Apache-2.0
-// The wide button that moves a screen on: a capsule with a gradient and a title.
+// The wide button that advances a screen: a capsule with a gradient, a title and an optional arrow.
 import QtQuick
 import Vorna.Ui
-import QtQuick.Templates as T
 
-T.AbstractButton {
+TapButton {
     id: root
 
     required property color firstColor
     required property color secondColor
     required property color titleColor
     property bool showsArrow: false
-    // How far the arrow's right edge lies inside the button's; without a number it lies at the leading edge.
+    // Distance from the arrow's trailing edge to the button's; NaN puts the arrow at the leading edge.
     property real arrowTrailing: NaN
 
     font.pixelSize: 18
     font.bold: true
     opacity: down ? 0.8 : 1
-    Accessible.role: Accessible.Button
-    Accessible.name: text
-    Accessible.onPressAction: clicked()
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
+    focusRing.radius: focusRing.height / 2
 
     background: GradientBackground {
         objectName: "gradient"
         firstColor: root.firstColor
         secondColor: root.secondColor
-
-        FocusRing {
-            shown: root.visualFocus
-            radius: height / 2
-        }
 
         ArrowSymbol {
             objectName: "arrow"
@@ -50,7 +40,7 @@ T.AbstractButton {
         elide: Text.ElideRight
         horizontalAlignment: Text.AlignHCenter
         verticalAlignment: Text.AlignVCenter
-        // A long title ends before the arrow, and keeps to the middle.
+        // A long title stays centred and ends before the arrow.
         leftPadding: root.showsArrow && !isNaN(root.arrowTrailing) ? root.arrowTrailing + 28 : 20
         rightPadding: leftPadding
     }

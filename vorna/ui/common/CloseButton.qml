@@ -1,17 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
-// The "✕" in a corner of a screen. The glyph lies where `glyphLeft` and `glyphTop` say; a finger hits more
-// than the glyph.
+// The "✕" in the corner of a screen. The area that reacts to taps is larger than the glyph.
 import QtQuick
-import Vorna.Ui
-import QtQuick.Templates as T
 
-T.AbstractButton {
+TapButton {
     id: root
 
     required property color glyphColor
+    // Position of the glyph within the parent; from the right edge if mirrored.
     required property real glyphLeft
     required property real glyphTop
-    // How far the button reaches around its glyph.
+    // How far the button extends beyond its glyph on each side.
     readonly property real reach: 10
 
     x: mirrored ? parent.width - glyphLeft - width + reach : glyphLeft - reach
@@ -21,17 +19,9 @@ T.AbstractButton {
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     text: "✕"
     opacity: down ? 0.5 : 1
-    Accessible.role: Accessible.Button
     Accessible.name: "Close"
-    Accessible.onPressAction: clicked()
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
-
-    background: FocusRing {
-        shown: root.visualFocus
-        anchors.margins: 0
-        radius: 6
-    }
+    focusRing.anchors.margins: 0
+    focusRing.radius: 6
 
     contentItem: Text {
         objectName: "glyph"

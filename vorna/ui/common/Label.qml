@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// A text of as many lines as it needs, centred, never wider than its screen.
+// Centred text that wraps where it would come too close to the screen's edges.
 import QtQuick
 
 Text {

@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-// A small text that can be tapped.
+// A button that consists of a line of small text.
 import QtQuick
-import QtQuick.Templates as T
-import Vorna.Ui
 
-T.AbstractButton {
+TapButton {
     id: root
 
     required property color titleColor
@@ -13,16 +11,7 @@ T.AbstractButton {
     implicitWidth: implicitContentWidth
     implicitHeight: implicitContentHeight
     opacity: down ? 0.5 : 1
-    Accessible.role: Accessible.Button
-    Accessible.name: text
-    Accessible.onPressAction: clicked()
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
-
-    background: FocusRing {
-        shown: root.visualFocus
-        radius: 4
-    }
+    focusRing.radius: 4
 
     contentItem: Text {
         text: root.text

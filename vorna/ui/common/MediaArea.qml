@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-// The media at the top of a screen: nothing, a picture as wide as the screen, or a video that plays in a loop.
+// The media at the top of a screen: nothing, a picture as wide as the screen, or a looping video.
 //
-// A picture gives the area its height. Nothing says how high the area of a video is: it then reaches down to
-// where the screen says that there is room to, and the video keeps the frame that the area had when it began.
+// A picture determines the area's height. A video does not: the area then fills the free height, and the video
+// keeps the size that the area had when playback started.
 import QtQuick
 import Vorna.Ui
 
@@ -10,9 +10,9 @@ Item {
     id: root
 
     required property MediaLoader media
-    // Logical pixels of the main screen's width, which the height of a picture follows.
+    // Width to which a picture is scaled.
     required property real screenWidth
-    // How high the area is while nothing else says so.
+    // Height of the area without a picture.
     required property real freeHeight
 
     readonly property bool isPicture: media.imageSize.width > 0
@@ -31,14 +31,14 @@ Item {
     Loader {
         id: video
         objectName: "mediaVideo"
-        // Loading the player takes time and memory that a picture does not need.
+        // The player takes time and memory that a picture does not need.
         active: String(root.media.video) !== ""
         source: active ? "MediaVideo.qml" : ""
         onActiveChanged: {
             width = root.width;
             height = root.height;
         }
-        // Its type is known only once it has been loaded.
+        // The item's type is not known until it is loaded.
         onLoaded: item.play(root.media) // qmllint disable
     }
 }

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// What the screens with media at the top have in common: the media, and a close button that comes after a
-/// while.
+/// Base of the screens with media at the top and a close button that appears after a delay.
 
 #include <vorna/ui/common/MainQueue.h>
 #include <vorna/ui/common/MediaLoader.h>
@@ -11,13 +10,12 @@
 #include <QtQmlIntegration/qqmlintegration.h>
 
 #include <cstdint>
-#include <memory>
 #include <string>
 
 namespace vorna::ui {
 
-/// Here and in every class below, the base's name is whole: moc writes it down as it stands, and the tools of
-/// QML look for that.
+/// The base class's name is fully qualified, here and in derived classes: moc copies it verbatim, and QML
+/// tooling looks it up by that name.
 class MediaScreenViewController : public vorna::ui::ViewController {
     Q_OBJECT
     Q_PROPERTY(vorna::ui::MediaLoader* media READ media CONSTANT)
@@ -29,11 +27,11 @@ class MediaScreenViewController : public vorna::ui::ViewController {
   public:
     MediaLoader* media() { return &media_; }
 
-    /// From the end of the delay on.
+    /// True once the delay has elapsed.
     bool isExitButtonShown() const { return isExitButtonShown_; }
 
-    /// The top inset of the application's first window, which need not be the one that shows this screen; 0
-    /// when there is none.
+    /// Top inset of the application's first window, which may be another than this screen's; 0 if there is no
+    /// window.
     double firstWindowSafeAreaTop() const;
 
   Q_SIGNALS:
@@ -41,10 +39,11 @@ class MediaScreenViewController : public vorna::ui::ViewController {
     void firstWindowSafeAreaTopChanged();
 
   protected:
-    /// Called as the view is loaded.
+    /// To be called from viewDidLoad().
     void startMedia(const std::string& mediaURL);
 
-    /// Shows the close button after so many seconds.
+    /// Shows the close button once the delay has elapsed; in the next event loop turn if it is zero or
+    /// negative.
     void showExitButtonAfter(std::int64_t seconds);
 
     void viewDidDisappear() override;

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
-// A video that plays with sound, over and over, until it is destroyed.
+// A video that plays with sound in an endless loop.
 import QtQuick
-import Vorna.Ui
 import QtMultimedia
+import Vorna.Ui
 
 Item {
     id: root
 
     readonly property alias player: player
-    // Qt's software renderer draws pictures, and no video.
+    // Qt's software renderer does not draw VideoOutput.
     readonly property bool drawsFrames: GraphicsInfo.api === GraphicsInfo.Software
 
     function play(media: MediaLoader) {
@@ -33,15 +33,15 @@ Item {
         id: player
         loops: MediaPlayer.Infinite
         videoOutput: root.drawsFrames ? frames : output
-        // The FFmpeg backend of Qt 6.4 stops after the first round, and cannot start while it tells so.
+        // The FFmpeg backend of Qt 6.4 ignores `loops`, and cannot be restarted from within this signal.
         onMediaStatusChanged: {
             if (mediaStatus === MediaPlayer.EndOfMedia)
-                again.start();
+                restart.start();
         }
     }
 
     Timer {
-        id: again
+        id: restart
         interval: 0
         onTriggered: player.play()
     }

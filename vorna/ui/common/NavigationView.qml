@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // A navigation bar with a title and a button at its leading edge, and below it the view of the controller on top.
 import QtQuick
-import QtQuick.Templates as T
 import Vorna.Ui
 
 Rectangle {
@@ -35,7 +34,7 @@ Rectangle {
             Accessible.name: text
         }
 
-        T.AbstractButton {
+        TapButton {
             id: button
             objectName: "leftBarButton"
             anchors.left: parent.left
@@ -51,22 +50,10 @@ Rectangle {
             font.pixelSize: 17
             font.bold: true
             opacity: down ? 0.4 : 1
-            Accessible.role: Accessible.Button
-            Accessible.name: text
-            Accessible.onPressAction: clicked()
-            Keys.onReturnPressed: clicked()
-            Keys.onEnterPressed: clicked()
+            focusRing.anchors.margins: 5
+            focusRing.border.color: "#007aff"
+            focusRing.radius: 6
             onClicked: root.controller.leftBarButtonPressed()
-
-            background: Rectangle {
-                anchors.fill: parent
-                anchors.margins: 5
-                visible: button.visualFocus
-                color: "transparent"
-                border.color: "#007aff"
-                border.width: 2
-                radius: 6
-            }
 
             contentItem: Text {
                 text: button.text

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// One dot for each step of a sequence; the present one is opaque. Of a row that is wider than the screen only
-// the dots in sight are made, so that any number of steps will do.
+// A dot for each step of a sequence; the current one is opaque. If the row is wider than the screen, only the
+// visible dots are created, so the number of steps is unlimited.
 import QtQuick
 
 Item {
@@ -8,10 +8,11 @@ Item {
 
     required property int stepIndex
     required property int stepCount
-    // How much of the row can be seen, around its centre.
+    // Width of the visible part, centred on the row.
     property real visibleWidth: parent ? parent.width : 0
 
     readonly property int count: Math.max(0, stepCount)
+    // Distance between the left edges of neighbouring dots.
     readonly property real pitch: 5 + 8
     readonly property int firstDot: Math.max(0, Math.floor((width - visibleWidth) / 2 / pitch))
 

@@ -8,10 +8,10 @@ namespace vorna::ui {
 /// Main thread.
 class EventListFlow {
   public:
-    /// Shows the list over whatever is on show, also over another such list.
+    /// Presents the list over the topmost screen, even if that is an event list too.
     static void showEventList();
 
-    /// Dismisses the screen on top, whichever it is.
+    /// Dismisses the topmost screen, whatever it is.
     static void closeEventList();
 };
 

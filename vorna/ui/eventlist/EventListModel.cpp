@@ -27,12 +27,13 @@ EventListModel::EventListModel(std::shared_ptr<const EventListManager> manager)
 }
 
 void EventListModel::reload() {
-    constexpr std::size_t mostRows = std::numeric_limits<int>::max();
-    const std::size_t count = std::min(manager_ ? manager_->size() : 0, mostRows);
+    constexpr std::size_t maxRows = std::numeric_limits<int>::max();
+    const std::size_t count = std::min(manager_ ? manager_->size() : 0, maxRows);
     if (count <= count_) {
         return;
     }
-    // The first row is another entry now, and so is every other: rows come in at the end.
+    // Rows are appended, although new entries appear at the top: each existing row changes its content
+    // instead.
     beginInsertRows({}, static_cast<int>(count_), static_cast<int>(count) - 1);
     const std::size_t before = std::exchange(count_, count);
     endInsertRows();

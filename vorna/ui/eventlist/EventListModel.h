@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The rows of the event list: the entries of a list that grows at its end, newest first.
+/// The rows of the event list, newest first, over a list that grows at its end.
 
 #include <vorna/events/EventListManager.h>
 
@@ -13,8 +13,8 @@
 
 namespace vorna::ui {
 
-/// Each row has one role, `line`: the name, and after " | " the custom value where there is one. What it
-/// shows is the list as it was at the last reload. Main thread.
+/// The model has a single role, `line`: the event's name, followed by " | " and its custom value if it has
+/// one. Shows the list as of the last reload. Main thread.
 class EventListModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
@@ -23,7 +23,7 @@ class EventListModel : public QAbstractListModel {
   public:
     explicit EventListModel(std::shared_ptr<const EventListManager> manager);
 
-    /// Takes up what was added since. Every row stands for another entry then; a view keeps its place.
+    /// Adds the entries that are new. Every row then shows another entry; views keep their scroll position.
     void reload();
 
     int rowCount(const QModelIndex& parent = {}) const override;

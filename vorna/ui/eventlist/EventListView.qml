@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The events of this run, a row each.
+// The events of the current run, one row each.
 import QtQuick
 import Vorna.Ui
 

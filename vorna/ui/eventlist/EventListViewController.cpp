@@ -19,16 +19,17 @@ EventListViewController::EventListViewController(std::shared_ptr<const EventList
 }
 
 void EventListViewController::viewDidLoad() {
-    // The window draws nothing while it is hidden; what is due waits for the first frame then.
+    // A hidden window draws no frames; the reload then waits until it is shown.
     connect(window()->quickWindow(), &QQuickWindow::afterAnimating, this, [this] {
         if (std::exchange(isDue_, false)) {
             tableView_.reload();
         }
     });
-    // Posted by the worker, which must never hold this controller: it belongs to the main thread.
+    // Posted by the worker, which must not own this controller: it belongs to the main thread.
     observation_ = NotificationCenter::defaultCenter().addObserver(
-        VornaCoreSDK::EventListUpdated, [refresh = refresh_, weak = std::weak_ptr(shared_from_this())](
-                                            const Notification& /*notification*/) { ask(refresh, weak); });
+        VornaCoreSDK::EventListUpdated,
+        [isRequested = isRequested_, weak = std::weak_ptr(shared_from_this())](
+            const Notification& /*notification*/) { requestReload(isRequested, weak); });
 }
 
 void EventListViewController::viewDidDisappear() {
@@ -36,16 +37,16 @@ void EventListViewController::viewDidDisappear() {
 }
 
 void EventListViewController::refreshEventList() {
-    ask(refresh_, weak_from_this());
+    requestReload(isRequested_, weak_from_this());
 }
 
-void EventListViewController::ask(const std::shared_ptr<std::atomic<bool>>& refresh,
-                                  const std::weak_ptr<ViewController>& controller) {
-    if (refresh->exchange(true)) {
+void EventListViewController::requestReload(const std::shared_ptr<std::atomic<bool>>& isRequested,
+                                            const std::weak_ptr<ViewController>& controller) {
+    if (isRequested->exchange(true)) {
         return;
     }
-    mainQueue::async([refresh, controller] {
-        *refresh = false;
+    mainQueue::async([isRequested, controller] {
+        *isRequested = false;
         if (const std::shared_ptr<ViewController> alive = controller.lock()) {
             static_cast<EventListViewController&>(*alive).reloadAtNextFrame();
         }

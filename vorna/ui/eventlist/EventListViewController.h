@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The list of the events that were handed to the network in this run, newest first: a help for developers.
+/// A debugging aid: the events handed to the network in the current run, newest first.
 
 #include <vorna/events/EventListManager.h>
 #include <vorna/platform/NotificationCenter.h>
@@ -26,7 +26,7 @@ class EventListViewController final : public vorna::ui::ViewController {
 
     EventListModel* tableView() { return &tableView_; }
 
-    /// Shows what was added since. Reloads that are asked for between two frames are one. Any thread.
+    /// Shows new events. Requests between two frames are combined into one reload. Any thread.
     void refreshEventList();
 
     /// Dismisses the screen.
@@ -40,14 +40,15 @@ class EventListViewController final : public vorna::ui::ViewController {
     void viewDidDisappear() override;
 
   private:
-    static void ask(const std::shared_ptr<std::atomic<bool>>& refresh,
-                    const std::weak_ptr<ViewController>& controller);
+    static void requestReload(const std::shared_ptr<std::atomic<bool>>& isRequested,
+                              const std::weak_ptr<ViewController>& controller);
     void reloadAtNextFrame();
 
     EventListModel tableView_;
     NotificationCenter::Observation observation_;
-    /// True while a reload was asked for and has not reached the main thread yet.
-    const std::shared_ptr<std::atomic<bool>> refresh_ = std::make_shared<std::atomic<bool>>(false);
+    /// Whether a request is on its way to the main thread.
+    const std::shared_ptr<std::atomic<bool>> isRequested_ = std::make_shared<std::atomic<bool>>(false);
+    /// Whether to reload before the next frame.
     bool isDue_ = false;
 };
 

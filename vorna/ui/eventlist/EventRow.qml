@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// One event on one line, which can be moved sideways when it is longer than the row is wide.
+// One event on a single line, which scrolls sideways if it is wider than the row.
 import QtQuick
 
 Item {
@@ -8,7 +8,7 @@ Item {
     required property string line
 
     height: 44
-    // Another entry is shown from its beginning, wherever the one before had been moved to.
+    // A new text is shown from its beginning, even if the row was scrolled.
     onLineChanged: {
         scroll.cancelFlick();
         scroll.contentX = 0;
@@ -42,7 +42,7 @@ Item {
         }
     }
 
-    // Tells how much of the line is in sight while it moves.
+    // Shows which part of the line is visible while it scrolls.
     Rectangle {
         objectName: "horizontalScrollIndicator"
         x: scroll.visibleArea.xPosition * root.width

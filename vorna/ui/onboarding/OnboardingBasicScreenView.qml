@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// One step of an onboarding: media, title, heading, dots and a button, from top to bottom.
+// A basic onboarding step: media, title, heading, dots and a button, from top to bottom.
 import QtQuick
 import Vorna.Ui
 
@@ -10,7 +10,7 @@ Rectangle {
     readonly property Window window: controller.window
     readonly property real screenHeight: window.screenHeight
 
-    color: controller.backgroundColor
+    color: controller.look.backgroundColor
     LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft // qmllint disable
     LayoutMirroring.childrenInherit: true
 
@@ -30,8 +30,8 @@ Rectangle {
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.verticalCenter: parent.verticalCenter
         anchors.verticalCenterOffset: root.screenHeight < 700 ? -40 : 0
-        text: root.controller.titleText
-        color: root.controller.headingColor
+        text: root.controller.look.titleText
+        color: root.controller.look.headingColor
         font.pixelSize: 30
         font.bold: true
     }
@@ -43,8 +43,8 @@ Rectangle {
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.top: title.bottom
         anchors.topMargin: 12
-        text: root.controller.headingText
-        color: root.controller.headingColor
+        text: root.controller.look.headingText
+        color: root.controller.look.headingColor
         font.pixelSize: 16
         font.bold: true
     }
@@ -54,8 +54,8 @@ Rectangle {
         anchors.top: heading.bottom
         anchors.topMargin: 4
         anchors.horizontalCenter: parent.horizontalCenter
-        stepIndex: root.controller.stepIndex
-        stepCount: root.controller.stepCount
+        stepIndex: root.controller.look.stepIndex
+        stepCount: root.controller.look.stepCount
     }
 
     ActionButton {
@@ -65,11 +65,11 @@ Rectangle {
         anchors.horizontalCenter: parent.horizontalCenter
         width: 350
         height: root.screenHeight > 736 ? 70 : 50
-        text: root.controller.buttonTitle
-        titleColor: root.controller.buttonTitleColor
-        firstColor: root.controller.actionButtonColor1
-        secondColor: root.controller.actionButtonColor2
-        showsArrow: root.controller.showArrow
+        text: root.controller.look.buttonTitle
+        titleColor: root.controller.look.buttonTitleColor
+        firstColor: root.controller.look.actionButtonColor1
+        secondColor: root.controller.look.actionButtonColor2
+        showsArrow: root.controller.look.showsArrow
         focus: true
         onClicked: root.controller.actionButtonTapped()
     }
@@ -82,7 +82,7 @@ Rectangle {
             parent: root
             glyphTop: root.window.safeAreaTop + 10
             glyphLeft: 10
-            glyphColor: root.controller.exitButtonColor
+            glyphColor: root.controller.look.exitButtonColor
             font.pixelSize: 18
             onClicked: root.controller.exitButtonTapped()
         }

@@ -13,19 +13,20 @@
 #include <vorna/ui/onboarding/OnboardingPaywallScreenViewController.h>
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace vorna::ui {
 
 namespace {
 
-/// False for one that went with its window, or that the host has dismissed.
-bool isOnShow(const std::shared_ptr<ViewController>& screen) {
+/// Returns false if the screen's window is gone or the host has dismissed the screen.
+bool isPresented(const std::shared_ptr<ViewController>& screen) {
     if (screen->window() == nullptr) {
         return false;
     }
-    const auto shown = screen->window()->presentedViewControllers();
-    return std::find(shown.begin(), shown.end(), screen) != shown.end();
+    const auto presented = screen->window()->presentedViewControllers();
+    return std::find(presented.begin(), presented.end(), screen) != presented.end();
 }
 
 }  // namespace
@@ -65,19 +66,17 @@ void OnboardingFlow::presentOnboardingStep(const std::weak_ptr<ViewController>& 
         log::debug({"❌ Failed to find top view controller"});
         return;
     }
-    if (const std::vector<std::string> missing = validate(*(*steps)[index]); !missing.empty()) {
+    const OnboardingStepsParameters& step = *(*steps)[index];
+    const std::optional<StepKind> kind = stepKindOf(step.type);
+    // Validation reports an unknown kind as well.
+    if (const std::vector<std::string> missing = validate(step); !kind || !missing.empty()) {
         showJSONErrorScreen("Onboarding[" + std::to_string(index) + "]", missingFieldsMessage(missing));
         return;
     }
-    const std::shared_ptr<ViewController> screen = makeScreen(host, steps, index);
-    if (!screen) {
-        return;
-    }
-    screen->modalPresentationStyle = ModalPresentationStyle::fullScreen;
-
-    const std::shared_ptr<ViewController> before =
+    const std::shared_ptr<ViewController> screen = makeScreen(*kind, host, steps, index);
+    const std::shared_ptr<ViewController> previous =
         onShow_.currentOnboardingScreen ? onShow_.currentOnboardingScreen : host.lock();
-    if (Window* const window = before ? before->window() : nullptr) {
+    if (Window* const window = previous ? previous->window() : nullptr) {
         window->addTransition({});
     }
     top->present(screen, false, [this, screen] {
@@ -86,25 +85,28 @@ void OnboardingFlow::presentOnboardingStep(const std::weak_ptr<ViewController>& 
     });
 }
 
-std::shared_ptr<ViewController> OnboardingFlow::makeScreen(const std::weak_ptr<ViewController>& host,
+std::shared_ptr<ViewController> OnboardingFlow::makeScreen(StepKind kind,
+                                                           const std::weak_ptr<ViewController>& host,
                                                            const std::shared_ptr<const Steps>& steps,
                                                            std::size_t index) {
     const std::shared_ptr<const OnboardingStepsParameters>& step = (*steps)[index];
     const bool isLast = index + 1 == steps->size();
     const StepPosition position{static_cast<int>(index), static_cast<int>(steps->size()), isLast, isLast};
-    if (step->type == "basic") {
-        return std::make_shared<OnboardingBasicScreenViewController>(
-            step, position,
-            [this, host, steps, index] { presentOnboardingStep(host, steps, index + 1, ""); });
+    const auto showNext = [this, host, steps, index](const std::string& identifier) {
+        presentOnboardingStep(host, steps, index + 1, identifier);
+    };
+    std::shared_ptr<ViewController> screen;
+    switch (kind) {
+    case StepKind::basic:
+        screen = std::make_shared<OnboardingBasicScreenViewController>(step, position,
+                                                                       [showNext] { showNext(""); });
+        break;
+    case StepKind::paywall:
+        screen = std::make_shared<OnboardingPaywallScreenViewController>(step, position, showNext);
+        break;
     }
-    if (step->type == "paywall") {
-        return std::make_shared<OnboardingPaywallScreenViewController>(
-            step, position, [this, host, steps, index](const std::string& identifier) {
-                presentOnboardingStep(host, steps, index + 1, identifier);
-            });
-    }
-    // Validation lets no other type through.
-    return nullptr;
+    screen->modalPresentationStyle = ModalPresentationStyle::fullScreen;
+    return screen;
 }
 
 void OnboardingFlow::closeOnboarding() {
@@ -119,7 +121,7 @@ void OnboardingFlow::dismissNewest() {
     while (!onShow_.onboardingScreens.empty()) {
         const std::shared_ptr<ViewController> newest = std::move(onShow_.onboardingScreens.back());
         onShow_.onboardingScreens.pop_back();
-        if (isOnShow(newest)) {
+        if (isPresented(newest)) {
             newest->dismiss(false, [this] { dismissNewest(); });
             return;
         }

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The sequence of onboarding steps: each step's button presents the next one over it, and the end is told to
-/// the host. All steps stay on show, one over the other, until they are closed together.
+/// Shows the steps of an onboarding: each step's button presents the next step over it, and the last one's
+/// notifies the host. All steps stay presented until they are closed together.
 
 #include <vorna/documents/OnboardingStepsParameters.h>
+#include <vorna/documents/StepKind.h>
 #include <vorna/ui/common/ScreensOnShow.h>
 
 #include <cstddef>
@@ -21,21 +22,21 @@ class OnboardingFlow {
     /// `onShow` must outlive the flow, which lives as long as the process.
     explicit OnboardingFlow(ScreensOnShow& onShow) : onShow_(onShow) {}
 
-    /// Decodes the document and presents its first step. Failures are logged.
+    /// Decodes the document and presents its first step. Logs failures.
     void showOnboarding(std::string_view jsonString);
 
-    /// Dismisses every step on show, newest first.
+    /// Dismisses all presented steps, newest first.
     void closeOnboarding();
 
   private:
     using Steps = std::vector<std::shared_ptr<const OnboardingStepsParameters>>;
 
-    /// Presents the step of that index; past the last one, tells the host that the sequence has ended, with
-    /// the identifier.
+    /// Presents the step at the index. Past the last step, notifies the host of the end instead, with the
+    /// product identifier.
     void presentOnboardingStep(const std::weak_ptr<ViewController>& host,
                                const std::shared_ptr<const Steps>& steps, std::size_t index,
                                const std::string& identifier);
-    std::shared_ptr<ViewController> makeScreen(const std::weak_ptr<ViewController>& host,
+    std::shared_ptr<ViewController> makeScreen(StepKind kind, const std::weak_ptr<ViewController>& host,
                                                const std::shared_ptr<const Steps>& steps, std::size_t index);
     void dismissNewest();
 

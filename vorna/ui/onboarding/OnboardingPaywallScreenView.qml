@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// A step of an onboarding that offers products: media, title, heading, dots, products, a button and what is
-// said below it.
+// An onboarding step that offers products: media, title, heading, dots, products, a button, a footnote, links.
 import QtQuick
 import Vorna.Ui
 
@@ -11,7 +10,7 @@ Rectangle {
     readonly property Window window: controller.window
     readonly property real screenHeight: window.screenHeight
 
-    color: controller.backgroundColor
+    color: controller.look.backgroundColor
     LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft // qmllint disable
     LayoutMirroring.childrenInherit: true
 
@@ -31,8 +30,8 @@ Rectangle {
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.verticalCenter: parent.verticalCenter
         anchors.verticalCenterOffset: root.screenHeight < 700 ? -40 : 0
-        text: root.controller.titleText
-        color: root.controller.headingColor
+        text: root.controller.look.titleText
+        color: root.controller.look.headingColor
         font.pixelSize: 30
         font.bold: true
     }
@@ -44,8 +43,8 @@ Rectangle {
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.top: title.bottom
         anchors.topMargin: 14
-        text: root.controller.headingText
-        color: root.controller.headingColor
+        text: root.controller.look.headingText
+        color: root.controller.look.headingColor
         font.pixelSize: 16
         font.bold: true
     }
@@ -55,8 +54,8 @@ Rectangle {
         anchors.top: heading.bottom
         anchors.topMargin: 4
         anchors.horizontalCenter: parent.horizontalCenter
-        stepIndex: root.controller.stepIndex
-        stepCount: root.controller.stepCount
+        stepIndex: root.controller.look.stepIndex
+        stepCount: root.controller.look.stepCount
     }
 
     ActionButton {
@@ -67,11 +66,11 @@ Rectangle {
         anchors.horizontalCenter: parent.horizontalCenter
         width: 350
         height: root.screenHeight > 736 ? 70 : 50
-        text: root.controller.buttonTitle
-        titleColor: root.controller.buttonTitleColor
-        firstColor: root.controller.actionButtonColor1
-        secondColor: root.controller.actionButtonColor2
-        showsArrow: root.controller.showArrow
+        text: root.controller.look.buttonTitle
+        titleColor: root.controller.look.buttonTitleColor
+        firstColor: root.controller.look.actionButtonColor1
+        secondColor: root.controller.look.actionButtonColor2
+        showsArrow: root.controller.look.showsArrow
         arrowTrailing: 20
         focus: true
         onClicked: root.controller.actionButtonTapped()
@@ -95,8 +94,8 @@ Rectangle {
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.top: actionButton.bottom
         anchors.topMargin: 10
-        text: root.controller.footNote
-        color: root.controller.footNoteColor
+        text: root.controller.look.footNote
+        color: root.controller.look.footNoteColor
         font.pixelSize: 12
     }
 
@@ -110,7 +109,7 @@ Rectangle {
         LinkButton {
             objectName: "termsOfUseButton"
             text: "Terms of Use"
-            titleColor: root.controller.termsOfUseColor
+            titleColor: root.controller.look.termsOfUseColor
             Accessible.role: Accessible.Link
             onClicked: root.controller.linkButtonTapped(text)
         }
@@ -118,14 +117,14 @@ Rectangle {
         LinkButton {
             objectName: "restoreButton"
             text: "Restore Purchase"
-            titleColor: root.controller.restoreButtonColor
+            titleColor: root.controller.look.restoreButtonColor
             onClicked: root.controller.restorePurchaseTapped()
         }
 
         LinkButton {
             objectName: "privacyPolicyButton"
             text: "Privacy Policy"
-            titleColor: root.controller.privacyPolicyColor
+            titleColor: root.controller.look.privacyPolicyColor
             Accessible.role: Accessible.Link
             onClicked: root.controller.linkButtonTapped(text)
         }
@@ -139,7 +138,7 @@ Rectangle {
             parent: root
             glyphTop: root.window.safeAreaTop + 10
             glyphLeft: 10
-            glyphColor: root.controller.exitButtonColor
+            glyphColor: root.controller.look.exitButtonColor
             font.pixelSize: 24
             font.bold: true
             onClicked: root.controller.exitButtonTapped()

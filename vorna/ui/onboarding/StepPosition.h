@@ -3,7 +3,7 @@
 
 namespace vorna::ui {
 
-/// What the flow adds to a step's own fields.
+/// A step's place in its sequence, and what the flow shows because of it.
 struct StepPosition {
     /// Zero-based.
     int stepIndex = 0;

@@ -13,8 +13,7 @@ namespace vorna::ui {
 
 namespace {
 
-/// Blurs along one line of a picture with one byte a pixel: three passes of a moving average come close to a
-/// Gaussian.
+/// Blurs one row or column of an 8-bit image. Three passes of a moving average approximate a Gaussian.
 void blurLine(std::uint8_t* first, std::ptrdiff_t step, int count, int radius,
               std::vector<std::uint8_t>& line) {
     const auto length = static_cast<std::size_t>(count);
@@ -27,10 +26,10 @@ void blurLine(std::uint8_t* first, std::ptrdiff_t step, int count, int radius,
         }
         for (int index = 0; index < count; ++index) {
             line[static_cast<std::size_t>(index)] = static_cast<std::uint8_t>(sum / window);
-            const int enters = index + radius + 1;
-            const int leaves = index - radius;
-            sum += enters < count ? first[enters * step] : 0;
-            sum -= leaves >= 0 ? first[leaves * step] : 0;
+            const int entering = index + radius + 1;
+            const int leaving = index - radius;
+            sum += entering < count ? first[entering * step] : 0;
+            sum -= leaving >= 0 ? first[leaving * step] : 0;
         }
         for (int index = 0; index < count; ++index) {
             first[index * step] = line[static_cast<std::size_t>(index)];
@@ -38,7 +37,7 @@ void blurLine(std::uint8_t* first, std::ptrdiff_t step, int count, int radius,
     }
 }
 
-/// The card's outline as opacity, blurred.
+/// Returns the blurred alpha mask of the card.
 QImage blurredCard(QSize size, const QRectF& card, double corner, double deviation) {
     QImage mask(size, QImage::Format_Alpha8);
     mask.fill(0);
@@ -49,7 +48,7 @@ QImage blurredCard(QSize size, const QRectF& card, double corner, double deviati
         painter.setBrush(Qt::black);
         painter.drawRoundedRect(card, corner, corner);
     }
-    // Three averages over 2r + 1 pixels have the variance r(r + 1).
+    // The variance of three averages over 2r + 1 pixels is r(r + 1).
     const int radius = static_cast<int>(std::lround((std::sqrt(1 + 4 * deviation * deviation) - 1) / 2));
     if (radius > 0) {
         std::vector<std::uint8_t> line;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The soft shadow under a card with round corners, as if the card were opaque. The item is larger than the
-/// card, by a margin on each side, and lies below it.
+/// The soft shadow of a card with rounded corners, drawn as if the card were opaque. The item is placed below
+/// the card and extends beyond it by a margin on each side.
 
 #include <QtGui/QColor>
 #include <QtQmlIntegration/qqmlintegration.h>
@@ -13,12 +13,12 @@ namespace vorna::ui {
 class CardShadow : public QQuickPaintedItem {
     Q_OBJECT
     Q_PROPERTY(QColor color MEMBER color_ NOTIFY changed)
-    /// From 0 to 1, beside the colour's own.
+    /// Opacity from 0 to 1, multiplied by the colour's own.
     Q_PROPERTY(double strength MEMBER strength_ NOTIFY changed)
-    /// How far the edge is blurred: the standard deviation, in logical pixels.
+    /// Standard deviation of the blur, in logical pixels.
     Q_PROPERTY(double blurRadius MEMBER blurRadius_ NOTIFY changed)
     Q_PROPERTY(double cornerRadius MEMBER cornerRadius_ NOTIFY changed)
-    /// How far the item reaches beyond the card on each side, to have room for the shadow.
+    /// How far the item extends beyond the card on each side.
     Q_PROPERTY(double margin MEMBER margin_ NOTIFY changed)
     QML_ELEMENT
 

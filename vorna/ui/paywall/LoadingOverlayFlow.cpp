@@ -9,7 +9,7 @@
 namespace vorna::ui {
 
 void LoadingOverlayFlow::show() {
-    // One whose window has gone, and that has gone with it, keeps none from coming.
+    // An overlay that was closed along with its window does not prevent a new one.
     if (onShow_.currentLoadingScreen && onShow_.currentLoadingScreen->window() != nullptr) {
         return;
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Shows and removes the overlay that covers the screen while a purchase runs.
+/// Shows and removes the overlay that covers the screen while a purchase is in progress.
 
 #include <vorna/ui/common/ScreensOnShow.h>
 
@@ -13,11 +13,11 @@ class LoadingOverlayFlow {
     /// `onShow` must outlive the flow, which lives as long as the process.
     explicit LoadingOverlayFlow(ScreensOnShow& onShow) : onShow_(onShow) {}
 
-    /// Does nothing while an overlay is on show, or where there is nothing to show one over. An overlay
-    /// counts only when it has fully arrived: two quick calls may show two.
+    /// Does nothing if an overlay is shown already or there is no screen to present it over. An overlay
+    /// counts as shown from the end of its animation, so two calls in quick succession may show two.
     void show();
 
-    /// Does nothing while there is none.
+    /// Does nothing if no overlay is shown.
     void close();
 
   private:

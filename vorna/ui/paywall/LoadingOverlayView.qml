@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Dims the screen and keeps every tap from it while a purchase runs.
+// Dims the screen below and blocks all input to it while a purchase is in progress.
 import QtQuick
 import Vorna.Ui
 
@@ -7,16 +7,8 @@ Rectangle {
     id: root
 
     required property PaidProductLoadingScreenView controller
+    // Whether the spinner has its position.
     property bool isPlaced: false
-
-    // The arc stays where the middle was when the overlay appeared.
-    function place() {
-        if (!isPlaced && width > 0 && height > 0) {
-            isPlaced = true;
-            spinner.x = (width - spinner.width) / 2;
-            spinner.y = (height - spinner.height) / 2;
-        }
-    }
 
     color: "#66000000"
     focus: true
@@ -24,6 +16,15 @@ Rectangle {
     onHeightChanged: place()
     Accessible.role: Accessible.Dialog
     Accessible.name: "Loading"
+
+    // Centres the spinner once; it does not follow when the window is resized.
+    function place() {
+        if (!isPlaced && width > 0 && height > 0) {
+            isPlaced = true;
+            spinner.x = (width - spinner.width) / 2;
+            spinner.y = (height - spinner.height) / 2;
+        }
+    }
 
     MouseArea {
         anchors.fill: parent

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The dimmed overlay with the spinning arc.
+/// The dimming overlay with the spinner.
 
 #include <vorna/ui/common/ViewController.h>
 

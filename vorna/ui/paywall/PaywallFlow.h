@@ -15,12 +15,12 @@ class PaywallFlow {
     /// `onShow` must outlive the flow, which lives as long as the process.
     explicit PaywallFlow(ScreensOnShow& onShow) : onShow_(onShow) {}
 
-    /// Decodes the document and presents its screen, whatever is on show already. Failures are logged; a
-    /// document that lacks something is answered by the error screen.
+    /// Decodes the document and presents its screen over the topmost one. Logs failures; shows the error
+    /// screen if the document has missing fields.
     void showPaywall(std::string_view jsonString);
 
-    /// Dismisses the paywall presented last. That one stays the last also when it has gone, so a later call
-    /// asks for nothing; what a dismissal does let go of is the onboarding step on show.
+    /// Dismisses the paywall presented last. The flow keeps referring to it afterwards, so that calling this
+    /// again does nothing; once dismissed, the reference to the current onboarding step is dropped instead.
     void closePaywall();
 
   private:

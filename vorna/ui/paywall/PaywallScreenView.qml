@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// A paywall: media, heading, details, products, the purchase button and what is said below it.
+// A paywall: media, heading, details, products, the purchase button, a footnote and links.
 import QtQuick
 import Vorna.Ui
 
@@ -10,7 +10,7 @@ Rectangle {
     readonly property Window window: controller.window
     readonly property real screenHeight: window.screenHeight
 
-    color: controller.backgroundColor
+    color: controller.look.backgroundColor
     LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft // qmllint disable
     LayoutMirroring.childrenInherit: true
 
@@ -30,8 +30,8 @@ Rectangle {
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.verticalCenter: parent.verticalCenter
         anchors.verticalCenterOffset: root.screenHeight * (root.screenHeight <= 667 ? -0.12 : -0.1)
-        text: root.controller.headingText
-        color: root.controller.headingColor
+        text: root.controller.look.headingText
+        color: root.controller.look.headingColor
         font.pixelSize: 30
         font.bold: true
     }
@@ -45,7 +45,7 @@ Rectangle {
         spacing: root.screenHeight > 667 ? 12 : 8
 
         Repeater {
-            model: root.controller.details
+            model: root.controller.look.details
 
             // qmllint disable unqualified
             Item {
@@ -62,7 +62,7 @@ Rectangle {
                     screenWidth: root.width
                     anchors.horizontalCenter: parent.horizontalCenter
                     text: line.modelData
-                    color: root.controller.detailsColor
+                    color: root.controller.look.detailsColor
                     font.pixelSize: 16
                 }
             }
@@ -78,10 +78,10 @@ Rectangle {
         anchors.horizontalCenter: parent.horizontalCenter
         width: 350
         height: root.screenHeight > 736 ? 70 : 50
-        text: root.controller.buttonTitle
-        titleColor: root.controller.buttonTitleColor
-        firstColor: root.controller.actionButtonColor1
-        secondColor: root.controller.actionButtonColor2
+        text: root.controller.look.buttonTitle
+        titleColor: root.controller.look.buttonTitleColor
+        firstColor: root.controller.look.actionButtonColor1
+        secondColor: root.controller.look.actionButtonColor2
         showsArrow: true
         arrowTrailing: 20
         focus: true
@@ -95,7 +95,7 @@ Rectangle {
         anchors.bottomMargin: -5
         width: parent.width * 0.9
         height: root.screenHeight > 667 ? 190 : 160
-        // The middle band is shorter than the smallest on purpose.
+        // Medium screens have shorter items than small ones, by design.
         itemHeight: root.screenHeight > 736 ? 178 : root.screenHeight > 667 ? 150 : 160
         row: root.controller.productRow
     }
@@ -107,8 +107,8 @@ Rectangle {
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.top: actionButton.bottom
         anchors.topMargin: 10
-        text: root.controller.footNote
-        color: root.controller.footNoteColor
+        text: root.controller.look.footNote
+        color: root.controller.look.footNoteColor
         font.pixelSize: 12
     }
 
@@ -122,7 +122,7 @@ Rectangle {
         LinkButton {
             objectName: "termsOfUseButton"
             text: "Terms of Use"
-            titleColor: root.controller.termsOfUseColor
+            titleColor: root.controller.look.termsOfUseColor
             Accessible.role: Accessible.Link
             onClicked: root.controller.linkButtonTapped(text)
         }
@@ -130,14 +130,14 @@ Rectangle {
         LinkButton {
             objectName: "restoreButton"
             text: "Restore Purchase"
-            titleColor: root.controller.restoreButtonColor
+            titleColor: root.controller.look.restoreButtonColor
             onClicked: root.controller.restorePurchaseTapped()
         }
 
         LinkButton {
             objectName: "privacyPolicyButton"
             text: "Privacy Policy"
-            titleColor: root.controller.privacyPolicyColor
+            titleColor: root.controller.look.privacyPolicyColor
             Accessible.role: Accessible.Link
             onClicked: root.controller.linkButtonTapped(text)
         }
@@ -151,7 +151,7 @@ Rectangle {
             parent: root
             glyphTop: root.window.safeAreaTop + 10
             glyphLeft: 10
-            glyphColor: root.controller.exitButtonColor
+            glyphColor: root.controller.look.exitButtonColor
             font.pixelSize: 24
             font.bold: true
             onClicked: root.controller.exitTapped()

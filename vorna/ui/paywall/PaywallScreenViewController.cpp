@@ -15,85 +15,44 @@ namespace vorna::ui {
 
 namespace {
 
-/// What fits on a line of the narrowest phones.
-constexpr std::size_t mostCharacters = 37;
+/// What fits on one line of the narrowest phones.
+constexpr std::size_t maxDetailCharacters = 37;
 
 QString shortened(const std::string& line) {
-    if (text::characterCount(line) <= mostCharacters) {
+    if (text::characterCount(line) <= maxDetailCharacters) {
         return toQString(line);
     }
-    return toQString(text::firstCharacters(line, mostCharacters)) + QStringLiteral("...");
+    return toQString(text::firstCharacters(line, maxDetailCharacters)) + QStringLiteral("...");
+}
+
+PaywallLook lookOf(const PaywallParameters& paywall) {
+    PaywallLook look;
+    look.headingText = toQString(paywall.heading);
+    for (const std::string& line : paywall.details) {
+        look.details.append(shortened(line));
+    }
+    look.buttonTitle = toQString(paywall.buttonTitle);
+    look.footNote = toQString(paywall.footNote);
+    look.backgroundColor = colorOf(paywall.backgroundColor);
+    look.actionButtonColor1 = colorOf(paywall.actionButtonColor1);
+    look.actionButtonColor2 = colorOf(paywall.actionButtonColor2);
+    look.headingColor = colorOf(paywall.headingColor);
+    look.buttonTitleColor = colorOf(paywall.buttonTitleColor);
+    look.termsOfUseColor = colorOf(paywall.termsOfUseColor);
+    look.footNoteColor = colorOf(paywall.footNoteColor);
+    look.restoreButtonColor = colorOf(paywall.restoreButtonColor);
+    look.privacyPolicyColor = colorOf(paywall.privacyPolicyColor);
+    look.detailsColor = colorOf(paywall.detailsColor);
+    look.exitButtonColor = colorOf(paywall.exitButtonColor);
+    return look;
 }
 
 }  // namespace
 
 PaywallScreenViewController::PaywallScreenViewController(const PaywallParameters& paywall)
     : paywall_(paywall),
+      look_(lookOf(paywall)),
       productRow_(paywall.paidProducts, paywall.selectedPaidProduct) {}
-
-QStringList PaywallScreenViewController::details() const {
-    QStringList lines;
-    for (const std::string& line : paywall_.details) {
-        lines.append(shortened(line));
-    }
-    return lines;
-}
-
-QString PaywallScreenViewController::headingText() const {
-    return toQString(paywall_.heading);
-}
-
-QString PaywallScreenViewController::buttonTitle() const {
-    return toQString(paywall_.buttonTitle);
-}
-
-QString PaywallScreenViewController::footNote() const {
-    return toQString(paywall_.footNote);
-}
-
-QColor PaywallScreenViewController::backgroundColor() const {
-    return colorOf(paywall_.backgroundColor);
-}
-
-QColor PaywallScreenViewController::actionButtonColor1() const {
-    return colorOf(paywall_.actionButtonColor1);
-}
-
-QColor PaywallScreenViewController::actionButtonColor2() const {
-    return colorOf(paywall_.actionButtonColor2);
-}
-
-QColor PaywallScreenViewController::headingColor() const {
-    return colorOf(paywall_.headingColor);
-}
-
-QColor PaywallScreenViewController::buttonTitleColor() const {
-    return colorOf(paywall_.buttonTitleColor);
-}
-
-QColor PaywallScreenViewController::termsOfUseColor() const {
-    return colorOf(paywall_.termsOfUseColor);
-}
-
-QColor PaywallScreenViewController::footNoteColor() const {
-    return colorOf(paywall_.footNoteColor);
-}
-
-QColor PaywallScreenViewController::restoreButtonColor() const {
-    return colorOf(paywall_.restoreButtonColor);
-}
-
-QColor PaywallScreenViewController::privacyPolicyColor() const {
-    return colorOf(paywall_.privacyPolicyColor);
-}
-
-QColor PaywallScreenViewController::detailsColor() const {
-    return colorOf(paywall_.detailsColor);
-}
-
-QColor PaywallScreenViewController::exitButtonColor() const {
-    return colorOf(paywall_.exitButtonColor);
-}
 
 QUrl PaywallScreenViewController::viewSource() const {
     return viewFile("paywall/PaywallScreenView.qml");

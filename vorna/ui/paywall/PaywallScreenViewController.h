@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The screen of a paywall. It sells nothing: it tells the host what the user chose, and waits to be closed.
+/// The screen of a paywall. It sells nothing itself: it notifies the host of the user's choices, and stays
+/// until the host closes it.
 
 #include <vorna/documents/PaywallParameters.h>
 #include <vorna/ui/common/MediaScreenViewController.h>
@@ -14,55 +15,64 @@
 
 namespace vorna::ui {
 
+/// Everything that the view of a paywall draws, apart from media and products.
+struct PaywallLook {
+    Q_GADGET
+    Q_PROPERTY(QString headingText MEMBER headingText)
+    Q_PROPERTY(QStringList details MEMBER details)
+    Q_PROPERTY(QString buttonTitle MEMBER buttonTitle)
+    Q_PROPERTY(QString footNote MEMBER footNote)
+    Q_PROPERTY(QColor backgroundColor MEMBER backgroundColor)
+    Q_PROPERTY(QColor actionButtonColor1 MEMBER actionButtonColor1)
+    Q_PROPERTY(QColor actionButtonColor2 MEMBER actionButtonColor2)
+    Q_PROPERTY(QColor headingColor MEMBER headingColor)
+    Q_PROPERTY(QColor buttonTitleColor MEMBER buttonTitleColor)
+    Q_PROPERTY(QColor termsOfUseColor MEMBER termsOfUseColor)
+    Q_PROPERTY(QColor footNoteColor MEMBER footNoteColor)
+    Q_PROPERTY(QColor restoreButtonColor MEMBER restoreButtonColor)
+    Q_PROPERTY(QColor privacyPolicyColor MEMBER privacyPolicyColor)
+    Q_PROPERTY(QColor detailsColor MEMBER detailsColor)
+    Q_PROPERTY(QColor exitButtonColor MEMBER exitButtonColor)
+    QML_VALUE_TYPE(paywallLook)
+
+  public:
+    QString headingText;
+    /// One entry per line; a line of more than 37 characters ends in "..." after the 37th.
+    QStringList details;
+    QString buttonTitle;
+    QString footNote;
+    QColor backgroundColor;
+    QColor actionButtonColor1;
+    QColor actionButtonColor2;
+    QColor headingColor;
+    QColor buttonTitleColor;
+    QColor termsOfUseColor;
+    QColor footNoteColor;
+    QColor restoreButtonColor;
+    QColor privacyPolicyColor;
+    QColor detailsColor;
+    QColor exitButtonColor;
+};
+
 class PaywallScreenViewController final : public vorna::ui::MediaScreenViewController {
     Q_OBJECT
-    Q_PROPERTY(QString headingText READ headingText CONSTANT)
-    Q_PROPERTY(QStringList details READ details CONSTANT)
-    Q_PROPERTY(QString buttonTitle READ buttonTitle CONSTANT)
-    Q_PROPERTY(QString footNote READ footNote CONSTANT)
+    Q_PROPERTY(vorna::ui::PaywallLook look READ look CONSTANT)
     Q_PROPERTY(vorna::ui::ProductRow* productRow READ productRow CONSTANT)
-    Q_PROPERTY(QColor backgroundColor READ backgroundColor CONSTANT)
-    Q_PROPERTY(QColor actionButtonColor1 READ actionButtonColor1 CONSTANT)
-    Q_PROPERTY(QColor actionButtonColor2 READ actionButtonColor2 CONSTANT)
-    Q_PROPERTY(QColor headingColor READ headingColor CONSTANT)
-    Q_PROPERTY(QColor buttonTitleColor READ buttonTitleColor CONSTANT)
-    Q_PROPERTY(QColor termsOfUseColor READ termsOfUseColor CONSTANT)
-    Q_PROPERTY(QColor footNoteColor READ footNoteColor CONSTANT)
-    Q_PROPERTY(QColor restoreButtonColor READ restoreButtonColor CONSTANT)
-    Q_PROPERTY(QColor privacyPolicyColor READ privacyPolicyColor CONSTANT)
-    Q_PROPERTY(QColor detailsColor READ detailsColor CONSTANT)
-    Q_PROPERTY(QColor exitButtonColor READ exitButtonColor CONSTANT)
     QML_ELEMENT
     QML_UNCREATABLE("made by the paywall flow")
 
   public:
     explicit PaywallScreenViewController(const PaywallParameters& paywall);
 
-    QString headingText() const;
-    /// A line each; one of 38 characters or more is cut to 37 and "...".
-    QStringList details() const;
-    QString buttonTitle() const;
-    QString footNote() const;
+    const PaywallLook& look() const { return look_; }
 
     ProductRow* productRow() { return &productRow_; }
 
-    QColor backgroundColor() const;
-    QColor actionButtonColor1() const;
-    QColor actionButtonColor2() const;
-    QColor headingColor() const;
-    QColor buttonTitleColor() const;
-    QColor termsOfUseColor() const;
-    QColor footNoteColor() const;
-    QColor restoreButtonColor() const;
-    QColor privacyPolicyColor() const;
-    QColor detailsColor() const;
-    QColor exitButtonColor() const;
-
-    /// The purchase button: does nothing while no product is selected.
+    /// Notifies the host of the selected product; does nothing if none is selected.
     Q_INVOKABLE void buttonTapped();
     Q_INVOKABLE void exitTapped();
     Q_INVOKABLE void restorePurchaseTapped();
-    /// Which link it was is told by its title.
+    /// The title identifies the link.
     Q_INVOKABLE void linkButtonTapped(const QString& title);
 
   protected:
@@ -71,6 +81,7 @@ class PaywallScreenViewController final : public vorna::ui::MediaScreenViewContr
 
   private:
     const PaywallParameters paywall_;
+    const PaywallLook look_;
     ProductRow productRow_;
 };
 

@@ -11,14 +11,14 @@ namespace vorna::ui {
 
 namespace {
 
-/// For tags and badges of products that name no colour.
+/// Background of tags and badges without a colour of their own.
 constexpr std::string_view defaultAccent = "#0A84FF";
 
-bool isGiven(const std::optional<std::string>& text) {
+bool hasText(const std::optional<std::string>& text) {
     return text && !text->empty();
 }
 
-void setIfGiven(QColor& color, const std::optional<std::string>& hex) {
+void setIfPresent(QColor& color, const std::optional<std::string>& hex) {
     if (hex) {
         color = colorOf(*hex);
     }
@@ -42,28 +42,28 @@ void ProductCell::configure(const PaidProduct& product, bool isSelected) {
     look.priceText = toQString(product.price);
     look.priceColor = colorOf(product.priceColor);
 
-    look.isDescriptionShown = isGiven(product.descriptionText);
+    look.isDescriptionShown = hasText(product.descriptionText);
     if (look.isDescriptionShown) {
         look.descriptionText = toQString(*product.descriptionText);
-        setIfGiven(look.descriptionColor, product.descriptionTextColor);
+        setIfPresent(look.descriptionColor, product.descriptionTextColor);
         look.spacingAfterTitle = 2;
         look.spacingAfterDescription = 20;
     } else {
         look.spacingAfterTitle = 30;
     }
 
-    look.isTagShown = isGiven(product.tagText);
+    look.isTagShown = hasText(product.tagText);
     if (look.isTagShown) {
         look.tagText = toQString(*product.tagText);
         look.tagBackground = accent(isSelected ? product.tagSelectedColor : product.tagUnselectedColor);
-        setIfGiven(look.tagTextColor, product.tagTextColor);
+        setIfPresent(look.tagTextColor, product.tagTextColor);
     }
 
-    look.isBadgeShown = isGiven(product.badgeText);
+    look.isBadgeShown = hasText(product.badgeText);
     if (look.isBadgeShown) {
         look.badgeText = toQString(*product.badgeText);
         look.badgeBackground = accent(isSelected ? product.badgeSelectedColor : product.badgeUnselectedColor);
-        setIfGiven(look.badgeTextColor, product.badgeTextColor);
+        setIfPresent(look.badgeTextColor, product.badgeTextColor);
     }
 
     if (isSelected) {
@@ -78,7 +78,7 @@ void ProductCell::configure(const PaidProduct& product, bool isSelected) {
         look.borderColor = colorOf(product.unselectedBorderColor);
         look.borderWidth = look.isBadgeShown ? 3 : 1;
         look.background = colorOf(product.unselectedBackgroundColor);
-        // The colour of the shadow stays that of the last time the cell was selected.
+        // The shadow keeps the colour from when the cell was last selected.
         look.shadowOpacity = 0.2;
         look.shadowRadius = 4;
         look.shadowOffset = 3;

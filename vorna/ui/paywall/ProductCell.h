@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Decides how one product looks in the product row, selected or not.
+/// Determines how a product looks in the product row, selected or not.
 
 #include <vorna/documents/PaidProduct.h>
 
@@ -14,7 +14,8 @@
 
 namespace vorna::ui {
 
-/// What the drawing needs to know. The values at the beginning are those of a cell that was never configured.
+/// Everything that the view of a product draws. The initial values are those of a cell that was never
+/// configured.
 struct ProductLook {
     Q_GADGET
     Q_PROPERTY(QString titleText MEMBER titleText)
@@ -51,7 +52,7 @@ struct ProductLook {
     bool isDescriptionShown = false;
     QString descriptionText;
     QColor descriptionColor{170, 170, 170};
-    /// Logical pixels below a text, as all lengths here.
+    /// In logical pixels, like all lengths here.
     double spacingAfterTitle = 5;
     double spacingAfterDescription = 5;
     bool isTagShown = false;
@@ -74,8 +75,7 @@ struct ProductLook {
     friend bool operator==(const ProductLook&, const ProductLook&) = default;
 };
 
-/// One cell of the row; it may be configured again and again, and keeps from one time to the next what the
-/// next does not set.
+/// One cell of the row. It can be configured repeatedly, and keeps whatever the next product does not set.
 class ProductCell : public QObject {
     Q_OBJECT
     Q_PROPERTY(vorna::ui::ProductLook look READ look NOTIFY configured)
@@ -86,8 +86,7 @@ class ProductCell : public QObject {
   public:
     ProductCell();
 
-    /// A product that was made in code may lack texts and colours that one from a document always has: an
-    /// absent colour stands for a default, an empty one is black.
+    /// An absent colour, possible only in products made in code, stands for a default; an empty one is black.
     void configure(const PaidProduct& product, bool isSelected);
 
     ProductLook look() const { return look_; }

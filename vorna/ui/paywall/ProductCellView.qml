@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
-// One product in the row: a card with title, description and price, a tag at its foot and a badge on its edge.
+// One product: a card with title, description and price, a tag at the bottom and a badge on the top edge.
 import QtQuick
 import QtQuick.Templates as T
 import Vorna.Ui
 
-// Qt 6.4 tells assistive technology the role and the state of the template, whatever is said here.
+// Not a TapButton: Qt 6.4 reports role and state of the template to assistive technology, whatever is set here.
 T.RadioButton {
     id: root
 
     required property int index
     required property ProductCell cell
-    // How far the shadow may reach around the card.
+    // How far the shadow may extend beyond the card.
     readonly property real shadowReach: 24
 
     text: cell.look.titleText
@@ -21,8 +21,7 @@ T.RadioButton {
     Accessible.checked: checked
     Accessible.onPressAction: clicked()
     Accessible.onToggleAction: clicked()
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
+    Keys.forwardTo: [input]
 
     CardShadow {
         x: container.x - root.shadowReach
@@ -48,7 +47,7 @@ T.RadioButton {
         border.width: root.cell.look.borderWidth
         antialiasing: true
 
-        // Apart from the card, whose own edge must not be cut.
+        // Clips the texts but not the card's border.
         Item {
             anchors.fill: parent
             clip: true
@@ -155,9 +154,10 @@ T.RadioButton {
         }
     }
 
-    FocusRing {
-        shown: root.visualFocus
+    TapInput {
+        id: input
+        button: root
         anchors.fill: container
-        radius: container.radius + 3
+        ring.radius: container.radius + 3
     }
 }

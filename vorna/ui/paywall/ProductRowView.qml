@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// The products of a screen side by side. They share the row's width; where that would make them too narrow,
-// the row scrolls.
+// The products of a screen side by side. They share the row's width, down to a minimum; below that the row
+// scrolls.
 import QtQuick
 import Vorna.Ui
 
@@ -12,31 +12,32 @@ ListView {
 
     readonly property real itemWidth: Math.max(80, (width - (count - 1) * spacing) / Math.max(1, count))
 
-    // Gives the keyboard's focus to the cell so many places further on, where there is one.
-    function moveFocus(places: int) {
-        itemAtIndex(currentIndex + places)?.forceActiveFocus(Qt.TabFocusReason);
-    }
-
-    // Scrolls by so many pixels towards the end of the row, no further than there is something to see.
-    function scroll(distance: real) {
-        const way = effectiveLayoutDirection === Qt.RightToLeft ? -distance : distance;
-        contentX = Math.max(originX, Math.min(originX + contentWidth - width, contentX + way));
-    }
-
     orientation: ListView.Horizontal
     spacing: 10
-    // Half a pixel is no reason to scroll, and where nothing scrolls, shadows may reach out of the row.
+    // Tolerates rounding by half a pixel. A row that does not scroll is not clipped either, so that shadows may
+    // extend beyond it.
     interactive: contentWidth > width + 0.5
     clip: interactive
-    // The list's own moves the focus without showing where it is.
+    // ListView's own navigation moves the focus without setting visualFocus.
     keyNavigationEnabled: false
     Keys.onRightPressed: moveFocus(effectiveLayoutDirection === Qt.RightToLeft ? -1 : 1)
     Keys.onLeftPressed: moveFocus(effectiveLayoutDirection === Qt.RightToLeft ? 1 : -1)
-    // Cells are cheap to keep, and one that is kept remembers its shadow.
+    // Keeps every cell: they are few, and a new one would have to draw its shadow again.
     cacheBuffer: 100000
     model: row
     Accessible.role: Accessible.Grouping
     Accessible.name: "Products"
+
+    // Moves the keyboard focus by that many cells; ignored if there is no such cell.
+    function moveFocus(cells: int) {
+        itemAtIndex(currentIndex + cells)?.forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    // Scrolls towards the end of the row, or back if negative, without leaving it.
+    function scroll(distance: real) {
+        const offset = effectiveLayoutDirection === Qt.RightToLeft ? -distance : distance;
+        contentX = Math.max(originX, Math.min(originX + contentWidth - width, contentX + offset));
+    }
 
     // qmllint disable unqualified
     delegate: ProductCellView {
@@ -54,7 +55,7 @@ ListView {
     }
     // qmllint enable unqualified
 
-    // Most mice have but a vertical wheel.
+    // Most mice have only a vertical wheel.
     WheelHandler {
         enabled: root.interactive
         acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad

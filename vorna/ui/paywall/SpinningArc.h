@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Three quarters of a circle, clockwise from twelve o'clock to nine, with round ends.
+/// Three quarters of a circle, clockwise from twelve o'clock to nine, with rounded ends.
 
 #include <QtGui/QColor>
 #include <QtQmlIntegration/qqmlintegration.h>
@@ -13,7 +13,7 @@ class SpinningArc : public QQuickPaintedItem {
     Q_OBJECT
     Q_PROPERTY(QColor color MEMBER color_ NOTIFY changed)
     Q_PROPERTY(double lineWidth MEMBER lineWidth_ NOTIFY changed)
-    /// Of the line's middle: as large as the line fits in.
+    /// Radius of the line's centre, chosen so that the line fits into the item.
     Q_PROPERTY(double radius READ radius NOTIFY radiusChanged)
     QML_ELEMENT
 

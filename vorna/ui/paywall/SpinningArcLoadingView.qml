@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Three quarters of a circle that turn once a second. The arc is painted once; turning it is the render
-// thread's work, so that it goes on while the application is busy.
+// A spinner: three quarters of a circle, one turn per second. The arc is painted once and rotated on the render
+// thread, so it keeps turning while the main thread is busy.
 import QtQuick
 import Vorna.Ui
 
