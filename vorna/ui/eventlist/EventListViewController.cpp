@@ -53,7 +53,7 @@ void EventListViewController::ask(const std::shared_ptr<std::atomic<bool>>& refr
 }
 
 void EventListViewController::reloadAtNextFrame() {
-    const Window* const shownIn = window();
+    const HostWindow* const shownIn = window();
     if (shownIn != nullptr && shownIn->quickWindow() != nullptr) {
         isDue_ = true;
         shownIn->quickWindow()->update();

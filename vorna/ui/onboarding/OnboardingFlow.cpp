@@ -22,10 +22,11 @@ namespace {
 
 /// False for one that went with its window, or that the host has dismissed.
 bool isOnShow(const std::shared_ptr<ViewController>& screen) {
-    if (screen->window() == nullptr) {
+    const Window* const window = Window::of(*screen);
+    if (window == nullptr) {
         return false;
     }
-    const auto shown = screen->window()->presentedViewControllers();
+    const auto shown = window->presentedViewControllers();
     return std::find(shown.begin(), shown.end(), screen) != shown.end();
 }
 
@@ -78,7 +79,7 @@ void OnboardingFlow::presentOnboardingStep(const std::weak_ptr<ViewController>& 
 
     const std::shared_ptr<ViewController> before =
         onShow_.currentOnboardingScreen ? onShow_.currentOnboardingScreen : host.lock();
-    if (Window* const window = before ? before->window() : nullptr) {
+    if (Window* const window = before ? Window::of(*before) : nullptr) {
         window->addTransition({});
     }
     top->present(screen, false, [this, screen] {
