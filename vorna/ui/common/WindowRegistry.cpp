@@ -14,18 +14,18 @@ WindowRegistry& WindowRegistry::shared() {
     return ScreensRuntime::part<WindowRegistry>();
 }
 
-HostWindow& WindowRegistry::add(std::unique_ptr<HostWindow> added) {
-    HostWindow& window = *windows_.emplace_back(std::move(added));
-    QQuickWindow* const quickWindow = window.quickWindow();
-    QObject::connect(quickWindow, &QQuickWindow::activeChanged, &window, [this, &window] {
+HostWindow& WindowRegistry::add(std::unique_ptr<HostWindow> window) {
+    HostWindow& added = *windows_.emplace_back(std::move(window));
+    QQuickWindow* const quickWindow = added.quickWindow();
+    QObject::connect(quickWindow, &QQuickWindow::activeChanged, &added, [this, &added] {
         // Also emitted during destruction.
-        if (const QQuickWindow* const own = window.quickWindow(); own != nullptr && own->isActive()) {
-            makeKey(window);
+        if (const QQuickWindow* const own = added.quickWindow(); own != nullptr && own->isActive()) {
+            makeKey(added);
         }
     });
     // By then the QQuickWindow has gone, with all items in it.
-    QObject::connect(quickWindow, &QObject::destroyed, &window, [this, &window] { remove(window); });
-    return window;
+    QObject::connect(quickWindow, &QObject::destroyed, &added, [this, &added] { remove(added); });
+    return added;
 }
 
 HostWindow* WindowRegistry::find(const QQuickWindow& quickWindow) const {
