@@ -24,7 +24,7 @@ using support::ScreenHost;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// The signals of the application's life, in short.
+/// Records the notifications of the application's life cycle, by short names.
 class Life {
   public:
     Life() {
@@ -52,21 +52,21 @@ class Life {
 
 class ApplicationSignals : public testing::Test {
   protected:
-    /// As the window system reports it; this one never hides an application by itself.
+    /// As a window system would report it; the one of the tests never hides applications.
     static void become(Qt::ApplicationState state) { Q_EMIT qGuiApp->applicationStateChanged(state); }
 
     Life life;
     ScreenHost host;
 };
 
-TEST_F(ApplicationSignals, BeginWithLaunchedAndActiveAndComeOnce) {
+TEST_F(ApplicationSignals, BeginWithLaunchedAndActiveOnce) {
     EXPECT_TRUE(eventually([&] { return life.seen().size() == 2; }));
     const ScreenHost another;
     letTimePass(std::chrono::milliseconds(100));
     EXPECT_THAT(life.take(), ElementsAre("launched", "active"));
 }
 
-TEST_F(ApplicationSignals, TellOfTheWayToTheBackgroundAndBack) {
+TEST_F(ApplicationSignals, FollowTheWayToTheBackgroundAndBack) {
     EXPECT_TRUE(eventually([&] { return life.seen().size() == 2; }));
     life.take();
     become(Qt::ApplicationInactive);
@@ -81,7 +81,7 @@ TEST_F(ApplicationSignals, TellOfTheWayToTheBackgroundAndBack) {
     EXPECT_THAT(life.take(), ElementsAre("active"));
 }
 
-TEST_F(ApplicationSignals, KeepTheirOrderWhenStatesAreSkipped) {
+TEST_F(ApplicationSignals, KeepTheirOrderIfStatesAreSkipped) {
     EXPECT_TRUE(eventually([&] { return life.seen().size() == 2; }));
     life.take();
     become(Qt::ApplicationSuspended);
@@ -103,15 +103,16 @@ TEST_F(ApplicationSignals, FollowTheRealFocus) {
 
 TEST(ApplicationSignalsInTheFirstTurn, WaitForTheHostToInitialise) {
     Life life;
-    ui::applicationSignals::deliver();
-    ui::applicationSignals::deliver();
+    ui::ApplicationSignals signals;
+    signals.deliver();
+    signals.deliver();
     EXPECT_THAT(life.seen(), IsEmpty());
     EXPECT_TRUE(eventually([&] { return !life.seen().empty(); }));
     letTimePass(std::chrono::milliseconds(50));
-    EXPECT_THAT(life.take(), ElementsAre("launched")) << "there is no window that could be active";
+    EXPECT_THAT(life.take(), ElementsAre("launched")) << "no window could be active";
 }
 
-TEST(MemoryPressure, IsSilentWhereTheKernelDoesNotTell) {
+TEST(MemoryPressure, IsSilentWithoutSupportOfTheKernel) {
     int warnings = 0;
     const MemoryPressure absent([&] { ++warnings; }, "/proc/there/is/none");
     const MemoryPressure refused([&] { ++warnings; }, "/proc/version");

@@ -15,25 +15,25 @@ using support::eventually;
 using support::RecordedEvents;
 using support::ScreenHost;
 
-DeviceMetadata metadataOfARecord() {
+DeviceMetadata metadataOfAnEvent() {
     VornaCoreSDK::Event("look");
     return RecordedEvents::take().back().deviceData;
 }
 
-TEST(SystemReports, GiveRecordsTheSizeOfTheWindow) {
+TEST(SystemReports, GiveEventsTheSizeOfTheWindow) {
     const RecordedEvents platform;
     ScreenHost host({390, 844});
-    const DeviceMetadata before = metadataOfARecord();
+    const DeviceMetadata before = metadataOfAnEvent();
     EXPECT_EQ(before.device->screenWidth, 390);
     EXPECT_EQ(before.device->screenHeight, 844);
     host.quickWindow().resize(320, 568);
     EXPECT_TRUE(eventually([&] { return platform.system->facts()->screen == ScreenFacts{320, 568, 1}; }));
 }
 
-TEST(SystemReports, ReachALibraryThatIsUsedLater) {
+TEST(SystemReports, ReachALibraryInitialisedLater) {
     ScreenHost host({414, 736});
     const RecordedEvents platform;
-    EXPECT_EQ(metadataOfARecord().device->screenWidth, 414);
+    EXPECT_EQ(metadataOfAnEvent().device->screenWidth, 414);
 }
 
 TEST(SystemReports, FollowTheKeyWindow) {
@@ -50,7 +50,7 @@ TEST(SystemReports, FollowTheKeyWindow) {
     EXPECT_TRUE(eventually([&] { return platform.system->facts()->screen == ScreenFacts{300, 400, 1}; }));
 }
 
-TEST(SystemReports, TellHowTheApplicationCallsItself) {
+TEST(SystemReports, IncludeTheApplicationsIdentifierAndVersion) {
     QGuiApplication::setDesktopFileName(QStringLiteral("org.example.notes"));
     QGuiApplication::setApplicationVersion(QStringLiteral("2.5.1"));
     const RecordedEvents platform;
@@ -59,7 +59,7 @@ TEST(SystemReports, TellHowTheApplicationCallsItself) {
     EXPECT_EQ(platform.system->suppliedBundle(), (BundleFacts{"org.example.notes", "2.5.1", std::nullopt}));
 }
 
-TEST(SystemReports, DoNotTakeTheNameOfTheProgramForAnIdentifier) {
+TEST(SystemReports, DoNotUseTheProgramNameAsIdentifier) {
     const RecordedEvents platform;
     const ScreenHost host;
     VornaCoreSDK::Event("wakes the library");

@@ -6,7 +6,6 @@
 #include <vorna/ui/common/MainQueue.h>
 #include <vorna/ui/common/ObjectTree.h>
 
-#include <QtCore/QPointer>
 #include <QtGui/QGuiApplication>
 
 #include <memory>
@@ -17,7 +16,7 @@ namespace vorna::ui {
 
 namespace {
 
-/// Lives as long as the application object.
+/// Owned by the application object.
 class Deliverer final : public QObject {
   public:
     Deliverer() {
@@ -59,10 +58,9 @@ class Deliverer final : public QObject {
 
 }  // namespace
 
-void applicationSignals::deliver() {
-    static QPointer<Deliverer> deliverer;
-    if (!deliverer && qGuiApp != nullptr) {
-        deliverer = &makeChild<Deliverer>(*qGuiApp);
+void ApplicationSignals::deliver() {
+    if (!deliverer_ && qGuiApp != nullptr) {
+        deliverer_ = &makeChild<Deliverer>(*qGuiApp);
     }
 }
 

@@ -1,12 +1,23 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Delivers the six signals of the application's life from what Qt and the system tell.
+/// Posts the six notifications of the application's life cycle as Qt and the system report it.
 
-namespace vorna::ui::applicationSignals {
+#include <QtCore/QObject>
+#include <QtCore/QPointer>
 
-/// From now on, once. An application that is active already is reported so at the next turn of the event
-/// loop, when the host has had its chance to initialise the library. Main thread.
-void deliver();
+namespace vorna::ui {
 
-}  // namespace vorna::ui::applicationSignals
+/// Main thread.
+class ApplicationSignals {
+  public:
+    /// Starts with the first call and goes on as long as the application object exists. An application that
+    /// is active already is reported at the next turn of the event loop, so that the host can initialise the
+    /// library first.
+    void deliver();
+
+  private:
+    QPointer<QObject> deliverer_;
+};
+
+}  // namespace vorna::ui

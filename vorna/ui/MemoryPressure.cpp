@@ -12,7 +12,7 @@ namespace vorna::ui {
 
 namespace {
 
-// Microseconds of standstill within a window. Unprivileged processes may ask for windows of two seconds.
+// Microseconds stalled, within a window of microseconds. Two seconds is what unprivileged processes may use.
 constexpr std::string_view trigger = "some 200000 2000000";
 
 }  // namespace
@@ -27,7 +27,7 @@ MemoryPressure::MemoryPressure(std::function<void()> changed, const char* file)
     }
     notifier_ = std::make_unique<QSocketNotifier>(descriptor_, QSocketNotifier::Exception);
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(), [this] {
-        // A trigger that the kernel has given up stays "ready" with an error for ever.
+        // After an error the trigger is defunct and stays ready forever.
         pollfd state{descriptor_, POLLPRI, 0};
         poll(&state, 1, 0);
         if ((state.revents & POLLERR) != 0) {

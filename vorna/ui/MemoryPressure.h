@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Tells when the system runs short of memory, where the kernel tells (pressure stall information).
+/// Watches for memory shortage by the kernel's pressure stall information.
 
 #include <QtCore/QSocketNotifier>
 
@@ -10,11 +10,10 @@
 
 namespace vorna::ui {
 
-/// Main thread. Silent on a kernel without pressure information or that does not let us ask for it.
+/// Main thread. Silent if the kernel has no pressure information or denies access to it.
 class MemoryPressure {
   public:
-    /// Called when tasks have stood still for want of memory for a fifth of a second within two; at most once
-    /// in that time.
+    /// Calls back when tasks have stalled on memory for 0.2 s within 2 s, at most once in that time.
     explicit MemoryPressure(std::function<void()> changed, const char* file = "/proc/pressure/memory");
     MemoryPressure(const MemoryPressure&) = delete;
     MemoryPressure& operator=(const MemoryPressure&) = delete;

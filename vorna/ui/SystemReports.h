@@ -1,20 +1,33 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Tells the library's system port what Qt knows: the main screen, and how the application calls itself.
+/// Reports to the library's system port what Qt knows: the main screen, and the application's identifier and
+/// version.
+
+#include <vorna/platform/System.h>
+#include <vorna/ui/common/HostWindow.h>
+
+#include <QtCore/QObject>
+
+#include <mutex>
+#include <optional>
 
 namespace vorna::ui {
 
-class Window;
+class SystemReports final : public QObject {
+  public:
+    /// Reports now and whenever the key window, which represents the main screen, changes. Main thread.
+    void follow(HostWindow& window);
 
-namespace systemReports {
+    /// Reports the latest facts, if the library has been initialised. Any thread.
+    void send();
 
-/// Reports now and whenever the window that stands for the main screen changes. Main thread.
-void follow(Window& window);
+  private:
+    void update();
 
-/// Reports what was learned last, once there is somebody to report to. Any thread.
-void send();
-
-}  // namespace systemReports
+    std::mutex mutex_;
+    std::optional<ScreenFacts> screen_;
+    BundleFacts bundle_;
+};
 
 }  // namespace vorna::ui

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Pictures and videos, made when a test asks for them.
+/// Creates pictures and videos for tests.
 
 #include <spawn.h>
 #include <sys/wait.h>
@@ -19,7 +19,7 @@
 
 namespace vorna::support {
 
-/// The file's bytes: left half of the one colour, right half of the other.
+/// An encoded picture with a left and a right half of different colours.
 inline std::string encodedPicture(QSize size, const char* format, QColor left = Qt::red,
                                   QColor right = Qt::blue) {
     QImage image(size, QImage::Format_RGB32);
@@ -38,7 +38,7 @@ inline std::string encodedPicture(QSize size, const char* format, QColor left = 
     return bytes.toStdString();
 }
 
-/// A JPEG whose EXIF data say that it must be turned: 6 means by 90 degrees, clockwise.
+/// A JPEG with an EXIF orientation: 6 means to be rotated clockwise by 90 degrees.
 inline std::string turnedJpeg(QSize size, char orientation) {
     const std::string jpeg = encodedPicture(size, "jpeg");
     using namespace std::string_literals;
@@ -48,7 +48,7 @@ inline std::string turnedJpeg(QSize size, char orientation) {
     return jpeg.substr(0, 2) + "\xff\xe1\0"s + length + exif + jpeg.substr(2);
 }
 
-/// A second of moving pictures and a tone, in a file whose name's ending says how.
+/// One second of video with a tone; the file name's extension determines the container.
 inline void makeVideo(const std::filesystem::path& file, const std::string& videoCodec,
                       const std::string& audioCodec) {
     std::vector<std::string> words{
@@ -62,12 +62,12 @@ inline void makeVideo(const std::filesystem::path& file, const std::string& vide
         arguments.push_back(word.data());
     }
     arguments.push_back(nullptr);
-    // QProcess forks in a way that the thread sanitizer does not survive.
+    // The thread sanitizer does not support the way QProcess forks.
     pid_t process = 0;
     int status = -1;
     if (::posix_spawnp(&process, "ffmpeg", nullptr, nullptr, arguments.data(), ::environ) != 0 ||
         ::waitpid(process, &status, 0) != process || status != 0) {
-        throw std::runtime_error("ffmpeg makes no video");
+        throw std::runtime_error("ffmpeg failed");
     }
 }
 

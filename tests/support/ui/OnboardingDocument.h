@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Documents of onboardings: every step has what it needs, until a test says otherwise.
+/// Onboarding documents, valid unless a test changes them.
 
 #include <boost/json.hpp>
 
@@ -12,7 +12,7 @@
 
 namespace vorna::support {
 
-/// A basic step of that title, with the given fields in place of the usual ones.
+/// A basic step with that title; the given fields replace the defaults.
 inline boost::json::object
 basicStep(std::string_view title,
           std::initializer_list<std::pair<std::string_view, boost::json::value>> fields = {}) {

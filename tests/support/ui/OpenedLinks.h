@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Stands in for the desktop's opener of web addresses: opens nothing, and remembers what it was to open.
+/// Replaces the desktop's handler of web addresses: opens nothing and records the addresses.
 
 #include <QtCore/QObject>
 #include <QtCore/QUrl>
@@ -32,7 +32,7 @@ class OpenedLinks : public QObject {
         QDesktopServices::unsetUrlHandler(QStringLiteral("http"));
     }
 
-    /// The addresses since the beginning or the last call.
+    /// The addresses since construction or the last call.
     std::vector<std::string> take() { return std::exchange(opened_, {}); }
 
     Q_INVOKABLE void open(const QUrl& url) {

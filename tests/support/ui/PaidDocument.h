@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Documents of screens that offer products: each has what it needs, until a test says otherwise.
+/// Documents of screens that offer products, valid unless a test changes them.
 
 #include <boost/json.hpp>
 
@@ -27,7 +27,7 @@ inline boost::json::object with(boost::json::object object, DocumentFields field
 
 }  // namespace detail
 
-/// A product with title and price alone.
+/// A product with only a title and a price.
 inline boost::json::object product(std::string_view identifier, DocumentFields fields = {}) {
     return detail::with({{"title", "Title"},
                          {"titleColor", "#ffffff"},
@@ -41,7 +41,7 @@ inline boost::json::object product(std::string_view identifier, DocumentFields f
                         fields);
 }
 
-/// So many products, "p0", "p1" and so on.
+/// Products "p0", "p1" and so on.
 inline boost::json::array products(int count) {
     boost::json::array array;
     for (int index = 0; index < count; ++index) {
@@ -50,7 +50,7 @@ inline boost::json::array products(int count) {
     return array;
 }
 
-/// With three products, of which the second, "p1", is selected, and a close button at once.
+/// With three products, of which the second, "p1", is selected, and a close button without delay.
 inline boost::json::object paywall(DocumentFields fields = {}) {
     return detail::with({{"media", "https://media.test/picture.png"},
                          {"heading", "Heading"},
@@ -89,7 +89,7 @@ inline boost::json::object paywallStep(DocumentFields fields = {}) {
     return detail::with(std::move(step), fields);
 }
 
-/// The text of a document among the examples, named by its path there; empty when there is none.
+/// The text of an example document, given its path below the examples; empty if there is none.
 inline std::string exampleDocument(const std::string& path) {
     std::ifstream file(std::string(VORNA_EXAMPLE_DOCUMENTS) + "/" + path);
     std::ostringstream text;

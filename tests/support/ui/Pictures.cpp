@@ -12,8 +12,8 @@ namespace vorna::support {
 
 namespace {
 
-// Measured in a channel's steps; antialiasing of other versions of the font library stays below.
-constexpr int hair = 24;
+// In steps of a channel; antialiasing by other versions of the font library stays below.
+constexpr int noticeable = 24;
 constexpr double largestMean = 0.75;
 constexpr double largestShare = 0.005;
 
@@ -33,7 +33,7 @@ PictureDifference difference(const QImage& first, const QImage& second) {
             const int blue = std::abs(qBlue(one) - qBlue(other));
             const int most = std::max({red, green, blue});
             sum += (red + green + blue) / 3.0;
-            far += most > hair ? 1 : 0;
+            far += most > noticeable ? 1 : 0;
             ++pixels;
             result.worst = std::max(result.worst, most);
         }
@@ -47,7 +47,7 @@ void expectLikePicture(const QImage& actual, const std::string& name) {
     const QString file = QString::fromStdString(name + ".png");
     if (qEnvironmentVariable("VORNA_RECORD_PICTURES") == QStringLiteral("1")) {
         actual.save(QDir(QStringLiteral(VORNA_TEST_PICTURES)).filePath(file));
-        ADD_FAILURE() << name << " has been recorded, and compared with nothing";
+        ADD_FAILURE() << name << " has been recorded, not compared";
         return;
     }
     const QDir actualFolder(QStringLiteral(VORNA_TEST_PICTURES_ACTUAL));

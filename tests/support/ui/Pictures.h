@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Compares what is drawn with the reference pictures in `tests/ui/pictures`.
+/// Compares pictures with the references in `tests/ui/pictures`.
 ///
-/// To record them anew, run the tests with VORNA_RECORD_PICTURES=1: every comparison then writes its picture
-/// and fails. Look at each picture before it is committed.
+/// To record new references, run the tests with VORNA_RECORD_PICTURES=1: every comparison then writes its
+/// picture and fails. Look at each picture before committing it.
 
 #include <QtGui/QImage>
 
@@ -12,18 +12,18 @@
 
 namespace vorna::support {
 
-/// How far apart two pictures of one size are, in steps of a colour channel from 0 to 255.
+/// The difference between two pictures of the same size, in steps of a colour channel from 0 to 255.
 struct PictureDifference {
     double mean = 0;
     int worst = 0;
-    /// The share of pixels that differ by more than a hair, from 0 to 1.
+    /// The share of pixels that differ noticeably, from 0 to 1.
     double share = 0;
 };
 
 PictureDifference difference(const QImage& first, const QImage& second);
 
-/// Fails the test unless the picture is like the reference of that name, give or take the edges of letters.
-/// When it fails, the picture is in the build folder under pictures-actual.
+/// Fails the test unless the picture matches the reference of that name, up to the edges of letters. The
+/// picture of a failed comparison is stored in the build folder under pictures-actual.
 void expectLikePicture(const QImage& actual, const std::string& name);
 
 }  // namespace vorna::support

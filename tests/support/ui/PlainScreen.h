@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A screen without a document: its view is one control that counts taps and takes the keyboard's focus.
+/// A screen without a document: its view is one control that counts taps and takes the keyboard focus.
 ///
-/// Knob: whether a view can be made. Remembered: the taps, and how often the screen was loaded and taken
-/// away.
+/// Tests can make it fail to load its view. Counts taps, loadings and removals.
 
 #include <vorna/ui/common/ObjectTree.h>
 #include <vorna/ui/common/ViewController.h>
@@ -65,10 +64,10 @@ class PlainScreen : public ui::ViewController {
 
     int timesGone() const { return timesGone_; }
 
-    /// Null when the screen is not on show.
+    /// Null if the screen is not presented.
     TapCounter* counter() const { return static_cast<TapCounter*>(view()); }
 
-    /// What the window moves, shows and hides.
+    /// The item that the window moves, shows and hides.
     QQuickItem* layer() const { return view() == nullptr ? nullptr : view()->parentItem(); }
 
   protected:
@@ -78,10 +77,7 @@ class PlainScreen : public ui::ViewController {
         }
         auto& item = ui::makeChild<TapCounter>(parent);
         item.setParentItem(&parent);
-        item.setSize(parent.size());
-        const auto resize = [&item, &parent] { item.setSize(parent.size()); };
-        connect(&parent, &QQuickItem::widthChanged, &item, resize);
-        connect(&parent, &QQuickItem::heightChanged, &item, resize);
+        ui::fillParent(item, parent);
         return &item;
     }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// What the library prints while this exists, with `debug` on.
+/// Captures what the library prints, with `debug` on.
 
 #include <vorna/core/VornaCoreSDK.h>
 
@@ -28,7 +28,7 @@ class PrintedLines {
 
     ~PrintedLines() { captured(); }
 
-    /// The lines since the beginning or the last call.
+    /// The lines since construction or the last call.
     std::vector<std::string> take() {
         std::istringstream stream(captured());
         testing::internal::CaptureStdout();
@@ -40,7 +40,7 @@ class PrintedLines {
     }
 
   private:
-    /// Repeated where it can be read: a failing test says why on standard output too.
+    /// Repeated on standard error: failing tests also explain themselves on standard output.
     static std::string captured() {
         std::string text = testing::internal::GetCapturedStdout();
         std::cerr << text;

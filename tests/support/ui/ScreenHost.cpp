@@ -115,7 +115,7 @@ QQuickItem* ScreenHost::topView() const {
 
 void ScreenHost::settle() {
     EXPECT_TRUE(eventually([&] { return !window_->isMoving(); }));
-    // Shared: what is on its way when the connection ends still arrives, after this has returned.
+    // Shared: a queued signal may still arrive after this has returned.
     const auto drawn = std::make_shared<bool>(false);
     const auto connection = QObject::connect(
         quickWindow_.get(), &QQuickWindow::afterRendering, quickWindow_.get(), [drawn] { *drawn = true; },

@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A host's window for tests, with the library attached, and the means to use it as a person would: looking
-/// for controls by name, tapping, typing, taking pictures.
-///
-/// Knobs: the window's size and what the host shows in it. Remembered: every notification that the library
-/// posted.
+/// A host's window for tests, with the library attached, operated as by a user: finds controls by name, taps,
+/// types, takes pictures. Records every notification that the library posts.
 
 #include <vorna/platform/NotificationCenter.h>
 #include <vorna/ui/common/ViewController.h>
@@ -28,15 +25,14 @@
 
 namespace vorna::support {
 
-/// Lets the event loop run until the condition holds. False when it does not even after a time that is long
-/// enough for anything.
+/// Runs the event loop until the condition holds. False if it still does not after the longest time.
 bool eventually(const std::function<bool()>& condition,
                 std::chrono::milliseconds longest = std::chrono::seconds(20));
 
-/// Lets the event loop run for a while: for what must not happen.
+/// Runs the event loop for a while, to see that something does not happen.
 void letTimePass(std::chrono::milliseconds time);
 
-/// The first item below that one with that object name, in the order of drawing; null when there is none.
+/// The first descendant with that object name, in drawing order; null if there is none.
 QQuickItem* findItem(QQuickItem* below, std::string_view name);
 std::vector<QQuickItem*> findItems(QQuickItem* below, std::string_view name);
 
@@ -59,18 +55,18 @@ class ScreenHost {
     /// Destroys the window, as a host may at any time.
     void close();
 
-    /// The screens on show, lowest first.
+    /// The presented screens, lowest first.
     std::vector<std::shared_ptr<ui::ViewController>> screens() const {
         return window_->presentedViewControllers();
     }
 
-    /// The view of the topmost screen; null when there is none.
+    /// The view of the topmost screen; null if there is none.
     QQuickItem* topView() const;
 
     /// In the topmost screen.
     QQuickItem* find(std::string_view name) const { return findItem(topView(), name); }
 
-    /// Waits until no screen moves any more and everything has been drawn.
+    /// Waits until no screen moves and everything has been drawn.
     void settle();
 
     /// In the window's coordinates.
@@ -81,7 +77,7 @@ class ScreenHost {
     void touch(const QQuickItem* item);
     void press(Qt::Key key);
 
-    /// What the window shows now.
+    /// A picture of the window.
     QImage picture();
 
     /// Notifications in the order of posting.

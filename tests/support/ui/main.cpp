@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-/// Runs test cases that need a QGuiApplication, with the font that the tests' pictures are drawn in.
+/// Runs tests that need a QGuiApplication, with the font of the reference pictures.
 
 #include <QtGui/QFont>
 #include <QtGui/QGuiApplication>
@@ -7,16 +7,16 @@
 #include <gmock/gmock.h>
 
 #ifdef __SANITIZE_ADDRESS__
-/// Keeps every library: what one that has been unloaded had in its variables would count as leaked, by
-/// nobody that could be named.
+/// Keeps libraries loaded: memory held by the variables of an unloaded one would be reported as leaked,
+/// without symbols.
 extern "C" int dlclose(void* /*library*/) {
     return 0;
 }
 #endif
 
 #ifdef __SANITIZE_THREAD__
-/// For whoever gives no options, as the build when it lists the tests: Qt is not built with the sanitizer,
-/// which therefore does not see how its threads wait for each other.
+/// The default where no options are given, as when the build lists the tests: Qt is not built with the
+/// sanitizer, which therefore does not see how Qt's threads synchronise.
 extern "C" const char* __tsan_default_options() {
     return "ignore_noninstrumented_modules=1";
 }

@@ -46,15 +46,15 @@ class Frames : public testing::Test {
     FrameLayer& layer;
 };
 
-// The one who hands a frame over is a player, and gives up when that takes long.
-TEST_F(Frames, BecomePicturesAsTheyAreDrawnAndNotAsTheyAreHandedOver) {
+// Frames are delivered by a player, which gives up if a delivery takes long.
+TEST_F(Frames, AreConvertedWhenDrawnNotWhenDelivered) {
     layer.videoSink()->setVideoFrame(frameOf(Qt::red));
     EXPECT_TRUE(layer.image().isNull());
     EXPECT_TRUE(eventually([&] { return !layer.image().isNull(); }));
     EXPECT_EQ(colourInTheMiddle(), QColor(Qt::red));
 }
 
-TEST_F(Frames, ThatComeFasterThanTheyAreDrawnAreSkipped) {
+TEST_F(Frames, DeliveredFasterThanDrawnAreSkipped) {
     int pictures = 0;
     QObject::connect(&layer, &FrameLayer::imageChanged, &layer, [&pictures] { ++pictures; });
     for (const Qt::GlobalColor colour : {Qt::red, Qt::green, Qt::blue}) {
@@ -65,7 +65,7 @@ TEST_F(Frames, ThatComeFasterThanTheyAreDrawnAreSkipped) {
     EXPECT_EQ(pictures, 1);
 }
 
-TEST_F(Frames, ThatHoldNothingLeaveTheLastPicture) {
+TEST_F(Frames, ThatAreEmptyLeaveTheLastPicture) {
     layer.videoSink()->setVideoFrame(frameOf(Qt::red));
     EXPECT_TRUE(eventually([&] { return !layer.image().isNull(); }));
     layer.videoSink()->setVideoFrame({});

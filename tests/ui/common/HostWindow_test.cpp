@@ -47,7 +47,7 @@ class HostWindow : public testing::Test {
     ScreenHost host{{400, 600}};
 };
 
-TEST_F(HostWindow, HasItsItemsUnderOneThatIsAsLarge) {
+TEST_F(HostWindow, HasItsItemsUnderOneOfItsSize) {
     QQuickItem* const layer = host.content()->parentItem();
     EXPECT_NE(layer, host.quickWindow().contentItem());
     EXPECT_EQ(layer->parentItem(), host.quickWindow().contentItem());
@@ -65,7 +65,7 @@ TEST_F(HostWindow, AdoptsItemsThatAreAddedLater) {
     EXPECT_FALSE(item.isVisible());
     TapCounter& late = addToHost({10, 20, 100, 50});
     letTimePass(std::chrono::milliseconds(10));
-    EXPECT_FALSE(late.isVisible()) << "what comes later lies below the screens as well";
+    EXPECT_FALSE(late.isVisible()) << "later items are below the screens too";
 }
 
 TEST_F(HostWindow, CannotBeReachedBelowAScreen) {
@@ -73,7 +73,7 @@ TEST_F(HostWindow, CannotBeReachedBelowAScreen) {
     const auto first = show(ModalPresentationStyle::overFullScreen);
     first->counter()->setSize({100, 100});
     host.click(QPointF(200, 300));
-    EXPECT_EQ(item.taps(), 0) << "beside the upper view's control, over the host's";
+    EXPECT_EQ(item.taps(), 0) << "beside the control above, over the host's";
     host.click(QPointF(50, 50));
     EXPECT_EQ(first->counter()->taps(), 1);
     const auto second = show(ModalPresentationStyle::overFullScreen);
@@ -179,7 +179,7 @@ TEST_F(HostWindow, IsAttachedOnce) {
     EXPECT_EQ(Window::firstWindow(), &host.window());
 }
 
-TEST_F(HostWindow, TellsOfItsInsetsOnce) {
+TEST_F(HostWindow, ReportsNewInsetsOnce) {
     int changes = 0;
     QObject::connect(&host.window(), &Window::safeAreaInsetsChanged, [&] { ++changes; });
     EXPECT_EQ(host.window().safeAreaInsets(), QMarginsF());
@@ -224,7 +224,7 @@ TEST(SeveralWindows, ScreensStayInTheirs) {
     EXPECT_THAT(second.screens(), ElementsAre(screen));
 }
 
-/// What a host writes in QML with Qt Quick Controls.
+/// A host's window written in QML with Qt Quick Controls.
 class ControlsWindow : public testing::Test {
   protected:
     ControlsWindow() {
@@ -285,7 +285,7 @@ TEST_F(ControlsWindow, KeepsItsPopups) {
     EXPECT_EQ(window_->property("accepted").toInt(), 1);
 }
 
-TEST_F(ControlsWindow, IsCoveredByAScreenAndComesBack) {
+TEST_F(ControlsWindow, IsCoveredByAScreenAndReappears) {
     const auto screen = PlainScreen::make();
     attached_->rootViewController()->present(screen, false);
     EXPECT_EQ(ScreenHost::geometry(screen->view()), QRectF(0, 0, 400, 600)) << "the bars too";

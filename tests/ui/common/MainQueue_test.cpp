@@ -56,13 +56,13 @@ TEST(MainQueue, RunsWorkOfOtherThreadsOnTheMainOne) {
     EXPECT_EQ(where, QThread::currentThread());
 }
 
-TEST(MainQueue, RunsWorkThatWorkHasAsked) {
+TEST(MainQueue, RunsWorkPostedByWork) {
     bool done = false;
     mainQueue::async([&] { mainQueue::async([&] { done = true; }); });
     EXPECT_TRUE(eventually([&] { return done; }));
 }
 
-TEST(MainQueue, LogsAnExceptionAndGoesOn) {
+TEST(MainQueue, LogsAnExceptionAndContinues) {
     support::PrintedLines printed;
     bool done = false;
     mainQueue::async([] { throw std::runtime_error("out of paper"); });
@@ -77,16 +77,16 @@ TEST(MainQueue, LogsAnExceptionAndGoesOn) {
 struct Delay {
     const char* name;
     std::int64_t seconds;
-    bool comesAtOnce;
+    bool isDueAtOnce;
 };
 
 class DelayedTaskAfter : public testing::TestWithParam<Delay> {};
 
-TEST_P(DelayedTaskAfter, ComesWhenItIsTime) {
+TEST_P(DelayedTaskAfter, RunsWhenDue) {
     bool done = false;
     const DelayedTask task(GetParam().seconds, [&] { done = true; });
-    EXPECT_FALSE(done) << "never before the next turn";
-    if (GetParam().comesAtOnce) {
+    EXPECT_FALSE(done) << "not before the next turn";
+    if (GetParam().isDueAtOnce) {
         EXPECT_TRUE(eventually([&] { return done; }, milliseconds(900)));
     } else {
         letTimePass(milliseconds(300));
@@ -96,12 +96,12 @@ TEST_P(DelayedTaskAfter, ComesWhenItIsTime) {
 
 INSTANTIATE_TEST_SUITE_P(
     Seconds, DelayedTaskAfter,
-    testing::Values(Delay{"Zero", 0, true}, Delay{"MinusOne", -1, true}, Delay{"TheLeast", shortest, true},
+    testing::Values(Delay{"Zero", 0, true}, Delay{"MinusOne", -1, true}, Delay{"Minimum", shortest, true},
                     Delay{"Two", 2, false}, Delay{"ADay", 86'400, false}, Delay{"AMonth", 2'592'000, false},
                     Delay{"MoreThanMilliseconds32", 2'147'484, false},
                     Delay{"ACentury", 3'155'760'000, false}, Delay{"TwoCenturies", 6'311'520'000, false},
-                    Delay{"TheMostInNanoseconds", 9'223'372'036, false},
-                    Delay{"MoreThanNanoseconds", 9'223'372'037, false}, Delay{"TheMost", longest, false}),
+                    Delay{"MostInNanoseconds", 9'223'372'036, false},
+                    Delay{"MoreThanNanoseconds", 9'223'372'037, false}, Delay{"Maximum", longest, false}),
     [](const auto& testCase) { return testCase.param.name; });
 
 TEST(DelayedTask, CountsSeconds) {
@@ -114,14 +114,14 @@ TEST(DelayedTask, CountsSeconds) {
     EXPECT_LE(time.elapsed(), 3000);
 }
 
-TEST(DelayedTask, IsDoneOnce) {
+TEST(DelayedTask, RunsOnce) {
     int times = 0;
     const DelayedTask task(0, [&] { ++times; });
     letTimePass(milliseconds(50));
     EXPECT_EQ(times, 1);
 }
 
-TEST(DelayedTask, IsNotDoneOnceItHasGone) {
+TEST(DelayedTask, DoesNotRunAfterItsDestruction) {
     bool done = false;
     {
         const DelayedTask task(0, [&] { done = true; });
@@ -139,7 +139,7 @@ TEST(DelayedTask, SurvivesBeingMoved) {
     EXPECT_TRUE(eventually([&] { return done; }));
 }
 
-TEST(DelayedTask, MayBeEndedByItsOwnWork) {
+TEST(DelayedTask, MayBeDestroyedByItsOwnWork) {
     DelayedTask task;
     bool done = false;
     task = DelayedTask(0, [&] {

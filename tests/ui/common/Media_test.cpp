@@ -53,7 +53,7 @@ HttpResponse with(std::vector<HttpHeader> headers, int status = 200) {
 
 class KindOfMedia : public testing::TestWithParam<ContentType> {};
 
-TEST_P(KindOfMedia, IsToldByTheTypeInTheAnswer) {
+TEST_P(KindOfMedia, IsDeterminedByTheContentType) {
     EXPECT_EQ(ui::MediaLoader::isVideo(GetParam().response), GetParam().isVideo);
 }
 
@@ -73,11 +73,11 @@ INSTANTIATE_TEST_SUITE_P(
                     ContentType{"OfAnErrorPage", with({{"Content-Type", "video/mp4"}}, 404), true}),
     [](const auto& testCase) { return testCase.param.name; });
 
-/// A window of a host whose media come over the network with the real client.
+/// A host's window, with media from the network through the real client.
 class Media : public testing::Test {
   protected:
     Media() {
-        // Others write temporary files at the same time.
+        // Other tests write temporary files at the same time.
         qputenv("TMPDIR", folder.path().c_str());
         Platform fakes;
         fakes.httpClient = std::make_shared<CurlHttpClient>("");
@@ -137,7 +137,7 @@ RawServer::Script answering(const std::string& type, const std::string& body) {
     };
 }
 
-TEST_F(Media, ThatIsAPictureIsShownAtItsOwnShape) {
+TEST_F(Media, ThatIsAPictureKeepsItsProportions) {
     RawServer server(answering("image/png", support::encodedPicture({300, 150}, "png")));
     show(server.url("/a.png"));
     ASSERT_TRUE(pictureComes());
@@ -151,7 +151,7 @@ TEST_F(Media, ThatIsAPictureIsShownAtItsOwnShape) {
     EXPECT_EQ(player(), nullptr);
 }
 
-TEST_F(Media, ThatIsLargerThanTheScreenIsDecodedSmaller) {
+TEST_F(Media, LargerThanTheScreenIsScaledDown) {
     RawServer server(answering("image/jpeg", support::encodedPicture({3000, 1000}, "jpeg")));
     show(server.url("/a.jpg"));
     ASSERT_TRUE(pictureComes());
@@ -160,18 +160,18 @@ TEST_F(Media, ThatIsLargerThanTheScreenIsDecodedSmaller) {
     EXPECT_EQ(host.find("mediaView")->height(), 125);
 }
 
-TEST_F(Media, ThatIsTurnedByItsMetadataStandsUpright) {
+TEST_F(Media, RotatedByItsMetadataIsUpright) {
     RawServer server(answering("image/jpeg", support::turnedJpeg({800, 400}, 6)));
     show(server.url("/a.jpg"));
     ASSERT_TRUE(pictureComes());
     EXPECT_EQ(loader()->imageSize(), QSizeF(400, 800));
     EXPECT_EQ(host.find("mediaView")->height(), 750);
     EXPECT_EQ(loader()->image().size(), QSize(375, 750));
-    EXPECT_GT(loader()->image().pixelColor(180, 20).red(), 200) << "what was at the left is at the top";
+    EXPECT_GT(loader()->image().pixelColor(180, 20).red(), 200) << "the left side is now at the top";
     EXPECT_GT(loader()->image().pixelColor(180, 700).blue(), 200);
 }
 
-TEST_F(Media, ThatDoesNotDecodeLeavesTheAreaEmpty) {
+TEST_F(Media, ThatCannotBeDecodedLeavesTheAreaEmpty) {
     for (const std::string& body :
          {"no picture at all"s, ""s, support::encodedPicture({300, 150}, "png").substr(0, 40),
           "<svg xmlns='http://www.w3.org/2000/svg' width='0' height='0'/>"s}) {
@@ -185,13 +185,13 @@ TEST_F(Media, ThatDoesNotDecodeLeavesTheAreaEmpty) {
     }
 }
 
-TEST_F(Media, WithoutATypeIsTakenForAPicture) {
+TEST_F(Media, WithoutATypeIsTreatedAsAPicture) {
     RawServer server(answering("", support::encodedPicture({300, 150}, "png")));
     show(server.url("/a"));
     EXPECT_TRUE(pictureComes());
 }
 
-TEST_F(Media, WhoseProbeFailsIsTakenForAPicture) {
+TEST_F(Media, WhoseProbeFailsIsTreatedAsAPicture) {
     const std::string picture = support::encodedPicture({300, 150}, "png");
     RawServer server([&](RawServer::Connection& connection) {
         if (connection.readRequest().starts_with("HEAD ")) {
@@ -203,7 +203,7 @@ TEST_F(Media, WhoseProbeFailsIsTakenForAPicture) {
     EXPECT_TRUE(pictureComes());
 }
 
-TEST_F(Media, WhoseServerRefusesProbesIsTakenForAPicture) {
+TEST_F(Media, WhoseServerRefusesProbesIsTreatedAsAPicture) {
     const std::string picture = support::encodedPicture({300, 150}, "png");
     RawServer server([&](RawServer::Connection& connection) {
         const bool isHead = connection.readRequest().starts_with("HEAD ");
@@ -214,7 +214,7 @@ TEST_F(Media, WhoseServerRefusesProbesIsTakenForAPicture) {
     EXPECT_TRUE(pictureComes());
 }
 
-TEST_F(Media, WhoseProbeHangsKeepsNobodyWaiting) {
+TEST_F(Media, WhoseProbeHangsBlocksNothing) {
     RawServer server([](RawServer::Connection& connection) {
         connection.readRequest();
         connection.hang();
@@ -226,7 +226,7 @@ TEST_F(Media, WhoseProbeHangsKeepsNobodyWaiting) {
     VornaCoreSDK::CloseOnboarding();
 }
 
-TEST_F(Media, ThatIsAPictureAndSaysItIsAVideoShowsNothing) {
+TEST_F(Media, ThatIsAPictureDeclaredAsVideoShowsNothing) {
     RawServer server(answering("video/mp4", support::encodedPicture({300, 150}, "png")));
     show(server.url("/a.png"));
     EXPECT_TRUE(eventually([&] { return !loader()->video().isEmpty(); }));
@@ -236,7 +236,7 @@ TEST_F(Media, ThatIsAPictureAndSaysItIsAVideoShowsNothing) {
     EXPECT_TRUE(eventually([&] { return temporaryFiles().isEmpty(); }));
 }
 
-TEST_F(Media, WithoutAReadableAddressIsNotAskedFor) {
+TEST_F(Media, WithoutAValidURLIsNotRequested) {
     for (const char* const address : {"no address", "/a.png", "http://", "file:///etc/hostname", "😀"}) {
         show(address);
         EXPECT_FALSE(pictureComes(milliseconds(50)));
@@ -245,7 +245,7 @@ TEST_F(Media, WithoutAReadableAddressIsNotAskedFor) {
     }
 }
 
-TEST_F(Media, IsLetGoOfWhenTheScreenIsClosed) {
+TEST_F(Media, IsCancelledWhenTheScreenIsClosed) {
     std::atomic<int> ended = 0;
     RawServer server([&](RawServer::Connection& connection) {
         if (connection.readRequest().starts_with("HEAD ")) {
@@ -265,7 +265,7 @@ TEST_F(Media, IsLetGoOfWhenTheScreenIsClosed) {
     EXPECT_TRUE(eventually([&] { return ended == 1; })) << "the server sees the connection end";
 }
 
-TEST_F(Media, IsLetGoOfWhenTheWindowGoes) {
+TEST_F(Media, IsCancelledWhenTheWindowGoes) {
     std::atomic<int> ended = 0;
     RawServer server([&](RawServer::Connection& connection) {
         connection.readRequest();
@@ -278,7 +278,7 @@ TEST_F(Media, IsLetGoOfWhenTheWindowGoes) {
     EXPECT_TRUE(eventually([&] { return ended == 1; }));
 }
 
-TEST_F(Media, IsNotDecodedForAScreenThatHasGone) {
+TEST_F(Media, IsNotDecodedForAClosedScreen) {
     RawServer server(answering("image/png", support::encodedPicture({3000, 3000}, "png")));
     for (int i = 0; i < 10; ++i) {
         show(server.url("/a.png"));
@@ -322,7 +322,7 @@ TEST_F(Media, OfMoreThanSixtyFourMegabytesIsRefused) {
 }
 
 TEST_F(Media, OfTwentyMegabytesIsAccepted) {
-    // Larger than what the client takes unless it is told otherwise; the probe must not mind either.
+    // More than the client's default limit, which must not apply to the probe either.
     RawServer server(answering("video/mp4", std::string(20 * 1024 * 1024, 'x')));
     show(server.url("/a.mp4"));
     EXPECT_TRUE(eventually([&] { return !loader()->video().isEmpty(); }));

@@ -49,7 +49,7 @@ class Presentation : public testing::Test {
 
     QQuickItem* hostLayer() { return host.content()->parentItem(); }
 
-    /// What an item does until the window stands still: one value a turn of the event loop.
+    /// Values taken repeatedly until nothing moves.
     std::vector<double> sample(const std::function<double()>& value) {
         std::vector<double> values;
         while (host.window().isMoving()) {
@@ -88,7 +88,7 @@ TEST_F(Presentation, HidesEverythingThatAFullScreenCovers) {
     EXPECT_TRUE(hostLayer()->isVisible());
 }
 
-TEST_F(Presentation, LetsWhatLiesBelowShineThroughOverFullScreen) {
+TEST_F(Presentation, KeepsScreensBelowVisibleOverFullScreen) {
     const auto first = show(overFullScreen);
     EXPECT_TRUE(hostLayer()->isVisible());
     const auto second = show(overFullScreen);
@@ -103,7 +103,7 @@ TEST_F(Presentation, LetsWhatLiesBelowShineThroughOverFullScreen) {
     EXPECT_FALSE(second->layer()->isVisible());
 }
 
-TEST_F(Presentation, KeepsTheCoveredInSightUntilAnArrivalEnds) {
+TEST_F(Presentation, KeepsCoveredScreensVisibleUntilAnArrivalEnds) {
     const auto first = show(overFullScreen);
     const auto screen = PlainScreen::make();
     top()->present(screen, true);
@@ -178,7 +178,7 @@ TEST_F(Presentation, PushesOldAndNewTogetherFromTheRight) {
     time.start();
     host.window().addTransition({});
     top()->present(second, false, [&] { ++completions; });
-    EXPECT_EQ(completions, 1) << "the screen is there; what is seen of it is another matter";
+    EXPECT_EQ(completions, 1) << "the screen is in place; only its picture still moves";
     EXPECT_TRUE(host.window().isMoving());
     const std::vector<double> coming = sample([&] {
         EXPECT_NEAR(first->layer()->x(), second->layer()->x() - 400, 1e-6);
@@ -221,7 +221,7 @@ TEST(Transition, LastsThreeTenthsOfASecondAndEasesInAndOut) {
     EXPECT_GT(transition.timing.valueForProgress(0.9), 0.9);
 }
 
-TEST_F(Presentation, ForgetsATransitionThatNobodyUsedInItsTurn) {
+TEST_F(Presentation, DropsATransitionNotUsedInItsTurn) {
     host.window().addTransition({});
     letTimePass(milliseconds(50));
     show();
@@ -241,11 +241,11 @@ TEST_F(Presentation, IsRefusedFromACoveredController) {
     EXPECT_EQ(third->window(), nullptr);
     EXPECT_THAT(host.screens(), ElementsAre(first, second));
     const std::string line =
-        "[VornaSDK] ❌ Failed to present a screen: another one covers the controller to present from";
+        "[VornaSDK] ❌ Failed to present a screen: another screen covers the presenting controller";
     EXPECT_THAT(printed.take(), ElementsAre(line, line));
 }
 
-TEST_F(Presentation, IsRefusedFromAControllerThatIsNotOnShow) {
+TEST_F(Presentation, IsRefusedFromAControllerThatIsNotOnScreen) {
     PrintedLines printed;
     const auto alone = PlainScreen::make();
     alone->present(PlainScreen::make(), true, [] { ADD_FAILURE(); });
@@ -254,23 +254,27 @@ TEST_F(Presentation, IsRefusedFromAControllerThatIsNotOnShow) {
     dismissed->present(PlainScreen::make(), true, [] { ADD_FAILURE(); });
     EXPECT_THAT(host.screens(), IsEmpty());
     const std::string line =
-        "[VornaSDK] ❌ Failed to present a screen: the controller to present from is not on show";
+        "[VornaSDK] ❌ Failed to present a screen: the presenting controller is not on screen";
     EXPECT_THAT(printed.take(), ElementsAre(line, line));
 }
 
-TEST_F(Presentation, IsRefusedForAScreenThatIsOnShow) {
+TEST_F(Presentation, IsRefusedForAScreenThatIsOnScreen) {
     const auto first = show();
     PrintedLines printed;
     first->present(first, true, [] { ADD_FAILURE(); });
     first->present(nullptr, true, [] { ADD_FAILURE(); });
     EXPECT_THAT(host.screens(), ElementsAre(first));
-    EXPECT_EQ(printed.take().size(), 2U);
+    const std::string start = "[VornaSDK] ❌ Failed to present a screen: ";
+    EXPECT_THAT(printed.take(), ElementsAre(start + "it is on screen already", start + "there is none"));
 }
 
-TEST_F(Presentation, IsGivenUpWhenTheViewCannotBeMade) {
+TEST_F(Presentation, FailsIfTheViewCannotBeCreated) {
     const auto screen = PlainScreen::make();
     screen->canLoad = false;
+    PrintedLines printed;
     top()->present(screen, true, [] { ADD_FAILURE(); });
+    EXPECT_THAT(printed.take(),
+                ElementsAre("[VornaSDK] ❌ Failed to present a screen: its view could not be created"));
     EXPECT_THAT(host.screens(), IsEmpty());
     EXPECT_FALSE(host.window().isMoving());
     EXPECT_EQ(screen->window(), nullptr);
@@ -289,10 +293,10 @@ TEST_F(Presentation, CanBeRepeatedWithTheSameController) {
     EXPECT_NE(screen->view(), nullptr);
     EXPECT_EQ(screen->timesLoaded(), 2);
     letTimePass(milliseconds(20));
-    EXPECT_NE(screen->view(), nullptr) << "only the first view has gone";
+    EXPECT_NE(screen->view(), nullptr) << "only the first view is deleted";
 }
 
-TEST_F(Presentation, DuringAnArrivalEndsTheArrivalFirst) {
+TEST_F(Presentation, DuringAnArrivalFinishesTheArrivalFirst) {
     std::vector<std::string> order;
     const auto first = PlainScreen::make();
     top()->present(first, true, [&] { order.emplace_back("first"); });
@@ -306,7 +310,7 @@ TEST_F(Presentation, DuringAnArrivalEndsTheArrivalFirst) {
     EXPECT_THAT(host.screens(), ElementsAre(first, second));
 }
 
-TEST_F(Presentation, DuringADepartureEndsTheDepartureFirst) {
+TEST_F(Presentation, DuringADepartureFinishesTheDepartureFirst) {
     std::vector<std::string> order;
     const auto first = show();
     first->dismiss(true, [&] { order.emplace_back("gone"); });
@@ -343,7 +347,7 @@ TEST_F(Presentation, TakesNoTapsUntilItIsInPlace) {
     EXPECT_EQ(screen->counter()->keys(), keys + 1);
 }
 
-TEST_F(Presentation, FromOneOnItsWayOutIsRefused) {
+TEST_F(Presentation, FromAScreenOnItsWayOutIsRefused) {
     const auto first = show();
     first->dismiss(true);
     first->present(PlainScreen::make(), false, [] { ADD_FAILURE(); });
@@ -390,7 +394,7 @@ TEST_F(Dismissal, OfOneInTheMiddleLeavesTheOthers) {
     const auto third = show();
     int completions = 0;
     second->dismiss(true, [&] { ++completions; });
-    EXPECT_EQ(completions, 1) << "nobody sees it go";
+    EXPECT_EQ(completions, 1) << "it was not visible";
     EXPECT_FALSE(host.window().isMoving());
     EXPECT_THAT(host.screens(), ElementsAre(first, third));
     EXPECT_TRUE(third->layer()->isVisible());
@@ -401,7 +405,7 @@ TEST_F(Dismissal, OfOneInTheMiddleLeavesTheOthers) {
     EXPECT_TRUE(hostLayer()->isEnabled());
 }
 
-TEST_F(Dismissal, OfOneInTheMiddleThatCanBeSeenMovesIt) {
+TEST_F(Dismissal, OfAVisibleOneInTheMiddleAnimatesIt) {
     const auto first = show();
     const auto second = show(overFullScreen);
     QPointer<QQuickItem> layer = first->layer();
@@ -415,7 +419,7 @@ TEST_F(Dismissal, OfOneInTheMiddleThatCanBeSeenMovesIt) {
     EXPECT_THAT(host.screens(), ElementsAre(second));
 }
 
-TEST_F(Dismissal, OfOneNotOnShowDoesNothing) {
+TEST_F(Dismissal, OfOneNotOnScreenDoesNothing) {
     const auto alone = PlainScreen::make();
     alone->dismiss(true, [] { ADD_FAILURE(); });
     host.window().rootViewController()->dismiss(true, [] { ADD_FAILURE(); });
@@ -424,12 +428,12 @@ TEST_F(Dismissal, OfOneNotOnShowDoesNothing) {
     EXPECT_TRUE(hostLayer()->isVisible());
 }
 
-TEST_F(Dismissal, IsDoneOnce) {
+TEST_F(Dismissal, HappensOnce) {
     const auto screen = show();
     int completions = 0;
     screen->dismiss(true, [&] { ++completions; });
-    screen->dismiss(true, [] { ADD_FAILURE() << "it is on its way already"; });
-    screen->dismiss(false, [] { ADD_FAILURE() << "it is on its way already"; });
+    screen->dismiss(true, [] { ADD_FAILURE() << "it is on its way out already"; });
+    screen->dismiss(false, [] { ADD_FAILURE() << "it is on its way out already"; });
     EXPECT_TRUE(host.window().isMoving());
     host.settle();
     screen->dismiss(false, [] { ADD_FAILURE() << "it is gone"; });
@@ -458,7 +462,7 @@ TEST_F(Dismissal, ReallyEndsViewAndController) {
     EXPECT_TRUE(eventually([&] { return view.isNull() && layer.isNull() && controller.expired(); }));
 }
 
-TEST_F(Dismissal, MovesAsATransitionTells) {
+TEST_F(Dismissal, MovesAsTheAddedTransitionSays) {
     const auto screen = show();
     const QPointer<QQuickItem> layer = screen->layer();
     int completions = 0;
@@ -475,7 +479,7 @@ TEST_F(Dismissal, MovesAsATransitionTells) {
 
 using TheEndOfAWindow = Presentation;
 
-TEST_F(TheEndOfAWindow, EndsAScreenOnShow) {
+TEST_F(TheEndOfAWindow, EndsAPresentedScreen) {
     auto screen = show();
     const std::weak_ptr<PlainScreen> controller = screen;
     host.close();
@@ -501,7 +505,7 @@ TEST_F(TheEndOfAWindow, EndsAScreenThatArrives) {
 
 TEST_F(TheEndOfAWindow, EndsAScreenThatLeaves) {
     const auto screen = show();
-    screen->dismiss(true, [] { ADD_FAILURE() << "nothing is left to tell"; });
+    screen->dismiss(true, [] { ADD_FAILURE() << "the window has gone"; });
     letTimePass(milliseconds(50));
     host.close();
     EXPECT_EQ(screen->timesGone(), 1);
@@ -515,7 +519,7 @@ TEST_F(TheEndOfAWindow, MayComeWithinACompletion) {
     EXPECT_EQ(Window::keyWindow(), nullptr);
 }
 
-TEST_F(TheEndOfAWindow, MayComeWithinACompletionThatAnotherPresentationHastens) {
+TEST_F(TheEndOfAWindow, MayComeWithinACompletionTriggeredByAnotherPresentation) {
     const auto first = PlainScreen::make();
     const auto second = PlainScreen::make();
     top()->present(first, true, [&] { host.close(); });
@@ -525,7 +529,7 @@ TEST_F(TheEndOfAWindow, MayComeWithinACompletionThatAnotherPresentationHastens) 
     EXPECT_EQ(Window::keyWindow(), nullptr);
 }
 
-TEST_F(TheEndOfAWindow, MayComeWithinACompletionThatADismissalHastens) {
+TEST_F(TheEndOfAWindow, MayComeWithinACompletionTriggeredByADismissal) {
     const auto first = show();
     const auto second = PlainScreen::make();
     top()->present(second, true, [&] { host.close(); });

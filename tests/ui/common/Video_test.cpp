@@ -40,7 +40,7 @@ void PrintTo(const Codec& codec, std::ostream* stream) {
     *stream << codec.name;
 }
 
-/// From the local service, over TLS, as a host has it.
+/// From the local service, over TLS.
 class Video : public testing::TestWithParam<Codec> {
   protected:
     Video() {
@@ -54,7 +54,7 @@ class Video : public testing::TestWithParam<Codec> {
     ScreenHost host;
 };
 
-TEST_P(Video, PlaysWithSoundOverAndOverUntilItsScreenIsClosed) {
+TEST_P(Video, LoopsWithSoundUntilItsScreenIsClosed) {
     const std::string url = service.url() + "/media/" + GetParam().file;
     VornaCoreSDK::ShowOnboarding(documentOf({basicStep("Video", {{"media", url.c_str()}})}));
     host.settle();
@@ -73,13 +73,13 @@ TEST_P(Video, PlaysWithSoundOverAndOverUntilItsScreenIsClosed) {
             rounds += positions[i] < positions[i - 1] - 300 ? 1 : 0;
         }
         return rounds >= 3;
-    })) << "it goes back to its beginning, again and again";
+    })) << "it starts again and again";
     EXPECT_GE(std::count_if(positions.begin(), positions.end(), [](int at) { return at > 700; }), 1);
     EXPECT_TRUE(player->property("hasVideo").toBool());
     EXPECT_TRUE(player->property("hasAudio").toBool());
     EXPECT_EQ(player->property("playbackState").toInt(), 1);
 
-    // Pictures are drawn, and they move.
+    // What is drawn changes.
     const QRectF area = ScreenHost::geometry(host.find("mediaView"));
     EXPECT_EQ(area.top(), 40);
     const auto* const item = host.find("mediaVideo")->property("item").value<QQuickItem*>();

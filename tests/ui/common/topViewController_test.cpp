@@ -24,7 +24,7 @@ using support::ScreenHost;
 
 using Controller = std::shared_ptr<ViewController>;
 
-/// A host's controllers by name; "none" is the absent one.
+/// A host's controllers by name; "none" means null.
 struct Tree {
     ScreenHost host;
     std::map<std::string, Controller> named;
@@ -102,7 +102,7 @@ INSTANTIATE_TEST_SUITE_P(
                               tree.present("second", "third");
                           },
                           "third"},
-                    Shape{"PresentedOnesStayWhenOneBetweenThemGoes",
+                    Shape{"PresentedOnesStayWhenOneBetweenThemLeaves",
                           [](Tree& tree) {
                               tree.root(tree.plain("root"));
                               tree.present("root", "first");
@@ -142,7 +142,7 @@ INSTANTIATE_TEST_SUITE_P(
                               EXPECT_EQ(tree.named["page"]->presentedViewController(), tree.named["first"]);
                           },
                           "first"},
-                    Shape{"NavigationThatWentToAnotherPage",
+                    Shape{"NavigationThatMovedToAnotherPage",
                           [](Tree& tree) {
                               const Controller first = tree.plain("page");
                               tree.root(tree.navigation("navigation", "page"));
@@ -208,7 +208,7 @@ INSTANTIATE_TEST_SUITE_P(
                               tree.root(tree.tabs("first", "second"));
                           },
                           "none"},
-                    Shape{"OneOnItsWayOutDoesNotCount",
+                    Shape{"AScreenOnItsWayOutDoesNotCount",
                           [](Tree& tree) {
                               tree.root(tree.plain("root"));
                               tree.present("root", "first");
@@ -226,7 +226,7 @@ INSTANTIATE_TEST_SUITE_P(
                               EXPECT_TRUE(tree.host.window().isMoving());
                           },
                           "page"},
-                    Shape{"OneThatArrivesCounts",
+                    Shape{"AnArrivingScreenCounts",
                           [](Tree& tree) {
                               tree.root(tree.plain("root"));
                               const auto screen = PlainScreen::make();
@@ -245,12 +245,12 @@ TEST(TopViewControllerOf, AProgramWithoutWindowsIsNone) {
     EXPECT_EQ(topViewController(), nullptr);
 }
 
-TEST(TopViewControllerOf, AControllerThatIsNotOnShowIsItself) {
+TEST(TopViewControllerOf, AControllerThatIsNotOnScreenIsItself) {
     const auto alone = std::make_shared<ViewController>();
     EXPECT_EQ(topViewController(alone), alone);
 }
 
-TEST(TopViewControllerOf, AContainerThatIsNotOnShowIsWhatItContains) {
+TEST(TopViewControllerOf, AContainerThatIsNotOnScreenIsItsContent) {
     const auto page = std::make_shared<ViewController>();
     EXPECT_EQ(topViewController(std::make_shared<NavigationController>(page)), page);
 }
@@ -268,7 +268,7 @@ TEST(RootViewController, MayHaveBeenAPageOfAnotherBefore) {
     EXPECT_EQ(topViewController(), screen);
 }
 
-TEST(RootViewController, MayChangeUnderScreensOnShow) {
+TEST(RootViewController, MayChangeUnderPresentedScreens) {
     ScreenHost host;
     const std::weak_ptr<ViewController> before = host.window().rootViewController();
     const auto screen = PlainScreen::make();
@@ -278,14 +278,14 @@ TEST(RootViewController, MayChangeUnderScreensOnShow) {
     host.window().setRootViewController(std::make_shared<NavigationController>([page] { return page; }));
     EXPECT_TRUE(before.expired());
     EXPECT_EQ(topViewController(), screen);
-    EXPECT_EQ(page->window(), nullptr) << "nobody has asked for it yet";
+    EXPECT_EQ(page->window(), nullptr) << "it has not been requested yet";
 
     screen->dismiss(false);
     EXPECT_EQ(topViewController(), page);
     EXPECT_EQ(page->window(), &host.window());
 }
 
-TEST(RootViewController, IsNeverAbsent) {
+TEST(RootViewController, IsNeverNull) {
     ScreenHost host;
     const auto before = host.window().rootViewController();
     ASSERT_NE(before, nullptr);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// An arrow that points to the right, in one colour: a line with round ends and a head of two strokes.
+/// An arrow pointing right, in one colour: a line with round ends and a head of two strokes.
 
 #include <QtGui/QColor>
 #include <QtQmlIntegration/qqmlintegration.h>
@@ -15,7 +15,7 @@ class ArrowSymbol : public QQuickPaintedItem {
     QML_ELEMENT
 
   public:
-    /// 20 by 17 logical pixels unless told otherwise, the size of the symbol beside a text of 18.
+    /// 20 by 17 logical pixels by default, to go with text of size 18.
     explicit ArrowSymbol(QQuickItem* parent = nullptr);
 
     void paint(QPainter* painter) override;

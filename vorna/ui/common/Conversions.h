@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Our values as Qt's: UTF-8 text, lists of lines, colours.
+/// Converts the library's values to Qt's: UTF-8 text, lists of lines, colours.
 
 #include <vorna/documents/UIColor.h>
 
@@ -32,7 +32,7 @@ inline QColor toQColor(const UIColor& color) {
                             static_cast<float>(color.blue), static_cast<float>(color.alpha));
 }
 
-/// The colour that a colour string names; black where it names none.
+/// The colour of a colour string; black if it is not valid.
 inline QColor colorOf(std::string_view hex) {
     return toQColor(UIColor(hex));
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What a document lacks, for the developer who reads it: one centred text on white.
+// The error in a document, for developers: one centred text on white.
 import QtQuick
 import Vorna.Ui
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The screen that tells a developer what a document lacks. It has no way to be closed from within.
+/// The screen that tells a developer what is missing from a document. It offers no way to close it.
 
 #include <vorna/ui/common/ViewController.h>
 
@@ -15,7 +15,7 @@ class ErrorViewController final : public vorna::ui::ViewController {
     Q_OBJECT
     Q_PROPERTY(QString text READ text CONSTANT)
     QML_ELEMENT
-    QML_UNCREATABLE("made by showJSONErrorScreen")
+    QML_UNCREATABLE("created by showJSONErrorScreen")
 
   public:
     ErrorViewController(std::string_view title, std::string_view message);

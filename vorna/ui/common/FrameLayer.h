@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Draws a video frame by frame as pictures, for renderers that cannot draw video themselves: Qt's software
-/// renderer.
+/// Draws a video as a sequence of pictures, for Qt's software renderer, which cannot draw video itself.
 
 #include <vorna/ui/common/ImageLayer.h>
 
@@ -20,15 +19,15 @@ class FrameLayer : public vorna::ui::ImageLayer {
   public:
     explicit FrameLayer(QQuickItem* parent = nullptr);
 
-    /// Asked by players, which look for it by its name.
+    /// Players look it up by name.
     Q_INVOKABLE QVideoSink* videoSink() { return &sink_; }
 
   protected:
     void updatePolish() override;
 
   private:
-    /// The last one, until it is drawn. A player gives up for good when it is kept waiting while it hands
-    /// over a frame, and the first picture of a frame can take long: Qt loads a graphics driver for it.
+    /// The latest one, until it is drawn. Converting a frame on delivery would be too slow: players give up
+    /// for good when a delivery blocks, and the first conversion loads a graphics driver.
     QVideoFrame frame_;
     QVideoSink sink_;
 };

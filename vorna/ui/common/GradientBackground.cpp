@@ -15,8 +15,8 @@ void GradientBackground::paint(QPainter* painter) {
     if (width() <= 0 || height() <= 0) {
         return;
     }
-    // Qt's gradient grows along the line between its two points. The slope of t is the direction of that
-    // line, and t is 1 where the line's foot lies 1 / |slope| from the origin.
+    // Qt's gradient runs along the line between its two points. That line has the direction of t's slope and
+    // reaches t = 1 at the distance 1 / |slope| from the origin.
     const double slopeX = 1 / (1.25 * width());
     const double slopeY = 1 / (2.5 * height());
     const double square = slopeX * slopeX + slopeY * slopeY;

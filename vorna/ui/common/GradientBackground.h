@@ -3,8 +3,8 @@
 
 /// The background of an action button: a capsule with a gradient between two colours.
 ///
-/// The gradient is defined in the unit square, from (0, 0) to (1, 0.5), and stretched with the item: the
-/// colour at (x, y) lies at t = (x / width + y / (2 · height)) / 1.25 between the two.
+/// The gradient is defined in the unit square, from (0, 0) to (1, 0.5), and stretched with the item: at (x,
+/// y) its position between the two colours is t = (x / width + y / (2 · height)) / 1.25.
 
 #include <QtGui/QColor>
 #include <QtQmlIntegration/qqmlintegration.h>

@@ -22,7 +22,7 @@ void ImageLayer::setImage(const QImage& image) {
 QSGNode* ImageLayer::updatePaintNode(QSGNode* node, UpdatePaintNodeData* /*data*/) {
     std::unique_ptr<QSGImageNode> drawn(static_cast<QSGImageNode*>(node));
     if (image_.isNull() || width() <= 0 || height() <= 0) {
-        // A node that is made again later needs its texture again.
+        // The next node will need its texture again.
         isNew_ = true;
         return nullptr;
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Draws one image, as large as it fits without being distorted.
+/// Draws an image as large as possible without distortion.
 
 #include <QtGui/QImage>
 #include <QtQmlIntegration/qqmlintegration.h>

@@ -9,8 +9,8 @@
 
 namespace vorna::ui {
 
-/// Opens the address that belongs to a link's title, "Terms of Use" or "Privacy Policy", with the desktop's
-/// opener. Does nothing for another title or for text that is no address. Main thread.
+/// Opens the address for a link's title, "Terms of Use" or "Privacy Policy", with the desktop's handler. Does
+/// nothing for any other title, or for text that is not an address. Main thread.
 void openLink(const QString& title, std::string_view termsOfUseURL, std::string_view privacyPolicyURL);
 
 }  // namespace vorna::ui

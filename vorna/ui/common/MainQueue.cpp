@@ -2,7 +2,7 @@
 #include <vorna/ui/common/MainQueue.h>
 
 #include <vorna/platform/Log.h>
-#include <vorna/platform/NeverDestroyed.h>
+#include <vorna/ui/common/ScreensRuntime.h>
 #include <vorna/ui/common/WorkQueue.h>
 
 #include <QtCore/QCoreApplication>
@@ -35,9 +35,11 @@ QThread* mainThread() {
     return application == nullptr ? nullptr : application->thread();
 }
 
-/// Does one piece of work for each event.
-class Receiver : public QObject {
+/// Runs one piece of work for each event.
+class Receiver final : public QObject {
   public:
+    Receiver() { moveToThread(mainThread()); }
+
     void post(std::function<void()> work) {
         waiting_.add(std::move(work));
         QCoreApplication::postEvent(this, std::make_unique<QEvent>(QEvent::User).release());
@@ -55,16 +57,6 @@ class Receiver : public QObject {
     WorkQueue waiting_;
 };
 
-/// It outlives the application object, so that a late post finds it still there.
-Receiver& receiver() {
-    static Receiver& object = []() -> Receiver& {
-        static NeverDestroyed<Receiver> value;
-        value->moveToThread(mainThread());
-        return *value;
-    }();
-    return object;
-}
-
 }  // namespace
 
 bool mainQueue::isCurrent() {
@@ -75,16 +67,16 @@ void mainQueue::async(std::function<void()> work) {
     if (mainThread() == nullptr) {
         return;
     }
-    receiver().post(std::move(work));
+    ScreensRuntime::part<Receiver>().post(std::move(work));
 }
 
-/// Counts in steps that QTimer can hold.
+/// Waits in steps that fit a QTimer.
 class DelayedTask::Timer {
   public:
     Timer(std::int64_t seconds, std::function<void()> work) : work_(std::move(work)) {
         constexpr std::int64_t longest = std::numeric_limits<std::int64_t>::max() / 1'000'000'000;
         const std::int64_t wait = std::clamp<std::int64_t>(seconds, 0, longest);
-        // A deadline that its clock cannot reach counts as one that never comes.
+        // A deadline beyond the range of the clock never comes.
         if (wait < longest / 2) {
             deadline_ = QDeadlineTimer(std::chrono::seconds(wait), Qt::PreciseTimer);
         }
@@ -106,7 +98,7 @@ class DelayedTask::Timer {
             start();
             return;
         }
-        // The work may end this task.
+        // The work may destroy this task.
         const std::function<void()> work = std::move(work_);
         run(work);
     }

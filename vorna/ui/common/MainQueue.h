@@ -14,21 +14,20 @@ namespace mainQueue {
 /// True on the main thread.
 bool isCurrent();
 
-/// Runs the work on the main thread, at a later turn of its event loop, in the order of the calls. Any
-/// thread. What is still waiting when the event loop has ended for good is dropped. An exception that leaves
-/// the work is logged and dropped.
+/// Runs the work on the main thread, in a later turn of its event loop, in the order of the calls. Any
+/// thread. Work still waiting when the event loop ends for good is dropped. An exception that leaves the work
+/// is logged and dropped.
 void async(std::function<void()> work);
 
 }  // namespace mainQueue
 
-/// Work that is done once, on the main thread, after a while; ends without being done when this value goes.
-/// Lives on the main thread.
+/// Work that runs once, on the main thread, after a delay, unless this value is destroyed first. Lives on the
+/// main thread.
 class DelayedTask {
   public:
     /// Nothing to do.
     DelayedTask() noexcept;
-    /// Any delay: zero or less means the next turn of the event loop, and one of ten thousand years just
-    /// never comes.
+    /// Any delay: zero or less means the next turn of the event loop; one of ten thousand years never ends.
     DelayedTask(std::int64_t seconds, std::function<void()> work);
     DelayedTask(const DelayedTask&) = delete;
     DelayedTask& operator=(const DelayedTask&) = delete;

@@ -3,10 +3,10 @@
 
 #include <vorna/platform/HttpClient.h>
 #include <vorna/platform/Log.h>
-#include <vorna/platform/NeverDestroyed.h>
 #include <vorna/platform/URL.h>
 #include <vorna/ui/common/Conversions.h>
 #include <vorna/ui/common/MainQueue.h>
+#include <vorna/ui/common/ScreensRuntime.h>
 #include <vorna/ui/common/Services.h>
 #include <vorna/ui/common/WorkQueue.h>
 
@@ -29,14 +29,33 @@ struct Picture {
     QSizeF size;
 };
 
-/// What the threads of the pool have to decode.
+/// Pictures for the threads of Qt's pool to decode.
+struct Decodings {
+    WorkQueue queue;
+};
+
 WorkQueue& decodings() {
-    static NeverDestroyed<WorkQueue> value;
-    return *value;
+    return ScreensRuntime::part<Decodings>().queue;
 }
 
-/// On a thread of the pool. The image is null when the bytes are none.
-Picture decoded(const std::string& bytes, int pixelWidth) {
+/// Does nothing if the text is no URL, or the library has no instance yet.
+void send(const std::string& mediaURL, HttpMethod method, std::stop_token stop,
+          HttpClient::Completion completion) {
+    const std::optional<URL> url = URL::parse(mediaURL);
+    const std::shared_ptr<HttpClient> http = services::get().httpClient;
+    if (!url || !http) {
+        return;
+    }
+    HttpRequest request{*url, method, {}, {}};
+    if (method == HttpMethod::get) {
+        request.responseLimit = largestDownload;
+    }
+    request.stop = std::move(stop);
+    http->start(std::move(request), std::move(completion));
+}
+
+/// Nothing if the bytes are no picture. Any thread.
+std::optional<Picture> decoded(const std::string& bytes, int pixelWidth) {
     QByteArray array = QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size()));
     QBuffer buffer(&array);
     buffer.open(QIODevice::ReadOnly);
@@ -44,18 +63,29 @@ Picture decoded(const std::string& bytes, int pixelWidth) {
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);
     const QSize stored = reader.size();
-    const bool isTurned = reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);
-    const int storedWidth = isTurned ? stored.height() : stored.width();
+    const bool isRotated = reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);
+    const int storedWidth = isRotated ? stored.height() : stored.width();
     if (stored.isValid() && pixelWidth > 0 && storedWidth > pixelWidth) {
         const double scale = static_cast<double>(pixelWidth) / storedWidth;
         reader.setScaledSize({std::max(1, static_cast<int>(stored.width() * scale)),
                               std::max(1, static_cast<int>(stored.height() * scale))});
     }
-    Picture picture;
-    picture.image = reader.read();
-    const QSize upright = isTurned ? stored.transposed() : stored;
-    picture.size = stored.isValid() ? QSizeF(upright) : QSizeF(picture.image.size());
-    return picture;
+    QImage image = reader.read();
+    if (image.isNull()) {
+        return std::nullopt;
+    }
+    const QSize upright = isRotated ? stored.transposed() : stored;
+    const QSizeF size = stored.isValid() ? upright : image.size();
+    return Picture{std::move(image), size};
+}
+
+/// Null if the file cannot be written. Players work best with files: each round begins with a seek to the
+/// start.
+std::unique_ptr<QTemporaryFile> storedVideo(const std::string& bytes) {
+    auto file = std::make_unique<QTemporaryFile>(QDir::temp().filePath(QStringLiteral("vorna-media-XXXXXX")));
+    const auto size = static_cast<qint64>(bytes.size());
+    const bool isStored = file->open() && file->write(bytes.data(), size) == size && file->flush();
+    return isStored ? std::move(file) : nullptr;
 }
 
 }  // namespace
@@ -79,14 +109,7 @@ bool MediaLoader::isVideo(const std::optional<HttpResponse>& response) {
 void MediaLoader::start(std::string_view mediaURL, int pixelWidth) {
     mediaURL_ = mediaURL;
     pixelWidth_ = pixelWidth;
-    const std::optional<URL> url = URL::parse(mediaURL_);
-    const std::shared_ptr<HttpClient> http = services::get().httpClient;
-    if (!url || !http) {
-        return;
-    }
-    HttpRequest request{*url, HttpMethod::head, {}, {}};
-    request.stop = stop_.get_token();
-    http->start(std::move(request), [this, life = std::weak_ptr(life_)](auto, auto response, auto) {
+    const auto decide = [this, life = std::weak_ptr(life_)](const auto&, const auto& response, const auto&) {
         mainQueue::async([this, life, isVideo = MediaLoader::isVideo(response)] {
             if (life.expired()) {
                 return;
@@ -97,7 +120,8 @@ void MediaLoader::start(std::string_view mediaURL, int pixelWidth) {
                 fetchImage();
             }
         });
-    });
+    };
+    send(mediaURL_, HttpMethod::head, stop_.get_token(), decide);
 }
 
 MediaLoader::~MediaLoader() {
@@ -108,7 +132,7 @@ void MediaLoader::stop() {
     stop_.request_stop();
     life_.reset();
     if (!video_.isEmpty()) {
-        // The player lets go of the file before it is removed.
+        // The player releases the file before it is removed.
         video_.clear();
         Q_EMIT videoChanged();
         videoFile_.reset();
@@ -120,16 +144,8 @@ void MediaLoader::reportSilence() const {
 }
 
 void MediaLoader::fetch(std::function<void(std::string)> use) {
-    const std::optional<URL> url = URL::parse(mediaURL_);
-    const std::shared_ptr<HttpClient> http = services::get().httpClient;
-    if (!url || !http) {
-        return;
-    }
-    HttpRequest request{*url, HttpMethod::get, {}, {}};
-    request.responseLimit = largestDownload;
-    request.stop = stop_.get_token();
-    http->start(std::move(request), [life = std::weak_ptr(life_), use = std::move(use)](
-                                        auto body, const auto& /*response*/, const auto& error) {
+    const auto deliver = [life = std::weak_ptr(life_),
+                          use = std::move(use)](auto body, const auto& /*response*/, const auto& error) {
         if (!body || error) {
             return;
         }
@@ -138,7 +154,8 @@ void MediaLoader::fetch(std::function<void(std::string)> use) {
                 use(std::move(*bytes));
             }
         });
-    });
+    };
+    send(mediaURL_, HttpMethod::get, stop_.get_token(), deliver);
 }
 
 void MediaLoader::fetchImage() {
@@ -150,14 +167,14 @@ void MediaLoader::decode(std::string bytes) {
         if (life.expired()) {
             return;
         }
-        Picture picture = decoded(bytes, pixelWidth);
-        if (picture.image.isNull()) {
+        const std::optional<Picture> picture = decoded(bytes, pixelWidth);
+        if (!picture) {
             return;
         }
-        mainQueue::async([this, life, picture = std::move(picture)] {
+        mainQueue::async([this, life, picture] {
             if (!life.expired()) {
-                image_ = picture.image;
-                imageSize_ = picture.size;
+                image_ = picture->image;
+                imageSize_ = picture->size;
                 Q_EMIT imageChanged();
             }
         });
@@ -167,16 +184,11 @@ void MediaLoader::decode(std::string bytes) {
 
 void MediaLoader::fetchVideo() {
     fetch([this](const std::string& bytes) {
-        // Players read files best: they seek back to the start of each round.
-        videoFile_ =
-            std::make_unique<QTemporaryFile>(QDir::temp().filePath(QStringLiteral("vorna-media-XXXXXX")));
-        const auto size = static_cast<qint64>(bytes.size());
-        if (!videoFile_->open() || videoFile_->write(bytes.data(), size) != size || !videoFile_->flush()) {
-            videoFile_.reset();
-            return;
+        videoFile_ = storedVideo(bytes);
+        if (videoFile_) {
+            video_ = QUrl::fromLocalFile(videoFile_->fileName());
+            Q_EMIT videoChanged();
         }
-        video_ = QUrl::fromLocalFile(videoFile_->fileName());
-        Q_EMIT videoChanged();
     });
 }
 

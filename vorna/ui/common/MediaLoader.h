@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Fetches the picture or video at the top of a screen: asks what it is, downloads it, and decodes a picture
-/// off the main thread at the size it is shown. What cannot be had leaves everything as it is.
+/// Fetches the picture or video at the top of a screen: determines its kind, downloads it, and decodes
+/// pictures off the main thread at the size they are shown in. Failures are silent and change nothing.
 ///
-/// All network work goes through the library's HTTP client and ends with this object. Main thread.
+/// Requests go through the library's HTTP client and end with this object. Main thread.
 
 #include <QtCore/QObject>
 #include <QtCore/QSize>
@@ -32,7 +32,7 @@ class MediaLoader : public QObject {
     Q_PROPERTY(QSizeF imageSize READ imageSize NOTIFY imageChanged)
     Q_PROPERTY(QUrl video READ video NOTIFY videoChanged)
     QML_ELEMENT
-    QML_UNCREATABLE("made by the screens")
+    QML_UNCREATABLE("created by the screens")
 
   public:
     MediaLoader() = default;
@@ -42,26 +42,26 @@ class MediaLoader : public QObject {
     MediaLoader& operator=(MediaLoader&&) = delete;
     ~MediaLoader() override;
 
-    /// Begins, once. The width is how many device pixels the picture will be shown wide.
+    /// Call once. The width is that of the picture on screen, in device pixels.
     void start(std::string_view mediaURL, int pixelWidth);
 
-    /// Ends whatever is under way, and takes the video back. What has been decoded stays.
+    /// Ends requests in progress and removes the video. A decoded picture stays.
     void stop();
 
-    /// Null until a picture has been decoded.
+    /// Null until it has been decoded.
     QImage image() const { return image_; }
 
-    /// The size of the picture as it was sent, upright.
+    /// The size of the picture as received, upright.
     QSizeF imageSize() const { return imageSize_; }
 
-    /// A file of ours with the video; empty until it is there.
+    /// A temporary file; empty until the video has been downloaded.
     QUrl video() const { return video_; }
 
-    /// Whether an answer says that it holds a video. Without an answer, or a type in it, it is taken for a
-    /// picture.
+    /// Whether the response's content type is that of a video. Without a response or a content type, the
+    /// media is treated as a picture.
     static bool isVideo(const std::optional<HttpResponse>& response);
 
-    /// The system has no way to play sound; the video goes on without.
+    /// Logs that there is no audio output; the video plays without sound.
     Q_INVOKABLE void reportSilence() const;
 
   Q_SIGNALS:
@@ -77,7 +77,7 @@ class MediaLoader : public QObject {
     std::string mediaURL_;
     int pixelWidth_ = 0;
     std::stop_source stop_;
-    /// There until the end: what comes back later finds it gone.
+    /// Reset at the end: callbacks that arrive later find it expired.
     std::shared_ptr<const bool> life_ = std::make_shared<const bool>(true);
     QImage image_;
     QSizeF imageSize_;

@@ -7,14 +7,14 @@
 
 namespace vorna::ui {
 
-NavigationController::NavigationController(Answer topViewController)
-    : answer_(std::move(topViewController)) {}
+NavigationController::NavigationController(Source topViewController)
+    : topViewController_(std::move(topViewController)) {}
 
 NavigationController::NavigationController(std::shared_ptr<ViewController> rootViewController)
-    : answer_([controller = std::move(rootViewController)] { return controller; }) {}
+    : topViewController_([controller = std::move(rootViewController)] { return controller; }) {}
 
 std::shared_ptr<ViewController> NavigationController::topViewController() {
-    std::shared_ptr<ViewController> controller = answer_ ? answer_() : nullptr;
+    std::shared_ptr<ViewController> controller = topViewController_ ? topViewController_() : nullptr;
     return controller && contain(*controller) ? controller : nullptr;
 }
 

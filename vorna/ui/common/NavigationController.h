@@ -3,11 +3,11 @@
 
 /// A controller that shows one of a stack of others.
 ///
-/// A host with a navigation of its own, a StackView say, hands over one that answers from it:
+/// A host with its own navigation, such as a StackView, supplies one that reports its current page:
 ///
 ///     auto page = std::make_shared<vorna::ui::ViewController>();
-///     window.setRootViewController(std::make_shared<vorna::ui::NavigationController>([page] { return page;
-///     }));
+///     window.setRootViewController(
+///         std::make_shared<vorna::ui::NavigationController>([page] { return page; }));
 
 #include <vorna/base/Export.h>
 #include <vorna/ui/common/ViewController.h>
@@ -22,17 +22,17 @@ class VORNA_EXPORT NavigationController : public vorna::ui::ViewController {
     Q_PROPERTY(QString barTitle READ barTitle CONSTANT)
     Q_PROPERTY(QString leftBarButtonText READ leftBarButtonText CONSTANT)
     QML_ELEMENT
-    QML_UNCREATABLE("made by hosts and flows")
+    QML_UNCREATABLE("created by hosts and flows")
 
   public:
-    using Answer = std::function<std::shared_ptr<ViewController>()>;
+    using Source = std::function<std::shared_ptr<ViewController>()>;
 
-    /// Asked on the main thread whenever a screen is to be shown; may answer null.
-    explicit NavigationController(Answer topViewController);
-    /// Shows that one controller, whose view it loads as its own, under a navigation bar.
+    /// Called on the main thread whenever a screen is to be shown; may return null.
+    explicit NavigationController(Source topViewController);
+    /// Shows that controller under a navigation bar and loads its view within its own.
     explicit NavigationController(std::shared_ptr<ViewController> rootViewController);
 
-    /// What was presented over this controller, or else the one on top of its stack. Null without either.
+    /// The controller presented over this one, or else the top of its stack. Null if there is neither.
     std::shared_ptr<ViewController> visibleViewController();
 
     std::shared_ptr<ViewController> topViewController();
@@ -46,7 +46,7 @@ class VORNA_EXPORT NavigationController : public vorna::ui::ViewController {
     QQuickItem* loadView(QQuickItem& parent) override;
 
   private:
-    const Answer answer_;
+    const Source topViewController_;
 };
 
 }  // namespace vorna::ui

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// A navigation bar with a title and a button at its leading edge, and below it the view of the controller on top.
+// A navigation bar with a title and a button at its leading edge, and below it the view of the top controller.
 import QtQuick
 import Vorna.Ui
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The screens that the facade's close operations refer to. Kept here together because closing a paywall lets
-/// go of the onboarding step as well.
+/// The screens that the facade's close operations refer to. Kept together because closing a paywall also
+/// forgets the onboarding step.
 
 #include <vorna/ui/common/ViewController.h>
 
@@ -11,9 +11,9 @@
 
 namespace vorna::ui {
 
-/// Main thread. A reference may outlast its screen's time on show.
+/// Main thread. A reference may outlast the presentation of its screen.
 struct ScreensOnShow {
-    /// The paywall presented last; never let go of.
+    /// The paywall presented last; never reset.
     std::shared_ptr<ViewController> currentPaywallScreen;
     /// The loading overlay, from the end of its presentation to the end of its dismissal.
     std::shared_ptr<ViewController> currentLoadingScreen;

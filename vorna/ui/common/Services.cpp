@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/ui/common/Services.h>
 
-#include <vorna/platform/NeverDestroyed.h>
+#include <vorna/ui/common/ScreensRuntime.h>
 
 #include <mutex>
 
@@ -15,8 +15,7 @@ struct Provided {
 };
 
 Provided& provided() {
-    static NeverDestroyed<Provided> value;
-    return *value;
+    return ScreensRuntime::part<Provided>();
 }
 
 }  // namespace

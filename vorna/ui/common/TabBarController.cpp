@@ -5,11 +5,12 @@
 
 namespace vorna::ui {
 
-TabBarController::TabBarController(Answer selectedViewController)
-    : answer_(std::move(selectedViewController)) {}
+TabBarController::TabBarController(Source selectedViewController)
+    : selectedViewController_(std::move(selectedViewController)) {}
 
 std::shared_ptr<ViewController> TabBarController::selectedViewController() {
-    std::shared_ptr<ViewController> controller = answer_ ? answer_() : nullptr;
+    std::shared_ptr<ViewController> controller =
+        selectedViewController_ ? selectedViewController_() : nullptr;
     return controller && contain(*controller) ? controller : nullptr;
 }
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A controller that shows one of several others, chosen by the user. A host with a tab bar of its own hands
-/// over one that answers from it.
+/// A controller that shows one of several others, chosen by the user. A host with its own tab bar supplies
+/// one that reports the selected tab.
 
 #include <vorna/base/Export.h>
 #include <vorna/ui/common/ViewController.h>
@@ -15,18 +15,18 @@ namespace vorna::ui {
 class VORNA_EXPORT TabBarController : public vorna::ui::ViewController {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("made by hosts")
+    QML_UNCREATABLE("created by hosts")
 
   public:
-    using Answer = std::function<std::shared_ptr<ViewController>()>;
+    using Source = std::function<std::shared_ptr<ViewController>()>;
 
-    /// Asked on the main thread whenever a screen is to be shown; null means that no tab is selected.
-    explicit TabBarController(Answer selectedViewController);
+    /// Called on the main thread whenever a screen is to be shown; null means that no tab is selected.
+    explicit TabBarController(Source selectedViewController);
 
     std::shared_ptr<ViewController> selectedViewController();
 
   private:
-    const Answer answer_;
+    const Source selectedViewController_;
 };
 
 }  // namespace vorna::ui

@@ -1,17 +1,38 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/ui/common/ViewController.h>
 
+#include <vorna/platform/Log.h>
 #include <vorna/ui/common/ViewLoader.h>
-#include <vorna/ui/common/Window.h>
 
 #include <QtQml/QQmlEngine>
 
+#include <string_view>
 #include <utility>
 
 namespace vorna::ui {
 
+namespace {
+
+std::string_view reason(PresentationFailure failure) {
+    switch (failure) {
+    case PresentationFailure::presenterNotOnScreen:
+        return "the presenting controller is not on screen";
+    case PresentationFailure::presenterCovered:
+        return "another screen covers the presenting controller";
+    case PresentationFailure::nothingToPresent:
+        return "there is none";
+    case PresentationFailure::alreadyOnScreen:
+        return "it is on screen already";
+    case PresentationFailure::noView:
+        return "its view could not be created";
+    }
+    return {};
+}
+
+}  // namespace
+
 ViewController::ViewController() {
-    // Views refer to their controllers; no engine may ever think that it owns one.
+    // Views refer to their controllers; no engine must ever assume that it owns one.
     QQmlEngine::setObjectOwnership(this, QQmlEngine::CppOwnership);
 }
 
@@ -25,27 +46,31 @@ const ViewController& ViewController::outermost() const {
     return *controller;
 }
 
-Window* ViewController::window() const {
-    return outermost().window_;
+HostWindow* ViewController::window() const {
+    const Presenter* const presenter = outermost().presenter_;
+    return presenter == nullptr ? nullptr : &presenter->window();
 }
 
 std::shared_ptr<ViewController> ViewController::presentedViewController() const {
-    const Window* const window = this->window();
-    return window == nullptr ? nullptr : window->presentedOver(outermost());
+    const Presenter* const presenter = outermost().presenter_;
+    return presenter == nullptr ? nullptr : presenter->presentedOver(outermost());
 }
 
 void ViewController::present(const std::shared_ptr<ViewController>& controller, bool animated,
                              std::function<void()> completion) {
-    if (Window* const window = this->window()) {
-        window->present(outermost(), controller, animated, std::move(completion));
-    } else {
-        Window::reportRefusal("the controller to present from is not on show");
+    const ViewController& over = outermost();
+    const auto presented = over.presenter_
+                               ? over.presenter_->present(over, controller, animated, std::move(completion))
+                               : Unexpected(PresentationFailure::presenterNotOnScreen);
+    if (!presented) {
+        log::debug({"❌ Failed to present a screen: ", reason(presented.error())});
     }
 }
 
 void ViewController::dismiss(bool animated, std::function<void()> completion) {
-    if (Window* const window = this->window()) {
-        window->dismiss(outermost(), animated, std::move(completion));
+    const ViewController& dismissed = outermost();
+    if (dismissed.presenter_) {
+        dismissed.presenter_->dismiss(dismissed, animated, std::move(completion));
     }
 }
 
@@ -63,47 +88,54 @@ bool ViewController::contain(ViewController& child) {
     return true;
 }
 
-bool ViewController::embed(std::shared_ptr<ViewController> child, QQuickItem& parent) {
+void ViewController::embed(std::shared_ptr<ViewController> child, QQuickItem& parent) {
     if (!child || !contain(*child)) {
-        return false;
+        return;
     }
     child->view_ = child->loadView(parent);
     if (!child->view_) {
-        return false;
+        return;
     }
     embedded_ = std::move(child);
     Q_EMIT embedded_->windowChanged();
     embedded_->viewDidLoad();
-    return true;
 }
 
-bool ViewController::enter(Window& window, QQuickItem& parent) {
-    setWindow(&window);
-    view_ = loadView(parent);
+void ViewController::becomeRoot(Presenter& presenter) {
+    parent_ = nullptr;
+    setPresenter(&presenter);
+}
+
+void ViewController::resignRoot() {
+    setPresenter(nullptr);
+}
+
+Result<void, PresentationFailure> ViewController::enter(Presenter& presenter, QQuickItem& layer) {
+    setPresenter(&presenter);
+    view_ = loadView(layer);
     if (!view_) {
-        setWindow(nullptr);
-        return false;
+        setPresenter(nullptr);
+        return Unexpected(PresentationFailure::noView);
     }
     viewDidLoad();
-    return true;
+    return {};
 }
 
-void ViewController::setWindow(Window* window) {
-    window_ = window;
+void ViewController::setPresenter(Presenter* presenter) {
+    presenter_ = presenter;
     Q_EMIT windowChanged();
 }
 
 void ViewController::leave() {
     const std::shared_ptr<ViewController> self = shared_from_this();
     if (view_) {
-        // The view refers to this controller until it is gone, which is not now: one of its buttons may be
-        // what has led here.
+        // The view refers to this controller until it is deleted, and one of its buttons may have led here.
         connect(view_, &QObject::destroyed, this, [self] {});
         view_->setVisible(false);
         view_->deleteLater();
         view_ = nullptr;
     }
-    window_ = nullptr;
+    presenter_ = nullptr;
     if (const std::shared_ptr<ViewController> child = std::exchange(embedded_, nullptr)) {
         child->leave();
     }

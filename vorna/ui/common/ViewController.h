@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// One screen: a view and what stands behind it. Screens are presented over one another, as a chain that
-/// begins with the root view controller of a window.
+/// One screen: a view and the logic behind it. Screens are presented over one another, as a chain that begins
+/// with the root view controller of a window.
 ///
-/// Controllers are held by shared pointers and live on the main thread. While one is on show its window holds
-/// it; when it is dismissed, its view and everything that works for it ends, also when somebody still holds
-/// the controller.
+/// Controllers are held by shared pointers and live on the main thread. While one is on screen its window
+/// holds it. Dismissing it ends its view and everything that works for it, even if others still hold the
+/// controller.
 
 #include <vorna/base/Export.h>
+#include <vorna/ui/common/HostWindow.h>
+#include <vorna/ui/common/Presenter.h>
 
 #include <QtCore/QObject>
 #include <QtCore/QPointer>
@@ -23,23 +25,22 @@
 
 namespace vorna::ui {
 
-class Window;
-
 enum class ModalPresentationStyle : std::uint8_t {
-    /// Covers everything below, which is then not drawn any more.
+    /// Covers everything below, which is then no longer drawn.
     fullScreen,
-    /// Covers everything below and lets it shine through.
+    /// Covers everything below and leaves it visible.
     overFullScreen
 };
 
 enum class ModalTransitionStyle : std::uint8_t { coverVertical, crossDissolve };
 
-class VORNA_EXPORT ViewController : public QObject, public std::enable_shared_from_this<ViewController> {
+class VORNA_EXPORT ViewController : public QObject,
+                                    public std::enable_shared_from_this<ViewController>,
+                                    public Presentable {
     Q_OBJECT
-    Q_MOC_INCLUDE("vorna/ui/common/Window.h")
-    Q_PROPERTY(vorna::ui::Window* window READ window NOTIFY windowChanged)
+    Q_PROPERTY(vorna::ui::HostWindow* window READ window NOTIFY windowChanged)
     QML_ELEMENT
-    QML_UNCREATABLE("made by the flows")
+    QML_UNCREATABLE("created by the flows")
 
   public:
     ViewController();
@@ -49,43 +50,43 @@ class VORNA_EXPORT ViewController : public QObject, public std::enable_shared_fr
     ViewController& operator=(ViewController&&) = delete;
     ~ViewController() override;
 
-    /// Both count for the next presentation.
+    /// Both apply to the next presentation.
     ModalPresentationStyle modalPresentationStyle = ModalPresentationStyle::fullScreen;
     ModalTransitionStyle modalTransitionStyle = ModalTransitionStyle::coverVertical;
 
-    /// The window in whose chain this controller, or the one that contains it, is; null when it is not on
-    /// show.
-    Window* window() const;
+    /// The window that shows this controller, or the one that contains it; null if it is not on screen.
+    /// `Window::of` returns the same with all its operations.
+    HostWindow* window() const;
 
-    /// The container: a navigation or tab bar controller. Null where there is none.
+    /// The container: a navigation or tab bar controller. Null if there is none.
     ViewController* parentViewController() const { return parent_; }
 
     /// The controller that was presented over this one, or over the one that contains it, and is not on its
-    /// way out. Null where there is none.
+    /// way out. Null if there is none.
     std::shared_ptr<ViewController> presentedViewController() const;
 
-    /// Shows another controller over this one. Does nothing, and says so in the log, when this controller is
-    /// not on show, when another covers it already, or when the other is on show somewhere.
+    /// Shows another controller over this one. Logs why and does nothing if this controller is not on screen
+    /// or is covered already, or if the other is null, on screen already or has no view.
     ///
-    /// Animated: the other arrives in its own transition style. Not animated: it is there at once, or moves
-    /// as a transition tells that was added to the window beforehand. The completion runs when the other is
-    /// in place: at the end of an animation, or before this call returns; never when there is nothing shown.
+    /// Animated: the other arrives in its own transition style. Not animated: it is in place at once, or
+    /// moves as the transition added to the window beforehand says. The completion runs when the other is in
+    /// place: at the end of its animation, or else before this call returns; never if nothing is shown.
     void present(const std::shared_ptr<ViewController>& controller, bool animated,
                  std::function<void()> completion = {});
 
-    /// Takes this screen away, and no other: what was presented over it stays. A contained controller takes
-    /// away its container. Does nothing, and runs no completion, when it is not presented or is on its way
+    /// Removes this screen and no other: screens presented over it stay. For a contained controller, its
+    /// container is removed. Does nothing, and runs no completion, if it is not presented or is on its way
     /// out already.
     void dismiss(bool animated, std::function<void()> completion = {});
 
-    /// What a navigation bar over this controller shows.
+    /// Shown by a navigation bar over this controller.
     QString title() const { return title_; }
 
     QString leftBarButtonTitle() const { return leftBarButtonTitle_; }
 
     virtual void leftBarButtonTapped() {}
 
-    /// The view, once it has been loaded; null before and afterwards.
+    /// The view while it is loaded; otherwise null.
     QQuickItem* view() const { return view_; }
 
   Q_SIGNALS:
@@ -95,39 +96,41 @@ class VORNA_EXPORT ViewController : public QObject, public std::enable_shared_fr
     /// The QML file of the view. Its root has a required property `controller`.
     virtual QUrl viewSource() const { return {}; }
 
-    /// Makes the view as a child of the item, which gives it its size. Null when that fails.
+    /// Creates the view as a child of the item, which determines its size. Null, with a log line, on failure.
     virtual QQuickItem* loadView(QQuickItem& parent);
 
-    /// The view has been made; the window is known.
+    /// The view has been created; the window is known.
     virtual void viewDidLoad() {}
 
-    /// The screen has been taken away: timers, downloads and players end here.
+    /// The screen has been removed: stop timers, downloads and players.
     virtual void viewDidDisappear() {}
 
     void setTitle(const QString& title) { title_ = title; }
 
-    /// There is no button while its title is empty.
+    /// An empty title means no button.
     void setLeftBarButtonTitle(const QString& title) { leftBarButtonTitle_ = title; }
 
-    /// Makes this the container of the other, loads the other's view into the item, and lets it end with this
-    /// one. False when that fails.
-    bool embed(std::shared_ptr<ViewController> child, QQuickItem& parent);
+    /// Makes this the container of the other, loads the other's view into the item, and ends it with this
+    /// one. Does nothing if this cannot contain it, or its view cannot be created.
+    void embed(std::shared_ptr<ViewController> child, QQuickItem& parent);
 
-    /// Makes this the container of the other. False, and nothing changes, where the other is this one or
+    /// Makes this the container of the other. False, and nothing changes, if the other is this one or
     /// contains it.
-    bool contain(ViewController& child);
+    [[nodiscard]] bool contain(ViewController& child);
 
   private:
-    friend class Window;
+    void becomeRoot(Presenter& presenter) override;
+    void resignRoot() override;
+    Result<void, PresentationFailure> enter(Presenter& presenter, QQuickItem& layer) override;
+    void leave() override;
 
-    bool enter(Window& window, QQuickItem& parent);
-    void setWindow(Window* window);
-    void leave();
+    void setPresenter(Presenter* presenter);
     /// This controller, or the outermost one that contains it.
     const ViewController& outermost() const;
 
     QPointer<ViewController> parent_;
-    QPointer<Window> window_;
+    /// Known to the outermost controller only.
+    QPointer<Presenter> presenter_;
     QPointer<QQuickItem> view_;
     std::shared_ptr<ViewController> embedded_;
     QString title_;

@@ -2,7 +2,8 @@
 #include <vorna/ui/common/ViewLoader.h>
 
 #include <vorna/platform/Log.h>
-#include <vorna/ui/common/ViewController.h>
+#include <vorna/ui/common/ObjectTree.h>
+#include <vorna/ui/common/ScreensRuntime.h>
 
 #include <QtQml/QQmlComponent>
 #include <QtQml/QQmlEngine>
@@ -10,7 +11,7 @@
 #include <memory>
 #include <tuple>
 
-// Keeps the types and files of our QML module in a program that links the library statically.
+// Keeps the types and files of our QML module in programs that link the library statically.
 extern void qml_register_types_Vorna_Ui();  // NOLINT(readability-identifier-naming)
 
 static void initialiseResources() {
@@ -21,20 +22,27 @@ static void initialiseResources() {
 
 namespace vorna::ui {
 
+namespace {
+
+struct ViewEngine {
+    ViewEngine() {
+        initialiseResources();
+        qml_register_types_Vorna_Ui();
+    }
+
+    std::weak_ptr<QQmlEngine> engine;
+};
+
+}  // namespace
+
 std::shared_ptr<QQmlEngine> sharedEngine() {
-    static std::weak_ptr<QQmlEngine> shared;
-    std::shared_ptr<QQmlEngine> engine = shared.lock();
+    auto& shared = ScreensRuntime::part<ViewEngine>();
+    std::shared_ptr<QQmlEngine> engine = shared.engine.lock();
     if (!engine) {
-        static const bool registered = [] {
-            initialiseResources();
-            qml_register_types_Vorna_Ui();
-            return true;
-        }();
-        Q_UNUSED(registered)
         engine = std::make_shared<QQmlEngine>();
         engine->addImportPath(QStringLiteral("qrc:/vorna/qml"));
         engine->setOutputWarningsToStandardError(true);
-        shared = engine;
+        shared.engine = engine;
     }
     return engine;
 }
@@ -43,17 +51,17 @@ QUrl viewFile(const char* path) {
     return QUrl(QStringLiteral("qrc:/vorna/qml/Vorna/Ui/") + QString::fromLatin1(path));
 }
 
-QQuickItem* loadViewFrom(const QUrl& file, ViewController& controller, QQuickItem& parent) {
+QQuickItem* loadViewFrom(const QUrl& file, QObject& controller, QQuickItem& parent) {
     const std::shared_ptr<QQmlEngine> engine = sharedEngine();
     QQmlComponent component(engine.get(), file);
     QVariantMap properties;
     properties[QStringLiteral("controller")] = QVariant::fromValue(&controller);
-    // Qt 6.4 does not survive being asked for an object of a component with errors.
+    // Qt 6.4 crashes when asked to create an object from a component with errors.
     std::unique_ptr<QObject> object(component.isReady() ? component.createWithInitialProperties(properties)
                                                         : nullptr);
     auto* const item = qobject_cast<QQuickItem*>(object.get());
     if (item == nullptr) {
-        log::debug({"❌ A screen could not be made: ", component.errorString().toStdString()});
+        log::debug({"❌ A view could not be created: ", component.errorString().toStdString()});
         return nullptr;
     }
     std::ignore = object.release();
@@ -61,13 +69,6 @@ QQuickItem* loadViewFrom(const QUrl& file, ViewController& controller, QQuickIte
     item->setParentItem(&parent);
     fillParent(*item, parent);
     return item;
-}
-
-void fillParent(QQuickItem& item, QQuickItem& parent) {
-    const auto resize = [&item, &parent] { item.setSize(parent.size()); };
-    QObject::connect(&parent, &QQuickItem::widthChanged, &item, resize);
-    QObject::connect(&parent, &QQuickItem::heightChanged, &item, resize);
-    resize();
 }
 
 }  // namespace vorna::ui

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Work on its way from one thread to another, in the order of its coming. Any thread.
+/// A queue of work between threads, first in, first out. Any thread.
 ///
-/// Qt could carry the work as well. But the thread sanitizer sees this lock, and none of Qt's: what passes
-/// through here is known to be handed over, and what is shared by mistake still shows.
+/// Qt could transport the work as well, but the thread sanitizer sees this lock and none of Qt's: it accepts
+/// what is handed over here and still finds what is shared by mistake.
 
 #include <deque>
 #include <functional>
@@ -20,7 +20,7 @@ class WorkQueue {
         waiting_.push_back(std::move(work));
     }
 
-    /// Does what was added first of all that waits, if anything does.
+    /// Runs the oldest work in the queue, if there is any.
     void runFirst() {
         if (const std::function<void()> work = takeFirst()) {
             work();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Shows what a document lacks, over whatever is on show.
+/// Shows what is missing from a document, over all other screens.
 
 #include <string>
 #include <string_view>
@@ -9,11 +9,11 @@
 
 namespace vorna::ui {
 
-/// "⚠️ TITLE JSON Hatası:", an empty line, and the message, full screen and animated; a log line where
-/// there is nothing to show it over. Main thread.
+/// Presents "⚠️ TITLE JSON Hatası:", an empty line and the message, full screen and animated. Logs a line
+/// if there is no controller to present it from. Main thread.
 void showJSONErrorScreen(std::string_view title, std::string_view message);
 
-/// The message for the names of missing fields.
+/// The message that lists missing fields.
 std::string missingFieldsMessage(const std::vector<std::string>& names);
 
 }  // namespace vorna::ui

@@ -10,11 +10,11 @@
 
 namespace vorna::ui {
 
-/// Looks through navigation controllers, selected tabs and presented screens, beginning with the candidate.
-/// Null when there is no candidate, or a navigation controller shows nothing. Main thread.
+/// Follows navigation controllers, selected tabs and presented screens, starting from the candidate. Null if
+/// there is no candidate, or a navigation controller shows nothing. Main thread.
 VORNA_EXPORT std::shared_ptr<ViewController> topViewController(std::shared_ptr<ViewController> candidate);
 
-/// The same, beginning with the root of the key window. Null also when there is no window.
+/// The same, starting from the root of the key window. Null also if there is no window.
 VORNA_EXPORT std::shared_ptr<ViewController> topViewController();
 
 }  // namespace vorna::ui

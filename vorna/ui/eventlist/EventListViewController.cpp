@@ -54,7 +54,7 @@ void EventListViewController::requestReload(const std::shared_ptr<std::atomic<bo
 }
 
 void EventListViewController::reloadAtNextFrame() {
-    const Window* const shownIn = window();
+    const HostWindow* const shownIn = window();
     if (shownIn != nullptr && shownIn->quickWindow() != nullptr) {
         isDue_ = true;
         shownIn->quickWindow()->update();

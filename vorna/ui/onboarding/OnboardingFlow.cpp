@@ -22,10 +22,11 @@ namespace {
 
 /// Returns false if the screen's window is gone or the host has dismissed the screen.
 bool isPresented(const std::shared_ptr<ViewController>& screen) {
-    if (screen->window() == nullptr) {
+    const Window* const window = Window::of(*screen);
+    if (window == nullptr) {
         return false;
     }
-    const auto presented = screen->window()->presentedViewControllers();
+    const auto presented = window->presentedViewControllers();
     return std::find(presented.begin(), presented.end(), screen) != presented.end();
 }
 
@@ -76,7 +77,7 @@ void OnboardingFlow::presentOnboardingStep(const std::weak_ptr<ViewController>& 
     const std::shared_ptr<ViewController> screen = makeScreen(*kind, host, steps, index);
     const std::shared_ptr<ViewController> previous =
         onShow_.currentOnboardingScreen ? onShow_.currentOnboardingScreen : host.lock();
-    if (Window* const window = previous ? previous->window() : nullptr) {
+    if (Window* const window = previous ? Window::of(*previous) : nullptr) {
         window->addTransition({});
     }
     top->present(screen, false, [this, screen] {

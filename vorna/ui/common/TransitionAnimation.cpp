@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <vorna/ui/common/Transition.h>
+#include <vorna/ui/common/TransitionAnimation.h>
 
 #include <utility>
 
@@ -9,7 +9,7 @@ namespace {
 
 void place(const QPointer<QQuickItem>& item, double x, double y, double opacity) {
     if (item) {
-        // As shares of the size, so that a window that is resized meanwhile does no harm.
+        // Relative to the size, in case the window is resized meanwhile.
         item->setPosition({x * item->width(), y * item->height()});
         item->setOpacity(opacity);
     }
@@ -39,22 +39,22 @@ void TransitionAnimation::finish() {
     }
     const std::function<void()> done = std::exchange(done_, nullptr);
     animation_.stop();
-    rest();
+    reset();
     done();
 }
 
 void TransitionAnimation::show(double progress) {
-    const double left = 1 - progress;
+    const double remaining = 1 - progress;
     for (const QPointer<QQuickItem>& item : items_.arriving) {
         switch (style_) {
         case TransitionStyle::coverVertical:
-            place(item, 0, left, 1);
+            place(item, 0, remaining, 1);
             break;
         case TransitionStyle::crossDissolve:
             place(item, 0, 0, progress);
             break;
         case TransitionStyle::pushFromRight:
-            place(item, left, 0, 1);
+            place(item, remaining, 0, 1);
             break;
         }
     }
@@ -64,7 +64,7 @@ void TransitionAnimation::show(double progress) {
             place(item, 0, progress, 1);
             break;
         case TransitionStyle::crossDissolve:
-            place(item, 0, 0, left);
+            place(item, 0, 0, remaining);
             break;
         case TransitionStyle::pushFromRight:
             place(item, -progress, 0, 1);
@@ -73,7 +73,7 @@ void TransitionAnimation::show(double progress) {
     }
 }
 
-void TransitionAnimation::rest() {
+void TransitionAnimation::reset() {
     for (const QPointer<QQuickItem>& item : items_.arriving) {
         place(item, 0, 0, 1);
     }
