@@ -17,18 +17,18 @@ namespace {
 using support::LocalService;
 using support::StartedProgram;
 
-// The sanitizers make a start ten times slower.
+// Sanitizers make starting a program ten times slower.
 #if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
 constexpr int runCount = 40;
 #else
 constexpr int runCount = 200;
 #endif
 
-/// Exit status of a host that leaves in that way; minus the signal that killed it.
+/// Exit status of a host that exits in that way, or the negative number of the signal that killed it.
 int statusOf(const std::vector<std::string>& arguments) {
     std::vector<std::string> words{VORNA_LEAVING_HOST_PATH};
     words.insert(words.end(), arguments.begin(), arguments.end());
-    // A host that hangs is killed, and shows as that.
+    // A host that hangs is killed, which its status shows.
     const StartedProgram::End end = StartedProgram(std::move(words)).end();
     std::cerr << end.output << end.problem;
     return end.status;
@@ -40,9 +40,9 @@ struct ServiceKind {
     const char* url;
 };
 
-class LeavingUnderLoad : public testing::TestWithParam<ServiceKind> {};
+class ExitUnderLoad : public testing::TestWithParam<ServiceKind> {};
 
-TEST_P(LeavingUnderLoad, IsCleanInEveryWayAndAtAnyMoment) {
+TEST_P(ExitUnderLoad, IsCleanInEveryWayAndAtAnyTime) {
     const LocalService service(GetParam().faults);
     const PlatformOptions options = service.options();
     const std::string url = *GetParam().url == '\0' ? options.serviceURL : GetParam().url;
@@ -62,7 +62,7 @@ TEST_P(LeavingUnderLoad, IsCleanInEveryWayAndAtAnyMoment) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Services, LeavingUnderLoad,
+INSTANTIATE_TEST_SUITE_P(Services, ExitUnderLoad,
                          testing::Values(ServiceKind{"Answering", {}, ""},
                                          ServiceKind{"Hanging", {"--fault", "hang"}, ""},
                                          ServiceKind{"Unreachable", {}, "https://127.0.0.1:1"},

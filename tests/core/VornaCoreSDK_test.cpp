@@ -85,8 +85,8 @@ TEST(CurrentTimestamp, IsInWholeSecondsTruncated) {
 TEST(CurrentTimestamp, OfABrokenClockStopsTheProcess) {
     const RecordedEvents host;
     host.clock->set(-1);
-    EXPECT_DEATH(VornaCoreSDK::CurrentTimestamp(), "Fatal error: the clock reads a date outside the range");
-    EXPECT_DEATH(VornaCoreSDK::Event("x"), "Fatal error: the clock reads a date outside the range");
+    EXPECT_DEATH(VornaCoreSDK::CurrentTimestamp(), "Fatal error: the clock returned a date outside the range");
+    EXPECT_DEATH(VornaCoreSDK::Event("x"), "Fatal error: the clock returned a date outside the range");
 }
 
 TEST(SetAdid, KeepsAnEmptyTextAsPresent) {

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-/// A host that leaves in the middle of its work, in the way that its arguments say:
+/// A host that exits in the middle of its work, in the way given by its arguments:
 ///
 ///     leaving_host SERVICE CA DATA WAY EVENTS MICROSECONDS
 ///
-/// It initialises the library, records so many events from two threads, waits that long, and leaves. It exits
-/// with 7, so that an exit of another kind cannot be taken for its own.
+/// It initialises the library, records that many events from two threads, waits that long, and exits with
+/// status 7, which nothing else uses.
 
 #include <vorna/core/VornaCoreSDK.h>
 
@@ -18,7 +18,7 @@ namespace {
 
 constexpr int properExit = 7;
 
-/// The host's own statics are gone while the library's threads still run; an observer uses one of them.
+/// A static of the host, which an observer uses. It is destroyed while the library's threads may still run.
 struct Tally {
     std::string text = std::string(64, 'x');
 
@@ -65,7 +65,7 @@ int main(int count, char** arguments) {
     record();
     if (way == "exit-while-recording") {
         other.detach();
-        std::exit(properExit);  // NOLINT(concurrency-mt-unsafe): that is the point
+        std::exit(properExit);  // NOLINT(concurrency-mt-unsafe): that is what is tested
     }
     other.join();
     std::this_thread::sleep_for(std::chrono::microseconds(microseconds));

@@ -116,7 +116,7 @@ TEST_F(DeviceSnapshot, SwitchesBatteryMonitoringOnBeforeItReadsTheFacts) {
 }
 
 TEST_F(DeviceSnapshot, TellsOnTheConsoleAlwaysWhenTheDocumentsFolderCannotBeAsked) {
-    system_->documentsCreation = {std::nullopt, "/documents: Permission denied"};
+    system_->documentsCreation = Unexpected(std::string("/documents: Permission denied"));
     testing::internal::CaptureStdout();
     const DeviceMetadata metadata = collector_.collect(identity());
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
@@ -125,7 +125,7 @@ TEST_F(DeviceSnapshot, TellsOnTheConsoleAlwaysWhenTheDocumentsFolderCannotBeAske
 }
 
 TEST_F(DeviceSnapshot, HasZeroForADocumentsFolderWithoutBirthTimeAndSaysNothing) {
-    system_->documentsCreation = {};
+    system_->documentsCreation = std::nullopt;
     testing::internal::CaptureStdout();
     EXPECT_EQ(collector_.collect(identity()).localInstallTime, 0U);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
@@ -138,8 +138,8 @@ TEST_F(DeviceSnapshot, StopsTheProcessWhereThereIsNoPlaceForDocuments) {
 }
 
 TEST_F(DeviceSnapshot, StopsTheProcessForAnImpossibleCreationDate) {
-    system_->documentsCreation = {Date{-5}, std::nullopt};
-    EXPECT_DEATH(collector_.collect(identity()), "Fatal error: the clock reads a date outside the range");
+    system_->documentsCreation = Date{-5};
+    EXPECT_DEATH(collector_.collect(identity()), "Fatal error: the clock returned a date outside the range");
 }
 
 TEST_F(DeviceSnapshot, FollowsWhatChangesAndSharesWhatDoesNot) {

@@ -27,7 +27,7 @@ TEST(EventDataEncoding, WritesAnEmptyCustomValueAsPresent) {
               std::string::npos);
 }
 
-TEST(EventDataEncoding, KeepsDatesAsTheyAre) {
+TEST(EventDataEncoding, KeepsDatesUnchanged) {
     EventData event = support::sampleEvent();
     event.createDate = 200;
     event.endDate = 100;
@@ -43,7 +43,7 @@ struct TextCase {
 
 class EventText : public testing::TestWithParam<TextCase> {};
 
-TEST_P(EventText, SurvivesTheWireAsNameAndAsValue) {
+TEST_P(EventText, SurvivesARoundTripAsNameAndAsValue) {
     const EventData event = support::sampleEvent(GetParam().text, GetParam().text);
     const auto decoded = decodeEventData(textOf(event));
     ASSERT_TRUE(decoded);
@@ -75,7 +75,7 @@ INSTANTIATE_TEST_SUITE_P(Texts, EventTextThatIsNotUtf8,
                                          TextCase{"CutOff", "\xF0\x9F\x98"}),
                          [](const auto& testCase) { return testCase.param.name; });
 
-TEST(EventDataEncoding, RefusesADeviceWhoseNumbersJsonCannotHold) {
+TEST(EventDataEncoding, RejectsADeviceWithNumbersThatJsonCannotHold) {
     EventData event = support::sampleEvent();
     event.deviceData.device.edit().screenScale = 1.0 / 0.0;
     EXPECT_EQ(json::describe(encode(event).error()),
@@ -84,7 +84,7 @@ TEST(EventDataEncoding, RefusesADeviceWhoseNumbersJsonCannotHold) {
 
 class RequiredKey : public testing::TestWithParam<const char*> {};
 
-TEST_P(RequiredKey, IsMissedWhenAnEventIsRead) {
+TEST_P(RequiredKey, IsRequiredWhenAnEventIsDecoded) {
     std::string text = textOf(support::sampleEvent());
     const std::string key = std::string("\"") + GetParam() + "\":";
     text.replace(text.find(key), key.size(), "\"other\":");

@@ -21,7 +21,7 @@ TEST(EventListManager, IsEmptyAtFirstAndGrowsInOrder) {
                                                           EventShortData{"c", std::nullopt}));
 }
 
-TEST(EventListManager, KeepsEverythingThatSeveralThreadsAppendWhileOthersLook) {
+TEST(EventListManager, KeepsEverythingAppendedBySeveralThreadsWhileOthersRead) {
     EventListManager manager;
     std::vector<std::thread> threads;
     for (int thread = 0; thread < 4; ++thread) {

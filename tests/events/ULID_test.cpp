@@ -35,7 +35,7 @@ constexpr ULID::Bytes allOnes = [] {
     return bytes;
 }();
 
-/// Gives out the numbers it was made with, and keeps the order in which the two kinds were asked for.
+/// Returns given numbers and records in which order the two kinds were drawn.
 class GivenNumbers final : public RandomSource {
   public:
     GivenNumbers(std::uint16_t first, std::uint64_t second) : first_(first), second_(second) {}
@@ -57,7 +57,7 @@ class GivenNumbers final : public RandomSource {
     std::uint64_t second_;
 };
 
-/// The encoding by its definition, one bit after the other.
+/// The encoding by definition, bit by bit.
 std::string textBitByBit(const ULID::Bytes& bytes) {
     constexpr std::string_view alphabet = "0123456789ABCDEFGHJKMNPQRSTVWXYZ";
     std::vector<int> bits(32, 0);
@@ -95,7 +95,7 @@ std::mt19937_64 seededGenerator() {
 
 constexpr int manyTimes = 200'000;
 
-TEST(ULIDTime, OneMillisecondAfterTheEpochIsTheLastOfTheFirstSixBytes) {
+TEST(ULIDTime, OneMillisecondAfterTheEpochSetsTheLastOfTheFirstSixBytes) {
     GivenNumbers numbers(0xFFFF, 0xFFFFFFFFFFFFFFFF);
     const ULID ulid(Date{0.001}, numbers);
     const std::array<std::uint8_t, 6> expected{0, 0, 0, 0, 0, 1};
@@ -121,7 +121,7 @@ TEST(ULIDTime, KeepsTheLow48BitsOfALaterDate) {
     EXPECT_EQ(ULID(Date{(whole + 5000) / 1000}, numbers).timestamp(), Date{5});
 }
 
-TEST(ULIDTimeDeathTest, StopsTheProcessOnAClockOutsideTheRange) {
+TEST(ULIDTimeDeathTest, IsFatalOutsideTheRange) {
     GivenNumbers numbers(0, 0);
     for (const double seconds :
          {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(), -0.001,
@@ -164,7 +164,7 @@ TEST(ULIDRandomPart, IsTheFirstTenOfTheGivenBytes) {
     EXPECT_EQ(ULID::fromRandomPart(Date{0.001}, {}), std::nullopt);
 }
 
-TEST(ULIDBytes, AreTakenAndGivenAsTheyAre) {
+TEST(ULIDBytes, AreKeptUnchanged) {
     const ULID::Bytes bytes{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15};
     const ULID ulid(bytes);
     EXPECT_EQ(ulid.ulid(), bytes);
@@ -183,13 +183,13 @@ TEST(ULIDBytes, MustBeSixteen) {
         std::all_of(ulid->ulid().begin(), ulid->ulid().end(), [](std::uint8_t b) { return b == 0xAB; }));
 }
 
-TEST(ULIDText, OfTheSmallestAndTheLargest) {
+TEST(ULIDText, OfTheSmallestAndTheLargestIdentifier) {
     EXPECT_EQ(ULID().ulidString(), "00000000000000000000000000");
     EXPECT_EQ(ULID(allOnes).ulidString(), "7ZZZZZZZZZZZZZZZZZZZZZZZZZ");
     EXPECT_EQ(ULID(allOnes).description(), "7ZZZZZZZZZZZZZZZZZZZZZZZZZ");
 }
 
-TEST(ULIDText, IsKnownWhileCompiling) {
+TEST(ULIDText, IsKnownAtCompileTime) {
     static constexpr ULID::Text text = ULID(allOnes).toText();
     static_assert(ULID::view(text) == "7ZZZZZZZZZZZZZZZZZZZZZZZZZ");
     static_assert(ULID::fromString("7zzzzzzzzzzzzzzzzzzzzzzzzz") == ULID(allOnes));
@@ -214,7 +214,7 @@ TEST(ULIDText, ReadsBackToTheSameBytes) {
     }
 }
 
-TEST(ULIDText, IsReadInSmallLettersToo) {
+TEST(ULIDText, IsReadInLowerCaseToo) {
     EXPECT_EQ(ULID::fromString("7zzzzzzzzzzzzzzzzzzzzzzzzz"), ULID(allOnes));
     std::mt19937_64 generator = seededGenerator();
     for (int round = 0; round < manyTimes; ++round) {
@@ -229,7 +229,7 @@ TEST(ULIDText, IsReadInSmallLettersToo) {
     }
 }
 
-TEST(ULIDText, LettersThatLookLikeDigitsAreReadAsThose) {
+TEST(ULIDText, LettersThatLookLikeDigitsAreReadAsDigits) {
     for (const char alike : {'o', 'O'}) {
         EXPECT_EQ(ULID::fromString(std::string(26, alike)), ULID());
     }
@@ -244,7 +244,7 @@ TEST(ULIDText, LeadingCharacterAboveSevenLosesItsHighBits) {
     EXPECT_TRUE(ULID::fromString("8ZZZZZZZZZZZZZZZZZZZZZZZZZ"));
 }
 
-TEST(ULIDText, OfAnotherLengthIsNone) {
+TEST(ULIDText, OfAnotherLengthIsRejected) {
     for (const std::size_t length :
          {std::size_t{0}, std::size_t{1}, std::size_t{25}, std::size_t{27}, std::size_t{52}}) {
         EXPECT_EQ(ULID::fromString(std::string(length, '0')), std::nullopt) << length;
@@ -253,7 +253,7 @@ TEST(ULIDText, OfAnotherLengthIsNone) {
     EXPECT_EQ(ULID::fromString("0000000000000000000000000\xC3\xA9"), std::nullopt);
 }
 
-TEST(ULIDText, WithAnyOtherByteAtAnyPlaceIsNone) {
+TEST(ULIDText, WithAnyOtherByteAtAnyPlaceIsRejected) {
     constexpr std::string_view readable = "0123456789ABCDEFGHIJKLMNOPQRSTVWXYZabcdefghijklmnopqrstvwxyz";
     for (std::size_t place = 0; place < 26; ++place) {
         for (int byte = 0; byte < 256; ++byte) {
@@ -265,7 +265,7 @@ TEST(ULIDText, WithAnyOtherByteAtAnyPlaceIsNone) {
     }
 }
 
-TEST(ULIDText, ThatEndsInPaddingIsNone) {
+TEST(ULIDText, ThatEndsInPaddingIsRejected) {
     EXPECT_EQ(ULID::fromString("0000000000000000000000000="), std::nullopt);
     EXPECT_EQ(ULID::fromString("00000000000000000000======"), std::nullopt);
     EXPECT_EQ(ULID::fromString("=========================="), std::nullopt);
@@ -276,7 +276,7 @@ TEST(ULIDOrder, IsTheOrderOfTheBytesAndOfTheTexts) {
     for (int round = 0; round < manyTimes; ++round) {
         const ULID left = randomULID(generator);
         ULID::Bytes bytes = left.ulid();
-        // Near ones, so that every byte decides now and then.
+        // Close to each other, so that each byte decides in some cases.
         bytes[generator() % bytes.size()] = static_cast<std::uint8_t>(generator());
         const ULID right(bytes);
         const bool isLess = std::lexicographical_compare(left.ulid().begin(), left.ulid().end(),
@@ -295,7 +295,7 @@ TEST(ULIDOrder, IsTheOrderOfTime) {
     for (int round = 0; round < manyTimes; ++round) {
         const std::uint64_t earlier = anyMillisecond(generator);
         const std::uint64_t later = earlier + 1 + generator() % 1000;
-        // Half a millisecond off the edge: most milliseconds are no whole multiple of a double.
+        // Half a millisecond from the boundary: most milliseconds are not exact as a double.
         const ULID first(Date{(static_cast<double>(earlier) + 0.5) / 1000}, generator);
         const ULID second(Date{(static_cast<double>(later) + 0.5) / 1000}, generator);
         ASSERT_LT(first, second);
@@ -304,7 +304,7 @@ TEST(ULIDOrder, IsTheOrderOfTime) {
     }
 }
 
-TEST(ULIDHash, TellsIdentifiersApartThatDifferInOneByte) {
+TEST(ULIDHash, DistinguishesIdentifiersThatDifferInOneByte) {
     std::unordered_set<std::size_t> hashes;
     std::unordered_set<ULID> ulids;
     for (std::size_t place = 0; place < 16; ++place) {
@@ -341,7 +341,7 @@ TEST(ULIDInJSON, IsItsText) {
     EXPECT_EQ(decoded.value().others, (std::vector{ULID(), ULID(allOnes)}));
 }
 
-TEST(ULIDInJSON, SaysWhatIsWrongWithOtherText) {
+TEST(ULIDInJSON, ReportsOtherText) {
     const auto errorOf = [](std::string_view text) {
         return json::describe(json::decode<Ticket>(text).error());
     };

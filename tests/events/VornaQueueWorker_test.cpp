@@ -41,7 +41,7 @@ class QueueWorker : public testing::Test {
                                              "https://service.test/v1/config"),
         std::string(eventURL));
 
-    /// What sending the event prints, and what its completion does when there is an answer.
+    /// What is printed when the event is sent and, if there is an answer, completed.
     std::string printedFor(const EventData& event, std::optional<HttpAnswer> answer = std::nullopt,
                            std::string_view url = eventURL) {
         testing::internal::CaptureStdout();
@@ -69,7 +69,7 @@ TEST_F(QueueWorker, PostsAnEventAsOneJsonDocument) {
     EXPECT_EQ(request.timeout, std::chrono::seconds(60));
 }
 
-TEST_F(QueueWorker, PutsAnEventIntoTheListAndAnnouncesItBeforeItsRequestIsMade) {
+TEST_F(QueueWorker, ListsAndAnnouncesAnEventBeforeItsRequestIsMade) {
     std::vector<std::pair<std::size_t, std::size_t>> listedAndSent;
     bool empty = false;
     const auto observation = NotificationCenter::defaultCenter().addObserver(
@@ -100,13 +100,13 @@ struct OutcomeCase {
 
 class Outcome : public QueueWorker, public testing::WithParamInterface<OutcomeCase> {};
 
-TEST_P(Outcome, IsToldInOneLineAndNeverRetried) {
+TEST_P(Outcome, IsLoggedInOneLineAndNeverRetried) {
     log::enabled = true;
     const EventData event = support::sampleEvent();
     EXPECT_EQ(printedFor(event, GetParam().answer),
               "[VornaSDK] Event Data: " + bodyOf(event) + "\n[VornaSDK] " + GetParam().line + "\n");
     EXPECT_EQ(http_->requestCount(), 1U);
-    EXPECT_EQ(list_->size(), 1U) << "listed whatever becomes of it";
+    EXPECT_EQ(list_->size(), 1U) << "listed whatever the outcome";
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -135,7 +135,7 @@ INSTANTIATE_TEST_SUITE_P(
                                 "Network error: No error description"}),
     [](const auto& testCase) { return testCase.param.name; });
 
-TEST_F(QueueWorker, DropsAnEventForAnAddressThatIsNone) {
+TEST_F(QueueWorker, DropsAnEventForAnInvalidAddress) {
     log::enabled = true;
     EXPECT_EQ(printedFor(support::sampleEvent(), std::nullopt, "no address"), "[VornaSDK] Invalid URL\n");
     EXPECT_EQ(http_->requestCount(), 0U);
@@ -151,14 +151,14 @@ TEST_F(QueueWorker, DropsAnEventThatCannotBeEncoded) {
     EXPECT_EQ(list_->size(), 0U);
 }
 
-TEST_F(QueueWorker, SendsInOrderWhatWaitedBeforeItsStartAndWhatComesLater) {
+TEST_F(QueueWorker, SendsTasksFromBeforeAndAfterItsStartInOrder) {
     queue_->enqueue({VornaTaskTypes::event, support::sampleEvent("first")});
     queue_->enqueue({VornaTaskTypes::remoteConfig, RemoteConfigData{support::sampleDeviceMetadata()}});
     queue_->enqueue({VornaTaskTypes::event, support::sampleEvent("second")});
     EXPECT_EQ(http_->requestCount(), 0U);
     worker_->start();
     ASSERT_TRUE(http_->waitForRequests(3));
-    // By now the queue is empty and the worker looks at it once a second.
+    // The queue is empty now and the worker checks it once a second.
     queue_->enqueue({VornaTaskTypes::event, support::sampleEvent("third")});
     ASSERT_TRUE(http_->waitForRequests(4));
     const std::vector<HttpRequest> requests = http_->requests();
@@ -189,7 +189,7 @@ TEST_F(QueueWorker, EndsItsThreadWhenItIsDestroyed) {
         EXPECT_TRUE(http->waitForRequests(1));
         return std::weak_ptr(http);
     }();
-    // The loop may hold the worker until it has looked at the queue once more.
+    // The loop may hold the worker until it has checked the queue once more.
     while (!watch.expired()) {
         std::this_thread::yield();
     }
@@ -205,7 +205,7 @@ TEST_F(QueueWorker, AnnouncesOnItsOwnThread) {
     EXPECT_NE(announced.get_future().get(), std::this_thread::get_id());
 }
 
-/// A client of a host's that breaks its contract for two requests.
+/// A host's client that breaks its contract for two requests.
 class ThrowingHttpClient final : public HttpClient {
   public:
     explicit ThrowingHttpClient(std::shared_ptr<HttpClient> client) : client_(std::move(client)) {}
@@ -226,7 +226,7 @@ class ThrowingHttpClient final : public HttpClient {
     int count_ = 0;
 };
 
-TEST_F(QueueWorker, GoesOnAfterWhateverAHostsClientThrows) {
+TEST_F(QueueWorker, ContinuesAfterAnythingThatAHostsClientThrows) {
     const auto worker = std::make_shared<VornaQueueWorker>(
         queue_, list_, std::make_shared<ThrowingHttpClient>(http_), nullptr, std::string(eventURL));
     for (const char* const name : {"first", "second", "third"}) {
@@ -240,10 +240,10 @@ TEST_F(QueueWorker, GoesOnAfterWhateverAHostsClientThrows) {
     ASSERT_TRUE(isSent);
     EXPECT_EQ(http_->requests().front().body, bodyOf(support::sampleEvent("third")));
     EXPECT_THAT(printed, HasSubstr("[VornaSDK] A task has failed: no sockets today\n"));
-    EXPECT_THAT(printed, HasSubstr("[VornaSDK] A task has failed: an exception of a kind of its own\n"));
+    EXPECT_THAT(printed, HasSubstr("[VornaSDK] A task has failed: an exception of unknown type\n"));
 }
 
-TEST_F(QueueWorker, StopsTheProcessForATaskWithoutTheDataOfItsKind) {
+TEST_F(QueueWorker, IsFatalForATaskWithoutTheDataOfItsType) {
     const auto runWith = [this](VornaTask task) {
         queue_->enqueue(std::move(task));
         worker_->start();

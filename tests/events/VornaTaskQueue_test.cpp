@@ -24,13 +24,13 @@ std::string nameOf(const VornaTask& task) {
     return std::get<EventData>(task.data).name;
 }
 
-TEST(VornaTaskTypes, HaveTheirOrder) {
+TEST(VornaTaskTypes, HaveTheirNumbers) {
     EXPECT_LT(VornaTaskTypes::event, VornaTaskTypes::remoteConfig);
     EXPECT_EQ(static_cast<int>(VornaTaskTypes::event), 0);
     EXPECT_EQ(static_cast<int>(VornaTaskTypes::remoteConfig), 1);
 }
 
-TEST(VornaTaskQueue, HandsTasksOutInTheOrderTheyCameIn) {
+TEST(VornaTaskQueue, IsFirstInFirstOut) {
     VornaTaskQueue queue;
     for (const char* const name : {"a", "b", "c"}) {
         queue.enqueue(task(name));
@@ -41,7 +41,7 @@ TEST(VornaTaskQueue, HandsTasksOutInTheOrderTheyCameIn) {
     EXPECT_EQ(nameOf(*queue.dequeue()), "c");
 }
 
-TEST(VornaTaskQueue, HasNothingWhenItIsEmptyAndDoesNotWait) {
+TEST(VornaTaskQueue, ReturnsNothingWithoutWaitingWhenEmpty) {
     VornaTaskQueue queue;
     EXPECT_FALSE(queue.dequeue().has_value());
 }

@@ -6,7 +6,7 @@
 namespace vorna {
 namespace {
 
-TEST(HttpResponseDescription, StandsOnOneLine) {
+TEST(HttpResponseDescription, IsOneLine) {
     EXPECT_EQ(
         debugDescription(HttpResponse{"https://h/v1/event", 204, {{"Server", "s"}, {"X", "a\r\nb"}}}),
         "Optional(<HTTPResponse: https://h/v1/event> { status code: 204, headers { Server: s; X: a  b } })");

@@ -24,13 +24,13 @@ TEST(Log, PrintsOneLineWithItsPrefixWhileTheSwitchIsOn) {
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "[VornaSDK] Event called  -> x\n");
 }
 
-TEST(Log, PrintsWhatAHostMustSeeWithoutPrefixWhateverTheSwitchSays) {
+TEST(Log, PrintsWhatAHostMustSeeWithoutPrefixEvenWhileTheSwitchIsOff) {
     testing::internal::CaptureStdout();
     log::always({"Error reading from Keychain: ", "-25300"});
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "Error reading from Keychain: -25300\n");
 }
 
-TEST(Log, SaysWhatHasFailedAndWhatTheExceptionSays) {
+TEST(Log, PrintsWhatHasFailedAndTheMessageOfTheException) {
     const auto printedOf = [](const auto& thrown) {
         testing::internal::CaptureStdout();
         try {
@@ -43,17 +43,17 @@ TEST(Log, SaysWhatHasFailedAndWhatTheExceptionSays) {
     EXPECT_EQ(printedOf(std::runtime_error("why")), "") << "the switch is off";
     log::enabled = true;
     EXPECT_EQ(printedOf(std::runtime_error("why")), "[VornaSDK] The thing has failed: why\n");
-    EXPECT_EQ(printedOf(42), "[VornaSDK] The thing has failed: an exception of a kind of its own\n");
+    EXPECT_EQ(printedOf(42), "[VornaSDK] The thing has failed: an exception of unknown type\n");
 }
 
-TEST(Log, ShowsBytesThatAreNotTextAsReplacementCharacters) {
+TEST(Log, ShowsInvalidBytesAsReplacementCharacters) {
     log::enabled = true;
     testing::internal::CaptureStdout();
     log::debug({"a\xFF", "z"});
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "[VornaSDK] a\uFFFDz\n");
 }
 
-TEST(Log, NeverMixesTheLinesOfTwoThreads) {
+TEST(Log, NeverMixesLinesOfDifferentThreads) {
     log::enabled = true;
     testing::internal::CaptureStdout();
     std::vector<std::thread> threads;

@@ -304,6 +304,29 @@ TEST_F(ServiceThreadDeathTest, ExitStopsEveryThreadAndWaitsForItsRest) {
     EXPECT_EXIT(leave(), testing::ExitedWithCode(0), "");
 }
 
+/// Such as OpenSSL's state of a thread: to be destroyed before OpenSSL itself.
+struct ThreadLocalObject {
+    ~ThreadLocalObject() {
+        std::this_thread::sleep_for(100ms);
+        *isDestroyed = true;
+    }
+
+    std::atomic<bool>* isDestroyed;
+};
+
+TEST_F(ServiceThreadDeathTest, ExitWaitsForTheThreadLocalObjectsOfAThreadThatHasReturned) {
+    const auto leave = [] {
+        checkAfterRest([] { return flag_.load(); });
+        ServiceThread thread = started([](Self& self) {
+            const thread_local ThreadLocalObject object{&flag_};
+            self.sleepFor(1h);
+        });
+        EXPECT_FALSE(thread.awaitRest(Clock::now() + 20ms));
+        exitNow();
+    };
+    EXPECT_EXIT(leave(), testing::ExitedWithCode(0), "");
+}
+
 TEST_F(ServiceThreadDeathTest, ExitStopsAThreadWhoseHandleIsGone) {
     const auto leave = [] {
         checkAfterRest([] { return flag_.load(); });

@@ -10,7 +10,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-TEST(URL, TellsItsParts) {
+TEST(URL, ReturnsItsParts) {
     const auto url = URL::parse("HTTPS://Events.Example.com/v1/event?x=1");
     ASSERT_TRUE(url);
     EXPECT_EQ(url->text(), "HTTPS://Events.Example.com/v1/event?x=1");
@@ -21,13 +21,13 @@ TEST(URL, TellsItsParts) {
     EXPECT_EQ(URL::parse("https://[2001:db8::1]:8443/")->host(), "2001:db8::1");
 }
 
-class NoURL : public testing::TestWithParam<std::string_view> {};
+class InvalidURL : public testing::TestWithParam<std::string_view> {};
 
-TEST_P(NoURL, IsAbsent) {
+TEST_P(InvalidURL, IsRejected) {
     EXPECT_FALSE(URL::parse(GetParam()));
 }
 
-INSTANTIATE_TEST_SUITE_P(Texts, NoURL,
+INSTANTIATE_TEST_SUITE_P(Texts, InvalidURL,
                          testing::Values(""sv, "/v1/event"sv, "example.com/v1"sv, "https://"sv,
                                          "https:///v1"sv, "https://ho st/v1"sv, "https://host:port/"sv,
                                          "https://host:99999/"sv, "https://host/\n"sv,
@@ -41,7 +41,7 @@ struct LoopbackCase {
 
 class Loopback : public testing::TestWithParam<LoopbackCase> {};
 
-TEST_P(Loopback, IsWhatStaysOnThisMachine) {
+TEST_P(Loopback, IsAnyAddressOnThisMachineOnly) {
     EXPECT_EQ(URL::parse(GetParam().text)->isLoopback(), GetParam().loopback);
 }
 

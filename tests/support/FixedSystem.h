@@ -19,7 +19,7 @@ class FixedSystem final : public System {
     // The knobs. Except for `setFacts`, set them before the system is shared between threads.
     std::optional<FileSystemSize> fileSystem = FileSystemSize{64'000'000'000, 12'345'678'901};
     std::optional<std::string> documents = "/documents";
-    ItemCreation documentsCreation{Date{1'700'000'000.5}, std::nullopt};
+    ItemCreation documentsCreation = Date{1'700'000'000.5};
     std::int32_t offsetFromGMT = 10'800;
 
     void setFacts(SystemFacts facts) {
@@ -83,7 +83,7 @@ class FixedSystem final : public System {
     std::optional<std::string> documentsDirectory() const override { return documents; }
 
     ItemCreation creation(const std::string& path) const override {
-        return path == documents ? documentsCreation : ItemCreation{std::nullopt, "asked for " + path};
+        return path == documents ? documentsCreation : Unexpected("asked for " + path);
     }
 
     std::int32_t secondsFromGMT(Date) const override { return offsetFromGMT; }

@@ -30,7 +30,7 @@ TEST(CodePoints, HaveAnUpperCaseOfOneOrSeveral) {
     EXPECT_EQ(upperCaseOf(U'😀'), U"😀");
 }
 
-TEST(CodePoints, StandAtBothEndsOfAText) {
+TEST(CodePoints, AreFoundAtBothEndsOfAText) {
     EXPECT_EQ(firstCodePoint("ğa").value, U'ğ');
     EXPECT_EQ(firstCodePoint("ğa").length, 2U);
     EXPECT_EQ(lastCodePoint("a😀").value, U'😀');

@@ -41,7 +41,7 @@ INSTANTIATE_TEST_SUITE_P(
                     CountCase{"CutOff", "a\xF0\x9F", 3, "a\xF0"}),
     [](const auto& testCase) { return testCase.param.name; });
 
-TEST(Characters, AreAllThereIsWhenMoreAreWanted) {
+TEST(Characters, AreTheWholeTextIfItHasNoMore) {
     EXPECT_EQ(firstCharacters("ab", 3), "ab");
     EXPECT_EQ(firstCharacters("", 3), "");
 }

@@ -21,7 +21,7 @@ struct Utf8Case {
 
 class Utf8Text : public testing::TestWithParam<Utf8Case> {};
 
-TEST_P(Utf8Text, IsToldApartAndRepaired) {
+TEST_P(Utf8Text, IsCheckedAndRepaired) {
     EXPECT_EQ(utf8::isValid(GetParam().text), GetParam().valid);
     EXPECT_EQ(utf8::repaired(GetParam().text), GetParam().repaired);
 }

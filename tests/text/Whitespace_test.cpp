@@ -43,7 +43,7 @@ TEST(Whitespace, IsNotWhatOnlyLooksLikeIt) {
     EXPECT_FALSE(isBlank("\0"sv));
 }
 
-TEST(Whitespace, IsNotMadeOfBytesThatAreNoText) {
+TEST(Whitespace, IsNoneOfTheInvalidBytes) {
     EXPECT_EQ(trimmed(" \x85 "), "\x85") << "a lone byte";
     EXPECT_EQ(trimmed("\xC2"), "\xC2");
     EXPECT_EQ(trimmed("\x80\xA8\xE2\x80 "), "\x80\xA8\xE2\x80");

@@ -41,10 +41,11 @@ std::uint64_t documentsCreationTime(const System& system) {
         fatalError("there is no folder for the application's documents");
     }
     const ItemCreation creation = system.creation(*documents);
-    if (creation.error) {
-        log::always({"Error retrieving file attributes: ", *creation.error});
+    if (!creation) {
+        log::always({"Error retrieving file attributes: ", creation.error()});
+        return 0;
     }
-    return creation.date ? wholeSeconds(*creation.date) : 0;
+    return *creation ? wholeSeconds(**creation) : 0;
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// One recorded event, and its form on the wire.
+/// One recorded event and its JSON form.
 
 #include <vorna/device/DeviceMetadata.h>
 #include <vorna/json/Decoding.h>
@@ -13,19 +13,19 @@
 
 namespace vorna {
 
-/// A plain value. It carries no identifier of its own and none of the session.
+/// A plain value. It has neither an identifier of its own nor the session's.
 struct EventData {
     std::string name;
-    /// Seconds since 1970; the end may lie before the start when the caller said so.
+    /// Seconds since 1970; the end may precede the start if the caller says so.
     std::uint64_t createDate = 0;
     std::uint64_t endDate = 0;
-    /// Empty when the caller gave none.
+    /// Empty if the caller gave none.
     std::string customValue;
     DeviceMetadata deviceData;
 
     friend bool operator==(const EventData&, const EventData&) = default;
 
-    /// The fields in the order of the wire.
+    /// Visits the fields in the order of the JSON.
     template <class Self, class Visit>
     static void visitFields(Self& self, Visit&& visit) {
         visit("name", self.name);
@@ -36,10 +36,10 @@ struct EventData {
     }
 };
 
-/// The body of the event's request: one JSON object of five keys. Fails for text that is not UTF-8.
+/// Encodes the body of the event's request: one JSON object with five keys. Fails for text that is not UTF-8.
 json::Encoded encode(const EventData& event);
 
-/// The same shape read back; all five keys are required.
+/// Decodes the same form; all five keys are required.
 json::Decoded<EventData> decodeEventData(std::string_view text);
 
 }  // namespace vorna

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The events that were handed to the network in this run, kept for the debug list. The list grows for the
-/// life of the process: it is meant to show everything.
+/// The events that this process has handed to the network, for the debug list. The list grows for the life of
+/// the process, since it is meant to show everything.
 
 #include <vorna/base/Export.h>
 
@@ -32,12 +32,12 @@ class VORNA_EXPORT EventListManager {
 
     std::size_t size() const;
 
-    /// The entry there, counted from the oldest; absent beyond the end.
+    /// Returns the entry at that index, the oldest being 0; std::nullopt beyond the end.
     std::optional<EventShortData> entry(std::size_t index) const;
 
   private:
     mutable std::mutex mutex_;
-    /// Grows without moving what is there.
+    /// Grows without moving its elements.
     std::deque<EventShortData> eventList_;
 };
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A 128-bit identifier that sorts by the time it was made: 48 bits of milliseconds since 1970, then 80
-/// random bits. As text it is 26 characters of Crockford's base 32, and the order of the texts is the order
-/// of the identifiers. Users and sessions are named by it.
+/// A 128-bit identifier that sorts by creation time: 48 bits of milliseconds since 1970, then 80 random bits.
+/// As text it is 26 characters of Crockford's base 32, which sort in the same order. Identifies users and
+/// sessions.
 
 #include <vorna/base/Export.h>
 #include <vorna/platform/Date.h>
@@ -28,7 +28,7 @@ namespace detail {
 
 inline constexpr std::string_view crockfordAlphabet = "0123456789ABCDEFGHJKMNPQRSTVWXYZ";
 
-/// Two characters for each value of 10 bits, as they lie in memory; a number is stored at one go.
+/// The two characters of each 10-bit value in memory order, so that both are stored at once.
 inline constexpr auto crockfordPairs = [] {
     std::array<std::uint16_t, 1024> pairs{};
     for (std::size_t value = 0; value < pairs.size(); ++value) {
@@ -38,11 +38,11 @@ inline constexpr auto crockfordPairs = [] {
     return pairs;
 }();
 
-/// Marks a byte that is no digit. Digits are below 32, so or-ing any number of entries tells whether one was
-/// not.
+/// Marks a byte that is not a digit. Digits are below 32, so the bitwise OR of any number of entries shows
+/// whether all were digits.
 inline constexpr std::uint8_t notADigit = 0xFF;
 
-/// The value of each byte as a digit: small letters count as capitals, I and L as 1, O as 0.
+/// The value of each byte as a digit: lower case counts as upper case, I and L as 1, O as 0.
 inline constexpr auto crockfordDigits = [] {
     std::array<std::uint8_t, 256> digits{};
     digits.fill(notADigit);
@@ -63,7 +63,7 @@ inline constexpr auto crockfordDigits = [] {
 
 }  // namespace detail
 
-/// A plain value without state outside itself. The one made by default has all bytes zero.
+/// A plain value. All bytes are zero by default.
 class VORNA_EXPORT ULID {
   public:
     using Bytes = std::array<std::uint8_t, 16>;
@@ -73,13 +73,12 @@ class VORNA_EXPORT ULID {
 
     constexpr explicit ULID(const Bytes& ulid) noexcept : bytes_(ulid) {}
 
-    /// The time of the date, of whose milliseconds the low 48 bits are kept, and fresh random bits. Two made
-    /// in the same millisecond are in random order. A date that unsigned milliseconds cannot express is
-    /// fatal.
+    /// From the date, of whose milliseconds the low 48 bits are kept, and fresh random bits. Two from the
+    /// same millisecond are in random order. A date that unsigned milliseconds cannot express is fatal.
     ULID(Date timestamp, RandomSource& generator);
 
-    /// The same with any generator, from which one 16-bit and then one 64-bit integer is drawn, each
-    /// uniformly over its full range.
+    /// The same with any generator, which yields one 16-bit and then one 64-bit integer, each uniformly
+    /// distributed over its full range.
     template <std::uniform_random_bit_generator Generator>
     ULID(Date timestamp, Generator& generator) {
         const auto first = std::uniform_int_distribution<std::uint16_t>()(generator);
@@ -87,7 +86,7 @@ class VORNA_EXPORT ULID {
         *this = fromParts(timestamp, first, second);
     }
 
-    /// Absent unless there are exactly 16 bytes.
+    /// Returns std::nullopt unless there are exactly 16 bytes.
     static constexpr std::optional<ULID> fromData(std::span<const std::uint8_t> ulidData) noexcept {
         Bytes bytes{};
         if (ulidData.size() != bytes.size()) {
@@ -99,13 +98,13 @@ class VORNA_EXPORT ULID {
         return ULID(bytes);
     }
 
-    /// Absent unless the text is 26 characters that all are digits; see the table above for what is
-    /// tolerated. The first character has room for 3 bits only: the upper two of a larger digit are dropped.
+    /// Returns std::nullopt unless the text is 26 digits; see the table above for the variants accepted. The
+    /// first character holds only 3 bits: the upper two of a larger digit are dropped.
     static constexpr std::optional<ULID> fromString(std::string_view ulidString) noexcept {
         if (ulidString.size() != Text().size()) {
             return std::nullopt;
         }
-        // In groups, since the steps within one wait for each other and those of different ones do not.
+        // In groups, since steps in the same group depend on each other and those in different groups do not.
         std::uint64_t seen = 0;
         const auto group = [ulidString, &seen](std::size_t start, std::size_t length) {
             std::uint64_t value = 0;
@@ -117,7 +116,7 @@ class VORNA_EXPORT ULID {
             }
             return value;
         };
-        // 130 bits of text: 13 characters down to bit 65, one across the middle, 12 for the rest.
+        // 130 bits of text: 13 characters down to bit 65, one across the middle, 12 for the remainder.
         const std::uint64_t upper = group(0, 7) << 30 | group(7, 6);
         const std::uint64_t middle = group(13, 1);
         const std::uint64_t lower = group(14, 6) << 30 | group(20, 6);
@@ -127,7 +126,7 @@ class VORNA_EXPORT ULID {
         return fromHalves({upper << 1 | middle >> 4, middle << 60 | lower});
     }
 
-    /// The time of the date and the first 10 bytes of the random part; further bytes are ignored. Absent when
+    /// From the date and the first 10 bytes of the random part; further bytes are ignored. std::nullopt if
     /// there are fewer.
     static std::optional<ULID> fromRandomPart(Date timestamp, std::span<const std::uint8_t> randomPartData);
 
@@ -135,7 +134,7 @@ class VORNA_EXPORT ULID {
 
     constexpr std::span<const std::uint8_t, 16> ulidData() const noexcept { return bytes_; }
 
-    /// The 26 characters in capitals, without allocating.
+    /// The 26 characters in upper case, without allocating.
     constexpr Text toText() const noexcept {
         const auto [high, low] = halves();
         const auto pair = [](std::uint64_t bits) { return detail::crockfordPairs[bits & 1023]; };
@@ -145,7 +144,7 @@ class VORNA_EXPORT ULID {
                                               pair(low >> 30), pair(low >> 20), pair(low >> 10), pair(low)});
     }
 
-    /// The characters as a view, for as long as they live.
+    /// A view of the characters, valid during their lifetime.
     static constexpr std::string_view view(const Text& text) noexcept { return {text.data(), text.size()}; }
 
     static std::string_view view(Text&&) = delete;
@@ -155,19 +154,19 @@ class VORNA_EXPORT ULID {
     /// The same as ulidString.
     std::string description() const;
 
-    /// The moment, to the millisecond, as far as 48 bits reach.
+    /// The date, to the millisecond, within the range of 48 bits.
     constexpr Date timestamp() const noexcept {
         return Date{static_cast<double>(halves().high >> 16) / 1000.0};
     }
 
-    /// By the bytes from first to last: by time, then by the random part.
+    /// Bytewise: by time, then by the random part.
     // NOLINTNEXTLINE(modernize-use-nullptr): clang-tidy 14 takes the defaulted comparison for a null pointer
     friend constexpr auto operator<=>(const ULID&, const ULID&) = default;
 
   private:
     static ULID fromParts(Date timestamp, std::uint16_t first, std::uint64_t second);
 
-    /// The bytes as two numbers, the first byte the most significant.
+    /// The bytes as two big-endian numbers.
     struct Halves {
         std::uint64_t high = 0;
         std::uint64_t low = 0;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// How a ULID stands in JSON: as one string, its text. Include this where a record with such a field is
-/// encoded or decoded; the coders find the two functions by the type of the field.
+/// The JSON form of a ULID: a string with its text. Include this where a record with such a field is encoded
+/// or decoded; argument-dependent lookup finds the two functions.
 
 #include <vorna/events/ULID.h>
 #include <vorna/json/Decoding.h>

@@ -7,11 +7,11 @@ namespace vorna {
 
 namespace {
 
-/// Waits for the semaphore and signals it again at the end of the scope.
+/// Waits for the semaphore, and signals it at the end of the scope.
 class SemaphoreLock {
   public:
     explicit SemaphoreLock(sem_t& semaphore) : semaphore_(semaphore) {
-        // A signal handler of the host's may end the wait early.
+        // A signal handler of the host may interrupt the wait.
         while (sem_wait(&semaphore_) != 0) {
         }
     }

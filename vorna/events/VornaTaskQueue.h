@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The tasks that wait for the worker, first in, first out.
+/// The queue of tasks for the worker, first in, first out.
 
 #include <vorna/events/VornaTask.h>
 
@@ -13,7 +13,7 @@
 
 namespace vorna {
 
-/// Any thread. The semaphore is held only while a task is put in or taken out.
+/// Any thread. The semaphore is held only while a task is added or removed.
 class VornaTaskQueue {
   public:
     VornaTaskQueue();
@@ -25,14 +25,14 @@ class VornaTaskQueue {
 
     void enqueue(VornaTask task);
 
-    /// The first task, or nothing when none waits. Never blocks for one.
+    /// Removes and returns the first task; std::nullopt if the queue is empty. Never waits for a task.
     std::optional<VornaTask> dequeue();
 
     std::size_t size() const;
 
   private:
-    /// Created with the value 1. The C library's: that of libstdc++ 12 calls the kernel at every release,
-    /// whether anybody waits or not.
+    /// Created with the value 1. The C library's, since that of libstdc++ 12 makes a system call for every
+    /// release, even if nothing waits.
     mutable sem_t semaphore_{};
     std::deque<VornaTask> queue_;
 };

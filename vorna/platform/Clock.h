@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The wall clock, as a port: the library reads the time only here, so a test can set it.
+/// The port to the wall clock. The library reads the time only here, so that tests can set it.
 
 #include <vorna/base/Export.h>
 #include <vorna/platform/Date.h>
 
 namespace vorna {
 
-/// Implementations are called from any thread, concurrently, on every recorded event, and must not block.
+/// Called from any thread, concurrently, for every recorded event. Implementations must not block.
 class VORNA_EXPORT Clock {
   public:
     Clock() = default;
@@ -18,7 +18,7 @@ class VORNA_EXPORT Clock {
     Clock& operator=(Clock&&) = delete;
     virtual ~Clock() = default;
 
-    /// The present moment by the wall clock. It may jump, also backwards, when the user sets the time.
+    /// Returns the current time by the wall clock, which may jump, even backwards, when the user sets it.
     virtual Date now() const = 0;
 };
 

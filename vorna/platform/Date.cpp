@@ -12,7 +12,7 @@ namespace {
 std::uint64_t truncated(double units) {
     constexpr double twoToThe64 = 18446744073709551616.0;
     if (!std::isfinite(units) || units <= -1.0 || units >= twoToThe64) {
-        fatalError("the clock reads a date outside the range of 64-bit unsigned time");
+        fatalError("the clock returned a date outside the range of 64-bit unsigned time");
     }
     return static_cast<std::uint64_t>(units < 0 ? 0.0 : units);
 }

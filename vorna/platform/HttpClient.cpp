@@ -15,7 +15,7 @@ std::string debugDescription(const std::optional<HttpResponse>& response) {
         separator = "; ";
     }
     text += " } })";
-    // A server's bytes must not break the line they are printed on.
+    // A server's bytes must not break the log line.
     for (char& character : text) {
         if (static_cast<unsigned char>(character) < 0x20U || character == '\x7F') {
             character = ' ';

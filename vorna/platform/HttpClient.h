@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The HTTP client, as a port: the library hands requests over and never waits. The default implementation
-/// is CurlHttpClient; a host may put its own network stack in its place.
+/// The port to an HTTP client: the library hands requests over and never waits. The default implementation is
+/// CurlHttpClient; a host may use its own network stack instead.
 
 #include <vorna/base/Export.h>
 #include <vorna/platform/URL.h>
@@ -30,41 +30,41 @@ struct HttpHeader {
 struct HttpRequest {
     URL url;
     HttpMethod method = HttpMethod::get;
-    /// Sent as they stand, beside those that the protocol itself needs. No others are added that would tell
-    /// the server something about the application or the library.
+    /// Sent unchanged, along with those that the protocol requires. No header is added that would tell the
+    /// server anything about the application or the library.
     std::vector<HttpHeader> headers;
     std::string body;
-    /// Counted from the moment the request is put on the wire, not while it waits for its turn.
+    /// Starts when the request is sent; the wait for its turn does not count.
     std::chrono::milliseconds timeout{60'000};
-    /// A response's body that grows beyond this many bytes is a transport error.
+    /// A response body of more bytes is a transport error.
     std::size_t responseLimit = std::size_t{16} * 1024 * 1024;
-    /// Asked to stop, the request ends soon with an error, wherever it is.
+    /// Once a stop is requested, the request soon ends with an error, waiting or under way.
     std::stop_token stop{};
 };
 
 struct HttpResponse {
-    /// The address that answered, after redirects.
+    /// The address that responded, after redirects.
     std::string url;
     int statusCode = 0;
-    /// In the order received.
+    /// In the order of arrival.
     std::vector<HttpHeader> headers;
 };
 
-/// What kept a request from a complete response: no connection, no trust, no time, a broken answer.
+/// Why there is no complete response: no connection, no trust, a time-out, a malformed response.
 struct HttpError {
-    /// One line for a developer to read.
+    /// One line, for developers.
     std::string description;
 };
 
-/// The response on one line for log lines: "Optional(<HTTPResponse: URL> { status code: 204, headers … })" or
-/// "nil".
+/// Describes the response on one line of a log: "Optional(<HTTPResponse: URL> { status code: 204, headers …
+/// })" or "nil".
 std::string debugDescription(const std::optional<HttpResponse>& response);
 
 class VORNA_EXPORT HttpClient {
   public:
-    /// Called once for each request, on a thread of the client; it must be quick and must not throw. Without
-    /// an error there is a body (it may be empty). With an error there is no body, and a response only if its
-    /// head had arrived. Requests under way when the process exits are never completed.
+    /// Called once per request, on a thread of the client; must be quick and must not throw. Without an error
+    /// there is a body, which may be empty. With an error there is no body, and a response only if its
+    /// headers had arrived. Requests under way when the process exits are never completed.
     using Completion =
         std::function<void(std::optional<std::string> body, std::optional<HttpResponse> response,
                            std::optional<HttpError> error)>;
@@ -76,8 +76,8 @@ class VORNA_EXPORT HttpClient {
     HttpClient& operator=(HttpClient&&) = delete;
     virtual ~HttpClient() = default;
 
-    /// Takes the request over and returns at once, before any network work. Any thread. Any number of
-    /// requests may wait; they start in the order given for each server.
+    /// Takes the request and returns at once, before any network activity. Any thread. Any number of requests
+    /// may wait; those to the same server start in the order given.
     virtual void start(HttpRequest request, Completion completion) = 0;
 };
 

@@ -25,7 +25,7 @@ void printLine(std::string line) {
         line = utf8::repaired(line);
     }
     line += '\n';
-    // One call a line: the stream's own lock keeps lines of several threads apart.
+    // One call per line: the stream's lock keeps the lines of different threads apart.
     std::fwrite(line.data(), 1, line.size(), stdout);
     std::fflush(stdout);
 }
@@ -51,7 +51,7 @@ void failure(std::initializer_list<std::string_view> pieces) noexcept {
         } catch (const std::exception& problem) {
             debug({what, " has failed: ", problem.what()});
         } catch (...) {
-            debug({what, " has failed: an exception of a kind of its own"});
+            debug({what, " has failed: an exception of unknown type"});
         }
     } catch (...) {  // NOLINT(bugprone-empty-catch): there is nothing left to do
     }

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Holds what lives as long as the process. Background threads may still use such a value while `exit` runs
-/// the destructors of statics, so it has none.
+/// Holds a value for the life of the process. Background threads may still use it while `exit` runs the
+/// destructors of statics, so it is never destroyed.
 
 #include <utility>
 
 namespace vorna {
 
-/// Meant for function-local statics: `static NeverDestroyed<T> value(arguments...);` makes the value once, on
-/// first use, thread-safely, and leaves it alone for ever.
+/// For function-local statics: `static NeverDestroyed<T> value(arguments...);` constructs the value on first
+/// use, thread-safely.
 template <class T>
 class NeverDestroyed {
   public:

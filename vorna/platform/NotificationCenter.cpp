@@ -18,13 +18,13 @@ struct NotificationCenter::Registry {
     std::map<std::string, std::vector<std::shared_ptr<Observation::Entry>>, std::less<>> entries;
 };
 
-/// One observer. The calls under way are remembered by thread, so that ending waits for those of other
+/// One observer. The calls under way are recorded by thread, so that `deactivate` waits for those on other
 /// threads and never for its own.
 struct NotificationCenter::Observation::Entry {
-    Entry(std::weak_ptr<Registry> theRegistry, std::string theName, Observer theObserver)
-        : registry(std::move(theRegistry)),
-          name(std::move(theName)),
-          observer(std::move(theObserver)) {}
+    Entry(std::weak_ptr<Registry> inRegistry, std::string forName, Observer calledObserver)
+        : registry(std::move(inRegistry)),
+          name(std::move(forName)),
+          observer(std::move(calledObserver)) {}
 
     const std::weak_ptr<Registry> registry;
     const std::string name;
@@ -32,13 +32,13 @@ struct NotificationCenter::Observation::Entry {
 
     std::mutex mutex;
     std::condition_variable callEnded;
-    bool active = true;
+    bool isActive = true;
     std::vector<std::thread::id> calls;
 
     void call(const Notification& notification) {
         {
             const std::scoped_lock lock(mutex);
-            if (!active) {
+            if (!isActive) {
                 return;
             }
             calls.push_back(std::this_thread::get_id());
@@ -57,7 +57,7 @@ struct NotificationCenter::Observation::Entry {
 
     void deactivate() {
         std::unique_lock lock(mutex);
-        active = false;
+        isActive = false;
         callEnded.wait(lock, [this] {
             return std::all_of(calls.begin(), calls.end(),
                                [](std::thread::id id) { return id == std::this_thread::get_id(); });

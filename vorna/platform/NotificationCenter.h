@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Named notifications within the process: how the application's lifecycle reaches the library, and how the
-/// library tells its host what happened. The names the library posts are constants of `VornaCoreSDK`.
+/// Named notifications within the process: they bring the application's lifecycle to the library and the
+/// library's events to its host. The names that the library posts are constants of `VornaCoreSDK`.
 
 #include <vorna/base/Export.h>
 
@@ -15,8 +15,8 @@
 
 namespace vorna {
 
-/// The six signals of an application's life. A host without a toolkit that delivers them posts them itself,
-/// on its main thread.
+/// The six signals of an application's lifecycle. A host whose toolkit does not deliver them posts them
+/// itself, on its main thread.
 inline constexpr std::string_view UIApplicationDidFinishLaunchingNotification =
     "UIApplicationDidFinishLaunchingNotification";
 inline constexpr std::string_view UIApplicationDidBecomeActiveNotification =
@@ -30,22 +30,22 @@ inline constexpr std::string_view UIApplicationWillEnterForegroundNotification =
 inline constexpr std::string_view UIApplicationDidReceiveMemoryWarningNotification =
     "UIApplicationDidReceiveMemoryWarningNotification";
 
-/// What a notification carries: named values of three kinds.
+/// A value in a notification's user information.
 using NotificationValue = std::variant<bool, std::string, std::map<std::string, std::string>>;
 using UserInfo = std::map<std::string, NotificationValue, std::less<>>;
 
 struct Notification {
     std::string name;
-    /// Empty when the notification carries nothing.
+    /// Empty if the notification has none.
     UserInfo userInfo;
 };
 
-/// All operations may be called from any thread, also from within an observer.
+/// All operations may be called from any thread, and from within an observer.
 class VORNA_EXPORT NotificationCenter {
   public:
     using Observer = std::function<void(const Notification&)>;
 
-    /// Keeps one observer registered for as long as it lives. Movable; an empty one keeps nothing.
+    /// Keeps one observer registered during its lifetime. Movable; may be empty.
     class VORNA_EXPORT Observation {
       public:
         Observation() noexcept = default;
@@ -53,14 +53,14 @@ class VORNA_EXPORT NotificationCenter {
         Observation& operator=(const Observation&) = delete;
         Observation(Observation&& other) noexcept = default;
         Observation& operator=(Observation&& other) noexcept;
-        /// Ends the observation. Calls of the observer that run on other threads are waited for, so whatever
-        /// the observer refers to may go afterwards; do not hold a lock here that the observer takes.
+        /// Ends the observation and waits for calls of the observer on other threads, so that what the
+        /// observer refers to may be destroyed afterwards. Do not hold a lock here that the observer takes.
         ~Observation();
 
-        /// Ends the observation now, as the destructor does.
+        /// Ends the observation as the destructor does.
         void end() noexcept;
 
-        /// Lets the observer stay for the life of the process.
+        /// Keeps the observer registered for the life of the process.
         void keepForever() noexcept;
 
       private:
@@ -78,15 +78,15 @@ class VORNA_EXPORT NotificationCenter {
     NotificationCenter& operator=(NotificationCenter&&) = delete;
     ~NotificationCenter();
 
-    /// The centre that the library and its host share; made on first use, never destroyed.
+    /// The centre shared by the library and its host; created on first use, never destroyed.
     static NotificationCenter& defaultCenter();
 
-    /// Calls the observer for each notification of that name, on the thread that posts it. The observer must
-    /// not throw; an exception that leaves it is dropped, with a line about it while `debug` is on.
+    /// Registers an observer to be called for each notification of that name, on the thread that posts it. It
+    /// must not throw; an exception that leaves it is dropped, with a log line while `debug` is on.
     [[nodiscard]] Observation addObserver(std::string_view name, Observer observer);
 
-    /// Calls the observers of the name in the order in which they were added, and returns when all have run.
-    /// One that is added meanwhile is first called by the next post; one that ended meanwhile is not called.
+    /// Calls the observers of that name in the order in which they were added, and returns when all have run.
+    /// One added meanwhile is first called for the next post; one removed meanwhile is not called.
     void post(std::string_view name, UserInfo userInfo = {});
 
   private:

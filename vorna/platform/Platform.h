@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Everything the library asks of the system, as one value. A host that wants other than the defaults makes
-/// one from PlatformOptions, replaces ports in it as it likes, and hands it to `VornaCoreSDK::UsePlatform`
-/// before anything else.
+/// All ports of the library in one value. A host that does not want the defaults creates one from
+/// PlatformOptions, replaces ports in it, and passes it to `VornaCoreSDK::UsePlatform` before anything else.
 
 #include <vorna/base/Export.h>
 #include <vorna/platform/Clock.h>
@@ -20,36 +19,36 @@
 
 namespace vorna {
 
-/// Where the installation's identity is kept.
+/// Where the installation's identity is stored.
 enum class CredentialStoreKind : std::uint8_t {
-    /// In a private file and in the Secret Service both, each repaired from the other.
+    /// In a private file and in the Secret Service, each restored from the other.
     automatic,
-    /// In the desktop's Secret Service alone.
+    /// Only in the desktop's Secret Service.
     secretService,
-    /// In a private file under the data directory alone.
+    /// Only in a private file in the data directory.
     file
 };
 
 struct PlatformOptions {
-    /// Scheme and authority of the service, such as "https://events.example.com". Empty means the address
-    /// given when the library was configured; that one's default is a reserved name that resolves nowhere.
+    /// Scheme and authority of the service, such as "https://events.example.com". Empty: the address that the
+    /// library was built with, by default a reserved name that never resolves.
     std::string serviceURL;
-    /// A PEM file that is trusted in place of the system's trust store. Empty means the system's.
+    /// A PEM file to trust instead of the system's trust store. Empty: the system's.
     std::string certificateAuthorityFile;
-    /// The application's identifier in reverse-domain form; absent: the name of the program stands for it in
-    /// folder names, and records say that it is unknown.
+    /// The application's identifier in reverse-domain form. std::nullopt: folder names use the program's
+    /// name, and records say that it is unknown.
     std::optional<std::string> bundleIdentifier;
     std::optional<std::string> bundleShortVersion;
     std::optional<std::string> bundleVersion;
-    /// The application's own data folder, made on first use. Empty means a folder named after the bundle
-    /// identifier, or else the program, under $XDG_DATA_HOME (~/.local/share).
+    /// The application's own data folder, created on first use. Empty: a folder named after the bundle
+    /// identifier, or else the program, in $XDG_DATA_HOME (~/.local/share).
     std::string dataDirectory;
     CredentialStoreKind credentialStore = CredentialStoreKind::automatic;
 };
 
-/// The ports in use. A null pointer stands for the default port of that role.
+/// The ports in use. A null pointer means the default adapter.
 struct Platform {
-    /// The full addresses that events and configuration requests go to.
+    /// The full addresses for events and configuration requests.
     std::string eventURL;
     std::string configURL;
 
@@ -61,8 +60,8 @@ struct Platform {
     std::shared_ptr<RandomSource> randomSource;
 };
 
-/// The ports of this system, set up as the options say. Never fails: what the options get wrong shows when it
-/// is used, as a log line. Returns within milliseconds; what takes longer is learned in the background.
+/// Creates the default ports with these options. Never fails: a wrong option is reported by a log line when
+/// it is used. Returns within milliseconds; slower work is done in the background.
 VORNA_EXPORT Platform makePlatform(const PlatformOptions& options = {});
 
 }  // namespace vorna

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Random numbers, as a port: identifiers draw from it, so a test can reproduce them.
+/// The port to random numbers. Identifiers are made from them, so that tests can reproduce these.
 
 #include <vorna/base/Export.h>
 
@@ -9,9 +9,8 @@
 
 namespace vorna {
 
-/// Implementations are called from any thread, concurrently. The default one is the kernel's
-/// cryptographically secure generator; a host that puts its own in place must keep to that quality,
-/// since user identifiers are made of it.
+/// Called from any thread, concurrently. The default implementation is the kernel's cryptographically secure
+/// generator; a host's own must be of that quality, since user identifiers depend on it.
 class VORNA_EXPORT RandomSource {
   public:
     RandomSource() = default;

@@ -12,6 +12,7 @@
 #include <csignal>
 #include <exception>
 #include <mutex>
+#include <thread>
 #include <utility>
 
 namespace vorna {
@@ -57,6 +58,19 @@ void lowerThreadPriority() noexcept {
 /// Shared by the handle and the thread; process exit finds it while either holds it.
 class ServiceThread::State final : public RestsAtExit {
   public:
+    State() = default;
+    State(const State&) = delete;
+    State& operator=(const State&) = delete;
+    State(State&&) = delete;
+    State& operator=(State&&) = delete;
+
+    ~State() override {
+        // Without a handle the thread itself is the last to get here.
+        if (thread_.joinable()) {
+            thread_.detach();
+        }
+    }
+
     void requestStop() noexcept override { stop_.request_stop(); }
 
     bool awaitRest(Time deadline) override {
@@ -65,9 +79,35 @@ class ServiceThread::State final : public RestsAtExit {
     }
 
     bool awaitSafety(Time deadline) override {
+        if (isCurrent()) {
+            return true;
+        }
         std::unique_lock lock(mutex_);
-        return isCurrent() ||
-               changed_.wait_until(lock, deadline, [this] { return isResting_ || vitalCount_ == 0; });
+        const bool isSafe =
+            changed_.wait_until(lock, deadline, [this] { return isResting_ || vitalCount_ == 0; });
+        if (hasReturned_) {
+            // The thread may still be destroying its thread-local objects, such as those of TLS libraries.
+            lock.unlock();
+            join();
+        }
+        return isSafe;
+    }
+
+    void adopt(std::thread thread) {
+        const std::scoped_lock lock(mutex_);
+        thread_ = std::move(thread);
+    }
+
+    /// Not on the thread itself.
+    void join() {
+        std::thread thread;
+        {
+            const std::scoped_lock lock(mutex_);
+            thread.swap(thread_);
+        }
+        if (thread.joinable()) {
+            thread.join();
+        }
     }
 
     bool isCurrent() const noexcept { return id_.load() == std::this_thread::get_id(); }
@@ -98,11 +138,12 @@ class ServiceThread::State final : public RestsAtExit {
     /// Called on the thread, before the loop.
     void begin() noexcept { id_.store(std::this_thread::get_id()); }
 
-    /// Called on the thread, after the loop or when it parks.
-    void rest() noexcept {
+    /// Called on the thread, when it parks or after the loop.
+    void rest(bool hasReturned) noexcept {
         {
             const std::scoped_lock lock(mutex_);
             isResting_ = true;
+            hasReturned_ = hasReturned;
         }
         changed_.notify_all();
     }
@@ -112,7 +153,9 @@ class ServiceThread::State final : public RestsAtExit {
     std::atomic<std::thread::id> id_;
     std::mutex mutex_;
     std::condition_variable_any changed_;
+    std::thread thread_;
     bool isResting_ = false;
+    bool hasReturned_ = false;
     int vitalCount_ = 0;
 };
 
@@ -125,7 +168,7 @@ void ServiceThread::Self::sleepFor(std::chrono::milliseconds time) {
 }
 
 void ServiceThread::Self::park() {
-    state_.rest();
+    state_.rest(false);
     for (;;) {
         pause();
     }
@@ -147,18 +190,19 @@ std::optional<ServiceThread> ServiceThread::start(const char* name, ThreadPriori
         const auto state = std::make_shared<State>();
         // In force from the thread's first moment, since it inherits the mask.
         const BlockedSignals blocked;
-        ServiceThread started(state, std::thread([name, priority, state, loop = std::move(loop)]() mutable {
-                                  pthread_setname_np(pthread_self(), name);
-                                  if (priority == ThreadPriority::low) {
-                                      lowerThreadPriority();
-                                  }
-                                  state->begin();
-                                  Self self(*state);
-                                  loop(self);
-                                  // What the loop captured is destroyed before the thread counts as resting.
-                                  loop = nullptr;
-                                  state->rest();
-                              }));
+        state->adopt(std::thread([name, priority, state, loop = std::move(loop)]() mutable {
+            pthread_setname_np(pthread_self(), name);
+            if (priority == ThreadPriority::low) {
+                lowerThreadPriority();
+            }
+            state->begin();
+            Self self(*state);
+            loop(self);
+            // What the loop captured is destroyed before the thread counts as resting.
+            loop = nullptr;
+            state->rest(true);
+        }));
+        ServiceThread started(state);
         restAtProcessExit(state);
         if (processIsExiting()) {
             // Exit may have begun too early to find it.
@@ -170,20 +214,16 @@ std::optional<ServiceThread> ServiceThread::start(const char* name, ThreadPriori
     }
 }
 
-ServiceThread::ServiceThread(std::shared_ptr<State> state, std::thread thread) noexcept
-    : state_(std::move(state)),
-      thread_(std::move(thread)) {}
+ServiceThread::ServiceThread(std::shared_ptr<State> state) noexcept : state_(std::move(state)) {}
 
 ServiceThread& ServiceThread::operator=(ServiceThread&& other) noexcept {
-    const ServiceThread released(std::exchange(state_, std::move(other.state_)), std::exchange(thread_, {}));
-    thread_ = std::move(other.thread_);
+    const ServiceThread released(std::exchange(state_, std::move(other.state_)));
     return *this;
 }
 
 ServiceThread::~ServiceThread() {
-    if (thread_.joinable()) {
+    if (state_) {
         requestStop();
-        thread_.detach();
     }
 }
 
@@ -197,13 +237,8 @@ bool ServiceThread::awaitRest(Time deadline) {
 
 void ServiceThread::join() {
     requestStop();
-    if (!thread_.joinable()) {
-        return;
-    }
-    if (isCurrent() || processIsExiting()) {
-        thread_.detach();
-    } else {
-        thread_.join();
+    if (!isCurrent() && !processIsExiting()) {
+        state_->join();
     }
 }
 

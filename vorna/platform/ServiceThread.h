@@ -13,7 +13,6 @@
 #include <memory>
 #include <optional>
 #include <stop_token>
-#include <thread>
 
 namespace vorna {
 
@@ -96,10 +95,9 @@ class ServiceThread {
     bool isCurrent() const noexcept;
 
   private:
-    ServiceThread(std::shared_ptr<State> state, std::thread thread) noexcept;
+    explicit ServiceThread(std::shared_ptr<State> state) noexcept;
 
     std::shared_ptr<State> state_;
-    std::thread thread_;
 };
 
 }  // namespace vorna

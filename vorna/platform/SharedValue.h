@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A value that many holders share until one of them changes it. What hardly ever differs between records
-/// (the device's description, the identity) is kept once, however many records carry it.
+/// A copy-on-write value. What rarely differs between records (the device's description, the identity) is
+/// stored once for all of them.
 
 #include <vorna/platform/NeverDestroyed.h>
 
@@ -12,13 +12,12 @@
 
 namespace vorna {
 
-/// Behaves like a T: copying one gives an independent value, at the price of a pointer. Reading one object
-/// from several threads is safe; changing it needs the same care as changing a T. A moved-from object may
-/// only be assigned to or destroyed.
+/// Behaves like a T, but copying costs only a pointer. Reading one object from several threads is safe;
+/// changing it needs the same care as a T. A moved-from object may only be assigned to or destroyed.
 template <class T>
 class SharedValue {
   public:
-    /// A default T; all default values share one object.
+    /// A default T; all defaults share one object.
     SharedValue() : value_(defaultValue()) {}
 
     explicit SharedValue(T value) : value_(std::make_shared<const T>(std::move(value))) {}
@@ -27,7 +26,7 @@ class SharedValue {
 
     const T* operator->() const noexcept { return value_.get(); }
 
-    /// The value for changing: this holder's own from now on.
+    /// Returns a copy for changing, which this object holds from now on.
     T& edit() {
         auto own = std::make_shared<T>(*value_);
         T& result = *own;
@@ -35,7 +34,7 @@ class SharedValue {
         return result;
     }
 
-    /// True when both hold the very same object, which makes them equal; false says nothing.
+    /// True if both hold the same object and so are equal. False does not mean that they differ.
     bool sharesWith(const SharedValue& other) const noexcept { return value_ == other.value_; }
 
     friend bool operator==(const SharedValue& left, const SharedValue& right) {

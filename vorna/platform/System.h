@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// What the library asks of the machine, the desktop and the application it runs in, as a port.
+/// The port to the machine, the desktop and the application that the library runs in.
 ///
-/// Two kinds of answers: facts, which are learned off the caller's thread and handed out as one immutable
-/// value, and the few readings that are taken anew for every record (disk space, the age of the documents
-/// folder, the offset of the time zone).
+/// It provides two kinds of information: facts, which are read off the caller's thread and returned as one
+/// immutable value, and the few readings taken for every record (disk space, the age of the documents folder,
+/// the time zone's offset).
 
 #include <vorna/base/Export.h>
+#include <vorna/base/Result.h>
 #include <vorna/platform/Date.h>
 
 #include <cstdint>
@@ -20,18 +21,18 @@ namespace vorna {
 /// Encoded as its number in every record.
 enum class BatteryState : std::uint8_t { unknown = 0, unplugged = 1, charging = 2, full = 3 };
 
-/// The main screen: the phone's screen, or on a desktop the window that stands for it. Logical pixels.
+/// The main screen: a phone's screen, or on a desktop the window in its place. In logical pixels.
 struct ScreenFacts {
     double width = 0;
     double height = 0;
-    /// Device pixels for each logical pixel.
+    /// Device pixels per logical pixel.
     double scale = 1;
 
     friend bool operator==(const ScreenFacts&, const ScreenFacts&) = default;
 };
 
 struct BatteryFacts {
-    /// From 0 to 1; -1 when unknown.
+    /// From 0 to 1, or -1 if unknown.
     float level = -1;
     BatteryState state = BatteryState::unknown;
     bool isMonitoringEnabled = false;
@@ -39,7 +40,7 @@ struct BatteryFacts {
     friend bool operator==(const BatteryFacts&, const BatteryFacts&) = default;
 };
 
-/// The application as its package describes it; each value is absent when the host has not given it.
+/// The application as its package describes it. Values that the host has not given are std::nullopt.
 struct BundleFacts {
     std::optional<std::string> identifier;
     std::optional<std::string> shortVersion;
@@ -48,7 +49,7 @@ struct BundleFacts {
     friend bool operator==(const BundleFacts&, const BundleFacts&) = default;
 };
 
-/// Everything that changes seldom, together.
+/// Everything that rarely changes.
 struct SystemFacts {
     std::string deviceModel;
     std::string deviceName;
@@ -59,17 +60,17 @@ struct SystemFacts {
     BatteryFacts battery;
     bool isBoldTextEnabled = false;
     bool isBiometricSupported = false;
-    /// Upper-case hyphenated UUID that is the same for all applications of one vendor on this device;
-    /// absent where the device has nothing to derive it from.
+    /// Upper-case hyphenated UUID, the same for all applications of one vendor on this device; std::nullopt
+    /// if the device has nothing to derive it from.
     std::optional<std::string> identifierForVendor;
-    /// Upper-case hyphenated UUID; all zeros where the platform has no advertising identifier.
+    /// Upper-case hyphenated UUID; all zeros if the platform has no advertising identifier.
     std::string advertisingIdentifier;
     BundleFacts bundle;
 
     friend bool operator==(const SystemFacts&, const SystemFacts&) = default;
 };
 
-/// Sizes of a file system in bytes; free is what the user may still fill.
+/// Sizes of a file system in bytes; `free` is what the user may still use.
 struct FileSystemSize {
     std::uint64_t total = 0;
     std::uint64_t free = 0;
@@ -77,15 +78,12 @@ struct FileSystemSize {
     friend bool operator==(const FileSystemSize&, const FileSystemSize&) = default;
 };
 
-/// When a file-system item was made. No date and no error: the item is there, but its file system does not
-/// record birth times. An error: the item could not be asked; the text says why.
-struct ItemCreation {
-    std::optional<Date> date;
-    std::optional<std::string> error;
-};
+/// When a file or folder was created: std::nullopt if its file system does not record that, or a message if
+/// it cannot be read.
+using ItemCreation = Result<std::optional<Date>, std::string>;
 
-/// Called from any thread, concurrently, on every recorded event: nothing here may wait for a disk beyond one
-/// system call, for D-Bus, or for the network.
+/// Called from any thread, concurrently, for every recorded event. Implementations must not wait for a disk
+/// beyond one system call, for D-Bus or for the network.
 class VORNA_EXPORT System {
   public:
     System() = default;
@@ -95,30 +93,30 @@ class VORNA_EXPORT System {
     System& operator=(System&&) = delete;
     virtual ~System() = default;
 
-    /// The facts as now known; never null. The same object as long as nothing has changed, so records can
-    /// share it. What takes time to learn (battery, biometrics) has its "unknown" value until it is known.
+    /// Returns the facts known so far; never null. The same object as long as nothing has changed, so that
+    /// records can share it. What is slow to read (battery, biometrics) is "unknown" until then.
     virtual std::shared_ptr<const SystemFacts> facts() const = 0;
 
-    /// From now on the battery facts are kept current. Returns at once; later calls do nothing.
+    /// Keeps the battery facts current from now on. Returns at once; later calls do nothing.
     virtual void enableBatteryMonitoring() = 0;
 
-    /// The screens' module reports the main screen here, and again whenever it changes.
+    /// Sets the main screen. Called by the screens' module, again whenever it changes.
     virtual void setScreen(const ScreenFacts& screen) = 0;
 
-    /// The screens' module reports how the toolkit describes the application. What the host has given in its
-    /// options counts for more: only what is absent is taken from here.
+    /// Supplies the application's description by the toolkit. Called by the screens' module. Used only for
+    /// what the host's options do not give.
     virtual void supplyBundle(const BundleFacts& bundle) = 0;
 
-    /// The file system that holds the user's home folder; absent when it cannot be asked.
+    /// Returns the size of the file system of the user's home folder; std::nullopt if it cannot be read.
     virtual std::optional<FileSystemSize> homeFileSystem() const = 0;
 
-    /// The application's own folder for documents, made if need be. Absent only where the user has no place
-    /// for such a folder at all. The text stays the same for the life of the process.
+    /// Returns the application's documents folder, creating it if necessary. std::nullopt only if the user
+    /// has no place for one. Always the same for the life of the process.
     virtual std::optional<std::string> documentsDirectory() const = 0;
 
     virtual ItemCreation creation(const std::string& path) const = 0;
 
-    /// Seconds that local time is ahead of UTC at the given moment; negative west of Greenwich.
+    /// Returns by how many seconds local time is ahead of UTC at that date; negative west of Greenwich.
     virtual std::int32_t secondsFromGMT(Date date) const = 0;
 };
 

@@ -14,9 +14,9 @@ namespace {
 
 using Handle = std::unique_ptr<CURLU, decltype(&curl_url_cleanup)>;
 
-std::string part(CURLU* handle, CURLUPart what, unsigned int flags = 0) {
+std::string part(CURLU* handle, CURLUPart name, unsigned int flags = 0) {
     char* text = nullptr;
-    if (curl_url_get(handle, what, &text, flags) != CURLUE_OK) {
+    if (curl_url_get(handle, name, &text, flags) != CURLUE_OK) {
         return {};
     }
     const std::unique_ptr<char, decltype(&curl_free)> owned(text, &curl_free);
@@ -33,7 +33,7 @@ std::string lowered(std::string text) {
 }  // namespace
 
 std::optional<URL> URL::parse(std::string_view text) {
-    // libcurl stops at a NUL and forgives a third slash; an address from a host is meant literally.
+    // libcurl stops at a NUL and tolerates a third slash; an address given by a host is taken literally.
     const std::size_t authority = text.find("://");
     if (text.find('\0') != std::string_view::npos || authority == std::string_view::npos ||
         text.substr(authority + 3).starts_with('/')) {

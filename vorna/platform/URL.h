@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// An absolute web address, parsed once and correct from then on.
+/// An absolute URL, valid by construction.
 
 #include <vorna/base/Export.h>
 
@@ -14,23 +14,23 @@ namespace vorna {
 
 class VORNA_EXPORT URL {
   public:
-    /// Absent when the text is not an absolute URL with a scheme and a host: empty text, blanks or control
-    /// characters inside, no host, a port that is no number.
+    /// Returns std::nullopt if the text is not an absolute URL with a scheme and a host: empty, with blanks
+    /// or control characters, without a host, or with a port that is not a number.
     static std::optional<URL> parse(std::string_view text);
 
-    /// The address as it was given.
+    /// The text as given.
     const std::string& text() const noexcept { return text_; }
 
     /// In lower case, such as "https".
     const std::string& scheme() const noexcept { return scheme_; }
 
-    /// In lower case; an IPv6 address stands without its brackets.
+    /// In lower case; an IPv6 address is without its brackets.
     const std::string& host() const noexcept { return host_; }
 
-    /// The given port or the scheme's usual one; 0 where there is neither.
+    /// The given port or the scheme's default; 0 if there is neither.
     std::uint16_t port() const noexcept { return port_; }
 
-    /// True for 127.0.0.0/8, ::1 and "localhost": what can be reached only on this machine.
+    /// True for 127.0.0.0/8, ::1 and "localhost", which stay on this machine.
     bool isLoopback() const;
 
     friend bool operator==(const URL&, const URL&) = default;

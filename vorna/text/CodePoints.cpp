@@ -38,15 +38,16 @@ CodePoint lastCodePoint(std::string_view text) noexcept {
 }
 
 UpperCase upperCase(char32_t codePoint) noexcept {
-    const auto whole = static_cast<utf8proc_int32_t>(codePoint);
+    const auto original = static_cast<utf8proc_int32_t>(codePoint);
     UpperCase upper;
-    std::array<utf8proc_int32_t, 4> parts{whole};
+    std::array<utf8proc_int32_t, 4> parts{original};
     upper.count = 1;
-    // Folding takes apart the letters whose upper case is several; what is upper case already stays whole.
-    if (codePoint >= 0x80 && utf8proc_category(whole) != UTF8PROC_CATEGORY_LU) {
+    // Case folding decomposes letters whose upper case is several; upper case itself must not be decomposed.
+    if (codePoint >= 0x80 && utf8proc_category(original) != UTF8PROC_CATEGORY_LU) {
         int boundary = 0;
-        const utf8proc_ssize_t count = utf8proc_decompose_char(
-            whole, parts.data(), static_cast<utf8proc_ssize_t>(parts.size()), UTF8PROC_CASEFOLD, &boundary);
+        const utf8proc_ssize_t count =
+            utf8proc_decompose_char(original, parts.data(), static_cast<utf8proc_ssize_t>(parts.size()),
+                                    UTF8PROC_CASEFOLD, &boundary);
         upper.count = static_cast<std::size_t>(std::clamp<utf8proc_ssize_t>(count, 1, parts.size()));
     }
     for (std::size_t index = 0; index < upper.count; ++index) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A text taken apart into code points, and what they make up together.
+/// The code points of a text, and the characters that they form.
 
 #include <array>
 #include <cstddef>
@@ -12,17 +12,17 @@ namespace vorna::text {
 
 struct CodePoint {
     char32_t value = 0;
-    /// Bytes that it takes; 0 only for the one before the beginning of an empty text.
+    /// In bytes; 0 only if the text was empty.
     std::size_t length = 0;
 };
 
-/// The code point that a text begins with. A byte that belongs to none gives U+FFFD of length 1.
+/// Returns the first code point of a text. An invalid byte gives U+FFFD of length 1.
 CodePoint firstCodePoint(std::string_view text) noexcept;
 
-/// The code point that a text ends with, likewise.
+/// Returns the last code point of a text, likewise.
 CodePoint lastCodePoint(std::string_view text) noexcept;
 
-/// The upper case of a code point, which may be several: "ß" is "SS" and the ligature "ﬀ" is "FF".
+/// The upper case of a code point, which may be several code points: "SS" for "ß", "FF" for the ligature "ﬀ".
 struct UpperCase {
     std::array<char32_t, 4> codePoints{};
     std::size_t count = 0;
@@ -34,10 +34,10 @@ struct UpperCase {
 
 UpperCase upperCase(char32_t codePoint) noexcept;
 
-/// Counts characters as a reader does, while a text goes by.
+/// Counts characters as a reader does, one code point at a time.
 class CharacterCounter {
   public:
-    /// The next code point. True when a character begins with it.
+    /// Adds the next code point. True if a character begins with it.
     bool take(char32_t codePoint) noexcept;
 
     std::size_t count() const noexcept { return count_; }

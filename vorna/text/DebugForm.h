@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Texts as a programmer wants to see them in a console.
+/// Texts in the form of source code, for the console.
 
 #include <string>
 #include <string_view>
@@ -9,10 +9,10 @@
 
 namespace vorna::text {
 
-/// In quotation marks; quotation marks, backslashes and control characters are escaped with a backslash.
+/// Quotes the text and escapes quotation marks, backslashes and control characters.
 std::string debugForm(std::string_view text);
 
-/// As in ["heading", "media"]; [] when there is none. Always one line.
+/// As in ["heading", "media"], or []. Always one line.
 std::string debugForm(const std::vector<std::string>& texts);
 
 }  // namespace vorna::text

@@ -14,13 +14,13 @@ struct Counted {
     std::size_t bytes = 0;
 };
 
-/// Counts characters until the text ends or there are so many.
-Counted counted(std::string_view text, std::size_t most) noexcept {
+/// Counts characters until the end of the text or the limit.
+Counted counted(std::string_view text, std::size_t limit) noexcept {
     Counted sum;
     CharacterCounter counter;
     while (sum.bytes < text.size()) {
         const CodePoint next = firstCodePoint(text.substr(sum.bytes));
-        if (counter.take(next.value) && counter.count() > most) {
+        if (counter.take(next.value) && counter.count() > limit) {
             break;
         }
         sum.characters = counter.count();

@@ -10,8 +10,8 @@ namespace vorna::utf8 {
 
 namespace {
 
-/// Length of the run of ASCII that the text begins with, looked at eight bytes at a time: most text of
-/// events is ASCII throughout.
+/// Length of the ASCII at the start of the text, checked eight bytes at a time: most text in events is all
+/// ASCII.
 std::size_t asciiPrefix(std::string_view text) noexcept {
     constexpr std::uint64_t highBits = 0x8080808080808080U;
     std::size_t at = 0;
@@ -28,7 +28,7 @@ std::size_t asciiPrefix(std::string_view text) noexcept {
     return at;
 }
 
-/// Bytes of the well-formed sequence that the text begins with; 0 when it begins with none.
+/// Length of the well-formed sequence at the start of the text; 0 if there is none.
 std::size_t sequenceLength(std::string_view text) noexcept {
     utf8proc_int32_t codepoint = 0;
     const utf8proc_ssize_t length = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),

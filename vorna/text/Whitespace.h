@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// White space and line breaks at the ends of a text, by Unicode: the code points of the categories for
-/// separators, U+0009 to U+000D and U+0085.
+/// White space and line breaks by Unicode: the code points of the separator categories, U+0009 to U+000D and
+/// U+0085.
 
 #include <vorna/base/Export.h>
 
@@ -10,14 +10,14 @@
 
 namespace vorna::text {
 
-/// A part of the given text, without the white space and line breaks at both ends. Bytes that are not UTF-8
-/// are not white space.
+/// Returns the part of the text without white space at both ends. Bytes that are not UTF-8 are not white
+/// space.
 VORNA_EXPORT std::string_view trimmed(std::string_view text) noexcept;
 
-/// True when nothing is left after trimming.
+/// True if the text is empty or all white space.
 VORNA_EXPORT bool isBlank(std::string_view text) noexcept;
 
-/// Whether a code point is white space or a line break.
+/// Whether the code point is white space or a line break.
 VORNA_EXPORT bool isWhiteSpace(char32_t codePoint) noexcept;
 
 }  // namespace vorna::text

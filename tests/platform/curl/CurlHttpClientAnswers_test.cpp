@@ -34,7 +34,7 @@ struct Status {
 
 class HttpStatus : public testing::TestWithParam<Status> {};
 
-TEST_P(HttpStatus, IsAnAnswerAndNoError) {
+TEST_P(HttpStatus, IsAnAnswerNotAnError) {
     RawServer server([](RawServer::Connection& connection) {
         connection.readRequest();
         connection.send(GetParam().status == 204
@@ -85,7 +85,7 @@ TEST(HttpAnswer, HasTheHeadersOfTheFinalHeadOnly) {
               (std::vector<HttpHeader>{{"X-Late", "2"}, {"X-Late", "3"}, {"Content-Length", "2"}}));
 }
 
-TEST(HttpAnswer, InGzipIsUnpacked) {
+TEST(HttpAnswer, InGzipIsDecompressed) {
     if (!Nginx::isInstalled()) {
         GTEST_SKIP() << "nginx is not installed";
     }
@@ -116,7 +116,7 @@ TEST(HttpRedirect, ToAnotherHostIsFollowedWithGet) {
     EXPECT_EQ(outcome.response.value_or(HttpResponse{}).url, there);
     EXPECT_FALSE(outcome.header("Location")) << "the first answer's headers are not the last one's";
     EXPECT_THAT(target.received().at(0), StartsWith("GET /there HTTP/1.1\r\n"));
-    // The next request of that kind is a POST again.
+    // The next request of this kind is a POST again.
     EXPECT_EQ(fetch(client, posting(server.url("/here"), "{}")).status(), 200);
     EXPECT_THAT(server.received().at(1), StartsWith("POST /here HTTP/1.1\r\n"));
 }
@@ -138,7 +138,7 @@ TEST(HttpRedirect, Of307And308KeepsMethodAndBody) {
     }
 }
 
-TEST(HttpRedirect, GoesTenHopsAndNotEleven) {
+TEST(HttpRedirect, IsFollowedTenTimesAndNotEleven) {
     for (const std::size_t hops : {10U, 11U}) {
         RawServer server([&](RawServer::Connection& connection) {
             connection.readRequest();
@@ -189,7 +189,7 @@ TEST(HttpRedirect, ToAnotherSchemeIsAnError) {
     EXPECT_FALSE(outcome.body);
 }
 
-TEST(HttpRedirect, ThatEndsInNothingKeepsTheLastAnswer) {
+TEST(HttpRedirect, ThatFailsKeepsTheLastAnswer) {
     RawServer server([](RawServer::Connection& connection) {
         connection.readRequest();
         if (connection.number() == 0) {
@@ -203,14 +203,14 @@ TEST(HttpRedirect, ThatEndsInNothingKeepsTheLastAnswer) {
     EXPECT_EQ(outcome.response.value_or(HttpResponse{}).url, server.url("/start"));
 }
 
-/// A reset may overtake what was sent before it.
+/// A reset may overtake data sent before it.
 constexpr int eitherWay = -1;
 
-/// What a broken server does after it has read the request.
+/// What a faulty server does after it has read the request.
 struct Fault {
     const char* name;
     std::function<void(RawServer::Connection&)> answer;
-    /// 0: no head ever arrived whole.
+    /// 0: no complete headers arrived.
     int status;
 };
 
@@ -297,10 +297,10 @@ INSTANTIATE_TEST_SUITE_P(
               0}),
     [](const auto& testCase) { return testCase.param.name; });
 
-/// A server's body of 2,000 bytes, told in different ways.
+/// A body of 2,000 bytes, delimited in different ways.
 class HttpResponseLimit : public testing::TestWithParam<Fault> {};
 
-TEST_P(HttpResponseLimit, IsTheLargestBodyThatIsTaken) {
+TEST_P(HttpResponseLimit, IsTheLargestBodyAccepted) {
     RawServer server([](RawServer::Connection& connection) {
         connection.readRequest();
         GetParam().answer(connection);
@@ -342,7 +342,7 @@ INSTANTIATE_TEST_SUITE_P(
                           200}),
     [](const auto& testCase) { return testCase.param.name; });
 
-TEST(HttpResponseLimitOfCompressedAnswers, CountsTheUnpackedBytes) {
+TEST(HttpResponseLimitOfCompressedAnswers, AppliesToTheDecompressedBytes) {
     if (!Nginx::isInstalled()) {
         GTEST_SKIP() << "nginx is not installed";
     }
@@ -357,7 +357,7 @@ TEST(HttpResponseLimitOfCompressedAnswers, CountsTheUnpackedBytes) {
     EXPECT_EQ(outcome.errorText(), "The response body exceeds the size limit");
 }
 
-TEST(HttpResponseLimitOfHead, IsNotAboutTheBodyThatDoesNotCome) {
+TEST(HttpResponseLimitOfHead, IgnoresTheBodyThatIsNotSent) {
     RawServer server([](RawServer::Connection& connection) {
         connection.readRequest();
         connection.send("HTTP/1.1 200 OK\r\nContent-Length: 1000000000000\r\n\r\n");
@@ -377,7 +377,7 @@ TEST(HttpRequest, ToAHostThatDoesNotExistIsAnError) {
     EXPECT_FALSE(outcome.response);
 }
 
-TEST(HttpRequest, ToARefusingPortIsAnError) {
+TEST(HttpRequest, ToAClosedPortIsAnError) {
     std::string address;
     {
         const RawServer server([](RawServer::Connection&) {});

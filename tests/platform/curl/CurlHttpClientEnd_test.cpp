@@ -29,7 +29,7 @@ using support::RawServer;
 
 constexpr std::string_view emptyAnswer = "HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n";
 
-TEST(HttpClientDestruction, EndsWhatIsUnderWayAndWhatWaitsWithAnError) {
+TEST(HttpClientDestruction, EndsAllRequestsWithAnError) {
     RawServer server([](RawServer::Connection& connection) { connection.hang(); });
     HttpOutcomes outcomes;
     std::chrono::steady_clock::time_point begin;
@@ -46,7 +46,7 @@ TEST(HttpClientDestruction, EndsWhatIsUnderWayAndWhatWaitsWithAnError) {
     EXPECT_EQ(outcomes.firstError(), "The HTTP client has been closed");
 }
 
-TEST(HttpClientDestruction, EndsRequestsThatNobodyHasLookedAtYet) {
+TEST(HttpClientDestruction, EndsRequestsThatHaveNotBeenQueuedYet) {
     HttpOutcomes outcomes;
     std::promise<void> entered;
     std::promise<void> released;
@@ -146,7 +146,7 @@ TEST(HttpClientDestruction, MayComeWithTheLastCompletionThatHoldsTheClient) {
     }
 }
 
-TEST(HttpClientDestruction, EndsThoughEachCompletionStartsAnotherRequest) {
+TEST(HttpClientDestruction, EndsEvenIfEachCompletionStartsAnotherRequest) {
     RawServer server([](RawServer::Connection& connection) { connection.hang(); });
     int count = 0;
     std::function<void()> startAgain;
@@ -162,7 +162,7 @@ TEST(HttpClientDestruction, EndsThoughEachCompletionStartsAnotherRequest) {
     EXPECT_EQ(count, 2);
 }
 
-TEST(HttpClientDestruction, RacesWithNothing) {
+TEST(HttpClientDestruction, MayHappenAtAnyTime) {
     const RawServer server([](RawServer::Connection& connection) {
         while (!connection.readRequest().empty()) {
             connection.send(emptyAnswer);
@@ -180,13 +180,12 @@ TEST(HttpClientDestruction, RacesWithNothing) {
     EXPECT_EQ(outcomes.countWithStatus(200) + outcomes.countWithError(), 1000U);
 }
 
-/// The end of the process, in a process of its own. Its bound is that it ends at all: it is killed when it
-/// does not for so long that only a hang explains it.
+/// Each test exits a process of its own. It is killed if it takes so long that only a hang explains it.
 class ProcessExitUnderLoad : public testing::Test {
   protected:
     ProcessExitUnderLoad() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
 
-    static void boundTheProcess() { alarm(60); }
+    static void limitTheProcess() { alarm(60); }
 };
 
 TEST_F(ProcessExitUnderLoad, OverHttp2IsClean) {
@@ -195,7 +194,7 @@ TEST_F(ProcessExitUnderLoad, OverHttp2IsClean) {
     }
     EXPECT_EXIT(
         {
-            boundTheProcess();
+            limitTheProcess();
             const LocalAuthority authority;
             const Nginx nginx(authority.nginx("location / { return 200; }"));
             auto outcomes = std::make_unique<HttpOutcomes>();
@@ -204,7 +203,7 @@ TEST_F(ProcessExitUnderLoad, OverHttp2IsClean) {
                 client.start(posting(nginx.url("/"), std::string(850, 'e')), outcomes->next());
             }
             outcomes->waitFor(500);
-            std::exit(0);  // NOLINT(concurrency-mt-unsafe): that is the question
+            std::exit(0);  // NOLINT(concurrency-mt-unsafe): that is what is tested
         },
         testing::ExitedWithCode(0), "");
 }
@@ -212,7 +211,7 @@ TEST_F(ProcessExitUnderLoad, OverHttp2IsClean) {
 TEST_F(ProcessExitUnderLoad, WithAServerThatHangsIsClean) {
     EXPECT_EXIT(
         {
-            boundTheProcess();
+            limitTheProcess();
             RawServer server([](RawServer::Connection& connection) { connection.hang(); });
             CurlHttpClient client("");
             for (int count = 0; count < 5000; ++count) {
@@ -220,18 +219,18 @@ TEST_F(ProcessExitUnderLoad, WithAServerThatHangsIsClean) {
                              [](auto, auto, auto) { abort(); });
             }
             server.waitForConnections(6);
-            std::exit(0);  // NOLINT(concurrency-mt-unsafe): that is the question
+            std::exit(0);  // NOLINT(concurrency-mt-unsafe): that is what is tested
         },
         testing::ExitedWithCode(0), "");
 }
 
-TEST_F(ProcessExitUnderLoad, InTheFirstMomentIsClean) {
+TEST_F(ProcessExitUnderLoad, AtOnceIsClean) {
     EXPECT_EXIT(
         {
-            boundTheProcess();
+            limitTheProcess();
             CurlHttpClient client("");
             client.start(getting("https://service.vorna.invalid/"), [](auto, auto, auto) {});
-            std::exit(0);  // NOLINT(concurrency-mt-unsafe): that is the question
+            std::exit(0);  // NOLINT(concurrency-mt-unsafe): that is what is tested
         },
         testing::ExitedWithCode(0), "");
 }
@@ -239,7 +238,7 @@ TEST_F(ProcessExitUnderLoad, InTheFirstMomentIsClean) {
 TEST_F(ProcessExitUnderLoad, FromACompletionIsClean) {
     EXPECT_EXIT(
         {
-            boundTheProcess();
+            limitTheProcess();
             const RawServer server([](RawServer::Connection& connection) {
                 connection.readRequest();
                 connection.send(emptyAnswer);
@@ -260,11 +259,11 @@ TEST_F(ProcessExitUnderLoad, FromACompletionIsClean) {
 TEST_F(ProcessExitUnderLoad, WhileACompletionTakesItsTimeCompletesNothingElse) {
     EXPECT_EXIT(
         {
-            boundTheProcess();
-            // Runs after the client's thread was asked to stop, and longer than the completion.
+            limitTheProcess();
+            // Runs after the client's thread has been stopped, and longer than the completion.
             std::atexit([] { std::this_thread::sleep_for(std::chrono::seconds(1)); });
             CurlHttpClient client("");
-            // The thread finds the other two together.
+            // The thread finds the other two at the same time.
             std::promise<void> bothStarted;
             client.start(getting("http://refused.test/"),
                          [&bothStarted](auto, auto, auto) { bothStarted.get_future().wait(); });
@@ -276,7 +275,7 @@ TEST_F(ProcessExitUnderLoad, WhileACompletionTakesItsTimeCompletesNothingElse) {
             client.start(getting("http://refused.test/"), [](auto, auto, auto) { abort(); });
             bothStarted.set_value();
             begun.get_future().wait();
-            std::exit(0);  // NOLINT(concurrency-mt-unsafe): that is the question
+            std::exit(0);  // NOLINT(concurrency-mt-unsafe): that is what is tested
         },
         testing::ExitedWithCode(0), "");
 }
@@ -284,14 +283,14 @@ TEST_F(ProcessExitUnderLoad, WhileACompletionTakesItsTimeCompletesNothingElse) {
 TEST_F(ProcessExitUnderLoad, WithAClientThatIsDestroyedWithTheStaticsIsClean) {
     EXPECT_EXIT(
         {
-            boundTheProcess();
+            limitTheProcess();
             RawServer server([](RawServer::Connection& connection) { connection.hang(); });
             static const auto client = std::make_unique<CurlHttpClient>("");
             for (int count = 0; count < 1000; ++count) {
                 client->start(getting(server.url("/")), [](auto, auto, auto) {});
             }
             server.waitForConnections(6);
-            std::exit(0);  // NOLINT(concurrency-mt-unsafe): that is the question
+            std::exit(0);  // NOLINT(concurrency-mt-unsafe): that is what is tested
         },
         testing::ExitedWithCode(0), "");
 }

@@ -43,12 +43,12 @@ using support::RawServer;
 
 constexpr std::string_view emptyAnswer = "HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n";
 
-/// Opens when so many stand before it at one time.
+/// Opens once that many threads wait at the same time.
 class Gate {
   public:
     explicit Gate(std::size_t wanted) : wanted_(wanted) {}
 
-    /// False when the others do not come even after a time that is long enough for anything.
+    /// False if the others do not arrive within a generous time.
     bool pass() {
         std::unique_lock lock(mutex_);
         ++count_;
@@ -63,8 +63,8 @@ class Gate {
     std::size_t count_ = 0;
 };
 
-TEST(Http1Connections, AreSixAndUsedAgainAndAgain) {
-    // The first answer waits until six requests are there together; a seventh connection would be counted.
+TEST(Http1Connections, AreSixAndReused) {
+    // The first answer waits for six concurrent requests; a seventh connection would be counted.
     Gate gate(6);
     const RawServer server([&](RawServer::Connection& connection) {
         for (bool isFirst = true; !connection.readRequest().empty(); isFirst = false) {
@@ -103,7 +103,7 @@ TEST(Http1Connections, OverTlsAreSix) {
     for (int count = 0; count < 100; ++count) {
         client.start(posting(nginx.url("/v1/event"), "{}"), outcomes.next());
     }
-    // One goes ahead to learn the protocol; with its answer there, the others follow on six connections.
+    // One goes ahead to find out the protocol; after its answer the others follow on six connections.
     EXPECT_TRUE(outcomes.waitForAll());
     EXPECT_EQ(outcomes.countWithStatus(200), 100U) << outcomes.firstError();
     nginx.stop();
@@ -127,7 +127,7 @@ TEST(HttpRequests, ToOneServerStartInTheOrderGiven) {
         client.start(getting(server.url("/" + std::to_string(number + 100))), outcomes.next());
     }
     ASSERT_TRUE(outcomes.waitForAll());
-    // What connections run side by side do is their affair; on each of them the numbers ascend.
+    // Connections are independent of each other; within each of them the numbers ascend.
     for (const std::string& received : server.received()) {
         int last = 0;
         for (std::size_t at = received.find("GET /"); at != std::string::npos;
@@ -139,7 +139,7 @@ TEST(HttpRequests, ToOneServerStartInTheOrderGiven) {
     }
 }
 
-TEST(HttpRequests, AreNotHeldUpByAnotherServerThatHangs) {
+TEST(HttpRequests, AreNotDelayedByAnotherServerThatHangs) {
     RawServer hanging([](RawServer::Connection& connection) { connection.hang(); });
     const RawServer working([](RawServer::Connection& connection) {
         while (!connection.readRequest().empty()) {
@@ -161,7 +161,7 @@ TEST(HttpRequests, AreNotHeldUpByAnotherServerThatHangs) {
     EXPECT_EQ(hung.count(), 0U);
 }
 
-TEST(HttpRequests, AreNotHeldUpByOtherServersThatHangInTheHandshake) {
+TEST(HttpRequests, AreNotDelayedByOtherServersThatHangInTheHandshake) {
     if (!Nginx::isInstalled()) {
         GTEST_SKIP() << "nginx is not installed";
     }
@@ -189,7 +189,7 @@ TEST(HttpRequests, AreNotHeldUpByOtherServersThatHangInTheHandshake) {
 }
 
 TEST(HttpTimeout, DoesNotCountWhileARequestWaits) {
-    // Six at a time, so that the last of the requests comes to its turn long after the time-out.
+    // Six at a time, so that the last request has its turn long after the time-out.
     const RawServer server([](RawServer::Connection& connection) {
         while (!connection.readRequest().empty()) {
             std::this_thread::sleep_for(250ms);
@@ -212,7 +212,7 @@ TEST(HttpTimeout, DoesNotCountWhileARequestWaitsForAStream) {
         GTEST_SKIP() << "nginx is not installed, or not its echo module";
     }
     const LocalAuthority authority;
-    // Two streams on each of six connections: more wait inside libcurl than are on their way.
+    // Two streams on each of six connections: more requests wait inside libcurl than are sent.
     const Nginx nginx(
         authority.nginx("http2_max_concurrent_streams 2; "
                         "location / { echo_sleep 0.25; echo ok; } location /first { return 200; }"));
@@ -307,8 +307,8 @@ TEST(HttpTimeout, OfOneRequestLeavesTheOthersOfItsConnectionAlone) {
     EXPECT_EQ(connections.size(), 1U);
 }
 
-/// As when the network has changed under a connection: nothing comes back, not even that bytes have arrived.
-TEST(HttpConnection, ThatSwallowsWhatIsSentIsGivenUpBeforeTheRequestTimesOut) {
+/// As after a change of network: nothing comes back, not even acknowledgements.
+TEST(HttpConnection, ThatSwallowsDataIsDroppedBeforeTheRequestTimesOut) {
     std::promise<void> ended;
     const std::shared_future<void> hasEnded = ended.get_future().share();
     const RawServer deaf([hasEnded](RawServer::Connection&) { hasEnded.wait(); });
@@ -321,7 +321,7 @@ TEST(HttpConnection, ThatSwallowsWhatIsSentIsGivenUpBeforeTheRequestTimesOut) {
     EXPECT_NE(outcome.errorText(), "The request timed out");
 }
 
-TEST(HttpTimeout, MayBeAbsurd) {
+TEST(HttpTimeout, MayHaveAnyValue) {
     const RawServer server([](RawServer::Connection& connection) {
         connection.readRequest();
         connection.send(RawServer::httpAnswer(200, ""));
@@ -334,7 +334,7 @@ TEST(HttpTimeout, MayBeAbsurd) {
     EXPECT_TRUE(fetch(client, request).error);
 }
 
-/// What nginx has received, over TLS.
+/// What nginx has received over TLS.
 class NginxDelivery : public testing::Test {
   protected:
     void SetUp() override {
@@ -343,8 +343,8 @@ class NginxDelivery : public testing::Test {
         }
     }
 
-    /// Posts that often, to so many paths in turn, and expects each request to be answered, and to have been
-    /// received, once.
+    /// Posts that many requests to that many paths in turn, and expects each to be received and answered
+    /// once.
     void expectEachOnce(Nginx& nginx, const std::string& protocol, int count, int paths) const {
         CurlHttpClient client(authority_.file());
         HttpOutcomes outcomes;
@@ -373,13 +373,13 @@ class NginxDelivery : public testing::Test {
 using Http1Delivery = NginxDelivery;
 using Http2Delivery = NginxDelivery;
 
-TEST_F(Http1Delivery, LosesNothingWhenTheServerRenewsItsConnectionsAllTheTime) {
+TEST_F(Http1Delivery, LosesNothingWhenTheServerKeepsClosingConnections) {
     Nginx nginx(
         authority_.nginx("keepalive_requests 20; location / { proxy_pass http://accepting; }", false));
     expectEachOnce(nginx, "HTTP/1.1", 2000, 1);
 }
 
-TEST_F(Http2Delivery, CarriesManyRequestsAtOnceOnOneConnection) {
+TEST_F(Http2Delivery, SendsManyRequestsAtOnceOnOneConnection) {
     Gate gate(64);
     const RawServer behind([&](RawServer::Connection& connection) {
         connection.readRequest();
@@ -395,7 +395,7 @@ TEST_F(Http2Delivery, CarriesManyRequestsAtOnceOnOneConnection) {
     for (int count = 0; count < 64; ++count) {
         client.start(posting(nginx.url("/v1/event"), "{}"), outcomes.next());
     }
-    // None of them is answered before all 64 are there.
+    // None is answered before all 64 have arrived.
     EXPECT_TRUE(outcomes.waitForAll());
     EXPECT_EQ(outcomes.countWithStatus(200), 64U) << outcomes.firstError();
     nginx.stop();
@@ -424,9 +424,9 @@ TEST_F(Http2Delivery, OpensOneConnectionForABurstFromTheStart) {
     EXPECT_EQ(connections.size(), 1U);
 }
 
-TEST_F(Http2Delivery, OpensOneConnectionForABurstAfterTheLastHasGone) {
+TEST_F(Http2Delivery, OpensOneConnectionForABurstAfterTheLastHasClosed) {
     constexpr std::size_t rounds = 10;
-    // A connection ends with the burst that it carried.
+    // The connection closes after the burst.
     Nginx nginx(authority_.nginx("keepalive_requests 200; location / { proxy_pass http://accepting; }"));
     CurlHttpClient client(authority_.file());
     HttpOutcomes outcomes;
@@ -445,35 +445,35 @@ TEST_F(Http2Delivery, OpensOneConnectionForABurstAfterTheLastHasGone) {
     EXPECT_LE(connections.size(), rounds + 2);
 }
 
-TEST_F(Http2Delivery, LosesNothingWhenTheServerRenewsItsConnections) {
-    // After each 1,000 requests of a connection nginx takes no further ones on it.
+TEST_F(Http2Delivery, LosesNothingWhenTheServerClosesConnections) {
+    // nginx accepts 1,000 requests per connection.
     Nginx nginx(authority_.nginx("location / { proxy_pass http://accepting; }"));
     expectEachOnce(nginx, "HTTP/2.0", 5000, 1);
     std::set<std::uint64_t> connections;
     for (const Nginx::Request& request : nginx.requests()) {
         connections.insert(request.connection);
     }
-    // Who finds a new connection on its way waits for it, instead of opening one more.
+    // Requests wait for a connection that is being opened instead of opening another one.
     EXPECT_LE(connections.size(), 8U);
 }
 
-TEST_F(Http2Delivery, LosesNothingWhenTheServerRenewsItsConnectionsAllTheTime) {
-    // Often enough for every handle of libcurl to meet it more than five times.
+TEST_F(Http2Delivery, LosesNothingWhenTheServerKeepsClosingConnections) {
+    // Often enough for each of libcurl's handles to see it more than five times.
     Nginx nginx(authority_.nginx("keepalive_requests 50; location / { proxy_pass http://accepting; }"));
     expectEachOnce(nginx, "HTTP/2.0", 5000, 1);
 }
 
-TEST_F(Http2Delivery, LosesNothingWhenTheServerTakesFewStreams) {
+TEST_F(Http2Delivery, LosesNothingWhenTheServerAllowsFewStreams) {
     Nginx nginx(
         authority_.nginx("http2_max_concurrent_streams 8; location / { proxy_pass http://accepting; }"));
     expectEachOnce(nginx, "HTTP/2.0", 5000, 5000);
 }
 
-TEST_F(Http2Delivery, TakesAnAnswerThatComesBeforeTheRequestIsAllSent) {
-    // nginx answers as soon as it has seen the head, and ends the stream.
+TEST_F(Http2Delivery, AcceptsAnAnswerBeforeTheWholeRequestIsSent) {
+    // nginx answers as soon as it has the headers, and closes the stream.
     const Nginx nginx(authority_.nginx("keepalive_requests 1000000; location / { return 204; }"));
     CurlHttpClient client(authority_.file());
-    // On a fresh connection libcurl may lose such an answer altogether.
+    // On a new connection libcurl may lose such an answer entirely.
     EXPECT_EQ(fetch(client, getting(nginx.url("/"))).status(), 204);
     HttpOutcomes outcomes;
     for (std::size_t round = 1; round <= 10; ++round) {
@@ -485,20 +485,20 @@ TEST_F(Http2Delivery, TakesAnAnswerThatComesBeforeTheRequestIsAllSent) {
     }
 }
 
-TEST_F(Http2Delivery, CarriesLargeBodiesBothWays) {
+TEST_F(Http2Delivery, TransfersLargeBodiesBothWays) {
     const std::string large(std::size_t{8} << 20U, 'l');
     const Nginx nginx(authority_.nginx("root .; location / { }"
                                        "location /v1/ { proxy_pass http://127.0.0.1:1; }"));
     support::writeFile(nginx.folder() / "large.bin", large);
     CurlHttpClient client(authority_.file());
     EXPECT_TRUE(fetch(client, getting(nginx.url("/large.bin"))).body == large);
-    // nginx takes the whole body in before it finds nobody to pass it on to.
+    // nginx receives the whole body before it finds its upstream missing.
     EXPECT_EQ(fetch(client, posting(nginx.url("/v1/event"), large)).status(), 502);
 }
 
 TEST(WaitingHttpRequests, CostLittleMoreThanTheirBodies) {
     if (isSanitized) {
-        GTEST_SKIP() << "a sanitizer's memory is not the program's";
+        GTEST_SKIP() << "sanitizers use memory of their own";
     }
     const RawServer hanging([](RawServer::Connection& connection) { connection.hang(); });
     const RawServer working([](RawServer::Connection& connection) {
@@ -511,7 +511,7 @@ TEST(WaitingHttpRequests, CostLittleMoreThanTheirBodies) {
     constexpr std::size_t bodySize = 850;
     {
         CurlHttpClient client("");
-        // Six on their way are no waiting ones.
+        // Six under way do not count as waiting.
         for (int number = 0; number < 6; ++number) {
             client.start(posting(hanging.url("/v1/event"), "{}"), [](auto, auto, auto) {});
         }
@@ -524,7 +524,7 @@ TEST(WaitingHttpRequests, CostLittleMoreThanTheirBodies) {
         };
         const std::size_t before = used();
         for (std::size_t number = 0; number < count; ++number) {
-            // As an encoder leaves it: with room to grow.
+            // With spare capacity, as an encoder leaves it.
             std::string body;
             while (body.size() < bodySize) {
                 body += "0123456789";
@@ -532,7 +532,7 @@ TEST(WaitingHttpRequests, CostLittleMoreThanTheirBodies) {
             client.start(posting(hanging.url("/v1/event"), std::move(body)),
                          [&ended](auto, auto, auto) { ++ended; });
         }
-        // Answered only after all of them have been taken over and sorted.
+        // Answered only after all of them have been queued.
         EXPECT_EQ(fetch(client, getting(working.url("/"))).status(), 200);
         const double perRequest = static_cast<double>(used() - before) / static_cast<double>(count);
         RecordProperty("bytesPerWaitingRequest", std::to_string(perRequest));

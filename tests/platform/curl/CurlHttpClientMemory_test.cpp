@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-/// What the client does when memory runs out on its thread. This file replaces the allocation functions of
-/// its whole program, and is therefore a program of its own.
+/// Runs out of memory on the client's thread. This file replaces the allocation functions of the whole
+/// program, so it is a program of its own.
 
 #include <vorna/platform/curl/CurlHttpClient.h>
 
@@ -75,7 +75,7 @@ HttpRequest to(const std::string& url) {
     return {.url = URL::parse(url).value(), .headers = {}, .body = {}};
 }
 
-TEST(HttpClientOutOfMemory, EndsTheRequestThatItHitsAndNoOther) {
+TEST(HttpClientOutOfMemory, EndsTheRequestAffectedAndNoOther) {
     const RawServer server([](RawServer::Connection& connection) {
         while (!connection.readRequest().empty()) {
             connection.send(
@@ -109,7 +109,7 @@ TEST(HttpClientOutOfMemory, EndsTheRequestThatItHitsAndNoOther) {
                 start(request);
             }
             EXPECT_TRUE(counts.waitFor(static_cast<int>(counts.completions.size())));
-            // What has been set up for one request does not keep the client from the next.
+            // What was set up for one request does not prevent the next.
             EXPECT_GE(counts.succeeded, static_cast<int>(counts.completions.size()) - 2) << number;
         }
         for (const int completions : counts.completions) {
@@ -117,7 +117,7 @@ TEST(HttpClientOutOfMemory, EndsTheRequestThatItHitsAndNoOther) {
         }
         failures += counts.failed;
     }
-    EXPECT_GT(failures, allocations + 5) << "the trap has not been sprung";
+    EXPECT_GT(failures, allocations + 5) << "no allocation has failed";
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// What came of a test's requests.
+/// The outcomes of a test's requests.
 
 #include <vorna/platform/HttpClient.h>
 
@@ -30,7 +30,7 @@ struct HttpOutcome {
 
     std::string errorText() const { return error ? error->description : "no error"; }
 
-    /// The first header of that name; absent when there is none.
+    /// Returns the first header of that name; std::nullopt if there is none.
     std::optional<std::string> header(std::string_view name) const {
         if (response) {
             for (const HttpHeader& header : response->headers) {
@@ -43,10 +43,10 @@ struct HttpOutcome {
     }
 };
 
-/// Collects outcomes, each in the place of its request. It outlives the client whose completions it makes.
+/// Collects outcomes by request. Must outlive the client that calls its completions.
 class HttpOutcomes {
   public:
-    /// For the next request.
+    /// Returns the completion of the next request.
     HttpClient::Completion next() {
         const std::scoped_lock lock(mutex_);
         const std::size_t place = outcomes_.size();
@@ -61,7 +61,7 @@ class HttpOutcomes {
         };
     }
 
-    /// False when not all have come even after a time that is long enough for anything.
+    /// False if not all requests are complete within a generous time.
     bool waitForAll() const {
         std::unique_lock lock(mutex_);
         return changed_.wait_for(lock, std::chrono::minutes(2),
@@ -73,13 +73,13 @@ class HttpOutcomes {
         return changed_.wait_for(lock, std::chrono::minutes(2), [&] { return count_ >= count; });
     }
 
-    /// How many have come so far.
+    /// How many requests are complete.
     std::size_t count() const {
         const std::scoped_lock lock(mutex_);
         return count_;
     }
 
-    /// Those of one request, in the order of the requests: more or less than one is a fault of the client.
+    /// The outcomes of each request, in order. Any number but one is a fault of the client.
     std::vector<std::vector<HttpOutcome>> all() const {
         const std::scoped_lock lock(mutex_);
         return outcomes_;
@@ -135,10 +135,9 @@ inline HttpRequest posting(std::string_view url, std::string body) {
             .body = std::move(body)};
 }
 
-/// Starts the request and waits for its end. An outcome without anything is that of a request that never
-/// ended.
+/// Starts the request and waits for its outcome, which is empty if the request never ended.
 inline HttpOutcome fetch(HttpClient& client, HttpRequest request) {
-    // Not on the stack: the completion may come after all, when the wait has been given up.
+    // Not on the stack: the completion may be called after the wait has timed out.
     const auto outcomes = std::make_shared<HttpOutcomes>();
     client.start(std::move(request),
                  [outcomes, complete = outcomes->next()](auto body, auto response, auto error) {

@@ -29,8 +29,7 @@ using support::Nginx;
 using support::RawServer;
 using testing::HasSubstr;
 
-/// The lines of a request's head, without the one by which it says what compressions it understands: that one
-/// is libcurl's own.
+/// The lines of a request's head except Accept-Encoding, which depends on how libcurl was built.
 std::vector<std::string> headLines(const std::string& request) {
     std::istringstream text(request.substr(0, request.find("\r\n\r\n")));
     std::vector<std::string> lines;
@@ -47,13 +46,13 @@ std::string bodyOf(const std::string& request) {
     return request.substr(request.find("\r\n\r\n") + 4);
 }
 
-/// Answers each connection's first request.
+/// Answers the first request of each connection.
 void answerOk(RawServer::Connection& connection) {
     connection.readRequest();
     connection.send(RawServer::httpAnswer(200, "fine"));
 }
 
-TEST(HttpRequestOnTheWire, OfGetHasNoHeaderBesideTheProtocolsOwn) {
+TEST(HttpRequestOnTheWire, OfGetHasOnlyTheHeadersOfTheProtocol) {
     const RawServer server(answerOk);
     CurlHttpClient client("");
     const HttpOutcome outcome = fetch(client, getting(server.url("/v1/thing?a=b")));
@@ -64,7 +63,7 @@ TEST(HttpRequestOnTheWire, OfGetHasNoHeaderBesideTheProtocolsOwn) {
                                         "Host: 127.0.0.1:" + std::to_string(server.port())}));
 }
 
-TEST(HttpRequestOnTheWire, OfHeadEndsWithTheHeadOfTheAnswer) {
+TEST(HttpRequestOnTheWire, OfHeadEndsWithTheHeadersOfTheAnswer) {
     const RawServer server([](RawServer::Connection& connection) {
         connection.readRequest();
         connection.send("HTTP/1.1 200 OK\r\nContent-Length: 5000\r\n\r\n");
@@ -107,13 +106,13 @@ TEST(HttpRequestOnTheWire, OfPostWithoutContentTypeGetsNone) {
                                         "Content-Length: 4"}));
 }
 
-TEST(HttpRequestOnTheWire, OverHttp2HasNoHeaderBesideTheProtocolsOwn) {
+TEST(HttpRequestOnTheWire, OverHttp2HasOnlyTheHeadersOfTheProtocol) {
     if (!Nginx::isInstalled()) {
         GTEST_SKIP() << "nginx is not installed";
     }
     const LocalAuthority authority;
     const RawServer behind(answerOk);
-    // nginx passes on what it has received, but for the four that concern the connection.
+    // nginx forwards all headers except the four that concern the connection.
     const Nginx nginx(
         authority.nginx("location / { proxy_pass http://127.0.0.1:" + std::to_string(behind.port()) +
                         "; proxy_set_header Accept-Encoding ''; }"));
@@ -132,7 +131,7 @@ struct BodySize {
 
 class HttpRequestBody : public testing::TestWithParam<BodySize> {};
 
-TEST_P(HttpRequestBody, ArrivesWholeAndWithoutAskingFirst) {
+TEST_P(HttpRequestBody, ArrivesCompleteAndWithoutExpect100) {
     const RawServer server(answerOk);
     CurlHttpClient client("");
     std::string body(GetParam().bytes, 'x');
@@ -154,7 +153,7 @@ INSTANTIATE_TEST_SUITE_P(Sizes, HttpRequestBody,
                                          BodySize{"EightMebibytes", std::size_t{8} << 20U}),
                          [](const auto& testCase) { return testCase.param.name; });
 
-/// Head and body apart would each wait for the other side's delayed acknowledgement.
+/// In two segments, the second would wait for the delayed acknowledgement of the first.
 TEST(HttpRequestOnTheWire, OfAnEventIsOneSegment) {
     const int listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in address{};
@@ -191,7 +190,7 @@ TEST(HttpClientStart, ReturnsWhileTheClientIsBusy) {
     HttpOutcomes outcomes;
     std::promise<void> entered;
     std::promise<void> released;
-    // Nothing of the client can run while its thread stands in this completion.
+    // The client cannot do anything while its thread is in this completion.
     client.start(getting(server.url("/first")), [&](auto, auto, auto) {
         entered.set_value();
         released.get_future().wait();
@@ -206,7 +205,7 @@ TEST(HttpClientStart, ReturnsWhileTheClientIsBusy) {
     EXPECT_EQ(outcomes.countWithStatus(200), 100U) << outcomes.firstError();
 }
 
-TEST(HttpClientStart, ReturnsThoughTheServerIsSilent) {
+TEST(HttpClientStart, ReturnsEvenIfTheServerIsSilent) {
     RawServer server([](RawServer::Connection& connection) { connection.hang(); });
     HttpOutcomes outcomes;
     {
@@ -219,7 +218,7 @@ TEST(HttpClientStart, ReturnsThoughTheServerIsSilent) {
     EXPECT_EQ(outcomes.countWithError(), 2U);
 }
 
-TEST(HttpClientStart, WakesAClientThatHasNothingToDo) {
+TEST(HttpClientStart, WakesAnIdleClient) {
     const RawServer server([](RawServer::Connection& connection) {
         while (!connection.readRequest().empty()) {
             connection.send("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n");
@@ -230,7 +229,7 @@ TEST(HttpClientStart, WakesAClientThatHasNothingToDo) {
     for (int count = 0; count < 50; ++count) {
         EXPECT_EQ(fetch(client, getting(server.url("/"))).status(), 200);
     }
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30)) << "it has slept on";
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30)) << "it was not woken";
 }
 
 TEST(HttpClientStart, WorksFromInsideACompletion) {
@@ -279,7 +278,7 @@ TEST(HttpClientCompletion, RunsOnOneThreadOfTheClient) {
     EXPECT_EQ(all[0].at(0).thread, all[1].at(0).thread);
 }
 
-TEST(HttpClientCompletion, MayThrowWithoutHarmToOthers) {
+TEST(HttpClientCompletion, MayThrowWithoutAffectingOthers) {
     const RawServer server(answerOk);
     CurlHttpClient client("");
     client.start(getting(server.url("/")),
@@ -287,7 +286,7 @@ TEST(HttpClientCompletion, MayThrowWithoutHarmToOthers) {
     EXPECT_EQ(fetch(client, getting(server.url("/"))).status(), 200);
 }
 
-TEST(HttpCancellation, EndsARequestThatTheServerLeavesWithoutAnAnswer) {
+TEST(HttpCancellation, EndsARequestThatIsNotAnswered) {
     RawServer server([](RawServer::Connection& connection) { connection.hang(); });
     HttpOutcomes outcomes;
     CurlHttpClient client("");
@@ -302,7 +301,7 @@ TEST(HttpCancellation, EndsARequestThatTheServerLeavesWithoutAnAnswer) {
     EXPECT_EQ(outcomes.countWithError(), 1U);
 }
 
-TEST(HttpCancellation, EndsARequestThatHasNotHadItsTurn) {
+TEST(HttpCancellation, EndsAWaitingRequest) {
     RawServer server([](RawServer::Connection& connection) { connection.hang(); });
     HttpOutcomes outcomes;
     HttpOutcomes others;
@@ -318,10 +317,10 @@ TEST(HttpCancellation, EndsARequestThatHasNotHadItsTurn) {
     stop.request_stop();
     ASSERT_TRUE(outcomes.waitForAll());
     EXPECT_EQ(outcomes.countWithError(), 20U);
-    EXPECT_EQ(others.count(), 0U) << "what nobody has cancelled goes on";
+    EXPECT_EQ(others.count(), 0U) << "requests that are not cancelled continue";
 }
 
-TEST(HttpCancellation, AfterTheAnswerChangesNothing) {
+TEST(HttpCancellation, AfterTheAnswerHasNoEffect) {
     const RawServer server(answerOk);
     CurlHttpClient client("");
     std::stop_source stop;

@@ -31,7 +31,7 @@ using testing::AnyOf;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-/// Whom a client trusts that gets an answer, or an error that says what it holds against the server.
+/// A trusted server gives an answer, any other an error with the reason.
 class HttpsServer : public testing::Test {
   protected:
     void SetUp() override {
@@ -89,15 +89,15 @@ TEST_F(HttpsServer, IsRefusedWhenTheFileOfAuthoritiesIsMissing) {
     expectRefusal(askServerWith(authority_.good(), "/nonexistent/ca.pem"), HasSubstr("/nonexistent/ca.pem"));
 }
 
-TEST_F(HttpsServer, OfTls12IsSpokenTo) {
+TEST_F(HttpsServer, WithTls12IsAccepted) {
     Nginx::Options options = authority_.nginx("ssl_protocols TLSv1.2; location / { return 200; }");
     nginx_.emplace(options);
     CurlHttpClient client(authority_.file());
     EXPECT_EQ(fetch(client, getting(nginx_->url("/"))).status(), 200);
 }
 
-TEST_F(HttpsServer, OfTls11IsRefused) {
-    // At this security level OpenSSL would speak the old protocol if it were asked to.
+TEST_F(HttpsServer, WithTls11IsRefused) {
+    // At this security level OpenSSL itself would accept the old protocol.
     nginx_.emplace(authority_.nginx("ssl_protocols TLSv1.1; ssl_ciphers DEFAULT@SECLEVEL=0; "
                                     "location / { return 200; }"));
     CurlHttpClient client(authority_.file());
@@ -126,7 +126,7 @@ TEST(PlainHttp, ToLocalhostIsSent) {
               200);
 }
 
-/// One of this machine's addresses that others can reach.
+/// One of this machine's addresses that other machines can reach.
 std::optional<sockaddr_in> ownAddress() {
     ifaddrs* list = nullptr;
     std::optional<sockaddr_in> found;
@@ -144,7 +144,7 @@ std::optional<sockaddr_in> ownAddress() {
     return found;
 }
 
-/// Listens where others can reach this machine.
+/// Listens on an address that other machines can reach.
 class ReachableListener {
   public:
     explicit ReachableListener(sockaddr_in address)
@@ -222,7 +222,7 @@ TEST(OtherSchemes, AreRefused) {
     }
 }
 
-/// The variables are those of this process; each test has one of its own.
+/// Changes the variables of this process; each test has a process of its own.
 class HttpProxy : public testing::Test {
   protected:
     void SetUp() override {
@@ -251,7 +251,7 @@ TEST_F(HttpProxy, IsTakenFromTheEnvironmentForHttps) {
     EXPECT_THAT(proxy_.received().at(0), StartsWith("CONNECT service.vorna.invalid:443 HTTP/1.1\r\n"));
 }
 
-TEST_F(HttpProxy, IsPassedByForTheHostsOfNoProxy) {
+TEST_F(HttpProxy, IsBypassedForTheHostsOfNoProxy) {
     set("https_proxy", proxy_.url(""));
     set("no_proxy", "service.vorna.invalid");
     CurlHttpClient client("");
@@ -259,7 +259,7 @@ TEST_F(HttpProxy, IsPassedByForTheHostsOfNoProxy) {
     EXPECT_EQ(proxy_.connectionCount(), 0U);
 }
 
-TEST_F(HttpProxy, HasNoPartInPlainHttp) {
+TEST_F(HttpProxy, IsNotUsedForPlainHttp) {
     const RawServer server([](RawServer::Connection& connection) {
         connection.readRequest();
         connection.send(RawServer::httpAnswer(200, ""));

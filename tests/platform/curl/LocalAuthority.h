@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A certificate authority of a test's own, and certificates of every quality for a server on "localhost".
+/// A certificate authority for one test, with valid and invalid certificates for a server on "localhost".
 
 #include <tests/support/Nginx.h>
 #include <tests/support/TemporaryFolder.h>
@@ -21,7 +21,7 @@ class LocalAuthority {
         support::writeFile(folder_.path() / "ca.pem", authority_.certificate());
     }
 
-    /// The file that makes a client trust this authority.
+    /// The PEM file for clients that trust this authority.
     std::string file() const { return (folder_.path() / "ca.pem").string(); }
 
     devserver::CertificateWithKey good() const { return authority_.issue(subject("localhost", 24)); }
@@ -36,7 +36,7 @@ class LocalAuthority {
         return devserver::CertificateAuthority::selfSigned(subject("localhost", 24));
     }
 
-    /// An nginx that this authority vouches for.
+    /// The configuration of an nginx with a certificate of this authority.
     support::Nginx::Options nginx(std::string server, bool offersHttp2 = true) const {
         devserver::CertificateWithKey identity = good();
         return {.certificate = std::move(identity.certificate),

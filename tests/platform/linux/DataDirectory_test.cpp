@@ -10,7 +10,7 @@ namespace {
 
 using tests::environmentOf;
 
-TEST(HomeFolder, IsTheVariablesElseTheAccounts) {
+TEST(HomeFolder, IsThatOfTheVariableElseOfTheAccount) {
     EXPECT_EQ(homeFolder(environmentOf({{"HOME", "/home/ayse"}}, "/home/account")), "/home/ayse");
     EXPECT_EQ(homeFolder(environmentOf({}, "/home/account")), "/home/account");
     EXPECT_EQ(homeFolder(environmentOf({{"HOME", ""}}, "/home/account")), "/home/account");
@@ -19,14 +19,14 @@ TEST(HomeFolder, IsTheVariablesElseTheAccounts) {
     EXPECT_EQ(homeFolder(environmentOf({}, "relative")), std::nullopt);
 }
 
-TEST(HomeFolder, OfTheLivingProcessIsAnAbsolutePath) {
+TEST(HomeFolder, OfThisProcessIsAnAbsolutePath) {
     const std::optional<std::string> home = homeFolder(processEnvironment());
     ASSERT_TRUE(home);
     EXPECT_TRUE(home->starts_with('/')) << *home;
     EXPECT_EQ(processEnvironment().variable("VORNA_TEST_VARIABLE_THAT_NOBODY_SETS"), std::nullopt);
 }
 
-TEST(DefaultDataDirectory, IsNamedAfterTheApplicationUnderTheUsersData) {
+TEST(DefaultDataDirectory, IsNamedAfterTheApplicationInTheUsersData) {
     EXPECT_EQ(defaultDataDirectory("com.example.app", environmentOf({{"HOME", "/home/ayse"}})),
               "/home/ayse/.local/share/com.example.app");
     EXPECT_EQ(defaultDataDirectory("com.example.app",
@@ -43,7 +43,7 @@ TEST(DefaultDataDirectory, ARelativeOrEmptyDataFolderIsIgnored) {
     }
 }
 
-TEST(DefaultDataDirectory, IsNamedAfterTheProgramWhereTheApplicationHasNoIdentifier) {
+TEST(DefaultDataDirectory, IsNamedAfterTheProgramIfTheApplicationHasNoIdentifier) {
     const std::string program = programName();
     EXPECT_FALSE(program.empty());
     EXPECT_EQ(program, std::filesystem::read_symlink("/proc/self/exe").filename().string());
@@ -52,15 +52,15 @@ TEST(DefaultDataDirectory, IsNamedAfterTheProgramWhereTheApplicationHasNoIdentif
     EXPECT_EQ(defaultDataDirectory("", environment), "/home/ayse/.local/share/" + program);
 }
 
-TEST(DefaultDataDirectory, NeedsNoHomeWhereTheUsersDataHasAPlace) {
+TEST(DefaultDataDirectory, NeedsNoHomeIfTheUsersDataHasAFolder) {
     EXPECT_EQ(defaultDataDirectory("app", environmentOf({{"XDG_DATA_HOME", "/data"}})), "/data/app");
 }
 
-TEST(DefaultDataDirectory, IsAbsentWithoutAHome) {
+TEST(DefaultDataDirectory, DoesNotExistWithoutAHome) {
     EXPECT_EQ(defaultDataDirectory("app", environmentOf({})), std::nullopt);
 }
 
-TEST(DefaultDataDirectory, AnIdentifierCannotLeadOutOfTheUsersData) {
+TEST(DefaultDataDirectory, AnIdentifierCannotLeaveTheUsersData) {
     const Environment environment = environmentOf({{"XDG_DATA_HOME", "/data"}});
     EXPECT_EQ(defaultDataDirectory("../../etc", environment), "/data/.._.._etc");
     EXPECT_EQ(defaultDataDirectory("..", environment), "/data/application");

@@ -8,24 +8,24 @@
 namespace vorna {
 namespace {
 
-TEST(DeviceModel, IsWhatTheDeviceTreeSaysWithoutItsZeroByte) {
+TEST(DeviceModel, IsThatOfTheDeviceTreeWithoutItsZeroByte) {
     EXPECT_EQ(deviceModel(std::string("Pine64 PinePhone (1.2)\0", 23), "Product", "aarch64"),
               "Pine64 PinePhone (1.2)");
 }
 
-TEST(DeviceModel, IsTheProductNameWhereThereIsNoDeviceTree) {
+TEST(DeviceModel, IsTheProductNameWithoutADeviceTree) {
     EXPECT_EQ(deviceModel(std::nullopt, "XPS 13 9310\n", "x86_64"), "XPS 13 9310");
     EXPECT_EQ(deviceModel(std::string(1, '\0'), "XPS 13 9310\n", "x86_64"), "XPS 13 9310");
 }
 
-TEST(DeviceModel, IsTheMachineNameWhereFirmwareSaysNothing) {
+TEST(DeviceModel, IsTheMachineNameIfFirmwareHasNone) {
     EXPECT_EQ(deviceModel(std::nullopt, std::nullopt, "x86_64"), "x86_64");
     EXPECT_EQ(deviceModel("", " \n", "x86_64"), "x86_64");
 }
 
 class UnfilledProductName : public testing::TestWithParam<const char*> {};
 
-TEST_P(UnfilledProductName, IsNoModel) {
+TEST_P(UnfilledProductName, IsIgnored) {
     EXPECT_EQ(deviceModel(std::nullopt, std::string(GetParam()) + "\n", "x86_64"), "x86_64");
 }
 
@@ -34,7 +34,7 @@ INSTANTIATE_TEST_SUITE_P(Names, UnfilledProductName,
                                          "System Product Name", "Default string", "Not Specified", "None",
                                          "OEM", "0"));
 
-TEST(DeviceModel, AProductNameThatOnlyBeginsLikeAPlaceholderCounts) {
+TEST(DeviceModel, AProductNameThatOnlyBeginsLikeAPlaceholderIsUsed) {
     EXPECT_EQ(deviceModel(std::nullopt, "None Such 3000", "x86_64"), "None Such 3000");
 }
 

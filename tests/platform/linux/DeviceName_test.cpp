@@ -13,7 +13,7 @@ TEST(DeviceName, IsTheNameThatTheUserHasGiven) {
               "Lennart's Tablet");
 }
 
-TEST(DeviceName, IsTheHostNameWhereTheUserHasGivenNone) {
+TEST(DeviceName, IsTheHostNameIfTheUserHasGivenNone) {
     EXPECT_EQ(deviceName(std::nullopt, "tablet"), "tablet");
     EXPECT_EQ(deviceName("CHASSIS=tablet\n", "tablet"), "tablet");
     EXPECT_EQ(deviceName("PRETTY_HOSTNAME=\"\"\n", "tablet"), "tablet");

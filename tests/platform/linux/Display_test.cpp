@@ -15,7 +15,7 @@ TEST(MainDisplay, IsTheFirstModeOfTheFirstConnectedDisplay) {
               (ScreenFacts{.width = 1920, .height = 1080, .scale = 1}));
 }
 
-TEST(MainDisplay, ABuiltInPanelComesBeforeWhatIsPluggedIn) {
+TEST(MainDisplay, ABuiltInPanelComesBeforeExternalDisplays) {
     for (const char* const panel : {"card1-DSI-1", "card1-eDP-1", "card1-LVDS-1", "card1-DPI-1"}) {
         EXPECT_EQ(mainDisplay({{"card0-HDMI-A-1", "connected\n", "1920x1080\n"},
                                {panel, "connected\n", "720x1440\n"}}),
@@ -24,24 +24,24 @@ TEST(MainDisplay, ABuiltInPanelComesBeforeWhatIsPluggedIn) {
     }
 }
 
-TEST(MainDisplay, AClosedPanelLeavesThePlaceToWhatIsPluggedIn) {
+TEST(MainDisplay, IsExternalIfTheBuiltInPanelIsOff) {
     EXPECT_EQ(
         mainDisplay({{"card0-eDP-1", "disconnected\n", ""}, {"card0-DP-1", "connected\n", "2560x1440\n"}}),
         (ScreenFacts{.width = 2560, .height = 1440, .scale = 1}));
 }
 
-TEST(MainDisplay, AModeMayHaveALetterBehindIt) {
+TEST(MainDisplay, AModeMayEndInALetter) {
     EXPECT_EQ(mainDisplay({{"card0-HDMI-A-1", "connected\n", "1920x1080i\n"}}),
               (ScreenFacts{.width = 1920, .height = 1080, .scale = 1}));
 }
 
-TEST(MainDisplay, IsAbsentWhenNothingIsConnected) {
+TEST(MainDisplay, DoesNotExistIfNothingIsConnected) {
     EXPECT_EQ(mainDisplay({}), std::nullopt);
     EXPECT_EQ(mainDisplay({{"card0-DP-1", "disconnected\n", "1920x1080\n"}}), std::nullopt);
     EXPECT_EQ(mainDisplay({{"card0-Writeback-1", "unknown\n", "1920x1080\n"}}), std::nullopt);
 }
 
-TEST(MainDisplay, ADisplayWithoutAModeThatCanBeReadIsPassedOver) {
+TEST(MainDisplay, SkipsADisplayWithoutAReadableMode) {
     for (const char* const modes :
          {"", "\n", "x", "1920", "1920x", "x1080", "0x0\n", "-1x5\n", "axb\n", "99999999999x1\n"}) {
         EXPECT_EQ(

@@ -11,7 +11,7 @@
 namespace vorna {
 namespace {
 
-TEST(GetrandomSource, EveryBitOfASixteenBitNumberIsSetAndClearAtTimes) {
+TEST(GetrandomSource, EveryBitOfA16BitNumberVaries) {
     GetrandomSource source;
     unsigned set = 0;
     unsigned clear = 0;
@@ -24,7 +24,7 @@ TEST(GetrandomSource, EveryBitOfASixteenBitNumberIsSetAndClearAtTimes) {
     EXPECT_EQ(clear, 0xFFFFU);
 }
 
-TEST(GetrandomSource, EveryBitOfASixtyFourBitNumberIsSetAndClearAtTimes) {
+TEST(GetrandomSource, EveryBitOfA64BitNumberVaries) {
     GetrandomSource source;
     std::uint64_t set = 0;
     std::uint64_t clear = 0;

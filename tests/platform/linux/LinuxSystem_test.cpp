@@ -40,7 +40,7 @@ using tests::MuteSystemBus;
 using tests::systemTree;
 using namespace std::chrono_literals;
 
-/// A system that lives under this root folder and looks at it often.
+/// A system under this root folder, which is read again often.
 LinuxSystemOptions optionsFor(const std::string& root) {
     LinuxSystemOptions options;
     options.bundle.identifier = "com.example.app";
@@ -68,7 +68,7 @@ TEST(LinuxSystemFacts, OfAPhone) {
     EXPECT_EQ(facts->bundle, options.bundle);
 }
 
-TEST(LinuxSystemFacts, OfAContainerThatTellsNearlyNothing) {
+TEST(LinuxSystemFacts, OfABareContainer) {
     const TemporaryFolder home;
     LinuxSystemOptions options = optionsFor(systemTree("alpine-container"));
     options.bundle = {};
@@ -91,7 +91,7 @@ TEST(LinuxSystemFacts, OfAContainerThatTellsNearlyNothing) {
     EXPECT_EQ(facts->bundle, BundleFacts{});
 }
 
-TEST(LinuxSystemFacts, OfThisMachineCanBeHad) {
+TEST(LinuxSystemFacts, OfThisMachineExist) {
     const LinuxSystem system;
     const auto facts = system.facts();
     EXPECT_FALSE(facts->deviceModel.empty());
@@ -113,7 +113,7 @@ TEST(LinuxSystemFacts, TextThatIsNotUtf8IsRepaired) {
     EXPECT_EQ(facts->osVersion, "\uFFFD");
 }
 
-TEST(LinuxSystemFacts, TextOfTheHostThatIsNotUtf8IsRepairedWithAWordAboutIt) {
+TEST(LinuxSystemFacts, TextOfTheHostThatIsNotUtf8IsRepairedAndLogged) {
     const TemporaryFolder root;
     LinuxSystemOptions options = optionsFor(root.path());
     options.bundle = {"com.example.caf\xE9", "1.2 \xFE", std::nullopt};
@@ -151,7 +151,7 @@ TEST(LinuxSystemFacts, AreTheSameObjectAsLongAsNothingChanges) {
     EXPECT_EQ(system.facts(), before);
 }
 
-TEST(LinuxSystemFacts, HandedOutStayAsTheyWere) {
+TEST(LinuxSystemFacts, OnceReturnedNeverChange) {
     LinuxSystem system(optionsFor(systemTree("alpine-container")));
     const auto before = system.facts();
     system.setScreen(windowScreen);
@@ -160,7 +160,7 @@ TEST(LinuxSystemFacts, HandedOutStayAsTheyWere) {
     EXPECT_NE(system.facts(), before);
 }
 
-TEST(LinuxSystemBundle, IsSuppliedOnlyWhereTheOptionsAreSilent) {
+TEST(LinuxSystemBundle, IsSuppliedOnlyIfTheOptionsDoNotGiveIt) {
     LinuxSystemOptions options = optionsFor(systemTree("alpine-container"));
     options.bundle = {std::nullopt, "2.0", std::nullopt};
     LinuxSystem system(options);
@@ -173,14 +173,13 @@ TEST(LinuxSystemScreen, IsFoundInTheBackground) {
     EXPECT_TRUE(eventually([&] { return system.facts()->screen == ScreenFacts{720, 1440, 1}; }));
 }
 
-TEST(LinuxSystemScreen, AReportedScreenIsNotReplacedByWhatTheKernelKnows) {
+TEST(LinuxSystemScreen, AReportedScreenIsNotReplacedByTheKernels) {
     const TemporaryFolder root;
     copySystemTree("pinephone-postmarketos", root.path());
     LinuxSystem system(optionsFor(root.path()));
     system.setScreen(windowScreen);
     system.enableBatteryMonitoring();
-    // The battery is looked at after the screen, so once its change has arrived the screen has been looked
-    // at.
+    // The battery is read after the screen, so once its change has arrived the screen has been read too.
     root.replace("sys/class/power_supply/axp20x-battery/capacity", "42\n");
     EXPECT_TRUE(eventually([&] { return system.facts()->battery.level == 0.42F; }));
     EXPECT_EQ(system.facts()->screen, windowScreen);
@@ -192,7 +191,7 @@ TEST(LinuxSystemBattery, IsUnknownUntilItIsMonitored) {
     EXPECT_EQ(system.facts()->battery, BatteryFacts{});
 }
 
-TEST(LinuxSystemBattery, IsMonitoredFromTheCallOn) {
+TEST(LinuxSystemBattery, IsMonitoredFromThenOn) {
     LinuxSystem system(optionsFor(systemTree("pinephone-postmarketos")));
     EXPECT_FALSE(system.facts()->battery.isMonitoringEnabled);
     system.enableBatteryMonitoring();
@@ -232,7 +231,7 @@ TEST(LinuxSystemBiometrics, AreSupportedWhenAFingerIsEnrolled) {
     EXPECT_EQ(service.calls().size(), 2U);
 }
 
-TEST(LinuxSystemBiometrics, TheBusIsFoundByItsVariableToo) {
+TEST(LinuxSystemBiometrics, TheBusIsFoundByItsVariable) {
     const FakeSystemBus bus;
     const FakeFingerprintService service(bus.address(), Fingers::enrolled);
     LinuxSystemOptions options = optionsFor(systemTree("alpine-container"));
@@ -249,7 +248,7 @@ TEST(LinuxSystemBiometrics, AreNotSupportedWhenNoFingerIsEnrolled) {
     EXPECT_FALSE(system.facts()->isBiometricSupported);
 }
 
-TEST(LinuxSystemBiometrics, ASilentServiceKeepsNobodyWaiting) {
+TEST(LinuxSystemBiometrics, ASilentServiceDelaysNothing) {
     const FakeSystemBus bus;
     const FakeFingerprintService service(bus.address(), Fingers::hanging);
     const auto begin = std::chrono::steady_clock::now();
@@ -270,17 +269,17 @@ TEST(LinuxSystemDisks, AreTheFileSystemOfTheHomeFolder) {
     const std::filesystem::space_info expected = std::filesystem::space(home.path());
     EXPECT_EQ(size->total, expected.capacity);
     EXPECT_LE(size->free, size->total);
-    // Others write to this file system too.
+    // Other processes write to this file system too.
     EXPECT_NEAR(static_cast<double>(size->free), static_cast<double>(expected.available), 5e9);
 }
 
-TEST(LinuxSystemDisks, AreAbsentWhenTheHomeFolderIsNotThere) {
+TEST(LinuxSystemDisks, AreUnknownIfTheHomeFolderDoesNotExist) {
     LinuxSystemOptions options = optionsFor(systemTree("alpine-container"));
     options.environment = environmentOf({{"HOME", "/none/such/home"}});
     EXPECT_EQ(LinuxSystem(options).homeFileSystem(), std::nullopt);
 }
 
-TEST(LinuxSystemWithoutAHome, HasNeitherDisksNorAPlaceForDocuments) {
+TEST(LinuxSystemWithoutAHome, HasNeitherDisksNorADocumentsFolder) {
     LinuxSystemOptions options = optionsFor(systemTree("alpine-container"));
     options.environment = environmentOf({});
     const LinuxSystem system(options);
@@ -288,7 +287,7 @@ TEST(LinuxSystemWithoutAHome, HasNeitherDisksNorAPlaceForDocuments) {
     EXPECT_EQ(system.documentsDirectory(), std::nullopt);
 }
 
-TEST(LinuxSystemDocuments, AreKeptUnderTheUsersDataAndMadeOnFirstUse) {
+TEST(LinuxSystemDocuments, AreInTheUsersDataAndCreatedOnFirstUse) {
     const TemporaryFolder home;
     const LinuxSystem system(optionsFor(home.path()));
     const std::string expected = home.path() / ".local/share/com.example.app";
@@ -298,7 +297,7 @@ TEST(LinuxSystemDocuments, AreKeptUnderTheUsersDataAndMadeOnFirstUse) {
     EXPECT_EQ(system.documentsDirectory(), expected);
 }
 
-TEST(LinuxSystemDocuments, AreKeptWhereTheHostHasSaid) {
+TEST(LinuxSystemDocuments, AreWhereTheHostWantsThem) {
     const TemporaryFolder folder;
     LinuxSystemOptions options = optionsFor(systemTree("alpine-container"));
     options.dataDirectory = folder.path() / "data/app";
@@ -307,7 +306,7 @@ TEST(LinuxSystemDocuments, AreKeptWhereTheHostHasSaid) {
     EXPECT_TRUE(std::filesystem::is_directory(folder.path() / "data/app"));
 }
 
-TEST(LinuxSystemDocuments, AreMadeOnceByManyThreads) {
+TEST(LinuxSystemDocuments, AreCreatedOnceByManyThreads) {
     const TemporaryFolder home;
     const LinuxSystem system(optionsFor(home.path()));
     std::vector<std::thread> threads;
@@ -324,64 +323,64 @@ TEST(LinuxSystemDocuments, AreMadeOnceByManyThreads) {
     EXPECT_EQ(found.load(), 8);
 }
 
-TEST(LinuxSystemDocuments, AFolderThatCannotBeMadeIsNamedAllTheSameAndItsCreationTellsWhy) {
+TEST(LinuxSystemDocuments, AFolderThatCannotBeCreatedIsReturnedAndItsCreationReportsWhy) {
     const TemporaryFolder home;
     home.write(".local", "a file where a folder should be");
     const LinuxSystem system(optionsFor(home.path()));
     const std::string expected = home.path() / ".local/share/com.example.app";
     EXPECT_EQ(system.documentsDirectory(), expected);
     const ItemCreation creation = system.creation(expected);
-    EXPECT_FALSE(creation.date);
-    EXPECT_EQ(creation.error, "Not a directory: " + expected);
+    ASSERT_FALSE(creation);
+    EXPECT_EQ(creation.error(), "Not a directory: " + expected);
 }
 
-TEST(LinuxSystemCreation, OfAnItemThatIsNotThereIsAnError) {
+TEST(LinuxSystemCreation, OfAMissingItemIsAnError) {
     const LinuxSystem system(optionsFor(systemTree("alpine-container")));
     const ItemCreation creation = system.creation("/none/such");
-    EXPECT_FALSE(creation.date);
-    EXPECT_EQ(creation.error, "No such file or directory: /none/such");
-    EXPECT_EQ(system.creation("").error, "No such file or directory: ");
+    ASSERT_FALSE(creation);
+    EXPECT_EQ(creation.error(), "No such file or directory: /none/such");
+    EXPECT_EQ(system.creation("").error(), "No such file or directory: ");
 }
 
-TEST(LinuxSystemCreation, OfANewFolderIsNowWhereTheFileSystemRecordsIt) {
+TEST(LinuxSystemCreation, OfANewFolderIsNowIfTheFileSystemRecordsIt) {
     const auto now = [] { return static_cast<double>(std::time(nullptr)); };
     const double before = now();
     const TemporaryFolder folder;
     const double after = now() + 1;
     const LinuxSystem system(optionsFor(folder.path()));
     const ItemCreation creation = system.creation(folder.path());
-    EXPECT_FALSE(creation.error);
-    if (!creation.date) {
+    ASSERT_TRUE(creation);
+    if (!*creation) {
         GTEST_SKIP() << "the file system of " << folder.path() << " records no birth times";
     }
-    EXPECT_GE(creation.date->secondsSince1970, before - 1);
-    EXPECT_LE(creation.date->secondsSince1970, after);
+    EXPECT_GE((*creation)->secondsSince1970, before - 1);
+    EXPECT_LE((*creation)->secondsSince1970, after);
 }
 
-TEST(LinuxSystemCreation, DoesNotMoveWhenTheItemIsChanged) {
+TEST(LinuxSystemCreation, DoesNotChangeWithTheItem) {
     const TemporaryFolder folder;
     const LinuxSystem system(optionsFor(folder.path()));
     const ItemCreation before = system.creation(folder.path());
     std::filesystem::last_write_time(folder.path(), std::filesystem::file_time_type::clock::now() - 1000h);
     folder.write("another", "");
     const ItemCreation after = system.creation(folder.path());
-    EXPECT_EQ(before.date, after.date);
+    ASSERT_TRUE(before);
+    EXPECT_EQ(before, after);
 }
 
-TEST(LinuxSystemCreation, IsNeitherADateNorAnErrorWhereTheFileSystemRecordsNone) {
+TEST(LinuxSystemCreation, IsNeitherADateNorAnErrorIfTheFileSystemRecordsNone) {
     struct statx item = {};
     ASSERT_EQ(statx(AT_FDCWD, "/proc/self", 0, STATX_BTIME, &item), 0);
     if ((item.stx_mask & STATX_BTIME) != 0) {
         GTEST_SKIP() << "/proc records birth times here";
     }
     const ItemCreation creation = LinuxSystem(optionsFor("/none")).creation("/proc/self");
-    EXPECT_FALSE(creation.date);
-    EXPECT_FALSE(creation.error);
+    EXPECT_EQ(creation, ItemCreation(std::nullopt));
 }
 
 class LinuxSystemTimeZone : public testing::Test {
   protected:
-    /// This process is one of its own, so its environment may be changed.
+    /// The test has a process of its own, whose environment it may change.
     static std::int32_t secondsIn(const char* zone, double moment) {
         setenv("TZ", zone, 1);  // NOLINT(concurrency-mt-unsafe)
         return LinuxSystem(optionsFor("/none")).secondsFromGMT(Date{moment});
@@ -398,27 +397,27 @@ TEST_F(LinuxSystemTimeZone, EastOfGreenwichIsAheadAndWestIsBehind) {
     EXPECT_EQ(secondsIn("<-0930>9:30", winterOf2024), -34200);
 }
 
-TEST_F(LinuxSystemTimeZone, SummerTimeCountsAtTheMomentAskedFor) {
+TEST_F(LinuxSystemTimeZone, SummerTimeAppliesToTheGivenDate) {
     constexpr const char* berlin = "CET-1CEST,M3.5.0,M10.5.0/3";
     EXPECT_EQ(secondsIn(berlin, winterOf2024), 3600);
     EXPECT_EQ(secondsIn(berlin, summerOf2024), 7200);
 }
 
-TEST_F(LinuxSystemTimeZone, AMomentThatNoCalendarHoldsIsTakenAsGreenwich) {
+TEST_F(LinuxSystemTimeZone, IsZeroForADateOutsideAnyCalendar) {
     for (const double moment : {std::numeric_limits<double>::quiet_NaN(),
                                 std::numeric_limits<double>::infinity(), -1e300, 1e300, 1e17}) {
         EXPECT_EQ(secondsIn("<+03>-3", moment), 0) << moment;
     }
 }
 
-TEST(LinuxSystemTravels, AChangedTimeZoneOfTheSystemIsNoticed) {
-    // In a mount namespace of its own, so that the time zone changes for this thread and its children alone.
+TEST(LinuxSystemTimeZoneOfTheSystem, MayChange) {
+    // In a mount namespace of its own, so that the time zone changes only for this thread and its children.
     const std::string zones = "/usr/share/zoneinfo/";
     if (!std::filesystem::exists(zones + "Asia/Kathmandu") || !std::filesystem::exists("/etc/localtime")) {
         GTEST_SKIP() << "needs the time zone database and /etc/localtime";
     }
     if (unshare(CLONE_NEWNS) != 0 || mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) {
-        GTEST_SKIP() << "needs the right to a mount namespace: " << std::generic_category().message(errno);
+        GTEST_SKIP() << "needs permission for a mount namespace: " << std::generic_category().message(errno);
     }
     unsetenv("TZ");  // NOLINT(concurrency-mt-unsafe)
     const LinuxSystem system(optionsFor("/none"));
@@ -435,7 +434,7 @@ std::size_t countOf(const char* folder) {
     return count;
 }
 
-TEST(LinuxSystemLife, MayBeEndedAtAnyMomentAndLeavesNothingBehind) {
+TEST(LinuxSystemLife, MayEndAtAnyTimeAndLeavesNothingBehind) {
     { const LinuxSystem first(optionsFor(systemTree("thinkpad-fedora"))); }
     const std::size_t threads = countOf("/proc/self/task");
     const std::size_t files = countOf("/proc/self/fd");
@@ -454,7 +453,7 @@ TEST(LinuxSystemLife, MayBeEndedAtAnyMomentAndLeavesNothingBehind) {
     EXPECT_EQ(countOf("/proc/self/fd"), files);
 }
 
-TEST(LinuxSystemLife, IsUsedFromManyThreadsAtOnce) {
+TEST(LinuxSystemLife, MayBeUsedFromManyThreadsAtOnce) {
     const TemporaryFolder root;
     copySystemTree("pinephone-postmarketos", root.path());
     LinuxSystemOptions options = optionsFor(root.path());
@@ -473,7 +472,7 @@ TEST(LinuxSystemLife, IsUsedFromManyThreadsAtOnce) {
                 }
                 EXPECT_TRUE(system.facts()->battery.isMonitoringEnabled);
                 EXPECT_TRUE(system.homeFileSystem());
-                EXPECT_FALSE(system.creation(*system.documentsDirectory()).error);
+                EXPECT_TRUE(system.creation(*system.documentsDirectory()));
                 system.secondsFromGMT(Date{winterOf2024});
             }
         });
@@ -495,16 +494,16 @@ bool isBackgroundThreadThere() {
     });
 }
 
-/// Registered first, so it runs when all else should have come to rest.
+/// Registered first, so that it runs when all threads should be at rest.
 void checkThatTheThreadIsAtRest() {
     // A joined thread may be listed a moment longer.
     if (!eventually([] { return !isBackgroundThreadThere(); }, 1s)) {
-        std::cerr << "the background thread still runs\n";
+        std::cerr << "the background thread is still running\n";
         std::_Exit(3);
     }
 }
 
-/// Leaves the process while the background thread waits for a bus that says nothing.
+/// Exits while the background thread waits for a silent bus.
 [[noreturn]] void exitWhileTheBusIsSilent(bool isDestroyedAtExit) {
     if (std::atexit(checkThatTheThreadIsAtRest) != 0) {
         std::_Exit(2);
@@ -518,18 +517,18 @@ void checkThatTheThreadIsAtRest() {
         system->enableBatteryMonitoring();
     }
     if (!bus.waitForGuest() || !isBackgroundThreadThere()) {
-        std::cerr << "nobody came\n";
+        std::cerr << "the bus was not used\n";
         std::_Exit(1);
     }
     std::exit(0);  // NOLINT(concurrency-mt-unsafe): just this is tested
 }
 
-TEST(LinuxSystemDeathTest, TheProcessMayEndWhileTheBusIsSilent) {
+TEST(LinuxSystemDeathTest, TheProcessMayExitWhileTheBusIsSilent) {
     testing::FLAGS_gtest_death_test_style = "threadsafe";
     EXPECT_EXIT(exitWhileTheBusIsSilent(true), testing::ExitedWithCode(0), "");
 }
 
-TEST(LinuxSystemDeathTest, TheProcessMayEndWithASystemThatIsNeverDestroyed) {
+TEST(LinuxSystemDeathTest, TheProcessMayExitWithASystemThatIsNeverDestroyed) {
     testing::FLAGS_gtest_death_test_style = "threadsafe";
     EXPECT_EXIT(exitWhileTheBusIsSilent(false), testing::ExitedWithCode(0), "");
 }

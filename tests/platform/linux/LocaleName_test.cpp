@@ -23,13 +23,13 @@ TEST(LocaleIdentifier, HasNeitherCodesetNorModifier) {
     }
 }
 
-TEST(LocaleIdentifier, OfTheLocaleOfTheCLanguageIsThePosixOne) {
+TEST(LocaleIdentifier, OfTheCLocaleIsThePosixOne) {
     for (const char* const name : {"C", "POSIX", "", "C.UTF-8", "C.utf8", "POSIX.UTF-8", ".UTF-8"}) {
         EXPECT_EQ(localeIdentifier(name), "en_US_POSIX") << name;
     }
 }
 
-TEST(MessagesLocale, TheStrongestVariableDecides) {
+TEST(MessagesLocale, TheVariableOfHighestPriorityDecides) {
     EXPECT_EQ(messagesLocale(environmentOf({{"LANG", "de_DE.UTF-8"}})), "de_DE");
     EXPECT_EQ(messagesLocale(environmentOf({{"LANG", "de_DE.UTF-8"}, {"LC_MESSAGES", "tr_TR.UTF-8"}})),
               "tr_TR");
@@ -38,13 +38,13 @@ TEST(MessagesLocale, TheStrongestVariableDecides) {
         "fr_FR");
 }
 
-TEST(MessagesLocale, AnEmptyVariableDecidesNothingButTheCLocaleDoes) {
+TEST(MessagesLocale, AnEmptyVariableIsIgnoredButNotTheCLocale) {
     EXPECT_EQ(messagesLocale(environmentOf({{"LC_ALL", ""}, {"LC_MESSAGES", ""}, {"LANG", "de_DE"}})),
               "de_DE");
     EXPECT_EQ(messagesLocale(environmentOf({{"LC_ALL", "C"}, {"LANG", "de_DE"}})), "en_US_POSIX");
 }
 
-TEST(MessagesLocale, IsThePosixOneWhereNothingIsSet) {
+TEST(MessagesLocale, IsThePosixOneIfNothingIsSet) {
     EXPECT_EQ(messagesLocale(environmentOf({})), "en_US_POSIX");
 }
 

@@ -9,11 +9,11 @@
 namespace vorna {
 namespace {
 
-TEST(OsVersion, IsTheVersionThatOsReleaseStates) {
+TEST(OsVersion, IsThatOfOsRelease) {
     EXPECT_EQ(osVersion("NAME=\"Debian GNU/Linux\"\nVERSION_ID=\"12\"\n", "6.1.0"), "12");
 }
 
-TEST(OsVersion, IsTheKernelsReleaseWhereOsReleaseStatesNone) {
+TEST(OsVersion, IsTheKernelsReleaseIfOsReleaseHasNone) {
     EXPECT_EQ(osVersion("NAME=\"Arch Linux\"\nBUILD_ID=rolling\n", "6.1.0"), "6.1.0");
     EXPECT_EQ(osVersion("VERSION_ID=\"\"\n", "6.1.0"), "6.1.0");
     EXPECT_EQ(osVersion(std::nullopt, "6.1.0"), "6.1.0");
@@ -33,7 +33,7 @@ TEST(OsVersion, OfTheStoredSystems) {
     }
 }
 
-TEST(OsVersion, TheAdministratorsFileHidesTheVendors) {
+TEST(OsVersion, TheFileInEtcHidesTheOneInUsr) {
     const support::TemporaryFolder folder;
     folder.write("usr/lib/os-release", "VERSION_ID=12\n");
     folder.write("etc/os-release", "NAME=Own\n");

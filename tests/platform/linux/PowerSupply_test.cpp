@@ -17,7 +17,7 @@ BatteryFacts batteryFacts(float level, BatteryState state) {
     return BatteryFacts{.level = level, .state = state, .isMonitoringEnabled = false};
 }
 
-TEST(ChargingStatusText, IsReadAsTheKernelWritesIt) {
+TEST(ChargingStatusText, IsParsedAsTheKernelWritesIt) {
     EXPECT_EQ(chargingStatus("Charging\n"), charging);
     EXPECT_EQ(chargingStatus("Discharging\n"), discharging);
     EXPECT_EQ(chargingStatus("Not charging\n"), notCharging);
@@ -43,7 +43,7 @@ TEST(BatteryStateOfTheDevice, FollowsItsOneBattery) {
     EXPECT_EQ(stateOf({unknown}), BatteryState::unknown);
 }
 
-TEST(BatteryStateOfTheDevice, FollowsTheBusiestOfSeveralBatteries) {
+TEST(BatteryStateOfTheDevice, FollowsTheMostActiveOfSeveralBatteries) {
     EXPECT_EQ(stateOf({full, charging}), BatteryState::charging);
     EXPECT_EQ(stateOf({charging, discharging}), BatteryState::charging);
     EXPECT_EQ(stateOf({full, discharging}), BatteryState::unplugged);
@@ -53,7 +53,7 @@ TEST(BatteryStateOfTheDevice, FollowsTheBusiestOfSeveralBatteries) {
     EXPECT_EQ(stateOf({notCharging, unknown}), BatteryState::unplugged);
 }
 
-TEST(BatteryLevelOfTheDevice, IsTheMeanByWhatEachBatteryHoldsWhenFull) {
+TEST(BatteryLevelOfTheDevice, IsTheMeanWeightedByCapacity) {
     EXPECT_FLOAT_EQ(combined({{.level = 1.0, .status = full, .fullEnergy = 30e6, .fullCharge = {}},
                               {.level = 0.2, .status = full, .fullEnergy = 10e6, .fullCharge = {}}})
                         .level,
@@ -64,7 +64,7 @@ TEST(BatteryLevelOfTheDevice, IsTheMeanByWhatEachBatteryHoldsWhenFull) {
                     0.4F);
 }
 
-TEST(BatteryLevelOfTheDevice, IsThePlainMeanWhereTheWeightsCannotBeCompared) {
+TEST(BatteryLevelOfTheDevice, IsThePlainMeanIfTheCapacitiesCannotBeCompared) {
     EXPECT_FLOAT_EQ(combined({{.level = 1.0, .status = full, .fullEnergy = 30e6, .fullCharge = {}},
                               {.level = 0.2, .status = full, .fullEnergy = {}, .fullCharge = 3e6}})
                         .level,
@@ -75,7 +75,7 @@ TEST(BatteryLevelOfTheDevice, IsThePlainMeanWhereTheWeightsCannotBeCompared) {
                     0.6F);
 }
 
-TEST(BatteryLevelOfTheDevice, LeavesOutABatteryThatDoesNotSay) {
+TEST(BatteryLevelOfTheDevice, IgnoresABatteryThatDoesNotReportIt) {
     EXPECT_EQ(combined({{.level = 0.5, .status = full, .fullEnergy = {}, .fullCharge = {}},
                         {.level = {}, .status = unknown, .fullEnergy = {}, .fullCharge = {}}}),
               batteryFacts(0.5F, BatteryState::full));
@@ -108,7 +108,7 @@ TEST(BatteryOfTheDevice, OfTheStoredSystems) {
           Row{"raspberry-pi", batteryFacts(-1, BatteryState::unknown)},
           Row{"olimex-lime2-archlinuxarm", batteryFacts(-1, BatteryState::unknown)},
           Row{"alpine-container", batteryFacts(-1, BatteryState::unknown)},
-          // 1.26 Ah of 2.8 Ah: this battery does not count in percent.
+          // 1.26 Ah of 2.8 Ah: this battery does not report a percentage.
           Row{"laptop-opensuse", batteryFacts(0.45F, BatteryState::full)}}) {
         const BatteryFacts battery = combined(readBatteries(tests::systemTree(row.tree)));
         EXPECT_FLOAT_EQ(battery.level, row.battery.level) << row.tree;
@@ -116,7 +116,7 @@ TEST(BatteryOfTheDevice, OfTheStoredSystems) {
     }
 }
 
-TEST(BatteryOfTheDevice, NonsenseInTheFilesIsLeftOut) {
+TEST(BatteryOfTheDevice, NonsenseInTheFilesIsIgnored) {
     const support::TemporaryFolder folder;
     const std::string battery = "sys/class/power_supply/BAT0/";
     folder.write(battery + "type", "Battery\n");
@@ -127,7 +127,7 @@ TEST(BatteryOfTheDevice, NonsenseInTheFilesIsLeftOut) {
     }
 }
 
-TEST(BatteryOfTheDevice, ALevelBeyondItsLimitsIsTheLimit) {
+TEST(BatteryOfTheDevice, ALevelOutOfRangeIsClamped) {
     const support::TemporaryFolder folder;
     const std::string battery = "sys/class/power_supply/BAT0/";
     folder.write(battery + "type", "Battery\n");

@@ -21,7 +21,7 @@ std::ostream& operator<<(std::ostream& stream, const Row& row) {
 
 class AssignedValue : public testing::TestWithParam<Row> {};
 
-TEST_P(AssignedValue, IsWhatAShellWouldHold) {
+TEST_P(AssignedValue, IsTheValueInAShell) {
     EXPECT_EQ(assignedValue(GetParam().contents, "KEY"), GetParam().value);
 }
 
@@ -41,7 +41,7 @@ const auto rows = std::to_array<Row>({
     {"EscapedQuote", "KEY=\"the \\\"best\\\" one\"\n", "the \"best\" one"},
     {"EscapedDollarAndBackquote", "KEY=\"\\$5 \\`x\\`\"\n", "$5 `x`"},
     {"EscapedBackslash", "KEY=\"a\\\\b\"\n", "a\\b"},
-    {"BackslashThatProtectsNothingStays", "KEY=\"a\\nb\"\n", "a\\nb"},
+    {"BackslashThatEscapesNothingStays", "KEY=\"a\\nb\"\n", "a\\nb"},
     {"BackslashInSingleQuotesStays", "KEY='a\\b'\n", "a\\b"},
     {"BackslashOutsideQuotes", "KEY=a\\ b\\'c\n", "a b'c"},
     {"OtherQuoteInsideQuotes", "KEY=\"Lennart's\"\n", "Lennart's"},
@@ -51,7 +51,7 @@ const auto rows = std::to_array<Row>({
     {"Empty", "KEY=\n", std::nullopt},
     {"EmptyQuotes", "KEY=\"\"\n", std::nullopt},
     {"EmptiedLater", "KEY=12\nKEY=\n", std::nullopt},
-    {"NoFileToSpeakOf", "", std::nullopt},
+    {"EmptyFile", "", std::nullopt},
     {"NoEqualsSign", "KEY\n", std::nullopt},
     {"Umlauts", "KEY=\"B\xC3\xBCro\"\n", "B\xC3\xBCro"},
 });

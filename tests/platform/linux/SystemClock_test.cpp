@@ -8,16 +8,16 @@
 namespace vorna {
 namespace {
 
-TEST(SystemClock, TellsTheTimeThatTheSystemTells) {
+TEST(SystemClock, ReturnsTheTimeOfTheSystem) {
     const std::time_t before = std::time(nullptr);
     const Date now = SystemClock().now();
     const std::time_t after = std::time(nullptr);
-    // time() may lag behind by the length of a timer tick.
+    // time() may lag by a timer tick.
     EXPECT_GE(now.secondsSince1970, static_cast<double>(before));
     EXPECT_LE(now.secondsSince1970, static_cast<double>(after) + 1.0);
 }
 
-TEST(SystemClock, TellsFractionsOfASecond) {
+TEST(SystemClock, ReturnsFractionsOfASecond) {
     const SystemClock clock;
     int fractions = 0;
     for (int reading = 0; reading < 1000; ++reading) {

@@ -15,13 +15,13 @@ namespace {
 
 using support::TemporaryFolder;
 
-TEST(SystemFile, GivesTheBytesAsTheyAre) {
+TEST(SystemFile, ReturnsTheBytesUnchanged) {
     const TemporaryFolder folder;
     folder.write("model", std::string_view("Board\0", 6));
     EXPECT_EQ(readSystemFile(folder.path() / "model"), std::string("Board\0", 6));
 }
 
-TEST(SystemFile, AnEmptyFileIsEmptyButAnEmptyValueIsAbsent) {
+TEST(SystemFile, AnEmptyFileIsEmptyButIsNotAValue) {
     const TemporaryFolder folder;
     folder.write("empty", "");
     folder.write("blank", " \n");
@@ -30,7 +30,7 @@ TEST(SystemFile, AnEmptyFileIsEmptyButAnEmptyValueIsAbsent) {
     EXPECT_EQ(readSystemValue(folder.path() / "blank"), std::nullopt);
 }
 
-TEST(SystemFile, AValueHasNoSpaceAroundIt) {
+TEST(SystemFile, AValueIsTrimmed) {
     const TemporaryFolder folder;
     folder.write("status", " Not charging\n");
     EXPECT_EQ(readSystemValue(folder.path() / "status"), "Not charging");
@@ -42,30 +42,30 @@ TEST(SystemFile, ReadsNoMoreThanTheFirst64KiB) {
     EXPECT_EQ(readSystemFile(folder.path() / "long"), std::string(65'536, 'x'));
 }
 
-TEST(SystemFile, AFileThatIsNotThereIsAbsent) {
+TEST(SystemFile, AMissingFileIsNotRead) {
     const TemporaryFolder folder;
     EXPECT_EQ(readSystemFile(folder.path() / "none"), std::nullopt);
     EXPECT_EQ(readSystemValue(folder.path() / "none"), std::nullopt);
 }
 
-TEST(SystemFile, AFolderOrADeviceIsAbsent) {
+TEST(SystemFile, AFolderOrADeviceIsNotRead) {
     EXPECT_EQ(readSystemFile("/tmp"), std::nullopt);
     EXPECT_EQ(readSystemFile("/dev/zero"), std::nullopt);
 }
 
-TEST(SystemFile, APipeThatNobodyWritesToIsAbsentAndNotWaitedFor) {
+TEST(SystemFile, APipeIsNeitherReadNorWaitedFor) {
     const TemporaryFolder folder;
     const std::string pipe = folder.path() / "pipe";
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     EXPECT_EQ(readSystemFile(pipe), std::nullopt);
 }
 
-TEST(SystemFile, ReadsFilesWhoseSizeTheKernelDoesNotTell) {
+TEST(SystemFile, ReadsFilesWhoseSizeTheKernelDoesNotReport) {
     ASSERT_EQ(std::filesystem::file_size("/proc/self/status"), 0U);
     EXPECT_TRUE(readSystemFile("/proc/self/status").value_or("").starts_with("Name:"));
 }
 
-TEST(SystemFile, NamesInAFolderAreSortedAndHiddenOnesLeftOut) {
+TEST(SystemFile, NamesInAFolderAreSortedWithoutHiddenOnes) {
     const TemporaryFolder folder;
     for (const char* const name : {"BAT1", "AC", ".hidden", "BAT0"}) {
         folder.write(name, "");

@@ -20,18 +20,18 @@ TEST(VendorOf, IsAllButTheLastComponent) {
     EXPECT_EQ(vendorOf("com.example."), "com.example");
 }
 
-TEST(VendorOf, AnIdentifierWithoutPartsIsItsOwnVendor) {
+TEST(VendorOf, AnIdentifierWithoutComponentsIsItsOwnVendor) {
     EXPECT_EQ(vendorOf("game"), "game");
     EXPECT_EQ(vendorOf(".game"), ".game");
     EXPECT_EQ(vendorOf(""), "");
 }
 
-// The expected text was computed apart from this library, with Python's hmac and hashlib.
+// The expected text was computed independently, with Python's hmac and hashlib.
 TEST(IdentifierForVendor, IsTheVendorsNameHashedUnderTheMachinesIdentifier) {
     EXPECT_EQ(identifierForVendor(machineId, "com.example"), "F67BFABE-847C-8FBD-8742-DCF2493F68C3");
 }
 
-/// An x stands for any upper-case hexadecimal digit, a y for one of 8, 9, A and B.
+/// x matches any upper-case hexadecimal digit, y one of 8, 9, A and B.
 bool hasForm(std::string_view text, std::string_view form) {
     return std::ranges::equal(text, form, [](char character, char kind) {
         const std::string_view allowed = kind == 'x' ? "0123456789ABCDEF" : "89AB";
@@ -55,12 +55,12 @@ TEST(IdentifierForVendor, DiffersBetweenMachines) {
               identifierForVendor("1f1e2d3c4b5a69788796a5b4c3d2e1f0", "com.example"));
 }
 
-TEST(IdentifierForVendor, DoesNotDependOnHowTheMachinesIdentifierIsWritten) {
+TEST(IdentifierForVendor, DoesNotDependOnTheFormatOfTheMachinesIdentifier) {
     EXPECT_EQ(identifierForVendor(machineId, "v"),
               identifierForVendor("0F1E2D3C4B5A69788796A5B4C3D2E1F0", "v"));
 }
 
-TEST(IdentifierForVendor, IsAbsentWhereTheMachineHasNoIdentifier) {
+TEST(IdentifierForVendor, DoesNotExistIfTheMachineHasNoIdentifier) {
     for (const char* const contents :
          {"", "\n", "uninitialized\n", "0f1e2d3c4b5a69788796a5b4c3d2e1f", "0f1e2d3c4b5a69788796a5b4c3d2e1f00",
           "0f1e2d3c4b5a69788796a5b4c3d2e1g0", "+f1e2d3c4b5a69788796a5b4c3d2e1f0",
@@ -77,7 +77,7 @@ struct Row {
 TEST(IdentifierForVendor, OfTheStoredSystems) {
     for (const Row& row : {Row{"pinephone-postmarketos", "F67BFABE-847C-8FBD-8742-DCF2493F68C3"},
                            Row{"desktop-debian", "AB5A8C3B-83F0-8741-AA8A-0E82A332B6ED"},
-                           // Only D-Bus has an identifier for this machine.
+                           // Only D-Bus has an identifier of this machine.
                            Row{"raspberry-pi", "851707F8-4FB2-8A2B-BB20-A34E54DCDDFD"},
                            Row{"olimex-lime2-archlinuxarm", std::nullopt},
                            Row{"alpine-container", std::nullopt}, Row{"laptop-opensuse", std::nullopt}}) {

@@ -71,7 +71,7 @@ TEST(MainQueue, LogsAnExceptionAndContinues) {
     EXPECT_TRUE(eventually([&] { return done; }));
     EXPECT_THAT(printed.take(),
                 ElementsAre("[VornaSDK] A screen operation has failed: out of paper",
-                            "[VornaSDK] A screen operation has failed: an exception of a kind of its own"));
+                            "[VornaSDK] A screen operation has failed: an exception of unknown type"));
 }
 
 struct Delay {

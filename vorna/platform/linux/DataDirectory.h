@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Where the application keeps what it writes.
+/// Where the application stores its data.
 
 #include <vorna/platform/linux/Environment.h>
 
@@ -11,16 +11,16 @@
 
 namespace vorna {
 
-/// The name of this program as it was started, fit to be a folder's name.
+/// Returns this program's name in a form that is safe as a folder name.
 std::string programName();
 
-/// The text as the name of one folder: it holds no slash and no control character, and stands neither for a
-/// folder itself nor for its parent. Empty text gives "application".
+/// Returns the text as the name of one folder, with slashes and control characters replaced. "application"
+/// for empty text, "." and "..".
 std::string folderName(std::string_view text);
 
-/// The application's own folder: named after the bundle identifier, or the program where there is none, under
-/// $XDG_DATA_HOME when that is an absolute path, else under .local/share in the user's home folder. Absent
-/// where the user has no home. Makes nothing.
+/// Returns the application's own folder, without creating it. It is named after the bundle identifier, or
+/// else the program, and is in $XDG_DATA_HOME if that is an absolute path, else in .local/share in the user's
+/// home folder. std::nullopt if the user has no home folder.
 std::optional<std::string> defaultDataDirectory(const std::optional<std::string>& bundleIdentifier,
                                                 const Environment& environment = processEnvironment());
 

@@ -12,7 +12,7 @@ namespace vorna {
 
 namespace {
 
-/// What firmware holds where the maker of the board left the product's name to someone else.
+/// In firmware whose board maker has not set the product name.
 constexpr std::array placeholders = {
     "To be filled by O.E.M.",
     "To be filled by OEM",
@@ -48,7 +48,7 @@ std::string deviceModel(const std::optional<std::string>& deviceTree,
         if (!source) {
             continue;
         }
-        // The device tree's texts end with a zero byte.
+        // Strings in the device tree end with a zero byte.
         std::string name(trimmed(std::string_view(*source).substr(0, source->find('\0'))));
         if (!name.empty() && !isPlaceholder(name)) {
             return name;

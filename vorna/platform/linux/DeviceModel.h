@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// What kind of device this is.
+/// The device's model.
 
 #include <optional>
 #include <string>
@@ -9,13 +9,13 @@
 
 namespace vorna {
 
-/// The model by the device tree, else the product name by DMI, else the processor architecture. What boards
-/// say that nobody has filled in ("To be filled by O.E.M.") counts as nothing. The arguments are the files'
-/// contents, absent where there is no such file, and the machine name by uname.
+/// Returns the model from the device tree, else the product name from DMI, else the machine name from uname
+/// (the processor architecture). Placeholders such as "To be filled by O.E.M." are ignored. The first two
+/// arguments are the contents of the files, std::nullopt if they do not exist.
 std::string deviceModel(const std::optional<std::string>& deviceTree,
                         const std::optional<std::string>& dmiProductName, std::string_view machine);
 
-/// The same from the files of the system under the root folder.
+/// Does the same for the files of the system under the root folder.
 std::string readDeviceModel(const std::string& root, std::string_view machine);
 
 }  // namespace vorna

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// What the user calls this device.
+/// The name that the user has given to the device.
 
 #include <optional>
 #include <string>
@@ -9,11 +9,11 @@
 
 namespace vorna {
 
-/// The name that the settings application keeps in machine-info (the argument is that file's contents, absent
-/// where there is none), else the host name.
+/// Returns the name in machine-info, where settings applications store it, else the host name. The argument
+/// is the file's contents, std::nullopt if it does not exist.
 std::string deviceName(const std::optional<std::string>& machineInfo, std::string_view hostName);
 
-/// The same from the file of the system under the root folder.
+/// Does the same for the file of the system under the root folder.
 std::string readDeviceName(const std::string& root, std::string_view hostName);
 
 }  // namespace vorna

@@ -56,7 +56,7 @@ std::vector<DisplayConnector> readDisplayConnectors(const std::string& root) {
     const std::string folder = root + "/sys/class/drm/";
     std::vector<DisplayConnector> connectors;
     for (std::string& name : namesInFolder(folder)) {
-        // Beside the connectors stand the cards themselves ("card0") and their render nodes.
+        // The folder also contains the cards ("card0") and their render nodes.
         if (!name.starts_with("card") || name.find('-') == std::string::npos) {
             continue;
         }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Where the facts about the system are posted: read by every recorded event, changed seldom.
+/// Publishes the facts about the system: read for every recorded event, rarely changed.
 
 #include <vorna/platform/System.h>
 
@@ -11,28 +11,28 @@
 
 namespace vorna {
 
-/// Any thread, concurrently. Readers wait at most for the exchange of one pointer, never for a change being
+/// Any thread, concurrently. Readers wait at most for the exchange of one pointer, never while a change is
 /// prepared.
 class FactsBoard {
   public:
     explicit FactsBoard(SystemFacts facts);
 
-    /// Never null, and the same object as long as the facts are the same.
+    /// Never null; the same object as long as the facts are the same.
     std::shared_ptr<const SystemFacts> facts() const;
 
-    /// The screen as those who draw on it know it.
+    /// Sets the screen as reported by the toolkit that draws on it.
     void reportScreen(const ScreenFacts& screen);
 
-    /// What the options left open of the application's own values.
+    /// Sets what the options did not give of the application's description.
     void supplyBundle(const BundleFacts& bundle);
 
-    /// The screen as the kernel knows it; counts until one has been reported.
+    /// Sets the screen as reported by the kernel; ignored once the toolkit has reported one.
     void detectScreen(const ScreenFacts& screen);
 
-    /// From now on the battery is shown.
+    /// Includes the battery in the facts from now on.
     void showBattery();
 
-    /// The battery's level and state, shown now or as soon as it is to be shown at all.
+    /// Sets the battery's level and state, for now or for when the battery is included.
     void setBattery(const BatteryFacts& battery);
 
     void setBiometricSupported(bool isSupported);
@@ -40,7 +40,7 @@ class FactsBoard {
   private:
     void change(const std::function<void(SystemFacts&)>& edit);
 
-    /// Taken by those who change, for the whole change; before the other one.
+    /// Held during a whole change; locked before the other one.
     std::mutex changing_;
     bool isScreenReported_ = false;
     bool isBatteryShown_ = false;

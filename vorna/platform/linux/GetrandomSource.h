@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The kernel's cryptographically secure generator.
+/// The kernel's cryptographically secure random number generator.
 
 #include <vorna/platform/RandomSource.h>
 
 namespace vorna {
 
-/// Keeps no state, so numbers are never repeated in a forked process. Waits only in the first moments after
-/// the machine was switched on. A kernel that refuses is fatal: predictable identifiers would do harm.
+/// Stateless, so a forked process never repeats numbers. Blocks only in the first moments after boot. Failure
+/// is fatal: predictable identifiers would do harm.
 class GetrandomSource final : public RandomSource {
   public:
     std::uint16_t next16() override;

@@ -133,15 +133,13 @@ ItemCreation LinuxSystem::creation(const std::string& path) const {
     // What a network file system has cached is enough; a birth time does not change.
     if (statx(AT_FDCWD, path.c_str(), AT_STATX_DONT_SYNC | AT_NO_AUTOMOUNT, STATX_BTIME, &item) != 0) {
         const int error = errno;
-        return ItemCreation{.date = std::nullopt,
-                            .error = std::generic_category().message(error) + ": " + utf8::repaired(path)};
+        return Unexpected(std::generic_category().message(error) + ": " + utf8::repaired(path));
     }
     if ((item.stx_mask & STATX_BTIME) == 0) {
-        return ItemCreation{};
+        return std::nullopt;
     }
-    return ItemCreation{.date = Date{static_cast<double>(item.stx_btime.tv_sec) +
-                                     static_cast<double>(item.stx_btime.tv_nsec) / 1e9},
-                        .error = std::nullopt};
+    return Date{static_cast<double>(item.stx_btime.tv_sec) +
+                static_cast<double>(item.stx_btime.tv_nsec) / 1e9};
 }
 
 std::int32_t LinuxSystem::secondsFromGMT(Date date) const {

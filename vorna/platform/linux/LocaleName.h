@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Which language and region the user has chosen.
+/// The user's language and region.
 
 #include <vorna/platform/linux/Environment.h>
 
@@ -10,12 +10,12 @@
 
 namespace vorna {
 
-/// A locale's name without its codeset and modifier: "tr_TR" of "tr_TR.UTF-8", "sr_RS" of "sr_RS@latin".
-/// "en_US_POSIX" for the locale of the C language, whatever it is called, and for empty text.
+/// Returns a locale's name without codeset and modifier: "tr_TR" for "tr_TR.UTF-8", "sr_RS" for
+/// "sr_RS@latin". "en_US_POSIX" for the C locale under any of its names, and for empty text.
 std::string localeIdentifier(std::string_view localeName);
 
-/// The identifier of the locale that messages are shown in: the first of $LC_ALL, $LC_MESSAGES and $LANG that
-/// is set and not empty decides.
+/// Returns the identifier of the locale for messages: that of the first of $LC_ALL, $LC_MESSAGES and $LANG
+/// that is set and not empty.
 std::string messagesLocale(const Environment& environment);
 
 }  // namespace vorna

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Which version of the system this is.
+/// The operating system's version.
 
 #include <optional>
 #include <string>
@@ -9,12 +9,12 @@
 
 namespace vorna {
 
-/// The version that os-release states (the argument is that file's contents, absent where there is none).
-/// Systems that are never released but only updated state none; the kernel's release stands for it there.
+/// Returns VERSION_ID of os-release, else the kernel's release: rolling distributions have no version. The
+/// argument is the file's contents, std::nullopt if it does not exist.
 std::string osVersion(const std::optional<std::string>& osRelease, std::string_view kernelRelease);
 
-/// The same from the file of the system under the root folder: /etc/os-release, or /usr/lib/os-release where
-/// the former does not exist.
+/// Does the same for the system under the root folder: /etc/os-release, or /usr/lib/os-release if the former
+/// does not exist.
 std::string readOsVersion(const std::string& root, std::string_view kernelRelease);
 
 }  // namespace vorna

@@ -30,7 +30,7 @@ bool powersTheDevice(const std::string& supply) {
            readSystemValue(supply + "/present") != "0";
 }
 
-std::optional<double> share(std::optional<double> part, std::optional<double> whole) {
+std::optional<double> ratio(std::optional<double> part, std::optional<double> whole) {
     if (!part || !whole || *whole <= 0) {
         return std::nullopt;
     }
@@ -44,13 +44,13 @@ Battery readBattery(const std::string& supply) {
     }
     battery.fullEnergy = readNumber(supply + "/energy_full");
     battery.fullCharge = readNumber(supply + "/charge_full");
-    battery.level = share(readNumber(supply + "/capacity"), 100);
-    // Not every driver does the division itself.
+    battery.level = ratio(readNumber(supply + "/capacity"), 100);
+    // Not every driver reports the ratio.
     if (!battery.level) {
-        battery.level = share(readNumber(supply + "/energy_now"), battery.fullEnergy);
+        battery.level = ratio(readNumber(supply + "/energy_now"), battery.fullEnergy);
     }
     if (!battery.level) {
-        battery.level = share(readNumber(supply + "/charge_now"), battery.fullCharge);
+        battery.level = ratio(readNumber(supply + "/charge_now"), battery.fullCharge);
     }
     return battery;
 }
@@ -58,7 +58,7 @@ Battery readBattery(const std::string& supply) {
 std::optional<double> weightedLevel(const std::vector<Battery>& batteries,
                                     std::optional<double> Battery::*weight) {
     double sum = 0;
-    double whole = 0;
+    double total = 0;
     for (const Battery& battery : batteries) {
         if (!battery.level) {
             continue;
@@ -67,9 +67,9 @@ std::optional<double> weightedLevel(const std::vector<Battery>& batteries,
             return std::nullopt;
         }
         sum += *battery.level * *(battery.*weight);
-        whole += *(battery.*weight);
+        total += *(battery.*weight);
     }
-    return share(sum, whole);
+    return ratio(sum, total);
 }
 
 std::optional<double> meanLevel(const std::vector<Battery>& batteries) {
@@ -79,7 +79,7 @@ std::optional<double> meanLevel(const std::vector<Battery>& batteries) {
         sum += battery.level.value_or(0);
         count += battery.level ? 1 : 0;
     }
-    return share(sum, count);
+    return ratio(sum, count);
 }
 
 }  // namespace
@@ -104,7 +104,7 @@ BatteryFacts combined(const std::vector<Battery>& batteries) {
                                    [&](const Battery& battery) { return battery.status == status; });
     };
     BatteryFacts facts;
-    // Each outranks those before it.
+    // Later ones take precedence.
     if (any(ChargingStatus::notCharging)) {
         facts.state = BatteryState::unplugged;
     }

@@ -10,8 +10,8 @@ namespace vorna {
 
 namespace {
 
-/// Between double quotes a backslash protects these alone, and else stands for itself.
-constexpr std::string_view protectedInDoubleQuotes = "$`\"\\";
+/// Within double quotes a backslash escapes only these and is literal otherwise.
+constexpr std::string_view escapableInDoubleQuotes = "$`\"\\";
 
 std::string unquoted(std::string_view text) {
     std::string value;
@@ -21,7 +21,7 @@ std::string unquoted(std::string_view text) {
         const bool isLast = index + 1 == text.size();
         if (character == '\\' && quote != '\'' && !isLast) {
             const char next = text[++index];
-            if (quote == '"' && protectedInDoubleQuotes.find(next) == std::string_view::npos) {
+            if (quote == '"' && escapableInDoubleQuotes.find(next) == std::string_view::npos) {
                 value += character;
             }
             value += next;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Files of assignments in the shell's manner, such as os-release and machine-info.
+/// Files of shell-like assignments, such as os-release and machine-info.
 
 #include <optional>
 #include <string>
@@ -9,8 +9,8 @@
 
 namespace vorna {
 
-/// The value last assigned to the name, with quotes and backslashes undone; nothing is expanded. Absent when
-/// the name is not assigned or its value is empty.
+/// Returns the value last assigned to the name, unquoted; nothing is expanded. std::nullopt if the name is
+/// not assigned or its value is empty.
 std::optional<std::string> assignedValue(std::string_view contents, std::string_view name);
 
 }  // namespace vorna

@@ -17,7 +17,7 @@ namespace vorna {
 
 namespace {
 
-constexpr std::size_t largestFile = 65536;
+constexpr std::size_t maxFileSize = 65536;
 
 constexpr bool isSpace(char character) noexcept {
     const auto byte = static_cast<unsigned char>(character);
@@ -34,9 +34,9 @@ std::optional<std::string> readSystemFile(const std::string& path) {
     }
     std::string contents;
     std::array<char, 4096> buffer;  // NOLINT(cppcoreguidelines-pro-type-member-init): read() fills it
-    while (contents.size() < largestFile) {
+    while (contents.size() < maxFileSize) {
         const ssize_t count =
-            read(file.number(), buffer.data(), std::min(buffer.size(), largestFile - contents.size()));
+            read(file.number(), buffer.data(), std::min(buffer.size(), maxFileSize - contents.size()));
         if (count < 0 && errno == EINTR) {
             continue;
         }

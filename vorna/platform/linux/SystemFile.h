@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Small files by which the system describes itself, and the folders they stand in.
+/// The small files in which the system describes itself, and their folders.
 
 #include <optional>
 #include <string>
@@ -10,17 +10,17 @@
 
 namespace vorna {
 
-/// The bytes of a regular file, at most its first 64 KiB; absent when it cannot be read. Anything else than a
-/// regular file is absent, and never waited for.
+/// Reads a regular file, at most its first 64 KiB. std::nullopt if it cannot be read or is not a regular
+/// file. Never waits, for a pipe's writer for instance.
 std::optional<std::string> readSystemFile(const std::string& path);
 
-/// The same as one value: without the space around it. An empty value is absent.
+/// Reads a regular file and trims its contents. std::nullopt if nothing is left.
 std::optional<std::string> readSystemValue(const std::string& path);
 
-/// The names in a folder, sorted, without those that begin with a dot. Empty when it cannot be read.
+/// Returns the names in a folder, sorted, without those that begin with a dot. Empty if it cannot be read.
 std::vector<std::string> namesInFolder(const std::string& path);
 
-/// The text without ASCII white space and control characters at its ends.
+/// Removes ASCII white space and control characters from both ends.
 std::string_view trimmed(std::string_view text) noexcept;
 
 }  // namespace vorna

@@ -9,7 +9,7 @@ namespace {
 
 struct stat zoneFile() noexcept {
     struct stat status = {};
-    // A file that is not there counts as one without any properties.
+    // A missing file compares as all zeros.
     if (stat("/etc/localtime", &status) != 0) {
         status = {};
     }
@@ -27,7 +27,7 @@ void TimeZoneWatch::update() noexcept {
     if (now.st_dev != seen_.st_dev || now.st_ino != seen_.st_ino ||
         now.st_mtim.tv_sec != seen_.st_mtim.tv_sec || now.st_mtim.tv_nsec != seen_.st_mtim.tv_nsec) {
         seen_ = now;
-        // Not at every call: it reads the environment, which a host may be changing.
+        // Only then: it reads the environment, which a host may be changing.
         tzset();
     }
 }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Keeps the C library's local time right when the user travels: it looks at the system's time zone only when
-/// it is told to.
+/// Keeps the C library's local time right when the system's time zone changes: by itself the C library reads
+/// the zone only once.
 
 #include <sys/stat.h>
 
@@ -11,11 +11,11 @@ namespace vorna {
 /// Used on one thread at a time.
 class TimeZoneWatch {
   public:
-    /// Takes note of the present zone, and has the C library read it, which it would else do at first use.
+    /// Records the current zone and makes the C library read it, as its first use would.
     TimeZoneWatch() noexcept;
 
-    /// Tells the C library when the system's zone is another than at the last call. Programs for which $TZ is
-    /// set keep that zone.
+    /// Makes the C library read the zone again if it has changed since the last call. If $TZ is set, that
+    /// zone stays in force.
     void update() noexcept;
 
   private:

@@ -54,9 +54,9 @@ std::string uuidText(const std::array<std::uint8_t, digestSize>& digest) {
     for (std::size_t index = 0; index < 16; ++index) {
         unsigned byte = digest[index];
         if (index == 6) {
-            byte = (byte & 0x0FU) | 0x80U;  // version 8: made by a rule of one's own
+            byte = (byte & 0x0FU) | 0x80U;  // version 8: vendor-specific
         } else if (index == 8) {
-            byte = (byte & 0x3FU) | 0x80U;  // the variant that RFC 9562 describes
+            byte = (byte & 0x3FU) | 0x80U;  // the variant of RFC 9562
         }
         if (index == 4 || index == 6 || index == 8 || index == 10) {
             text += '-';

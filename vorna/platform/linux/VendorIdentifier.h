@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The identifier that all applications of one vendor see on this device, and no other vendor's.
+/// The identifier that only the applications of one vendor share on this device.
 
 #include <optional>
 #include <string>
@@ -9,16 +9,17 @@
 
 namespace vorna {
 
-/// The vendor's part of an application's identifier: all but the last component of "com.example.app". An
-/// identifier without such parts is its own vendor.
+/// Returns the vendor's part of an application's identifier: all but the last component of "com.example.app".
+/// An identifier without components is its own vendor.
 std::string_view vendorOf(std::string_view bundleIdentifier) noexcept;
 
-/// Derived from the machine's identifier by a keyed hash, which cannot be undone: the vendor's name hashed by
-/// HMAC-SHA256 under the machine's identifier as the key, written as an upper-case UUID of version 8. The
-/// argument is the contents of a machine-id file; absent when that holds no identifier (yet).
+/// Derives the identifier irreversibly from the machine's: HMAC-SHA256 of the vendor's name with the
+/// machine's identifier as the key, as an upper-case UUID of version 8. The first argument is the contents of
+/// a machine-id file; std::nullopt if they are not a valid identifier, as before the first boot completes.
 std::optional<std::string> identifierForVendor(std::string_view machineId, std::string_view vendor);
 
-/// The same from the files of the system under the root folder. Absent where the machine has no identifier.
+/// Does the same for the files of the system under the root folder. std::nullopt if the machine has no
+/// identifier.
 std::optional<std::string> readIdentifierForVendor(const std::string& root, std::string_view vendor);
 
 }  // namespace vorna
