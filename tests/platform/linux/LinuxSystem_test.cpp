@@ -3,9 +3,10 @@
 
 #include <vorna/platform/Log.h>
 #include <vorna/platform/NeverDestroyed.h>
+#include <vorna/platform/glib/Fingerprints.h>
 #include <vorna/platform/linux/SystemFile.h>
 
-#include <tests/platform/linux/FakeSystemBus.h>
+#include <tests/platform/glib/FakeSystemBus.h>
 #include <tests/platform/linux/SystemTree.h>
 #include <tests/support/TemporaryFolder.h>
 
@@ -49,6 +50,7 @@ LinuxSystemOptions optionsFor(const std::string& root) {
     options.bundle.identifier = "com.example.app";
     options.root = root;
     options.environment = environmentOf({{"HOME", root}, {"LANG", "tr_TR.UTF-8"}});
+    options.isFingerEnrolled = isFingerEnrolled;
     options.pollInterval = 5ms;
     return options;
 }

@@ -38,6 +38,8 @@ struct LinuxSystemOptions {
     /// The folder that stands for "/" when the system's own files are read.
     std::string root = "/";
     Environment environment = processEnvironment();
+    /// See SystemWatchSources.
+    FingerprintQuery isFingerEnrolled;
     /// How often the battery and the time zone are looked at when nothing announces a change.
     std::chrono::milliseconds pollInterval{30'000};
 };

@@ -5,7 +5,6 @@
 #include <vorna/platform/FileDescriptor.h>
 #include <vorna/platform/ProcessExit.h>
 #include <vorna/platform/linux/Display.h>
-#include <vorna/platform/linux/Fingerprints.h>
 #include <vorna/platform/linux/KernelEvents.h>
 #include <vorna/platform/linux/PowerSupply.h>
 #include <vorna/platform/linux/TimeZoneWatch.h>
@@ -50,13 +49,12 @@ int millisecondsUntil(Clock::time_point moment) noexcept {
 struct SystemWatch::State {
     State(std::shared_ptr<FactsBoard> itsBoard, SystemWatchSources itsSources)
         : board(std::move(itsBoard)),
-          sources(std::move(itsSources)),
-          fingerprints(sources.systemBusAddress) {}
+          sources(std::move(itsSources)) {}
 
     const std::shared_ptr<FactsBoard> board;
     const SystemWatchSources sources;
     const FileDescriptor wake{eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
-    FingerprintQuery fingerprints;
+    std::stop_source fingerprintsStop;
     TimeZoneWatch timeZone;
 
     std::atomic<bool> isStopping = false;
@@ -74,7 +72,7 @@ struct SystemWatch::State {
 
     void stop() noexcept {
         isStopping.store(true);
-        fingerprints.cancel();
+        fingerprintsStop.request_stop();
         signal();
     }
 
@@ -145,8 +143,9 @@ void SystemWatch::run(State& state) noexcept {
         };
         // The battery is looked at before anybody has asked, so that the first record can tell its level.
         look();
-        if (!state.mustStop()) {
-            state.board->setBiometricSupported(state.fingerprints.isFingerEnrolled());
+        if (!state.mustStop() && state.sources.isFingerEnrolled) {
+            state.board->setBiometricSupported(state.sources.isFingerEnrolled(
+                state.sources.systemBusAddress, state.fingerprintsStop.get_token()));
         }
         // Only now: GLib's own thread, which the host may share with us, has inherited the usual priority.
         lowerPriority();

@@ -7,15 +7,24 @@
 #include <vorna/platform/linux/FactsBoard.h>
 
 #include <chrono>
+#include <functional>
 #include <memory>
+#include <stop_token>
 #include <string>
 
 namespace vorna {
+
+/// Tells whether a finger of the user is enrolled, asking the service on the system bus of that address. May
+/// block until a stop is requested.
+using FingerprintQuery =
+    std::function<bool(const std::string& systemBusAddress, const std::stop_token& stop)>;
 
 struct SystemWatchSources {
     /// The folder under which /sys is found; "" on a living system.
     std::string root;
     std::string systemBusAddress;
+    /// Called once, on the thread; without one biometrics are not supported.
+    FingerprintQuery isFingerEnrolled;
     /// How often to look without having been told of a change.
     std::chrono::milliseconds interval;
 };

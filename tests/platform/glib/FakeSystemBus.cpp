@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <tests/platform/linux/FakeSystemBus.h>
+#include <tests/platform/glib/FakeSystemBus.h>
 
 #include <gio/gio.h>
 
