@@ -55,7 +55,7 @@ const auto rows = std::to_array<Row>({
 INSTANTIATE_TEST_SUITE_P(That, FingerprintService, testing::ValuesIn(rows),
                          [](const auto& row) { return std::string(row.param.name); });
 
-TEST(FingerprintQuery, AsksForTheUserWhoRunsTheProcessAndNoMoreThanItNeeds) {
+TEST(FingerprintQuery, QueriesOnlyAsMuchAsNecessaryForTheUserOfTheProcess) {
     const FakeSystemBus bus;
     const FakeFingerprintService service(bus.address(), Fingers::enrolled);
     isFingerEnrolled(bus.address(), {});
@@ -92,7 +92,7 @@ TEST(FingerprintQuery, GivesUpOnABusThatDoesNotAnswer) {
     EXPECT_FALSE(isFingerEnrolled(bus.address(), {}));
 }
 
-TEST(FingerprintQuery, AsksNobodyOnceAStopIsRequested) {
+TEST(FingerprintQuery, CallsNothingOnceAStopIsRequested) {
     const FakeSystemBus bus;
     const FakeFingerprintService service(bus.address(), Fingers::enrolled);
     std::stop_source stop;
@@ -135,7 +135,7 @@ TEST(FingerprintQuery, ReturnsAtOnceWhenStoppedWhileTheServiceIsSilent) {
 TEST(FingerprintQuery, ReturnsAtOnceWhenStoppedWhileTheBusIsSilent) {
     const MuteSystemBus bus;
     RunningQuery query(bus.address());
-    EXPECT_TRUE(bus.waitForGuest());
+    EXPECT_TRUE(bus.waitForClient());
     const Clock::time_point stopped = Clock::now();
     query.requestStop();
     EXPECT_FALSE(query.isEnrolled());

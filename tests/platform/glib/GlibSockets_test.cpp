@@ -54,7 +54,7 @@ TEST(GlibSockets, LeaveSigpipeIgnored) {
     EXPECT_EQ(pipeAction().sa_handler, SIG_IGN);
 }
 
-TEST(GlibSockets, LeaveWhatTheHostHasSetSinceItUsedThemItself) {
+TEST(GlibSockets, LeaveTheDispositionAloneIfTheHostHasUsedThemBefore) {
     g_type_class_ref(G_TYPE_SOCKET);
     setPipeAction(handle);
     glib::initialiseSockets();

@@ -36,7 +36,7 @@ TEST(PrivateBus, CallsMethods) {
     EXPECT_EQ(std::string(g_variant_get_string(id.get(), nullptr)).size(), 32U);
 }
 
-TEST(PrivateBus, IsNotTheProcesssSharedConnection) {
+TEST(PrivateBus, IsNotASharedConnection) {
     const FakeSystemBus daemon;
     const PrivateBus one(daemon.address(), {}, soon());
     const PrivateBus two(daemon.address(), {}, soon());
@@ -61,7 +61,7 @@ TEST(PrivateBus, LeavesTheHostsMainContextAlone) {
     EXPECT_EQ(g_main_context_get_thread_default(), nullptr);
 }
 
-TEST(PrivateBus, IsNotConnectedToWhatIsNotThere) {
+TEST(PrivateBus, IsNotConnectedIfTheSocketIsMissing) {
     const support::TemporaryFolder folder;
     const PrivateBus bus("unix:path=" + (folder.path() / "none").string(), {}, soon());
     ASSERT_FALSE(bus.connection());
@@ -70,7 +70,7 @@ TEST(PrivateBus, IsNotConnectedToWhatIsNotThere) {
     EXPECT_EQ(g_type_class_peek(G_TYPE_SOCKET), nullptr) << "GLib was set up for nothing";
 }
 
-TEST(PrivateBus, TellsWhyItIsNotConnected) {
+TEST(PrivateBus, ReportsWhyItIsNotConnected) {
     const PrivateBus bus("no address at all", {}, soon());
     ASSERT_FALSE(bus.connection());
     ASSERT_NE(bus.connection().error(), nullptr);

@@ -42,21 +42,21 @@ class SecretServiceStore : public ::testing::Test {
     }
 };
 
-TEST_F(SecretServiceStore, HasNothingAtFirst) {
+TEST_F(SecretServiceStore, IsInitiallyEmpty) {
     const KeyringSession session;
     SecretServiceCredentialStore store(application);
     EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::itemNotFound));
     EXPECT_EQ(store.remove(service, account), Unexpected(CredentialStatus::itemNotFound));
 }
 
-TEST_F(SecretServiceStore, GivesBackWhatWasAdded) {
+TEST_F(SecretServiceStore, ReturnsTheAddedValue) {
     const KeyringSession session;
     SecretServiceCredentialStore store(application);
     ASSERT_TRUE(store.add(service, account, R"({"userId":"x","installTime":1})"));
     EXPECT_EQ(store.read(service, account), R"({"userId":"x","installTime":1})");
 }
 
-TEST_F(SecretServiceStore, LabelsTheItemAndGivesItTheAttributesItIsFoundBy) {
+TEST_F(SecretServiceStore, LabelsTheItemAndSetsItsAttributes) {
     const KeyringSession session;
     SecretServiceCredentialStore store(application);
     ASSERT_TRUE(store.add(service, account, "value"));
@@ -67,7 +67,7 @@ TEST_F(SecretServiceStore, LabelsTheItemAndGivesItTheAttributesItIsFoundBy) {
     EXPECT_EQ(session.itemAttribute(name, "userDetails", "application"), application);
 }
 
-TEST_F(SecretServiceStore, KeepsEveryByteAsItIs) {
+TEST_F(SecretServiceStore, PreservesEveryByte) {
     const KeyringSession session;
     SecretServiceCredentialStore store(application);
     std::string everyByte;
@@ -105,7 +105,7 @@ TEST_F(SecretServiceStore, RemovesOnlyTheItemOfThatName) {
     EXPECT_EQ(store.read(service, "another"), "two");
 }
 
-TEST_F(SecretServiceStore, KeepsTheItemsOfApplicationsApart) {
+TEST_F(SecretServiceStore, SeparatesTheItemsOfApplications) {
     const KeyringSession session;
     SecretServiceCredentialStore store(application);
     SecretServiceCredentialStore neighbour("com.example.neighbour");
@@ -117,7 +117,7 @@ TEST_F(SecretServiceStore, KeepsTheItemsOfApplicationsApart) {
     EXPECT_EQ(store.read(service, account), "mine");
 }
 
-TEST_F(SecretServiceStore, TakesAnItemOfNoApplicationForItsOwn) {
+TEST_F(SecretServiceStore, SharesAnItemOfNoApplication) {
     const KeyringSession session;
     SecretServiceCredentialStore store(application);
     session.addItem("io.vorna.vornasdk", "userDetails", "", "restored by hand");
@@ -127,17 +127,17 @@ TEST_F(SecretServiceStore, TakesAnItemOfNoApplicationForItsOwn) {
     EXPECT_EQ(session.itemCount("io.vorna.vornasdk", "userDetails"), 0U);
 }
 
-TEST_F(SecretServiceStore, PrefersItsOwnItemToOneOfNoApplication) {
+TEST_F(SecretServiceStore, PrefersItsOwnItemToASharedOne) {
     const KeyringSession session;
     SecretServiceCredentialStore store(application);
     ASSERT_TRUE(store.add(service, account, "own"));
-    session.addItem("io.vorna.vornasdk", "userDetails", "", "anybody's");
+    session.addItem("io.vorna.vornasdk", "userDetails", "", "shared");
     EXPECT_EQ(store.read(service, account), "own");
     EXPECT_TRUE(store.remove(service, account));
     EXPECT_EQ(session.itemCount("io.vorna.vornasdk", "userDetails"), 0U);
 }
 
-TEST_F(SecretServiceStore, OutlivesTheServiceAndTheProcess) {
+TEST_F(SecretServiceStore, PersistsBeyondTheServiceAndTheProcess) {
     ForkedProcess process([](const std::string& busAddress) {
         support::setVariable("DBUS_SESSION_BUS_ADDRESS", busAddress);
         SecretServiceCredentialStore store(application);
@@ -152,7 +152,7 @@ TEST_F(SecretServiceStore, OutlivesTheServiceAndTheProcess) {
     EXPECT_EQ(store.read(service, account), "kept");
 }
 
-TEST_F(SecretServiceStore, AsksNobodyWhileTheKeyringIsLocked) {
+TEST_F(SecretServiceStore, NeverPromptsWhileTheKeyringIsLocked) {
     const KeyringSession session;
     SecretServiceCredentialStore store(application);
     ASSERT_TRUE(store.add(service, account, "kept"));
@@ -176,7 +176,7 @@ TEST_F(SecretServiceStore, ReadsAgainOnceTheKeyringIsUnlocked) {
     EXPECT_EQ(store.read(service, account), "kept");
 }
 
-TEST_F(SecretServiceStore, MakesNoCollectionForTheUser) {
+TEST_F(SecretServiceStore, CreatesNoCollection) {
     const KeyringSession session(KeyringSession::Keyring::isNew);
     SecretServiceCredentialStore store(application);
     EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::itemNotFound));
@@ -192,7 +192,7 @@ TEST_F(SecretServiceStore, IsNotAvailableWithoutTheService) {
     EXPECT_EQ(store.remove(service, account), Unexpected(CredentialStatus::notAvailable));
 }
 
-TEST_F(SecretServiceStore, IsNotAvailableOnceTheBusHasGone) {
+TEST_F(SecretServiceStore, IsNotAvailableOnceTheBusHasStopped) {
     KeyringSession session;
     SecretServiceCredentialStore store(application);
     ASSERT_TRUE(store.add(service, account, "value"));
@@ -238,7 +238,7 @@ TEST_F(SecretServiceStore, LetsTheProcessExitWhileCallsHang) {
         support::setVariable("DBUS_SESSION_BUS_ADDRESS", busAddress);
         SecretServiceCredentialStore hasty(application, milliseconds(100));
         const bool hangs = hasty.read(service, account) == Unexpected(CredentialStatus::notAvailable);
-        // When the process exits, these calls are on their way, or about to be: both must be fine.
+        // When the process exits, these calls have begun or are about to: both must be fine.
         for (int count = 0; count < 4; ++count) {
             std::thread([] {
                 std::ignore = SecretServiceCredentialStore(application).read(service, account);
@@ -272,7 +272,7 @@ TEST_F(SecretServiceStore, ServesSeveralThreadsAtOnce) {
     two.join();
 }
 
-TEST_F(SecretServiceStore, TakesNoNamesThatCannotBeAttributes) {
+TEST_F(SecretServiceStore, RejectsNamesThatCannotBeAttributes) {
     const KeyringSession session;
     SecretServiceCredentialStore store(application);
     for (const std::string& name : {std::string("\xFF"), std::string("a\0b", 3)}) {
@@ -282,7 +282,7 @@ TEST_F(SecretServiceStore, TakesNoNamesThatCannotBeAttributes) {
     }
 }
 
-/// None of these can be a running bus, and a program that would start one is recognised by its trace.
+/// None of these addresses is a running bus. A program that was started to provide one would leave a trace.
 TEST(SecretServiceStoreWithoutABus, IsNotAvailableAtOnceAndStartsNone) {
     const support::TemporaryFolder temporary;
     const std::filesystem::path& folder = temporary.path();
