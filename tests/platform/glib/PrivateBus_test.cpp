@@ -65,7 +65,7 @@ TEST(PrivateBus, IsNotConnectedIfTheSocketIsMissing) {
     const support::TemporaryFolder folder;
     const PrivateBus bus("unix:path=" + (folder.path() / "none").string(), {}, soon());
     ASSERT_FALSE(bus.connection());
-    EXPECT_EQ(bus.connection().error(), nullptr);
+    EXPECT_EQ(bus.connection().error().get(), nullptr);
     EXPECT_EQ(idOf(bus), nullptr);
     EXPECT_EQ(g_type_class_peek(G_TYPE_SOCKET), nullptr) << "GLib was set up for nothing";
 }
@@ -73,7 +73,7 @@ TEST(PrivateBus, IsNotConnectedIfTheSocketIsMissing) {
 TEST(PrivateBus, ReportsWhyItIsNotConnected) {
     const PrivateBus bus("no address at all", {}, soon());
     ASSERT_FALSE(bus.connection());
-    ASSERT_NE(bus.connection().error(), nullptr);
+    ASSERT_NE(bus.connection().error().get(), nullptr);
     EXPECT_TRUE(g_error_matches(bus.connection().error().get(), G_IO_ERROR, G_IO_ERROR_INVALID_ARGUMENT));
 }
 

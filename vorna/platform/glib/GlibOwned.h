@@ -24,8 +24,20 @@ using Owned = std::unique_ptr<T, Releaser<release>>;
 template <class T>
 using Object = Owned<T, g_object_unref>;
 using Variant = Owned<GVariant, g_variant_unref>;
-using Error = Owned<GError, g_error_free>;
 using Text = Owned<char, g_free>;
+
+/// An owned GError, or null.
+class Error {
+  public:
+    Error() = default;
+
+    explicit Error(GError* error) noexcept : error_(error) {}
+
+    const GError* get() const noexcept { return error_.get(); }
+
+  private:
+    Owned<GError, g_error_free> error_;
+};
 
 /// Receives the error of a call and frees it: `g_something(..., error.out())`.
 class ErrorSlot {
