@@ -32,7 +32,7 @@ EventData eventOf(const std::string& document) {
     return std::get<EventData>(decodeEventData(document));
 }
 
-/// Counts the requests whose completion has run, so that a test can wait for it.
+/// Counts completed requests, so that a test can wait for them.
 class WatchedHttpClient final : public HttpClient {
   public:
     explicit WatchedHttpClient(std::shared_ptr<HttpClient> client) : client_(std::move(client)) {}
@@ -66,7 +66,7 @@ std::shared_ptr<WatchedHttpClient> usePlatformOf(const LocalService& service) {
     return http;
 }
 
-TEST(Delivery, BringsEventsOverTlsToTheServiceWithTheStateOfThisMachine) {
+TEST(Delivery, SendsEventsOverTlsWithTheStateOfThisMachine) {
     const LocalService service;
     usePlatformOf(service);
     VornaCoreSDK::Event("before_init");
@@ -93,7 +93,7 @@ TEST(Delivery, BringsEventsOverTlsToTheServiceWithTheStateOfThisMachine) {
     EXPECT_TRUE(shown.deviceData.timezoneOffset->starts_with("UTC"));
 }
 
-TEST(Delivery, SendsADifficultTextUnharmed) {
+TEST(Delivery, SendsUnusualTextUnchanged) {
     const LocalService service;
     usePlatformOf(service);
     VornaCoreSDK::Init("my-app");
@@ -116,14 +116,14 @@ TEST(Delivery, SendsADifficultTextUnharmed) {
                                                           {"last", ""}}));
 }
 
-// The sanitizers make everything several times slower; the point is the same with fewer events.
+// The sanitizers make everything several times slower; fewer events test the same.
 #if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
 constexpr std::uint64_t eventsPerThread = 1'000;
 #else
 constexpr std::uint64_t eventsPerThread = 10'000;
 #endif
 
-TEST(Delivery, BringsEachEventOfEightThreadsExactlyOnceWhileInitAndSetAdidRun) {
+TEST(Delivery, SendsEachEventOfEightThreadsExactlyOnceWhileInitAndSetAdidRun) {
     constexpr std::uint64_t threadCount = 8;
     const LocalService service;
     const auto http = usePlatformOf(service);
@@ -161,13 +161,13 @@ struct FaultCase {
     const char* name;
     const char* fault;
     const char* line;
-    /// Whether the service keeps the event although its answer goes wrong.
+    /// Whether the service stores the event although its response is faulty.
     bool recorded;
 };
 
 class Fault : public testing::TestWithParam<FaultCase> {};
 
-TEST_P(Fault, IsToldInALineAndTheNextEventArrives) {
+TEST_P(Fault, IsLoggedAndTheNextEventArrives) {
     const LocalService service({"--fault", std::string("path=/v1/event,count=1,") + GetParam().fault});
     const auto http = usePlatformOf(service);
     VornaCoreSDK::debug = true;
@@ -195,7 +195,7 @@ INSTANTIATE_TEST_SUITE_P(
                               "[VornaSDK] Network error: ", false}),
     [](const auto& testCase) { return testCase.param.name; });
 
-TEST(Delivery, TellsWhyAnUnreachableServiceCannotBeReached) {
+TEST(Delivery, LogsWhyTheServiceCannotBeReached) {
     PlatformOptions options = LocalService().options();  // ended by now: nobody listens there
     options.serviceURL = "https://127.0.0.1:1";
     Platform platform = makePlatform(options);
@@ -213,7 +213,7 @@ TEST(Delivery, TellsWhyAnUnreachableServiceCannotBeReached) {
                 HasSubstr("[VornaSDK] Max retry attempts reached. Failed to fetch remote configs.\n"));
 }
 
-TEST(Delivery, RefusesAServiceItHasNoReasonToTrust) {
+TEST(Delivery, RejectsAnUntrustedService) {
     const LocalService service;
     PlatformOptions options = service.options();
     options.certificateAuthorityFile.clear();
@@ -226,7 +226,7 @@ TEST(Delivery, RefusesAServiceItHasNoReasonToTrust) {
     EXPECT_THAT(service.documents(), SizeIs(0));
 }
 
-TEST(Delivery, FetchesTheConfigurationWithAFurtherAttemptAfterAFailedOne) {
+TEST(Delivery, FetchesTheConfigurationOnTheNextAttemptAfterAFailure) {
     const LocalService service({"--fault", "path=/v1/config,count=1,status=500"});
     usePlatformOf(service);
     std::promise<bool> ready;

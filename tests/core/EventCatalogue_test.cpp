@@ -15,7 +15,7 @@
 namespace vorna {
 namespace {
 
-/// What the service is to receive, written out apart from the library's own table.
+/// What the service must receive, independent of the library's own table.
 struct Row {
     const char* operation;
     std::function<void()> call;
@@ -75,7 +75,7 @@ TEST_P(PredefinedOperation, RecordsItsEvent) {
 INSTANTIATE_TEST_SUITE_P(Operations, PredefinedOperation, testing::ValuesIn(rows()),
                          [](const auto& testCase) { return testCase.param.operation; });
 
-TEST(EventCatalogue, HoldsEachOperationOnce) {
+TEST(EventCatalogue, ContainsEachOperationOnce) {
     std::set<std::string> expected;
     for (const Row& row : rows()) {
         expected.insert(row.operation);

@@ -22,7 +22,7 @@ using support::RecordedEvents;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-/// The lifecycle observed without a running worker, so that what is queued can be looked at.
+/// A lifecycle without a running worker, so that the queue can be inspected.
 class ApplicationLife : public testing::Test {
   protected:
     RecordedEvents host_;
@@ -51,7 +51,7 @@ class ApplicationLife : public testing::Test {
     }
 };
 
-TEST_F(ApplicationLife, OpensASessionOnActivation) {
+TEST_F(ApplicationLife, StartsASessionOnActivation) {
     EXPECT_FALSE(lifecycle_.currentSession());
     becomeActiveAt(1000.9);
     ASSERT_TRUE(lifecycle_.currentSession());
@@ -63,7 +63,7 @@ TEST_F(ApplicationLife, OpensASessionOnActivation) {
     EXPECT_THAT(RecordedEvents::takeTasks(), IsEmpty());
 }
 
-TEST_F(ApplicationLife, SendsTheSessionThatEndsOnResignationDirectly) {
+TEST_F(ApplicationLife, SendsTheSessionDirectlyOnResignation) {
     becomeActiveAt(1000);
     resignActiveAt(1065);
     ASSERT_EQ(host_.http->requestCount(), 1U) << "handed over before the handler has returned";
@@ -79,12 +79,12 @@ TEST_F(ApplicationLife, SendsTheSessionThatEndsOnResignationDirectly) {
     EXPECT_EQ(SharedInstance::get().eventListManager->eventList().at(0).name, "vorna_session");
 }
 
-TEST_F(ApplicationLife, SendsNothingOnAResignationWithoutASession) {
+TEST_F(ApplicationLife, SendsNothingOnResignationWithoutASession) {
     resignActiveAt(1000);
     EXPECT_EQ(host_.http->requestCount(), 0U);
 }
 
-TEST_F(ApplicationLife, ReportsALeftoverSessionThroughTheQueueAndOpensAnother) {
+TEST_F(ApplicationLife, QueuesALeftoverSessionAndStartsAnother) {
     becomeActiveAt(1000);
     const std::string first = lifecycle_.currentSession()->sessionID;
     becomeActiveAt(1030);
@@ -99,7 +99,7 @@ TEST_F(ApplicationLife, ReportsALeftoverSessionThroughTheQueueAndOpensAnother) {
     EXPECT_NE(lifecycle_.currentSession()->sessionID, first);
 }
 
-TEST_F(ApplicationLife, FetchesTheConfigurationAgainAfterFiveMinutesAndNotBefore) {
+TEST_F(ApplicationLife, RefetchesTheConfigurationAfterFiveMinutesOfInactivity) {
     resignActiveAt(2000);
     becomeActiveAt(2299);
     EXPECT_EQ(fetchesQueued(), 0U);
@@ -108,7 +108,7 @@ TEST_F(ApplicationLife, FetchesTheConfigurationAgainAfterFiveMinutesAndNotBefore
     EXPECT_EQ(fetchesQueued(), 1U);
 }
 
-TEST_F(ApplicationLife, CountsInactivityFromTheLastResignationOnly) {
+TEST_F(ApplicationLife, MeasuresInactivityFromTheLastResignation) {
     resignActiveAt(1000);
     resignActiveAt(1200);
     becomeActiveAt(1499);
@@ -119,7 +119,7 @@ TEST_F(ApplicationLife, CountsInactivityFromTheLastResignationOnly) {
     EXPECT_EQ(fetchesQueued(), 0U);
 }
 
-TEST_F(ApplicationLife, StopsTheProcessWhenTheClockWasSetBackDuringInactivity) {
+TEST_F(ApplicationLife, AbortsIfTheClockWasSetBackDuringInactivity) {
     resignActiveAt(2000);
     EXPECT_DEATH(becomeActiveAt(1999),
                  "Fatal error: the clock was set back while the application was inactive");
@@ -164,7 +164,7 @@ INSTANTIATE_TEST_SUITE_P(Signals, SignalThatIsOnlyLogged,
                                          SignalCase{UIApplicationDidFinishLaunchingNotification,
                                                     "[VornaSDK] appDidFinishLaunching\n"}));
 
-TEST_F(ApplicationLife, PrintsWhatHappenedToTheSession) {
+TEST_F(ApplicationLife, LogsActivationAndResignation) {
     VornaCoreSDK::debug = true;
     testing::internal::CaptureStdout();
     becomeActiveAt(1000);

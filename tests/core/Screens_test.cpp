@@ -20,7 +20,7 @@ using testing::IsEmpty;
 using testing::internal::CaptureStdout;
 using testing::internal::GetCapturedStdout;
 
-/// Screens that show nothing and remember what they were asked for.
+/// Screens that show nothing and record the calls.
 class RecordingScreens : public Screens {
   public:
     std::vector<std::string> calls;
@@ -53,7 +53,7 @@ struct WithoutScreens {
 
 class ScreenOperationWithoutScreens : public testing::TestWithParam<WithoutScreens> {};
 
-TEST_P(ScreenOperationWithoutScreens, SaysThatThereIsNothingToShowItOver) {
+TEST_P(ScreenOperationWithoutScreens, LogsThatThereIsNoWindow) {
     const support::RecordedEvents platform;
     CaptureStdout();
     GetParam().operation();
@@ -85,7 +85,7 @@ INSTANTIATE_TEST_SUITE_P(
                     WithoutScreens{"CloseEventList", [] { VornaCoreSDK::CloseEventList(); }, ""}),
     [](const auto& testCase) { return testCase.param.name; });
 
-TEST(InstalledScreens, GetEveryOperationWithItsDocument) {
+TEST(InstalledScreens, ReceiveEveryOperationWithItsDocument) {
     const support::RecordedEvents platform;
     const auto screens = std::make_shared<RecordingScreens>();
     installScreens(screens);
@@ -110,7 +110,7 @@ TEST(InstalledScreens, NeverSeeTextThatIsNotUtf8) {
     EXPECT_THAT(screens->calls, IsEmpty());
 }
 
-TEST(InstalledScreens, MayThrowWithoutTheHostNoticing) {
+TEST(InstalledScreens, MayThrow) {
     const support::RecordedEvents platform;
     installScreens(std::make_shared<RecordingScreens>());
     VornaCoreSDK::debug = true;
@@ -119,7 +119,7 @@ TEST(InstalledScreens, MayThrowWithoutTheHostNoticing) {
     EXPECT_EQ(GetCapturedStdout(), "[VornaSDK] CloseEventList has failed: not today\n");
 }
 
-TEST(InstalledScreens, AreGivenTheLibrarysServicesOnceWhicheverComesFirst) {
+TEST(InstalledScreens, ReceiveTheServicesOnceWhenTheInstanceIsCreated) {
     const support::RecordedEvents platform;
     const auto before = std::make_shared<RecordingScreens>();
     installScreens(before);
@@ -133,7 +133,7 @@ TEST(InstalledScreens, AreGivenTheLibrarysServicesOnceWhicheverComesFirst) {
     EXPECT_EQ(before->services.size(), 1U);
 }
 
-TEST(InstalledScreens, AreGivenTheServicesAtOnceWhenTheInstanceExists) {
+TEST(InstalledScreens, ReceiveTheServicesAtOnceIfTheInstanceExists) {
     const support::RecordedEvents platform;
     VornaCoreSDK::Event("first");
     const auto screens = std::make_shared<RecordingScreens>();
@@ -141,13 +141,13 @@ TEST(InstalledScreens, AreGivenTheServicesAtOnceWhenTheInstanceExists) {
     EXPECT_EQ(screens->services.size(), 1U);
 }
 
-/// Screens that cannot be used on this machine.
+/// Screens that fail to start.
 class ScreensWithoutDisplay final : public RecordingScreens {
   public:
     void start(const ScreenServices& /*provided*/) override { throw std::runtime_error("no display"); }
 };
 
-TEST(InstalledScreens, ThatFailToStartLeaveTheLibraryOnThePlatformOfItsHost) {
+TEST(InstalledScreens, ThatFailToStartLeaveTheHostsPlatformInUse) {
     const support::RecordedEvents platform;
     installScreens(std::make_shared<ScreensWithoutDisplay>());
     VornaCoreSDK::debug = true;
@@ -159,7 +159,7 @@ TEST(InstalledScreens, ThatFailToStartLeaveTheLibraryOnThePlatformOfItsHost) {
     EXPECT_EQ(platform.take().size(), 1U);
 }
 
-TEST(InstalledScreens, ThatFailToStartLateDoNotTroubleTheirHost) {
+TEST(InstalledScreens, ThatFailToStartLaterDoNotAffectTheHost) {
     const support::RecordedEvents platform;
     VornaCoreSDK::Event("first");
     VornaCoreSDK::debug = true;
@@ -168,7 +168,7 @@ TEST(InstalledScreens, ThatFailToStartLateDoNotTroubleTheirHost) {
     EXPECT_EQ(GetCapturedStdout(), "[VornaSDK] The start of the screens has failed: no display\n");
 }
 
-TEST(InstalledScreens, StayTheOnesThatCameFirst) {
+TEST(InstalledScreens, AreNotReplaced) {
     const support::RecordedEvents platform;
     const auto first = std::make_shared<RecordingScreens>();
     const auto second = std::make_shared<RecordingScreens>();

@@ -54,7 +54,7 @@ TEST(Facade, HasNoIdentityBeforeInit) {
     EXPECT_EQ(VornaCoreSDK::GetRemoteConfig("key", "default"), "default");
 }
 
-TEST(Facade, IsMadeByAGetter) {
+TEST(Facade, IsCreatedByAGetter) {
     const RecordedEvents host;
     static_cast<void>(VornaCoreSDK::GetAppID());
     VornaCoreSDK::debug = true;
@@ -64,7 +64,7 @@ TEST(Facade, IsMadeByAGetter) {
               "[VornaSDK] UsePlatform was called after another operation; the call is ignored\n");
 }
 
-TEST(Facade, IsMadeOnceHoweverManyThreadsAskAtOnce) {
+TEST(Facade, IsCreatedOnceByConcurrentCalls) {
     const RecordedEvents host;
     std::vector<std::thread> threads;
     for (int thread = 0; thread < 8; ++thread) {
@@ -82,20 +82,20 @@ TEST(CurrentTimestamp, IsInWholeSecondsTruncated) {
     EXPECT_EQ(VornaCoreSDK::CurrentTimestamp(), 1'704'067'200U);
 }
 
-TEST(CurrentTimestamp, OfABrokenClockStopsTheProcess) {
+TEST(CurrentTimestamp, AbortsIfTheClockIsBroken) {
     const RecordedEvents host;
     host.clock->set(-1);
     EXPECT_DEATH(VornaCoreSDK::CurrentTimestamp(), "Fatal error: the clock returned a date outside the range");
     EXPECT_DEATH(VornaCoreSDK::Event("x"), "Fatal error: the clock returned a date outside the range");
 }
 
-TEST(SetAdid, KeepsAnEmptyTextAsPresent) {
+TEST(SetAdid, KeepsEmptyText) {
     const RecordedEvents host;
     VornaCoreSDK::SetAdid("");
     EXPECT_EQ(VornaCoreSDK::GetAdid(), "");
 }
 
-TEST(SetAdid, ReplacesAndRecordsNothing) {
+TEST(SetAdid, ReplacesThePreviousOneAndRecordsNothing) {
     const RecordedEvents host;
     VornaCoreSDK::SetAdid("a");
     VornaCoreSDK::SetAdid("b");
@@ -103,14 +103,14 @@ TEST(SetAdid, ReplacesAndRecordsNothing) {
     EXPECT_THAT(RecordedEvents::takeTasks(), SizeIs(0));
 }
 
-TEST(SetAdid, RefusesWhatIsNotUtf8WithALine) {
+TEST(SetAdid, LogsAndIgnoresTextThatIsNotUtf8) {
     const RecordedEvents host;
     VornaCoreSDK::SetAdid("good");
     VornaCoreSDK::debug = true;
     testing::internal::CaptureStdout();
     VornaCoreSDK::SetAdid("\xFF");
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
-              "[VornaSDK] SetAdid: adid is not UTF-8; nothing is done\n");
+              "[VornaSDK] SetAdid: adid is not UTF-8; the call is ignored\n");
     EXPECT_EQ(VornaCoreSDK::GetAdid(), "good");
 }
 
@@ -122,7 +122,7 @@ TEST(Debug, ReadsAndWritesLikeABool) {
 
 // Init
 
-TEST(Init, TakesUpTheIdentityAndTellsTheServiceInOrder) {
+TEST(Init, LoadsTheIdentityThenFetchesThenRecordsItsEvent) {
     const RecordedEvents host;
     VornaCoreSDK::Init("my-app");
     EXPECT_EQ(VornaCoreSDK::GetAppID(), "my-app");
@@ -143,7 +143,7 @@ TEST(Init, TakesUpTheIdentityAndTellsTheServiceInOrder) {
     EXPECT_EQ(event.deviceData.identity->installTime, VornaCoreSDK::GetInstallTime());
 }
 
-TEST(Init, CalledAgainKeepsTheFirstIdentifierAndFetchesOnceMore) {
+TEST(Init, CalledAgainKeepsTheFirstIdentifierAndFetchesAgain) {
     const RecordedEvents host;
     VornaCoreSDK::Init("A");
     VornaCoreSDK::Init("B");
@@ -167,7 +167,7 @@ TEST(Init, CalledAgainRegistersNoObserverTwice) {
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "[VornaSDK] appDidEnterBackground\n");
 }
 
-/// A store that fails as the test says, or lets the test look at the library while it is read.
+/// A store that fails as instructed, or lets the test inspect the library while it is being read.
 class WatchedCredentialStore final : public CredentialStore {
   public:
     explicit WatchedCredentialStore(std::function<void()> onRead) : onRead_(std::move(onRead)) {}
@@ -187,14 +187,14 @@ class WatchedCredentialStore final : public CredentialStore {
     const std::function<void()> onRead_;
 };
 
-/// The platform of fakes with that store in it.
+/// The fake platform with that store.
 void useStore(const RecordedEvents& host, std::function<void()> onRead) {
     Platform platform = host.platform();
     platform.credentialStore = std::make_shared<WatchedCredentialStore>(std::move(onRead));
     VornaCoreSDK::UsePlatform(std::move(platform));
 }
 
-TEST(Init, ObservesAndSendsBeforeItAsksForTheIdentityAndLoadsTheConfigurationAfter) {
+TEST(Init, ObservesAndSendsBeforeLoadingTheIdentityAndThenTheConfiguration) {
     const RecordedEvents host;
     host.preferences->put("VornaRemoteConfigs", {{"a", "old"}});
     int reads = 0;
@@ -215,7 +215,7 @@ TEST(Init, ObservesAndSendsBeforeItAsksForTheIdentityAndLoadsTheConfigurationAft
     EXPECT_EQ(VornaCoreSDK::GetRemoteConfig("a", "default"), "old");
 }
 
-TEST(Init, ThatAPortHasCutShortIsMadeGoodByTheNextWithoutDoingAnythingTwice) {
+TEST(Init, IsResumedByTheNextCallAfterAPortHasThrown) {
     const RecordedEvents host;
     bool fails = true;
     useStore(host, [&] {
@@ -241,7 +241,7 @@ TEST(Init, ThatAPortHasCutShortIsMadeGoodByTheNextWithoutDoingAnythingTwice) {
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "[VornaSDK] appDidEnterBackground\n");
 }
 
-/// The lines that the calling thread prints; the worker's depend on its own pace.
+/// The lines printed by the calling thread; the worker's come at any time.
 std::vector<std::string> linesOfInit(const std::string& printed) {
     std::vector<std::string> lines;
     std::string line;
@@ -277,7 +277,7 @@ TEST(Init, TakesADataFolderBehindADanglingLinkForOneThatCannotBeWritten) {
 
 TEST(Init, PrintsNothingWhileDebugIsOff) {
     const RecordedEvents host;
-    // A first run reports that it found no identity, always; so let there be one.
+    // A first run always reports that there is no identity, so provide one.
     std::ignore =
         host.credentials->add("io.vorna.vornasdk", "userDetails", R"({"userId":"u","installTime":5})");
     testing::internal::CaptureStdout();
@@ -286,7 +286,7 @@ TEST(Init, PrintsNothingWhileDebugIsOff) {
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }
 
-TEST(Init, SaysThatItHasRunAndThenRecordsItsEvent) {
+TEST(Init, LogsThatItHasRunAndThenRecordsItsEvent) {
     const RecordedEvents host;
     VornaCoreSDK::debug = true;
     testing::internal::CaptureStdout();
@@ -297,13 +297,13 @@ TEST(Init, SaysThatItHasRunAndThenRecordsItsEvent) {
                                      "[VornaSDK] Event called  -> sdk_initialized"));
 }
 
-TEST(Init, RefusesAnIdentifierThatIsNotUtf8AndCanBeCalledProperlyLater) {
+TEST(Init, IgnoresAnIdentifierThatIsNotUtf8AndCanBeCalledAgain) {
     const RecordedEvents host;
     VornaCoreSDK::debug = true;
     testing::internal::CaptureStdout();
     VornaCoreSDK::Init("\xED\xA0\x80");
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
-              "[VornaSDK] Init: appID is not UTF-8; nothing is done\n");
+              "[VornaSDK] Init: appID is not UTF-8; the call is ignored\n");
     EXPECT_FALSE(VornaCoreSDK::GetAppID());
     VornaCoreSDK::debug = false;
     VornaCoreSDK::Init("proper");
@@ -311,7 +311,7 @@ TEST(Init, RefusesAnIdentifierThatIsNotUtf8AndCanBeCalledProperlyLater) {
     EXPECT_TRUE(host.http->waitForRequests(2));
 }
 
-TEST(Init, StopsTheProcessForAnIdentityThatCannotBeUnderstood) {
+TEST(Init, AbortsIfTheIdentityCannotBeDecoded) {
     const RecordedEvents host;
     std::ignore = host.credentials->add("io.vorna.vornasdk", "userDetails", "{}");
     GTEST_FLAG_SET(death_test_style, "threadsafe");
@@ -320,7 +320,7 @@ TEST(Init, StopsTheProcessForAnIdentityThatCannotBeUnderstood) {
 
 // Events
 
-TEST(Event, BeforeInitWaitsAndIsSentWithTheStateOfItsOwnMoment) {
+TEST(Event, BeforeInitIsSentLaterWithTheStateAtItsTime) {
     const RecordedEvents host;
     VornaCoreSDK::Event("early", "value");
     EXPECT_EQ(host.http->requestCount(), 0U);
@@ -331,7 +331,7 @@ TEST(Event, BeforeInitWaitsAndIsSentWithTheStateOfItsOwnMoment) {
     EXPECT_EQ(*event.deviceData.identity, (IdentityDescription{0, "", "", ""}));
 }
 
-TEST(Event, TakesBothDatesFromTheClockOneAfterTheOther) {
+TEST(Event, ReadsTheClockForEachDate) {
     const RecordedEvents host;
     host.clock->set(1000.75);
     VornaCoreSDK::Event("same_second");
@@ -344,7 +344,7 @@ TEST(Event, TakesBothDatesFromTheClockOneAfterTheOther) {
               std::pair(std::uint64_t{1000}, std::uint64_t{1001}));
 }
 
-TEST(Event, RecordsAnAbsentCustomValueAsTheEmptyOne) {
+TEST(Event, RecordsAMissingCustomValueAsEmpty) {
     const RecordedEvents host;
     VornaCoreSDK::Event("a", std::nullopt);
     VornaCoreSDK::Event("a");
@@ -355,7 +355,7 @@ TEST(Event, RecordsAnAbsentCustomValueAsTheEmptyOne) {
     EXPECT_EQ(events[1], events[2]);
 }
 
-TEST(Event, TakesGivenDatesAsTheyAre) {
+TEST(Event, RecordsTheGivenDatesUnchecked) {
     const RecordedEvents host;
     VornaCoreSDK::Event("x", 200, 100, std::nullopt);
     VornaCoreSDK::Event("x", 0, UINT64_MAX, "v");
@@ -367,7 +367,7 @@ TEST(Event, TakesGivenDatesAsTheyAre) {
     EXPECT_EQ(events[1].customValue, "v");
 }
 
-TEST(Event, TakesAnyName) {
+TEST(Event, RecordsAnyName) {
     const RecordedEvents host;
     const std::string long_name(1024UL * 1024, 'n');
     for (const std::string& name : {std::string(), long_name, std::string("\0\xFF\n", 3)}) {
@@ -376,7 +376,7 @@ TEST(Event, TakesAnyName) {
     }
 }
 
-TEST(Event, PrintsItsNameWhileDebugIsOn) {
+TEST(Event, LogsItsNameWhileDebugIsOn) {
     const RecordedEvents host;
     VornaCoreSDK::debug = true;
     testing::internal::CaptureStdout();
@@ -386,7 +386,7 @@ TEST(Event, PrintsItsNameWhileDebugIsOn) {
                                                       "[VornaSDK] Event called  -> timed\n");
 }
 
-TEST(Event, CarriesTheAdvertisingIdentifierOfItsMoment) {
+TEST(Event, ContainsTheAdvertisingIdentifierAtItsTime) {
     const RecordedEvents host;
     VornaCoreSDK::Event("before");
     VornaCoreSDK::SetAdid("adid-1");
@@ -396,9 +396,9 @@ TEST(Event, CarriesTheAdvertisingIdentifierOfItsMoment) {
     EXPECT_EQ(events[1].deviceData.identity->adid, "adid-1");
 }
 
-TEST(Event, FromEightThreadsIsQueuedOnceEachInEveryThreadsOrderWhileInitAndSetAdidRun) {
+TEST(Event, FromEightThreadsIsQueuedOnceAndInOrderWhileInitAndSetAdidRun) {
     constexpr int threadCount = 8;
-// The sanitizers make everything several times slower; the point is the same with fewer events.
+// The sanitizers make everything several times slower; fewer events test the same.
 #if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
     constexpr std::uint64_t eachCount = 1'000;
 #else
@@ -427,7 +427,7 @@ TEST(Event, FromEightThreadsIsQueuedOnceEachInEveryThreadsOrderWhileInitAndSetAd
     ASSERT_TRUE(host.http->waitForRequests(threadCount * eachCount + 3));
     std::map<std::string, std::uint64_t> next;
     for (const HttpRequest& request : requestsTo(host, eventURL)) {
-        // Only the beginning is looked at: decoding eighty thousand documents is not the point.
+        // Only the beginning: decoding eighty thousand documents would take too long.
         const std::string_view body = request.body;
         if (!body.starts_with(R"({"name":"thread)")) {
             continue;
@@ -442,7 +442,7 @@ TEST(Event, FromEightThreadsIsQueuedOnceEachInEveryThreadsOrderWhileInitAndSetAd
     }
 }
 
-/// A port of a host's that breaks its contract.
+/// A host's port that breaks its contract.
 class ThrowingSystem final : public System {
   public:
     std::shared_ptr<const SystemFacts> facts() const override { throw std::runtime_error("no facts today"); }
@@ -462,7 +462,7 @@ class ThrowingSystem final : public System {
     std::int32_t secondsFromGMT(Date) const override { return 0; }
 };
 
-TEST(Event, LetsNoExceptionOfAHostsPortReachTheHost) {
+TEST(Event, CatchesExceptionsOfTheHostsPorts) {
     Platform platform;
     platform.system = std::make_shared<ThrowingSystem>();
     VornaCoreSDK::UsePlatform(std::move(platform));
@@ -475,7 +475,7 @@ TEST(Event, LetsNoExceptionOfAHostsPortReachTheHost) {
 
 // Remote configuration
 
-TEST(GetRemoteConfig, AnswersFromTheLastRunAtOnceAndFromTheServiceOnceItHasArrived) {
+TEST(GetRemoteConfig, ReturnsTheCachedValueUntilTheFetchedOneArrives) {
     const RecordedEvents host;
     host.preferences->put("VornaRemoteConfigs", {{"a", "old"}, {"empty", ""}});
     VornaCoreSDK::Init("my-app");
@@ -497,7 +497,7 @@ TEST(GetRemoteConfig, AnswersFromTheLastRunAtOnceAndFromTheServiceOnceItHasArriv
     EXPECT_THAT(host.preferences->saves(), SizeIs(1));
 }
 
-TEST(GetRemoteConfig, KeepsTheTableInForceWhenTheFetchFails) {
+TEST(GetRemoteConfig, KeepsItsValuesIfTheFetchFails) {
     const RecordedEvents host;
     host.preferences->put("VornaRemoteConfigs", {{"a", "old"}});
     std::vector<bool> outcomes;
@@ -507,7 +507,7 @@ TEST(GetRemoteConfig, KeepsTheTableInForceWhenTheFetchFails) {
         });
     VornaCoreSDK::Init("my-app");
     ASSERT_TRUE(host.http->waitForRequests(2));
-    // The answers go to the configuration request, then to the event, then to the attempts that follow.
+    // The answers to the configuration request, the event, and the further attempts.
     for (int answer = 0; answer < 5; ++answer) {
         EXPECT_TRUE(host.http->answer(support::HttpAnswer::status(503)));
     }
@@ -516,7 +516,7 @@ TEST(GetRemoteConfig, KeepsTheTableInForceWhenTheFetchFails) {
     EXPECT_EQ(VornaCoreSDK::GetRemoteConfig("a", "default"), "old");
 }
 
-TEST(GetRemoteConfig, HasOnlyDefaultsWithAnEmptyTable) {
+TEST(GetRemoteConfig, ReturnsDefaultsIfTheConfigurationIsEmpty) {
     const RecordedEvents host;
     host.preferences->put("VornaRemoteConfigs", {{"a", "old"}});
     VornaCoreSDK::Init("my-app");
@@ -553,7 +553,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 // Names
 
-TEST(NotificationNames, AreTheOnesThatHostsKnow) {
+TEST(NotificationNames, AreAsPublished) {
     const std::map<std::string_view, std::string_view> names = {
         {VornaCoreSDK::RemoteConfigsReady, "Vorna_RemoteConfigsReady"},
         {VornaCoreSDK::PaidProductClicked, "Vorna_PaidProductClicked"},
@@ -570,7 +570,7 @@ TEST(NotificationNames, AreTheOnesThatHostsKnow) {
     }
 }
 
-TEST(SignalNames, AreTheOnesThatHostsPost) {
+TEST(SignalNames, AreAsPublished) {
     const RecordedEvents host;
     VornaCoreSDK::Init("my-app");
     VornaCoreSDK::debug = true;

@@ -23,7 +23,7 @@ struct ZoneCase {
 
 class TimezoneText : public testing::TestWithParam<ZoneCase> {};
 
-TEST_P(TimezoneText, ShowsHoursAndMinutesAheadOfUTC) {
+TEST_P(TimezoneText, ContainsHoursAndMinutesAheadOfUTC) {
     EXPECT_EQ(timezoneText(GetParam().seconds), GetParam().text);
 }
 
@@ -52,7 +52,7 @@ class DeviceSnapshot : public testing::Test {
     static std::string textOf(const DeviceMetadata& metadata) { return json::encode(metadata).value(); }
 };
 
-TEST_F(DeviceSnapshot, IsWrittenWithAllItsFieldsInTheOrderOfTheWire) {
+TEST_F(DeviceSnapshot, IsEncodedWithAllFieldsInOrder) {
     EXPECT_EQ(
         textOf(collector_.collect(identity())),
         R"({"deviceModel":"Librem 5","deviceName":"Deniz'in telefonu","osVersion":"12","locale":"tr_TR",)"
@@ -65,12 +65,12 @@ TEST_F(DeviceSnapshot, IsWrittenWithAllItsFieldsInTheOrderOfTheWire) {
         R"("adid":"adid-1","userId":"01HK5GN9ZRG8W4X0VTY0GQE7VM","appId":"my-app"})");
 }
 
-TEST_F(DeviceSnapshot, ReadsBackAsItWasWritten) {
+TEST_F(DeviceSnapshot, IsDecodedUnchanged) {
     const DeviceMetadata metadata = collector_.collect(identity());
     EXPECT_EQ(json::decode<DeviceMetadata>(textOf(metadata)).value(), metadata);
 }
 
-TEST_F(DeviceSnapshot, IsReadWithoutItsOptionalFieldsButNotWithoutTheOthers) {
+TEST_F(DeviceSnapshot, IsDecodedWithoutOptionalFieldsButNotWithoutRequiredOnes) {
     constexpr const char* least =
         R"({"deviceModel":"m","deviceName":"n","osVersion":"1","locale":"l","screenWidth":1,"screenHeight":2,)"
         R"("screenScale":3,"batteryLevel":-1,"isBatteryMonitoringEnabled":false,"batteryState":0,)"
@@ -86,7 +86,7 @@ TEST_F(DeviceSnapshot, IsReadWithoutItsOptionalFieldsButNotWithoutTheOthers) {
     EXPECT_EQ(json::describe(incomplete.error()), "bundle: missing");
 }
 
-TEST_F(DeviceSnapshot, HasFallbacksForWhatTheHostAndTheDeviceDoNotTell) {
+TEST_F(DeviceSnapshot, HasFallbacksForUnknownFacts) {
     SystemFacts facts = FixedSystem::sampleFacts();
     facts.bundle = {};
     facts.identifierForVendor.reset();
@@ -98,7 +98,7 @@ TEST_F(DeviceSnapshot, HasFallbacksForWhatTheHostAndTheDeviceDoNotTell) {
     EXPECT_NE(text.find(R"("bundle":"Unknown Identifier")"), std::string::npos);
 }
 
-TEST_F(DeviceSnapshot, LeavesOutBothDiskSizesWhenTheFileSystemCannotBeAsked) {
+TEST_F(DeviceSnapshot, OmitsBothDiskSizesIfTheyCannotBeRead) {
     const std::string before = textOf(collector_.collect(identity()));
     system_->fileSystem.reset();
     std::string expected = before;
@@ -107,7 +107,7 @@ TEST_F(DeviceSnapshot, LeavesOutBothDiskSizesWhenTheFileSystemCannotBeAsked) {
     EXPECT_EQ(textOf(collector_.collect(identity())), expected);
 }
 
-TEST_F(DeviceSnapshot, SwitchesBatteryMonitoringOnBeforeItReadsTheFacts) {
+TEST_F(DeviceSnapshot, EnablesBatteryMonitoringBeforeReadingTheFacts) {
     SystemFacts facts = FixedSystem::sampleFacts();
     facts.battery.isMonitoringEnabled = false;
     system_->setFacts(facts);
@@ -115,7 +115,7 @@ TEST_F(DeviceSnapshot, SwitchesBatteryMonitoringOnBeforeItReadsTheFacts) {
     EXPECT_EQ(system_->timesMonitoringWasEnabled(), 1);
 }
 
-TEST_F(DeviceSnapshot, TellsOnTheConsoleAlwaysWhenTheDocumentsFolderCannotBeAsked) {
+TEST_F(DeviceSnapshot, AlwaysPrintsThatTheDocumentsFolderCannotBeRead) {
     system_->documentsCreation = Unexpected(std::string("/documents: Permission denied"));
     testing::internal::CaptureStdout();
     const DeviceMetadata metadata = collector_.collect(identity());
@@ -124,25 +124,25 @@ TEST_F(DeviceSnapshot, TellsOnTheConsoleAlwaysWhenTheDocumentsFolderCannotBeAske
     EXPECT_EQ(metadata.localInstallTime, 0U);
 }
 
-TEST_F(DeviceSnapshot, HasZeroForADocumentsFolderWithoutBirthTimeAndSaysNothing) {
+TEST_F(DeviceSnapshot, HasZeroForADocumentsFolderWithoutBirthTimeAndPrintsNothing) {
     system_->documentsCreation = std::nullopt;
     testing::internal::CaptureStdout();
     EXPECT_EQ(collector_.collect(identity()).localInstallTime, 0U);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }
 
-TEST_F(DeviceSnapshot, StopsTheProcessWhereThereIsNoPlaceForDocuments) {
+TEST_F(DeviceSnapshot, AbortsWithoutADocumentsFolder) {
     system_->documents.reset();
     EXPECT_DEATH(collector_.collect(identity()),
                  "Fatal error: there is no folder for the application's documents");
 }
 
-TEST_F(DeviceSnapshot, StopsTheProcessForAnImpossibleCreationDate) {
+TEST_F(DeviceSnapshot, AbortsForAnImpossibleCreationDate) {
     system_->documentsCreation = Date{-5};
     EXPECT_DEATH(collector_.collect(identity()), "Fatal error: the clock returned a date outside the range");
 }
 
-TEST_F(DeviceSnapshot, FollowsWhatChangesAndSharesWhatDoesNot) {
+TEST_F(DeviceSnapshot, UpdatesChangedPartsAndSharesTheOthers) {
     const DeviceMetadata first = collector_.collect(identity());
     const DeviceMetadata second = collector_.collect(identity());
     EXPECT_TRUE(first.device.sharesWith(second.device));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// The identity over the real file store, with the parts a phone has: a real clock, real random bits, power
-// that goes away.
+// The identity in the real file store, under the conditions of a phone: a real clock, real random bits, power
+// failures.
 
 #include <vorna/device/KeychainHelper.h>
 
@@ -60,7 +60,7 @@ KeyChainData run(const std::filesystem::path& data) {
     return helperOver(data).loadOrCreateIdentity();
 }
 
-/// Runs quietly: what the library says on first runs is not what is tested here.
+/// Suppresses the output of first runs, which is not tested here.
 class KeychainFaults : public ::testing::Test {
   protected:
     void SetUp() override { ::testing::internal::CaptureStdout(); }
@@ -80,7 +80,7 @@ class KeychainFaults : public ::testing::Test {
     bool isCapturing = true;
 };
 
-TEST_F(KeychainFaults, TheIdentifierCarriesTheTimeOfTheFirstRun) {
+TEST_F(KeychainFaults, TheIdentifierContainsTheTimeOfTheFirstRun) {
     const KeyChainData made = run(temporary.path());
     const std::optional<ULID> ulid = ULID::fromString(made.userId);
     ASSERT_TRUE(ulid);
@@ -91,14 +91,14 @@ TEST_F(KeychainFaults, TheIdentifierCarriesTheTimeOfTheFirstRun) {
     EXPECT_NE(run(temporary.path() / "another installation").userId, made.userId);
 }
 
-TEST_F(KeychainFaults, AProcessKilledDuringItsFirstRunLeavesTheWholeRecordOrNone) {
+TEST_F(KeychainFaults, AProcessKilledDuringItsFirstRunLeavesACompleteRecordOrNone) {
     const auto firstRun = [](const std::filesystem::path& data) {
         return [data](const std::string&) {
             run(data);
             return 0;
         };
     };
-    // How long an undisturbed first run takes here, the process's start included.
+    // How long an undisturbed first run takes, including the start of its process.
     std::vector<microseconds> durations;
     for (int sample = 0; sample < 9; ++sample) {
         ForkedProcess process(firstRun(temporary.path() / ("sample" + std::to_string(sample))));
@@ -126,7 +126,7 @@ TEST_F(KeychainFaults, AProcessKilledDuringItsFirstRunLeavesTheWholeRecordOrNone
             process.start();
             const auto end = steady_clock::now() + moment;
             while (steady_clock::now() < end) {
-                // A sleep would come to an end at some moments only.
+                // A sleep would end only at certain moments.
             }
             process.kill();
             process.wait();
@@ -146,7 +146,7 @@ TEST_F(KeychainFaults, AProcessKilledDuringItsFirstRunLeavesTheWholeRecordOrNone
             ++absent;
             ASSERT_EQ(found, Unexpected(CredentialStatus::itemNotFound)) << moment.count() << " us";
         }
-        // The next run goes on from there, and tidies up if it has to make an identity.
+        // The next run continues from there, and cleans up if it has to create an identity.
         const KeyChainData next = run(data);
         if (before) {
             EXPECT_EQ(next, *before);
@@ -160,7 +160,7 @@ TEST_F(KeychainFaults, AProcessKilledDuringItsFirstRunLeavesTheWholeRecordOrNone
     EXPECT_GT(absent, 0) << "no moment was early enough";
 }
 
-TEST_F(KeychainFaults, TwoProcessesThatMakeTheFirstIdentityAtOnceEndWithOneRecord) {
+TEST_F(KeychainFaults, TwoProcessesThatCreateTheFirstIdentityAtOnceLeaveOneRecord) {
     for (int round = 0; round < 100; ++round) {
         const std::filesystem::path data = temporary.path() / std::to_string(round);
         const std::filesystem::path reports = temporary.path() / ("reports" + std::to_string(round));
@@ -188,7 +188,7 @@ TEST_F(KeychainFaults, TwoProcessesThatMakeTheFirstIdentityAtOnceEndWithOneRecor
     }
 }
 
-TEST_F(KeychainFaults, OnAFullDiskTheIdentityHoldsForThisRun) {
+TEST_F(KeychainFaults, OnAFullDiskTheIdentityIsUsedForThisRun) {
     if (!SmallDisk::whyNot().empty()) {
         GTEST_SKIP() << SmallDisk::whyNot();
     }
@@ -206,7 +206,7 @@ TEST_F(KeychainFaults, OnAFullDiskTheIdentityHoldsForThisRun) {
     EXPECT_EQ(run(disk.path()), kept);
 }
 
-TEST_F(KeychainFaults, InAReadOnlyFolderTheIdentityHoldsForThisRun) {
+TEST_F(KeychainFaults, InAReadOnlyFolderTheIdentityIsUsedForThisRun) {
     if (!SmallDisk::whyNot().empty()) {
         GTEST_SKIP() << SmallDisk::whyNot();
     }
@@ -245,7 +245,7 @@ TEST_F(KeychainFaults, AFileThatOthersMayReadIsReplaced) {
     EXPECT_EQ(output(), "Error reading from Keychain: -25300\nError reading from Keychain: -67054\n");
 }
 
-TEST_F(KeychainFaults, AStoredTextThatIsNoRecordStopsTheProcess) {
+TEST_F(KeychainFaults, AbortsIfTheStoredTextIsNotARecord) {
     run(temporary.path());
     const std::filesystem::path file = temporary.path() / "credentials" / fileName;
     for (const std::string& text :

@@ -56,7 +56,7 @@ class Keychain : public ::testing::Test {
 
     void put(std::string_view text) { store->put(service, account, text); }
 
-    /// What it says on standard output while it loads or creates the identity.
+    /// Its output while it loads or creates the identity.
     std::string outputOfLoading(std::optional<KeyChainData> expected = std::nullopt) {
         ::testing::internal::CaptureStdout();
         const KeyChainData loaded = helper.loadOrCreateIdentity();
@@ -68,7 +68,7 @@ class Keychain : public ::testing::Test {
     }
 };
 
-TEST_F(Keychain, MakesAndKeepsAnIdentityOnTheFirstRun) {
+TEST_F(Keychain, CreatesAndStoresAnIdentityOnTheFirstRun) {
     EXPECT_EQ(outputOfLoading(identity), "Error reading from Keychain: -25300\n");
     EXPECT_EQ(stored(), record);
     EXPECT_THAT(store->operations(), ElementsAre("read", "remove", "add"));
@@ -84,13 +84,13 @@ TEST_F(Keychain, ReadsTheClockOnceForTheIdentifierAndOnceForTheInstallTime) {
     EXPECT_EQ(dateOfIdentifier, Date{now});
 }
 
-TEST_F(Keychain, ShowsTheNewRecordWhileDebugging) {
+TEST_F(Keychain, LogsTheNewRecordWhileDebugIsOn) {
     log::enabled = true;
     EXPECT_EQ(outputOfLoading(),
               "Error reading from Keychain: -25300\n[VornaSDK] KeyChain Data -> " + record + "\n");
 }
 
-TEST_F(Keychain, GivesTheSameIdentityOnLaterRunsAndWritesNothing) {
+TEST_F(Keychain, ReturnsTheSameIdentityOnLaterRunsAndWritesNothing) {
     put(record);
     nextIdentifier = "another";
     clock->set(now + 1'000'000);
@@ -100,24 +100,24 @@ TEST_F(Keychain, GivesTheSameIdentityOnLaterRunsAndWritesNothing) {
     EXPECT_FALSE(dateOfIdentifier);
 }
 
-TEST_F(Keychain, ReadsWhatItHasWritten) {
+TEST_F(Keychain, ReadsWhatItWrote) {
     const KeyChainData made = helper.loadOrCreateIdentity();
     nextIdentifier = "another";
     EXPECT_EQ(helper.loadOrCreateIdentity(), made);
 }
 
-TEST_F(Keychain, ReadsARecordInAnyOrderWithAnySpaceAndWithMoreInIt) {
+TEST_F(Keychain, ReadsARecordWithReorderedAndUnknownFieldsAndWhiteSpace) {
     put(" {\n\t\"more\": [1, {}], \"installTime\": 1704067200.0,\r\n \"userId\": "
         "\"01HK153X00ABCDEFGHJK\\u004dNPQRS\"} ");
     EXPECT_EQ(helper.loadOrCreateIdentity(), identity);
 }
 
-TEST_F(Keychain, TakesAnyTextForAUserIdentifier) {
+TEST_F(Keychain, AcceptsAnyTextAsUserIdentifier) {
     put(R"({"userId":"","installTime":18446744073709551615})");
     EXPECT_EQ(helper.loadOrCreateIdentity(), (KeyChainData{"", 18446744073709551615U}));
 }
 
-TEST_F(Keychain, ReplacesWhatIsNotText) {
+TEST_F(Keychain, ReplacesInvalidText) {
     for (const std::string_view bytes :
          {"\xFF\xFE{}", "{\"userId\":\"\xC3\",\"installTime\":1}", "\xC0\x80"}) {
         put(bytes);
@@ -128,7 +128,7 @@ TEST_F(Keychain, ReplacesWhatIsNotText) {
     }
 }
 
-TEST_F(Keychain, ReplacesWhatItCannotReadForWhateverReason) {
+TEST_F(Keychain, ReplacesWhatCannotBeReadForAnyReason) {
     for (const CredentialStatus status :
          {CredentialStatus::interactionNotAllowed, CredentialStatus::notAvailable,
           CredentialStatus::notPermitted, CredentialStatus::notTrusted, CredentialStatus{-1},
@@ -157,12 +157,12 @@ TEST_F(Keychain, AddsEvenIfNothingCouldBeRemoved) {
     EXPECT_EQ(stored(), record);
 }
 
-TEST_F(Keychain, SavesNoTextThatIsNotUTF8) {
+TEST_F(Keychain, DoesNotSaveTextThatIsNotUTF8) {
     helper.save("\xFF");
     EXPECT_THAT(store->calls(), IsEmpty());
 }
 
-TEST_F(Keychain, SavesOverWhatIsThere) {
+TEST_F(Keychain, ReplacesTheStoredTextWhenSaving) {
     put("old");
     helper.save("new");
     EXPECT_EQ(stored(), "new");
@@ -179,7 +179,7 @@ TEST_F(Keychain, SavesEmptyTextWhenTheRecordCannotBeEncoded) {
     EXPECT_DEATH(helper.loadOrCreateIdentity(), "Fatal error: the stored identity cannot be decoded");
 }
 
-TEST_F(Keychain, SaysWhatIsWrongWithARecordOnlyWhileDebugging) {
+TEST_F(Keychain, LogsWhatIsWrongWithARecordOnlyWhileDebugIsOn) {
     ::testing::internal::CaptureStdout();
     EXPECT_EQ(KeychainHelper::decode("{}"), std::nullopt);
     EXPECT_EQ(::testing::internal::GetCapturedStdout(), "");
@@ -214,7 +214,7 @@ std::string repeated(std::string_view text, std::size_t count) {
 
 class UndecodableRecordDeathTest : public Keychain, public ::testing::WithParamInterface<Record> {};
 
-TEST_P(UndecodableRecordDeathTest, StopsTheProcessAndStaysAsItIs) {
+TEST_P(UndecodableRecordDeathTest, AbortsAndLeavesItStored) {
     put(GetParam().text);
     EXPECT_DEATH(helper.loadOrCreateIdentity(),
                  "^\\[VornaSDK\\] Fatal error: the stored identity cannot be decoded");
@@ -253,7 +253,7 @@ TEST_F(Keychain, ReadsARecordOfAMebibyte) {
 
 using KeychainDeathTest = Keychain;
 
-TEST_F(KeychainDeathTest, StopsTheProcessOnAClockThatReadsNoTime) {
+TEST_F(KeychainDeathTest, AbortsIfTheClockIsBroken) {
     for (const double reading : {std::numeric_limits<double>::quiet_NaN(),
                                  std::numeric_limits<double>::infinity(), -1.0, std::ldexp(1.0, 64)}) {
         clock->set(reading);
@@ -262,7 +262,7 @@ TEST_F(KeychainDeathTest, StopsTheProcessOnAClockThatReadsNoTime) {
     EXPECT_EQ(stored(), std::nullopt);
 }
 
-TEST_F(Keychain, CountsFromTheEpochForAClockJustBeforeIt) {
+TEST_F(Keychain, TruncatesATimeJustBeforeTheEpochToZero) {
     clock->set(-0.5);
     EXPECT_EQ(helper.loadOrCreateIdentity().installTime, 0U);
 }

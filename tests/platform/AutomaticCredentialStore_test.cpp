@@ -91,20 +91,20 @@ TEST_F(AutomaticStore, NeverCallsTheKeyringOnTheCallersThread) {
     }
 }
 
-TEST_F(AutomaticStore, ReadsTheKeyringWhenTheFileIsGoneAndBringsTheFileBack) {
+TEST_F(AutomaticStore, ReadsTheKeyringIfTheFileIsGoneAndRestoresTheFile) {
     keyring->put(service, account, "value");
     EXPECT_EQ(store.read(service, account), "value");
     EXPECT_TRUE(comesToHold(file, "value"));
     EXPECT_EQ(keyring->value(service, account), "value");
 }
 
-TEST_F(AutomaticStore, CopiesToTheKeyringWhatOnlyTheFileHas) {
+TEST_F(AutomaticStore, CopiesAnItemThatOnlyTheFileHasToTheKeyring) {
     file->put(service, account, "value");
     std::ignore = store.read(service, account);
     EXPECT_TRUE(comesToHold(keyring, "value"));
 }
 
-TEST_F(AutomaticStore, LetsTheFileDecideWhereBothDiffer) {
+TEST_F(AutomaticStore, PrefersTheFileIfBothDiffer) {
     file->put(service, account, "the file's");
     keyring->put(service, account, "the keyring's");
     EXPECT_EQ(store.read(service, account), "the file's");
@@ -112,18 +112,18 @@ TEST_F(AutomaticStore, LetsTheFileDecideWhereBothDiffer) {
     EXPECT_EQ(file->value(service, account), "the file's");
 }
 
-TEST_F(AutomaticStore, LeavesBothAloneWhereTheyAgree) {
+TEST_F(AutomaticStore, LeavesBothAloneIfTheyAgree) {
     file->put(service, account, "value");
     keyring->put(service, account, "value");
     std::ignore = store.read(service, account);
     ASSERT_TRUE(comesToHave(keyring, {"read"}));
-    // A second round shows that the first has come to its end.
+    // A second round shows that the first has ended.
     std::ignore = store.read(service, account);
     ASSERT_TRUE(comesToHave(keyring, {"read", "read"}));
     EXPECT_THAT(file->operations(), Each(std::string("read")));
 }
 
-TEST_F(AutomaticStore, PutsTheKeyringsItemInPlaceOfAFileThatIsNotTrusted) {
+TEST_F(AutomaticStore, ReplacesAnUntrustedFileWithTheKeyringsItem) {
     file->put(service, account, "planted");
     file->readStatus(CredentialStatus::notTrusted);
     keyring->put(service, account, "value");
@@ -131,7 +131,7 @@ TEST_F(AutomaticStore, PutsTheKeyringsItemInPlaceOfAFileThatIsNotTrusted) {
     EXPECT_TRUE(comesToHold(file, "value"));
 }
 
-TEST_F(AutomaticStore, DoesNotRemoveAFileThatCannotBeReadJustNow) {
+TEST_F(AutomaticStore, DoesNotRemoveAFileThatIsTemporarilyUnreadable) {
     file->put(service, account, "unreadable now");
     file->readStatus(CredentialStatus::notAvailable);
     keyring->put(service, account, "the keyring's");
@@ -149,7 +149,7 @@ TEST_F(AutomaticStore, AddsToBothAndRemovesFromBoth) {
     EXPECT_EQ(keyring->value(service, account), std::nullopt);
 }
 
-TEST_F(AutomaticStore, CopiesToTheKeyringWhatItMissedWhileItWasLocked) {
+TEST_F(AutomaticStore, CopiesAnItemToTheKeyringOnceItIsUnlocked) {
     keyring->answerOnly(CredentialStatus::interactionNotAllowed);
     EXPECT_TRUE(store.add(service, account, "value"));
     keyring->answerOnly(std::nullopt);
@@ -157,7 +157,7 @@ TEST_F(AutomaticStore, CopiesToTheKeyringWhatItMissedWhileItWasLocked) {
     EXPECT_TRUE(comesToHold(keyring, "value"));
 }
 
-TEST_F(AutomaticStore, CopiesToTheFileWhatItMissedWhileItCouldNotBeWritten) {
+TEST_F(AutomaticStore, CopiesAnItemToTheFileOnceItIsWritable) {
     file->addStatus(CredentialStatus::notPermitted);
     EXPECT_TRUE(store.add(service, account, "value"));
     EXPECT_EQ(file->value(service, account), std::nullopt);
@@ -166,7 +166,7 @@ TEST_F(AutomaticStore, CopiesToTheFileWhatItMissedWhileItCouldNotBeWritten) {
     EXPECT_TRUE(comesToHold(file, "value"));
 }
 
-TEST_F(AutomaticStore, LeavesTheKeyringAloneWhenTheFileHasTheItemAlready) {
+TEST_F(AutomaticStore, LeavesTheKeyringAloneIfTheFileHasAnItemAlready) {
     file->put(service, account, "of another process");
     EXPECT_EQ(store.add(service, account, "mine"), Unexpected(CredentialStatus::duplicateItem));
     EXPECT_TRUE(comesToHold(keyring, "of another process"));
@@ -175,13 +175,13 @@ TEST_F(AutomaticStore, LeavesTheKeyringAloneWhenTheFileHasTheItemAlready) {
     }
 }
 
-TEST_F(AutomaticStore, ReplacesWhatTheKeyringHadWhenAnItemIsAdded) {
+TEST_F(AutomaticStore, ReplacesTheKeyringsItemWhenOneIsAdded) {
     keyring->put(service, account, "of another process");
     EXPECT_TRUE(store.add(service, account, "mine"));
     EXPECT_TRUE(comesToHold(keyring, "mine"));
 }
 
-TEST_F(AutomaticStore, KeepsTheNewIdentityWhenASlowKeyringTurnsUpWithAnOldOne) {
+TEST_F(AutomaticStore, KeepsTheNewIdentityWhenASlowKeyringReturnsAnOldOne) {
     keyring->put(service, account, "old");
     keyring->hold();
     EXPECT_EQ(hastyStore.read(service, account), Unexpected(CredentialStatus::notAvailable));
@@ -194,47 +194,47 @@ TEST_F(AutomaticStore, KeepsTheNewIdentityWhenASlowKeyringTurnsUpWithAnOldOne) {
     EXPECT_EQ(hastyStore.read(service, account), "new");
 }
 
-TEST_F(AutomaticStore, WaitsForASlowKeyringOnceForAReadAndWhatFollows) {
-    AutomaticCredentialStore patientStore(file, keyring, milliseconds(1000));
+TEST_F(AutomaticStore, SpendsTheTimeoutOnceForAReadAndWhatFollows) {
+    AutomaticCredentialStore slowStore(file, keyring, milliseconds(1000));
     keyring->hold();
     const auto began = steady_clock::now();
-    EXPECT_EQ(patientStore.read(service, account), Unexpected(CredentialStatus::notAvailable));
+    EXPECT_EQ(slowStore.read(service, account), Unexpected(CredentialStatus::notAvailable));
     EXPECT_GE(steady_clock::now() - began, milliseconds(1000));
     const auto afterRead = steady_clock::now();
-    std::ignore = patientStore.remove(service, account);
-    std::ignore = patientStore.add(service, account, "value");
+    std::ignore = slowStore.remove(service, account);
+    std::ignore = slowStore.add(service, account, "value");
     EXPECT_LT(steady_clock::now() - afterRead, milliseconds(900));
 }
 
-TEST_F(AutomaticStore, NeverDoesLaterWhatACallerHasGivenUp) {
+TEST_F(AutomaticStore, NeverMakesAnAbandonedCall) {
     keyring->hold();
     std::ignore = hastyStore.read(service, account);
     std::ignore = hastyStore.remove(service, account);
     std::ignore = hastyStore.add(service, account, "new");
     keyring->letGo();
     ASSERT_TRUE(comesToHold(keyring, "new"));
-    // The given-up read was under way; what comes after it is the repair.
+    // The abandoned read had begun; the rest is the repair.
     EXPECT_THAT(keyring->operations(), ElementsAre("read", "read", "add"));
 }
 
-TEST_F(AutomaticStore, ARepairUnderWayDoesNotBringBackWhatACallerRemoves) {
-    AutomaticCredentialStore patientStore(file, keyring, milliseconds(1000));
+TEST_F(AutomaticStore, ARunningRepairDoesNotRestoreARemovedItem) {
+    AutomaticCredentialStore slowStore(file, keyring, milliseconds(1000));
     keyring->put(service, account, "old");
     keyring->hold(1);
-    ASSERT_EQ(patientStore.read(service, account), "old");
-    // The repair has seen that the file has no item, and now hangs in the keyring.
+    ASSERT_EQ(slowStore.read(service, account), "old");
+    // The repair has found no item in the file, and is now waiting for the keyring.
     ASSERT_TRUE(comesToHave(keyring, {"read", "read"}));
-    std::ignore = patientStore.remove(service, account);
+    std::ignore = slowStore.remove(service, account);
     keyring->letGo();
-    // The keyring is asked in turn, so this answer means that the repair is over.
-    EXPECT_EQ(patientStore.read(service, "another"), Unexpected(CredentialStatus::itemNotFound));
+    // Calls to the keyring are made in turn, so after this one the repair is over.
+    EXPECT_EQ(slowStore.read(service, "another"), Unexpected(CredentialStatus::itemNotFound));
     EXPECT_EQ(file->value(service, account), std::nullopt);
-    EXPECT_TRUE(patientStore.add(service, account, "new"));
+    EXPECT_TRUE(slowStore.add(service, account, "new"));
     EXPECT_TRUE(comesToHold(keyring, "new"));
     EXPECT_EQ(file->value(service, account), "new");
 }
 
-TEST_F(AutomaticStore, ARepairUnderWayEndsWithWhatACallerAdds) {
+TEST_F(AutomaticStore, ARunningRepairEndsWithTheAddedItem) {
     file->put(service, account, "no identity");
     keyring->put(service, account, "old");
     keyring->hold();
@@ -247,7 +247,7 @@ TEST_F(AutomaticStore, ARepairUnderWayEndsWithWhatACallerAdds) {
     EXPECT_EQ(file->value(service, account), "new");
 }
 
-TEST_F(AutomaticStore, DoesNotWaitForAHungKeyringInTheEnd) {
+TEST_F(AutomaticStore, DoesNotWaitForAHungKeyringOnDestruction) {
     keyring->hold();
     const auto began = steady_clock::now();
     {
@@ -312,7 +312,7 @@ INSTANTIATE_TEST_SUITE_P(
                       Outcome{"PlantedFileAndNoKeyring", planted, noKeyring, planted, planted, planted}),
     [](const auto& row) { return row.param.name; });
 
-// From here on with the real parts: a private file, gnome-keyring, and the identity that is kept in them.
+// From here on with the real parts: a private file, gnome-keyring, and the identity stored in them.
 
 bool eventually(const std::function<bool()>& condition) {
     const auto deadline = steady_clock::now() + std::chrono::seconds(30);
@@ -350,7 +350,7 @@ class AutomaticIdentity : public ::testing::Test {
         return helper.loadOrCreateIdentity();
     }
 
-    /// One run of the application; the store stays as long as the caller keeps it, so that repairs can end.
+    /// One run of the application. Repairs can complete as long as the caller keeps the store.
     KeyChainData run(const std::shared_ptr<CredentialStore>& store) {
         ::testing::internal::CaptureStdout();
         KeyChainData identity = load(store);
@@ -384,7 +384,7 @@ class AutomaticIdentity : public ::testing::Test {
     std::vector<std::shared_ptr<CredentialStore>> stores;
 };
 
-TEST_F(AutomaticIdentity, IsKeptInBothFromTheFirstRunOn) {
+TEST_F(AutomaticIdentity, IsStoredInBothOnTheFirstRun) {
     const KeyringSession session;
     const KeyChainData identity = run();
     EXPECT_EQ(output, "Error reading from Keychain: -25300\n");
@@ -422,7 +422,7 @@ TEST_F(AutomaticIdentity, SurvivesALockedKeyring) {
     EXPECT_EQ(session.promptCount(), 0U);
 }
 
-TEST_F(AutomaticIdentity, MadeWhileTheKeyringIsLockedReachesItLater) {
+TEST_F(AutomaticIdentity, CreatedWhileTheKeyringIsLockedIsCopiedToItLater) {
     KeyringSession session;
     session.lockKeyring();
     const KeyChainData identity = run();
@@ -435,7 +435,7 @@ TEST_F(AutomaticIdentity, MadeWhileTheKeyringIsLockedReachesItLater) {
     EXPECT_EQ(session.promptCount(), 0U);
 }
 
-TEST_F(AutomaticIdentity, MadeWhileTheKeyringIsLockedIsNotGivenUpForTheOneInIt) {
+TEST_F(AutomaticIdentity, CreatedWhileTheKeyringIsLockedReplacesTheOneInIt) {
     KeyringSession session;
     const KeyChainData old = run();
     stores.clear();
@@ -476,7 +476,7 @@ TEST_F(AutomaticIdentity, ReachesAKeyringThatIsStartedLater) {
     EXPECT_TRUE(eventually([&] { return userInKeyring() == identity.userId; }));
 }
 
-TEST_F(AutomaticIdentity, WaitsTwoSecondsInAllForAKeyringThatHangsOnTheFirstRun) {
+TEST_F(AutomaticIdentity, WaitsTwoSecondsAltogetherForAHungKeyringOnTheFirstRun) {
     KeyringSession session;
     const KeyChainData old = run();
     stores.clear();
@@ -495,7 +495,7 @@ TEST_F(AutomaticIdentity, WaitsTwoSecondsInAllForAKeyringThatHangsOnTheFirstRun)
     EXPECT_EQ(userInFile(), identity.userId);
 }
 
-TEST_F(AutomaticIdentity, DoesNotWaitForTheBusOnceThereIsAFile) {
+TEST_F(AutomaticIdentity, DoesNotWaitForTheBusIfThereIsAFile) {
     const KeyringSession session;
     const KeyChainData identity = run();
     for (const bool wholeBus : {false, true}) {
@@ -508,7 +508,7 @@ TEST_F(AutomaticIdentity, DoesNotWaitForTheBusOnceThereIsAFile) {
     session.thawKeyring();
 }
 
-TEST_F(AutomaticIdentity, IsOneAndTheSameForTwoProcessesThatMadeItAtOnce) {
+TEST_F(AutomaticIdentity, IsTheSameForTwoProcessesThatCreateItAtOnce) {
     const auto firstRun = [this](const std::string& busAddress) {
         support::setVariable("DBUS_SESSION_BUS_ADDRESS", busAddress);
         load(newStore());

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <tests/support/KeyringSession.h>
 
-#include <tests/support/ProcessVariables.h>
+#include <vorna/platform/glib/GlibOwned.h>
 
-#include <gio/gio.h>
+#include <tests/support/ProcessVariables.h>
 
 #include <fcntl.h>
 #include <sys/prctl.h>
@@ -20,7 +20,6 @@
 #include <functional>
 #include <initializer_list>
 #include <iterator>
-#include <memory>
 #include <stdexcept>
 #include <string_view>
 #include <thread>
@@ -37,60 +36,43 @@ constexpr const char* servicePath = "/org/freedesktop/secrets";
 constexpr const char* serviceInterface = "org.freedesktop.Secret.Service";
 constexpr const char* defaultCollection = "/org/freedesktop/secrets/aliases/default";
 
-struct VariantReleaser {
-    void operator()(GVariant* variant) const noexcept { g_variant_unref(variant); }
-};
-
-using Variant = std::unique_ptr<GVariant, VariantReleaser>;
-
-struct ObjectReleaser {
-    void operator()(void* object) const noexcept { g_object_unref(object); }
-};
-
-using Connection = std::unique_ptr<GDBusConnection, ObjectReleaser>;
+using glib::ErrorSlot;
+using glib::Variant;
+using Connection = glib::Object<GDBusConnection>;
 
 [[noreturn]] void fail(const std::string& what) {
     throw std::runtime_error("keyring session: " + what);
 }
 
-/// For things another process does at some point without any sign.
+/// Polls for a condition that another process fulfils without notice.
 void waitUntil(const char* what, const std::function<bool()>& condition) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     while (!condition()) {
         if (std::chrono::steady_clock::now() > deadline) {
-            fail(std::string("in vain waited until ") + what);
+            fail(std::string("timed out waiting until ") + what);
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
 }
 
-std::string takeMessage(GError* error) {
-    std::string message = error == nullptr ? "no reason given" : error->message;
-    g_clear_error(&error);
-    return message;
-}
-
 /// Null if nothing answers there yet.
 Connection connectionTo(const std::string& address) {
-    GError* error = nullptr;
-    Connection connection(g_dbus_connection_new_for_address_sync(
+    return Connection(g_dbus_connection_new_for_address_sync(
         address.c_str(),
         static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                           G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
-        nullptr, nullptr, &error));
-    g_clear_error(&error);
-    return connection;
+        nullptr, nullptr, nullptr));
 }
 
 Variant call(const Connection& connection, const char* destination, const char* path, const char* interface,
              const char* method, GVariant* arguments) {
-    GError* error = nullptr;
+    ErrorSlot error;
     constexpr int timeout = 20'000;
     Variant answer(g_dbus_connection_call_sync(connection.get(), destination, path, interface, method,
                                                arguments, nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START, timeout,
-                                               nullptr, &error));
+                                               nullptr, error.out()));
     if (!answer) {
-        fail(std::string(method) + ": " + takeMessage(error));
+        fail(std::string(method) + ": " + error.get()->message);
     }
     return answer;
 }
@@ -189,33 +171,27 @@ Variant onlyItemsProperty(const std::string& address, const std::string& service
 
 bool KeyringSession::isPossible() {
     const auto isInstalled = [](const char* program) {
-        const std::unique_ptr<char, decltype(&g_free)> path(g_find_program_in_path(program), g_free);
-        return path != nullptr;
+        return glib::Text(g_find_program_in_path(program)) != nullptr;
     };
     return isInstalled("dbus-daemon") && isInstalled("dbus-monitor") && isInstalled("gnome-keyring-daemon");
 }
 
 KeyringSession::KeyringSession(Keyring keyring) {
-    std::string pattern = (std::filesystem::temp_directory_path() / "vorna-keyring-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) {
-        fail("no temporary folder");
-    }
-    home_ = pattern;
-    const std::filesystem::path runtime = home_ / "runtime";
+    const std::filesystem::path runtime = home_.path() / "runtime";
     std::filesystem::create_directory(runtime);
     std::filesystem::permissions(runtime, std::filesystem::perms::owner_all);
 
-    // No service folders: nothing starts by itself.
-    const std::filesystem::path configuration = home_ / "bus.conf";
-    const std::string socket = "unix:path=" + (home_ / "bus").string();
+    // Without service folders nothing is started automatically.
+    const std::filesystem::path configuration = home_.path() / "bus.conf";
+    const std::string socket = "unix:path=" + (home_.path() / "bus").string();
     std::ofstream(configuration)
         << "<busconfig><type>session</type><listen>" << socket << "</listen>"
         << R"(<policy context="default"><allow send_destination="*" eavesdrop="true"/>)"
         << R"(<allow eavesdrop="true"/><allow own="*"/></policy></busconfig>)";
 
-    setVariable("HOME", home_.string());
-    setVariable("XDG_DATA_HOME", (home_ / "data").string());
-    setVariable("XDG_CONFIG_HOME", (home_ / "config").string());
+    setVariable("HOME", home_.path().string());
+    setVariable("XDG_DATA_HOME", (home_.path() / "data").string());
+    setVariable("XDG_CONFIG_HOME", (home_.path() / "config").string());
     setVariable("XDG_RUNTIME_DIR", runtime.string());
     setVariable("DBUS_SESSION_BUS_ADDRESS", socket);
     busAddress_ = socket;
@@ -225,13 +201,15 @@ KeyringSession::KeyringSession(Keyring keyring) {
                  nothing, nothing);
     waitUntil("the bus answers", [this] { return connectionTo(busAddress_) != nullptr; });
 
-    const int prompts = open((home_ / "prompts").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_APPEND, 0600);
+    const int prompts =
+        open((home_.path() / "prompts").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_APPEND, 0600);
     monitor_ = spawn({"dbus-monitor", "--profile", "--address", busAddress_,
                       "type='method_call',interface='org.freedesktop.Secret.Prompt',member='Prompt'"},
                      nothing, prompts);
     close(prompts);
     close(nothing);
-    waitUntil("the monitor watches", [this] { return std::filesystem::file_size(home_ / "prompts") > 0; });
+    waitUntil("the monitor watches",
+              [this] { return std::filesystem::file_size(home_.path() / "prompts") > 0; });
 
     if (keyring == Keyring::running) {
         startKeyring();
@@ -244,8 +222,6 @@ KeyringSession::~KeyringSession() {
     end(monitor_);
     end(keyring_);
     end(bus_);
-    std::error_code ignored;
-    std::filesystem::remove_all(home_, ignored);
 }
 
 void KeyringSession::spawnKeyring(bool isUnlocked) {
@@ -275,12 +251,10 @@ void KeyringSession::startKeyring() {
     spawnKeyring(true);
     const Connection connection = openedConnection(busAddress_);
     waitUntil("the keyring is unlocked", [&connection] {
-        GError* error = nullptr;
         const Variant answer(g_dbus_connection_call_sync(
             connection.get(), secretService, defaultCollection, "org.freedesktop.DBus.Properties", "Get",
             g_variant_new("(ss)", "org.freedesktop.Secret.Collection", "Locked"), nullptr,
-            G_DBUS_CALL_FLAGS_NO_AUTO_START, -1, nullptr, &error));
-        g_clear_error(&error);
+            G_DBUS_CALL_FLAGS_NO_AUTO_START, -1, nullptr, nullptr));
         if (!answer) {
             return false;
         }
@@ -298,7 +272,7 @@ void KeyringSession::stopKeyring() {
 
 void KeyringSession::lockKeyring() const {
     const Connection connection = openedConnection(busAddress_);
-    // The collection's own path: this call does not accept an alias.
+    // The collection itself, since an alias is not accepted here.
     const Variant alias = call(connection, secretService, servicePath, serviceInterface, "ReadAlias",
                                g_variant_new("(s)", "default"));
     const Variant path(g_variant_get_child_value(alias.get(), 0));
@@ -384,10 +358,10 @@ void KeyringSession::requestPrompt() const {
 }
 
 std::size_t KeyringSession::promptCount() const {
-    // The monitor prints one line per call; a request of our own marks the end.
+    // The monitor writes one line for each call; a request of our own marks the end.
     requestPrompt();
     const auto seen = [this] {
-        std::ifstream file(home_ / "prompts");
+        std::ifstream file(home_.path() / "prompts");
         const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
         std::size_t count = 0;
         for (std::size_t at = text.find("\tPrompt"); at != std::string::npos;

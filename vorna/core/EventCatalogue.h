@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The predefined events: one row for each operation of the facade that records one. The facade, other
-/// callers' bindings and the tests all work from this table.
+/// The predefined events: one row for each operation of the facade that records one. The facade, the bindings
+/// and the tests all use this table.
 
 #include <array>
 #include <cstdint>
@@ -11,22 +11,22 @@
 
 namespace vorna {
 
-/// What becomes of an operation's argument.
+/// How an operation's argument is recorded.
 enum class EventArgument : std::uint8_t {
     /// The operation takes none; the custom value is empty.
     none,
-    /// It is recorded as the custom value.
+    /// As the custom value.
     customValue,
-    /// It is appended to the event's name; the custom value is empty.
+    /// Appended to the event's name; the custom value is empty.
     nameSuffix
 };
 
 struct PredefinedEvent {
     /// The operation of `VornaCoreSDK`.
     std::string_view operation;
-    /// The name of its argument; empty when it takes none.
+    /// The name of its argument; empty if it takes none.
     std::string_view argument;
-    /// What the service knows the event by. The irregular shapes among these are on record and stay.
+    /// The event's name in the service. Some are irregular; the service expects them so.
     std::string_view name;
     EventArgument use = EventArgument::none;
 };
@@ -61,7 +61,7 @@ inline constexpr std::array<PredefinedEvent, 27> eventCatalogue = {{
     {"DailyStreakClosed", "", "dailystreak_closed", EventArgument::none},
 }};
 
-/// The row of an operation, looked up while compiling: an operation without a row does not compile.
+/// Looks up the row of an operation at compile time; an operation without one does not compile.
 consteval const PredefinedEvent& predefinedEvent(std::string_view operation) {
     for (const PredefinedEvent& event : eventCatalogue) {
         if (event.operation == operation) {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Makes the record of an event at the moment it is recorded, and sends it on its way: through the queue, or
-/// straight to the HTTP client for the one event that cannot wait.
+/// Makes the record of an event when it occurs, and passes it on: to the queue, or directly to the HTTP
+/// client for the one event that cannot wait.
 
 #include <vorna/core/FacadeState.h>
 #include <vorna/device/DeviceMetadataCollector.h>
@@ -18,21 +18,21 @@
 
 namespace vorna {
 
-/// Any thread. All the work is done on the caller's.
+/// Any thread. All work is done on the caller's thread.
 class EventRecorder {
   public:
     EventRecorder(std::shared_ptr<const Clock> clock, std::shared_ptr<FacadeState> state,
                   std::shared_ptr<DeviceMetadataCollector> collector, std::shared_ptr<VornaTaskQueue> queue,
                   std::shared_ptr<VornaQueueWorker> worker, std::string eventURL);
 
-    /// Queued, with the present time as both dates.
+    /// Queues an event with the current time as both dates.
     void event(std::string_view name, std::optional<std::string_view> customValue);
 
-    /// Queued, with the dates as given.
+    /// Queues an event with the given dates.
     void event(std::string_view name, std::uint64_t startTime, std::uint64_t endTime,
                std::optional<std::string_view> customValue);
 
-    /// Handed to the HTTP client before this returns, for an application that may be suspended right after.
+    /// Hands an event to the HTTP client before returning, as the application may be suspended right after.
     void directEvent(std::string_view name, std::uint64_t startTime, std::uint64_t endTime,
                      std::optional<std::string_view> customValue);
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// What the facade knows of the application and its user: set by `Init` and `SetAdid`, read by the getters
-/// and by every record.
+/// The facade's state about the application and its user: set by `Init` and `SetAdid`, read by the getters
+/// and for every record.
 
 #include <vorna/device/DeviceMetadata.h>
 #include <vorna/platform/SharedValue.h>
@@ -30,7 +30,7 @@ class FacadeState {
     void setAdid(std::string adid);
     void setIdentity(std::string userID, std::uint64_t installTime);
 
-    /// The same for records: empty text and 0 where a value is absent.
+    /// Returns the same for records: empty text and 0 for absent values.
     SharedValue<IdentityDescription> description() const { return read(description_); }
 
   private:

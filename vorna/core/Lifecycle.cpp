@@ -43,7 +43,7 @@ void Lifecycle::observe() {
     }
 }
 
-// The next three are members because the signals' handlers are.
+// Members because all handlers are.
 // NOLINTBEGIN(readability-convert-member-functions-to-static)
 
 void Lifecycle::appDidEnterBackground() {
@@ -86,7 +86,7 @@ void Lifecycle::appWillResignActive() {
         const std::scoped_lock lock(mutex_);
         ended = std::exchange(currentSession_, std::nullopt);
     }
-    // Sending announces the event to observers, who may post signals of their own: no lock is held here.
+    // Sending notifies observers, which may post lifecycle notifications themselves: no lock is held here.
     if (ended) {
         recorder_->directEvent(sessionEvent, ended->startTime, wholeSeconds(clock_->now()), std::nullopt);
     }

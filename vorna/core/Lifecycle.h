@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// What the library does as the application comes and goes: it keeps the usage session, reports it, and asks
-/// for a fresh remote configuration after a long absence.
+/// The library's reactions to the application's lifecycle: it tracks and reports the session, and requests a
+/// new remote configuration after a long period of inactivity.
 
 #include <vorna/core/EventRecorder.h>
 #include <vorna/core/VornaSession.h>
@@ -16,31 +16,32 @@
 
 namespace vorna {
 
-/// The handlers run on the thread that posts the signal: the host's main thread.
+/// The handlers run on the thread that posts the notification: the host's main thread.
 class Lifecycle {
   public:
     Lifecycle(std::shared_ptr<const Clock> clock, std::shared_ptr<RandomSource> randomSource,
               std::shared_ptr<EventRecorder> recorder);
 
-    /// Observes the six signals on the default notification centre, for the life of the process.
+    /// Observes the six lifecycle notifications of the default notification centre for the rest of the
+    /// process.
     void observe();
 
     void appDidEnterBackground();
     void appWillEnterForeground();
 
-    /// Opens a session; one that is still open is reported first, through the queue. After five minutes or
-    /// more of inactivity the remote configuration is fetched again. Fatal when the clock has been set back
-    /// behind the beginning of the inactivity.
+    /// Starts a session; one still open is queued as an event first. After at least five minutes of
+    /// inactivity the remote configuration is fetched again. Fatal if the clock was set back to before the
+    /// application became inactive.
     void appDidBecomeActive();
 
-    /// Ends the session: it is handed to the HTTP client before this returns, since the application may be
-    /// suspended at any moment from now on.
+    /// Ends the session and hands its event to the HTTP client before returning, since the application may be
+    /// suspended at any moment afterwards.
     void appWillResignActive();
 
     void appDidFinishLaunching();
     void appDidReceiveMemoryWarning();
 
-    /// Absent between a resignation and the next activation.
+    /// Returns the open session; std::nullopt while the application is inactive.
     std::optional<VornaSession> currentSession() const;
 
   private:
@@ -50,7 +51,7 @@ class Lifecycle {
 
     mutable std::mutex mutex_;
     std::optional<VornaSession> currentSession_;
-    /// Seconds since 1970 of the last resignation; absent while the application is active.
+    /// When the application became inactive, in seconds since 1970; std::nullopt while it is active.
     std::optional<std::uint64_t> inactiveTime_;
 };
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The facade's view of the screens: what can be shown and closed. `vorna/ui` implements it and installs it
-/// with `vorna::ui::attach`; a program without screens has none.
+/// The facade's interface to the screens. `vorna/ui` implements it and installs it with `vorna::ui::attach`;
+/// a program without screens has none.
 
 #include <vorna/base/Export.h>
 #include <vorna/events/EventListManager.h>
@@ -14,16 +14,16 @@
 
 namespace vorna {
 
-/// What the screens take from the library: its HTTP client for media, the system that is told of the main
-/// screen, the list of sent events.
+/// What the screens use of the library: its HTTP client for media, the system to which the main screen's size
+/// is reported, the list of sent events.
 struct ScreenServices {
     std::shared_ptr<HttpClient> httpClient;
     std::shared_ptr<System> system;
     std::shared_ptr<EventListManager> eventListManager;
 };
 
-/// All operations may be called from any thread; an implementation takes them to its main thread. Documents
-/// are handed over as the host gave them. An exception that leaves an operation is logged and dropped.
+/// All operations may be called from any thread; an implementation runs them on its main thread. Documents
+/// are passed on exactly as the host gave them. An exception thrown by an operation is logged and dropped.
 class VORNA_EXPORT Screens {
   public:
     Screens() = default;
@@ -33,8 +33,8 @@ class VORNA_EXPORT Screens {
     Screens& operator=(Screens&&) = delete;
     virtual ~Screens() = default;
 
-    /// Called once, when the library's instance exists and the screens are installed, on the thread that did
-    /// the latter of the two.
+    /// Called once, as soon as the library's instance exists and the screens are installed, on the thread
+    /// that completed the second of these.
     virtual void start(const ScreenServices& services) = 0;
 
     virtual void showPaywall(std::string jsonString) = 0;
@@ -47,8 +47,8 @@ class VORNA_EXPORT Screens {
     virtual void closeEventList() = 0;
 };
 
-/// Makes the facade's screen operations reach these screens from now on, for the life of the process. Only
-/// the first call counts. Any thread.
+/// Directs the facade's screen operations to these screens for the rest of the process. Only the first call
+/// has an effect. Any thread.
 VORNA_EXPORT void installScreens(std::shared_ptr<Screens> screens);
 
 }  // namespace vorna

@@ -12,7 +12,7 @@ namespace vorna {
 
 namespace {
 
-/// Stands in until a window is attached: nothing can be found on show, and nothing to show a screen over.
+/// Used until a window is attached: there is nothing to close, and no window to show a screen in.
 class NoScreens final : public Screens {
   public:
     void start(const ScreenServices& /*services*/) override {}
@@ -49,7 +49,7 @@ Slot& slot() {
     return *value;
 }
 
-/// What goes wrong in the screens must not reach their host, nor keep the instance from being made.
+/// An exception of the screens must not reach the host, nor prevent the instance from being created.
 void start(Screens& screens, const ScreenServices& services) {
     try {
         screens.start(services);

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The place where the installed screens are kept, and where they meet the library's instance, whichever of
-/// the two comes first.
+/// Holds the installed screens and connects them with the library's instance, whichever comes first.
 
 #include <vorna/core/Screens.h>
 
@@ -10,10 +9,10 @@
 
 namespace vorna::screens {
 
-/// The installed ones, or stand-ins that find no window to show anything in and say so. Never null.
+/// Returns the installed screens, or stand-ins that log that there is no window. Never null.
 std::shared_ptr<Screens> installed();
 
-/// The instance exists: the screens may use these, now or as soon as they are installed.
+/// Starts the screens with these services, now or as soon as they are installed.
 void provide(const ScreenServices& services);
 
 }  // namespace vorna::screens

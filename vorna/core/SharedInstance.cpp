@@ -16,11 +16,11 @@ namespace vorna {
 
 namespace {
 
-/// The platform that the host has chosen, until the instance takes it.
+/// The host's choice of platform. It can be changed until the instance is created.
 struct Choice {
     std::mutex mutex;
     std::optional<Platform> platform;
-    bool taken = false;
+    bool isFinal = false;
 };
 
 Choice& choice() {
@@ -35,7 +35,7 @@ void useDefault(std::shared_ptr<Port>& port, const std::shared_ptr<Port>& standa
     }
 }
 
-/// The chosen platform with the default ports where it names none.
+/// Returns the chosen platform with default ports in place of missing ones.
 Platform completed(std::optional<Platform> chosen) {
     if (!chosen) {
         return makePlatform();
@@ -63,12 +63,13 @@ Platform completed(std::optional<Platform> chosen) {
     return platform;
 }
 
-Platform takeChoice() {
+Platform finalChoice() {
     std::optional<Platform> chosen;
     {
         const std::scoped_lock lock(choice().mutex);
-        choice().taken = true;
-        chosen = std::exchange(choice().platform, std::nullopt);
+        choice().isFinal = true;
+        // A copy: if creating the instance fails, the next operation tries again with the same choice.
+        chosen = choice().platform;
     }
     return completed(std::move(chosen));
 }
@@ -76,13 +77,13 @@ Platform takeChoice() {
 }  // namespace
 
 SharedInstance& SharedInstance::get() {
-    static NeverDestroyed<SharedInstance> instance(takeChoice());
+    static NeverDestroyed<SharedInstance> instance(finalChoice());
     return *instance;
 }
 
 bool SharedInstance::choose(Platform platform) {
     const std::scoped_lock lock(choice().mutex);
-    if (choice().taken) {
+    if (choice().isFinal) {
         return false;
     }
     choice().platform = std::move(platform);
@@ -111,14 +112,13 @@ SharedInstance::SharedInstance(Platform thePlatform)
 
 void SharedInstance::initialise(std::string appID) {
     const std::scoped_lock lock(initialising_);
-    if (isInitialized_) {
+    if (isInitialised_) {
         loadConfigsFromLocal();
         recorder->fetchRemoteConfig();
         return;
     }
     state->setAppID(std::move(appID));
-    // A port that throws ends the call before it is done; the next one goes on from here and must not observe
-    // or send twice.
+    // If a port throws, a later call resumes from here and must not observe or send twice.
     if (!std::exchange(isRunning_, true)) {
         lifecycle.observe();
         NotificationCenter::defaultCenter()
@@ -133,7 +133,7 @@ void SharedInstance::initialise(std::string appID) {
     recorder->fetchRemoteConfig();
     log::debug({"VornaSDK initialized"});
     recorder->event("sdk_initialized", "");
-    isInitialized_ = true;
+    isInitialised_ = true;
 }
 
 void SharedInstance::loadConfigsFromLocal() {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The one instance behind the facade's static operations: made on the first operation that needs it, alive
-/// until the process ends.
+/// The instance behind the facade's static operations: created by the first operation that needs it, never
+/// destroyed.
 
 #include <vorna/config/RemoteConfigHelper.h>
 #include <vorna/config/RemoteConfigsInForce.h>
@@ -25,11 +25,11 @@ namespace vorna {
 
 class SharedInstance {
   public:
-    /// Makes the instance on the first call, on the platform that was chosen or else the default one.
+    /// Creates the instance on the first call, with the chosen platform or else the default one.
     static SharedInstance& get();
 
-    /// Chooses the platform. False when the instance exists already; nothing has changed then.
-    static bool choose(Platform platform);
+    /// Sets the platform of the instance. False, without effect, once the instance is being created.
+    [[nodiscard]] static bool choose(Platform platform);
 
     explicit SharedInstance(Platform platform);
 
@@ -52,9 +52,9 @@ class SharedInstance {
     void remoteConfigsFetched(const Notification& notification);
 
     std::mutex initialising_;
-    /// The observers and the worker are there.
+    /// The observers are registered and the worker is started.
     bool isRunning_ = false;
-    bool isInitialized_ = false;
+    bool isInitialised_ = false;
 };
 
 }  // namespace vorna

@@ -20,8 +20,8 @@ constinit std::atomic<bool>& VornaCoreSDK::debug = log::enabled;
 
 namespace {
 
-/// Runs an operation of the facade. What goes wrong in it, a lack of memory or a port of the host's that
-/// throws, ends here; the result is then what an absent value would be.
+/// Runs an operation of the facade. Exceptions, from a lack of memory or from a port of the host's, are
+/// logged and dropped; the result is then a default-constructed one.
 template <class Operation>
 auto quietly(std::string_view name, Operation operation) noexcept -> decltype(operation()) {
     try {
@@ -36,7 +36,7 @@ bool isText(std::string_view operation, std::string_view argument, std::string_v
     if (utf8::isValid(value)) {
         return true;
     }
-    log::debug({operation, ": ", argument, " is not UTF-8; nothing is done"});
+    log::debug({operation, ": ", argument, " is not UTF-8; the call is ignored"});
     return false;
 }
 
@@ -51,7 +51,7 @@ void record(const PredefinedEvent& event, std::string_view argument = {}) {
     });
 }
 
-/// Runs an operation of the screens. They need the library's instance for media and for the event list.
+/// Runs an operation of the screens, which need the library's instance for media and the event list.
 void operate(std::string_view operation, void (Screens::*run)()) {
     quietly(operation, [&] {
         SharedInstance::get();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// One stretch of use of the application, from its activation to its resignation.
+/// A period of use of the application, from becoming active to resigning active.
 
 #include <cstdint>
 #include <string>
@@ -11,7 +11,7 @@ namespace vorna {
 struct VornaSession {
     /// Seconds since 1970.
     std::uint64_t startTime = 0;
-    /// The text of a ULID. Kept in memory only; no request carries it.
+    /// A ULID as text. Kept in memory only, never sent.
     std::string sessionID;
 };
 

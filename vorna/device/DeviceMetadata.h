@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The snapshot of device, application and identity that every event and every configuration request carries.
+/// The snapshot of device, application and identity in every event and every configuration request.
 ///
-/// It behaves as a plain record of 26 fields. What seldom changes between two snapshots is held in two shared
-/// parts, so that a hundred thousand waiting events keep one description of the device and not as many.
+/// It behaves like a plain record of 26 fields. Fields that rarely change between snapshots are in two shared
+/// parts, so that a hundred thousand queued events hold a single description of the device.
 
 #include <vorna/json/Decoding.h>
 #include <vorna/platform/SharedValue.h>
@@ -17,7 +17,7 @@
 
 namespace vorna {
 
-/// The device and the application that runs on it.
+/// The device and the application running on it.
 struct DeviceDescription {
     std::string deviceModel;
     std::string deviceName;
@@ -41,7 +41,7 @@ struct DeviceDescription {
     friend bool operator==(const DeviceDescription&, const DeviceDescription&) = default;
 };
 
-/// Who is using it, as far as the facade knows when the snapshot is taken.
+/// The user, as known to the facade when the snapshot is taken.
 struct IdentityDescription {
     /// Seconds since 1970.
     std::optional<std::uint64_t> installTime;
@@ -52,26 +52,26 @@ struct IdentityDescription {
     friend bool operator==(const IdentityDescription&, const IdentityDescription&) = default;
 };
 
-/// True for the four states that a device can report.
+/// Returns true for the four states that a device can report.
 constexpr bool isKnownValue(BatteryState state) noexcept {
     return state <= BatteryState::full;
 }
 
-/// A value; snapshots may be copied and moved between threads freely.
+/// A value; snapshots may be copied and passed between threads freely.
 struct DeviceMetadata {
     SharedValue<DeviceDescription> device;
     SharedValue<IdentityDescription> identity;
-    /// Bytes; absent when the file system could not be asked.
+    /// Bytes; std::nullopt if the file system's size cannot be read.
     std::optional<std::uint64_t> totalDiskSpace;
     std::optional<std::uint64_t> freeDiskSpace;
     /// As in "UTC+3:00".
     std::optional<std::string> timezoneOffset;
-    /// Seconds since 1970 at which the application's documents folder was made; 0 when that is not known.
+    /// When the application's documents folder was created, in seconds since 1970; 0 if unknown.
     std::optional<std::uint64_t> localInstallTime;
 
     friend bool operator==(const DeviceMetadata&, const DeviceMetadata&) = default;
 
-    /// The fields in the order of the wire.
+    /// Visits the fields in the order in which they are sent.
     template <class Self, class Visit>
     static void visitFields(Self& self, Visit&& visit) {
         auto& device = part(self.device);
@@ -116,8 +116,8 @@ struct DeviceMetadata {
     }
 };
 
-/// "UTC+3:00" for 10800 seconds ahead of UTC. West of UTC the sign stands twice, as in "UTC--5:00": the
-/// service has always received it so.
+/// Returns "UTC+3:00" for 10800 seconds ahead of UTC. West of UTC the sign is doubled, as in "UTC--5:00": the
+/// service expects this form.
 std::string timezoneText(std::int32_t secondsFromGMT);
 
 }  // namespace vorna

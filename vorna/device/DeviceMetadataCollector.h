@@ -13,14 +13,15 @@
 
 namespace vorna {
 
-/// Any thread, concurrently. One statvfs and one statx a snapshot; no other system call, no waiting.
+/// Any thread, concurrently. Each snapshot takes one statvfs and one statx; it never waits.
 class DeviceMetadataCollector {
   public:
     DeviceMetadataCollector(std::shared_ptr<System> system, std::shared_ptr<const Clock> clock);
 
-    /// The state of this moment. Battery monitoring is switched on by the first snapshot and stays on. A file
-    /// system that cannot be asked leaves both disk sizes out; a documents folder that cannot be asked is
-    /// reported on the console, always, and gives 0; a system without any place for documents is fatal.
+    /// Takes a snapshot of the current state. The first one turns on battery monitoring for good. If the file
+    /// system's size cannot be read, both disk sizes are absent; if the documents folder's creation time
+    /// cannot be read, that is always printed and the time is 0. A system without a documents folder is
+    /// fatal.
     DeviceMetadata collect(SharedValue<IdentityDescription> identity);
 
   private:
@@ -30,7 +31,7 @@ class DeviceMetadataCollector {
     const std::shared_ptr<const Clock> clock_;
 
     std::mutex mutex_;
-    /// The facts that the description was made from; it is made anew only when they have changed.
+    /// The facts from which the description was made; it is remade only when they change.
     std::shared_ptr<const SystemFacts> describedFacts_;
     SharedValue<DeviceDescription> description_;
 };

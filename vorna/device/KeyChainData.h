@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The installation's identity as the credential store keeps it.
+/// The installation's identity as stored in the credential store.
 
 #include <cstdint>
 #include <string>
@@ -9,9 +9,9 @@
 namespace vorna {
 
 struct KeyChainData {
-    /// A ULID's text, made when the record was.
+    /// A ULID as text, generated when the record was created.
     std::string userId;
-    /// Whole seconds since 1970 at that moment.
+    /// When it was created, in whole seconds since 1970.
     std::uint64_t installTime = 0;
 
     template <class Self, class Visit>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Gives the installation its identity: the same user identifier and install time on every run, kept in the
+/// The installation's identity: the same user identifier and install time on every run, kept in the
 /// credential store as one JSON record.
 
 #include <vorna/base/Export.h>
@@ -19,35 +19,34 @@
 
 namespace vorna {
 
-/// Waits as long as the store does. The operations are called one at a time.
+/// Blocks as long as the store does. Not thread-safe.
 class VORNA_EXPORT KeychainHelper {
   public:
-    /// What the store knows the record by.
+    /// The record's key in the store.
     static constexpr std::string_view service = "io.vorna.vornasdk";
     static constexpr std::string_view account = "userDetails";
 
-    /// Makes a new user identifier that carries the given time.
+    /// Generates a new user identifier with the given time in it.
     using MakeUserIdentifier = std::function<std::string(Date)>;
 
     KeychainHelper(std::shared_ptr<CredentialStore> store, std::shared_ptr<const Clock> clock,
                    MakeUserIdentifier makeUserIdentifier);
 
-    /// The stored identity. Where none can be read, for whatever reason, a new one that takes its place; it
-    /// holds for this run even if it cannot be saved. A record that can be read but not understood is fatal:
-    /// it is somebody's identity, and making another would lose it.
+    /// Loads the stored identity, or creates one and stores it in its place if none can be read for any
+    /// reason. The new one is used for this run even if it cannot be saved. A stored record that cannot be
+    /// decoded is fatal: replacing it would lose the user's identity.
     KeyChainData loadOrCreateIdentity() const;
 
-    /// The stored text. Absent when there is none or it is not UTF-8, which is said on standard output.
+    /// Returns the stored text; std::nullopt if it cannot be read or is not UTF-8, which is always printed.
     std::optional<std::string> read() const;
 
-    /// Stores the text in place of what is there. A failure is said on standard output. Text that is not
-    /// UTF-8 changes nothing.
+    /// Replaces the stored text. A failure is always printed. Text that is not UTF-8 is ignored.
     void save(std::string_view value) const;
 
-    /// The record as JSON text; absent after an error, which is logged.
+    /// Returns the record as JSON text; std::nullopt after an error, which is logged.
     static std::optional<std::string> encode(std::string_view userId, std::uint64_t installTime);
 
-    /// The record from JSON text; absent after an error, which is logged.
+    /// Returns the record from JSON text; std::nullopt after an error, which is logged.
     static std::optional<KeyChainData> decode(std::string_view text);
 
   private:

@@ -1,177 +1,155 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/AutomaticCredentialStore.h>
 
-#include <vorna/platform/BackgroundThread.h>
-#include <vorna/platform/ProcessExit.h>
+#include <vorna/platform/ServiceThread.h>
 
 #include <algorithm>
-#include <condition_variable>
+#include <atomic>
 #include <cstdint>
 #include <deque>
 #include <exception>
 #include <functional>
+#include <future>
 #include <mutex>
 #include <optional>
 #include <string>
-#include <thread>
 #include <tuple>
-#include <type_traits>
 #include <utility>
 
 namespace vorna {
 
-namespace {
-
-using ReadResult = Result<std::string, CredentialStatus>;
-using Change = Result<void, CredentialStatus>;
-
-}  // namespace
-
-/// What the store and its thread share. All that concerns the keyring happens on the thread, in order.
-class AutomaticCredentialStore::Keeper : public std::enable_shared_from_this<Keeper> {
+/// Shared by the store and its thread. The keyring is used on the thread only, one call at a time.
+class AutomaticCredentialStore::State : public std::enable_shared_from_this<State> {
   public:
-    Keeper(std::shared_ptr<CredentialStore> file, std::shared_ptr<CredentialStore> keyring,
-           std::chrono::milliseconds patience)
+    template <class Value>
+    using Outcome = Result<Value, CredentialStatus>;
+
+    State(std::shared_ptr<CredentialStore> file, std::shared_ptr<CredentialStore> keyring,
+          std::chrono::milliseconds keyringTimeout)
         : file_(std::move(file)),
           keyring_(std::move(keyring)),
-          patience_(patience),
-          patienceLeft_(patience) {}
+          keyringTimeout_(keyringTimeout),
+          keyringTimeLeft_(keyringTimeout) {}
 
-    ReadResult read(std::string service, std::string account) {
-        patienceLeft_ = patience_;
-        ReadResult fromFile = readFile(service, account);
+    Outcome<std::string> read(std::string service, std::string account) {
+        keyringTimeLeft_ = keyringTimeout_;
+        Outcome<std::string> fromFile = readFile(service, account);
         if (fromFile) {
             repairLater(std::move(service), std::move(account));
             return fromFile;
         }
-        std::optional<ReadResult> fromKeyring = askKeyring(
+        auto fromKeyring = callKeyring<std::string>(
             [service, account](CredentialStore& keyring) { return keyring.read(service, account); });
-        if (isSuccess(fromKeyring)) {
-            repairLater(std::move(service), std::move(account));
-            return *std::move(fromKeyring);
+        if (!fromKeyring) {
+            return Unexpected(statusOfNeither(fromFile.error(), fromKeyring.error()));
         }
-        return Unexpected(statusOfNothing(fromFile.error(), fromKeyring));
+        repairLater(std::move(service), std::move(account));
+        return *std::move(fromKeyring);
     }
 
-    Change remove(const std::string& service, const std::string& account) {
-        const Change fromFile =
+    Outcome<void> remove(const std::string& service, const std::string& account) {
+        const Outcome<void> fromFile =
             changeFile([&](CredentialStore& file) { return file.remove(service, account); });
-        const std::optional<Change> fromKeyring = askKeyring(
+        const auto fromKeyring = callKeyring<void>(
             [service, account](CredentialStore& keyring) { return keyring.remove(service, account); });
-        if (fromFile || isSuccess(fromKeyring)) {
+        if (fromFile || fromKeyring) {
             return {};
         }
-        return Unexpected(statusOfNothing(fromFile.error(), fromKeyring));
+        return Unexpected(statusOfNeither(fromFile.error(), fromKeyring.error()));
     }
 
-    Change add(std::string service, std::string account, std::string value) {
-        Change toFile = changeFile([&](CredentialStore& file) { return file.add(service, account, value); });
-        if (toFile == Unexpected(CredentialStatus::duplicateItem)) {
+    Outcome<void> add(std::string service, std::string account, std::string value) {
+        const Outcome<void> toFile =
+            changeFile([&](CredentialStore& file) { return file.add(service, account, value); });
+        if (!toFile && toFile.error() == CredentialStatus::duplicateItem) {
             repairLater(std::move(service), std::move(account));
             return toFile;
         }
-        std::optional<Change> toKeyring =
-            askKeyring([service, account, value = std::move(value)](CredentialStore& keyring) {
+        const auto toKeyring =
+            callKeyring<void>([service, account, value = std::move(value)](CredentialStore& keyring) {
                 return keyring.add(service, account, value);
             });
-        const bool isInFile = toFile.has_value();
-        const bool isInKeyring = isSuccess(toKeyring);
-        if (isInFile != isInKeyring) {
+        if (toFile.has_value() != toKeyring.has_value()) {
             repairLater(std::move(service), std::move(account));
         }
-        if (isInFile || isInKeyring) {
+        if (toFile || toKeyring) {
             return {};
         }
-        const bool wasInKeyring = toKeyring == Unexpected(CredentialStatus::duplicateItem);
-        return wasInKeyring ? *toKeyring : toFile;
+        const bool wasInKeyring = toKeyring.error() == CredentialStatus::duplicateItem;
+        return Unexpected(wasInKeyring ? CredentialStatus::duplicateItem : toFile.error());
     }
 
-    /// Nothing that has not begun will. Waits for the thread until the deadline.
-    void stop(std::chrono::steady_clock::time_point deadline) {
-        std::unique_lock lock(mutex_);
-        isStopping_ = true;
+    void dropJobs() {
+        const std::scoped_lock lock(mutex_);
         jobs_.clear();
-        changed_.wait_until(lock, deadline, [this] { return !isRunning_; });
     }
 
   private:
     using Job = std::function<void()>;
+    /// Empty if the keyring did not answer in time.
+    using KeyringFailure = std::optional<CredentialStatus>;
 
-    template <class Answer>
-    struct Question {
-        std::mutex mutex;
-        std::condition_variable answered;
-        std::optional<Answer> answer;
-        bool isAbandoned = false;
-    };
-
-    template <class Answer>
-    static bool isSuccess(const std::optional<Answer>& answer) {
-        return answer && *answer;
-    }
-
-    /// How it is said that neither store has given anything. A keyring that is not there cannot have the
-    /// item, one that has not answered can.
-    template <class Answer>
-    static CredentialStatus statusOfNothing(CredentialStatus fromFile,
-                                            const std::optional<Answer>& fromKeyring) {
-        if (fromFile != CredentialStatus::itemNotFound) {
-            return fromFile;
+    /// The status if neither store has provided the item. A keyring that is not there cannot have it, one
+    /// that has not answered can.
+    static CredentialStatus statusOfNeither(CredentialStatus ofFile, KeyringFailure ofKeyring) {
+        if (ofFile != CredentialStatus::itemNotFound) {
+            return ofFile;
         }
-        if (!fromKeyring) {
+        if (!ofKeyring) {
             return CredentialStatus::notAvailable;
         }
-        return fromKeyring->error() == CredentialStatus::notAvailable ? CredentialStatus::itemNotFound
-                                                                      : fromKeyring->error();
+        return *ofKeyring == CredentialStatus::notAvailable ? CredentialStatus::itemNotFound : *ofKeyring;
     }
 
-    /// Absent when there is no answer within what is left of the patience. A question that is abandoned
-    /// before its turn has come is never put.
-    template <class Operation, class Answer = std::invoke_result_t<Operation, CredentialStore&>>
-    std::optional<Answer> askKeyring(Operation operation) {
+    /// Waits for the answer for the rest of the timeout. A call that is abandoned before its turn is never
+    /// made.
+    template <class Value, class Operation>
+    Result<Value, KeyringFailure> callKeyring(Operation operation) {
         const auto began = std::chrono::steady_clock::now();
-        const auto deadline = began + patienceLeft_;
+        const auto deadline = began + keyringTimeLeft_;
         if (deadline <= began) {
-            return std::nullopt;
+            return Unexpected(KeyringFailure());
         }
-        const auto question = std::make_shared<Question<Answer>>();
-        const bool isAccepted = enqueue([this, question, operation = std::move(operation)] {
-            {
-                const std::scoped_lock lock(question->mutex);
-                if (question->isAbandoned) {
-                    return;
-                }
+        auto task = std::make_shared<std::packaged_task<Outcome<Value>()>>(
+            [this, operation = std::move(operation)] { return operation(*keyring_); });
+        std::future<Outcome<Value>> answer = task->get_future();
+        const auto isAbandoned = std::make_shared<std::atomic<bool>>(false);
+        const bool isEnqueued = enqueue([task = std::move(task), isAbandoned] {
+            if (!isAbandoned->load()) {
+                (*task)();
             }
-            Answer answer = operation(*keyring_);
-            const std::scoped_lock lock(question->mutex);
-            question->answer = std::move(answer);
-            question->answered.notify_all();
         });
-        if (!isAccepted) {
-            return std::nullopt;
+        if (!isEnqueued) {
+            return Unexpected(KeyringFailure());
         }
-        std::unique_lock lock(question->mutex);
-        question->answered.wait_until(lock, deadline, [&question] { return question->answer.has_value(); });
-        question->isAbandoned = true;
+        const bool isAnswered = answer.wait_until(deadline) == std::future_status::ready;
+        isAbandoned->store(true);
         const auto ended = std::chrono::steady_clock::now();
-        patienceLeft_ -= std::min(patienceLeft_, ended - began);
-        // A keyring that gives up in the same moment has not answered either, whatever it calls that.
-        if (ended >= deadline && !isSuccess(question->answer)) {
-            return std::nullopt;
+        keyringTimeLeft_ -= std::min(keyringTimeLeft_, ended - began);
+        if (!isAnswered) {
+            return Unexpected(KeyringFailure());
         }
-        return std::move(question->answer);
+        try {
+            return answer.get().transform_error([&](CredentialStatus status) {
+                // A keyring that gives up just when the time is over has not answered either.
+                return ended < deadline ? KeyringFailure(status) : KeyringFailure();
+            });
+        } catch (const std::exception&) {
+            // Out of memory, or dropped because the process exits.
+            return Unexpected(KeyringFailure());
+        }
     }
 
-    ReadResult readFile(const std::string& service, const std::string& account) {
+    Outcome<std::string> readFile(const std::string& service, const std::string& account) {
         const std::scoped_lock lock(fileMutex_);
         return file_->read(service, account);
     }
 
-    template <class Operation>
-    Change changeFile(Operation operation) {
+    template <class Change>
+    Outcome<void> changeFile(Change change) {
         const std::scoped_lock lock(fileMutex_);
         ++fileChanges_;
-        return operation(*file_);
+        return change(*file_);
     }
 
     void repairLater(std::string service, std::string account) {
@@ -179,81 +157,64 @@ class AutomaticCredentialStore::Keeper : public std::enable_shared_from_this<Kee
             [this, service = std::move(service), account = std::move(account)] { repair(service, account); });
     }
 
-    /// Makes both stores hold the same, as far as they can be reached now. It works on what they hold at this
-    /// moment, not on what a caller has seen, since another process may have been there in between.
+    /// Makes both stores hold the same item, as far as both can be reached. It starts from their present
+    /// contents, not from the caller's, since another process may have changed them in between.
     void repair(const std::string& service, const std::string& account) {
-        std::uint64_t changesSeen = 0;
-        ReadResult fromFile = Unexpected(CredentialStatus::itemNotFound);
-        {
-            const std::scoped_lock lock(fileMutex_);
-            changesSeen = fileChanges_;
-            fromFile = file_->read(service, account);
-        }
-        const ReadResult fromKeyring = keyring_->read(service, account);
+        std::unique_lock lock(fileMutex_);
+        const std::uint64_t changesSeen = fileChanges_;
+        Outcome<std::string> fromFile = file_->read(service, account);
+        lock.unlock();
+        const Outcome<std::string> fromKeyring = keyring_->read(service, account);
         if (!fromFile) {
-            if (!fromKeyring) {
+            lock.lock();
+            // A caller that has changed the file in the meantime takes precedence.
+            if (!fromKeyring || changesSeen != fileChanges_) {
                 return;
             }
-            const std::scoped_lock lock(fileMutex_);
-            // A caller that has changed the file meanwhile knows better.
-            if (changesSeen != fileChanges_) {
-                return;
-            }
-            if (fromFile == Unexpected(CredentialStatus::notTrusted)) {
+            if (fromFile.error() == CredentialStatus::notTrusted) {
                 std::ignore = file_->remove(service, account);
             }
-            if (file_->add(service, account, *fromKeyring) != Unexpected(CredentialStatus::duplicateItem)) {
+            const Outcome<void> toFile = file_->add(service, account, *fromKeyring);
+            if (toFile || toFile.error() != CredentialStatus::duplicateItem) {
                 return;
             }
-            // Another process was quicker, so its item is the one in force.
+            // Another process has added its item first, so that one counts.
             fromFile = file_->read(service, account);
             if (!fromFile) {
                 return;
             }
+            lock.unlock();
         }
         if (fromKeyring == fromFile) {
             return;
         }
         if (fromKeyring) {
             std::ignore = keyring_->remove(service, account);
-        } else if (fromKeyring != Unexpected(CredentialStatus::itemNotFound)) {
+        } else if (fromKeyring.error() != CredentialStatus::itemNotFound) {
             return;
         }
         std::ignore = keyring_->add(service, account, *fromFile);
     }
 
-    /// Hands the job to the thread, which is started if there is none. False when it will not be done.
+    /// Passes the job to the thread, starting it if necessary. False if no thread can be started.
     bool enqueue(Job job) {
         const std::scoped_lock lock(mutex_);
-        if (isStopping_ || processIsExiting()) {
-            return false;
+        if (!isRunning_) {
+            thread_ = ServiceThread::start(
+                "vorna-identity", ThreadPriority::normal,
+                [state = shared_from_this()](ServiceThread::Self& self) { state->run(self); });
+            isRunning_ = thread_.has_value();
         }
-        if (!isStoppedAtExit_) {
-            isStoppedAtExit_ = true;
-            stopAtProcessExit([weak = weak_from_this()](std::chrono::steady_clock::time_point deadline) {
-                if (const std::shared_ptr<Keeper> keeper = weak.lock()) {
-                    keeper->stop(deadline);
-                }
-            });
-        }
-        jobs_.push_back(std::move(job));
         if (isRunning_) {
-            return true;
+            jobs_.push_back(std::move(job));
         }
-        std::optional<std::thread> thread = startBackgroundThread(
-            "vorna-identity", ThreadPriority::normal, [keeper = shared_from_this()] { keeper->run(); });
-        if (!thread) {
-            jobs_.pop_back();
-            return false;
-        }
-        isRunning_ = true;
-        thread->detach();
-        return true;
+        return isRunning_;
     }
 
-    void run() {
+    /// Ends when there are no more jobs; a later one starts another thread.
+    void run(const ServiceThread::Self& self) {
         std::unique_lock lock(mutex_);
-        while (!jobs_.empty()) {
+        while (!jobs_.empty() && !self.stopRequested()) {
             const Job job = std::move(jobs_.front());
             jobs_.pop_front();
             lock.unlock();
@@ -264,50 +225,49 @@ class AutomaticCredentialStore::Keeper : public std::enable_shared_from_this<Kee
             }
             lock.lock();
         }
+        jobs_.clear();
         isRunning_ = false;
-        changed_.notify_all();
     }
 
     const std::shared_ptr<CredentialStore> file_;
     const std::shared_ptr<CredentialStore> keyring_;
 
-    /// The caller's alone.
-    const std::chrono::steady_clock::duration patience_;
-    std::chrono::steady_clock::duration patienceLeft_;
+    /// Used by callers only.
+    const std::chrono::steady_clock::duration keyringTimeout_;
+    std::chrono::steady_clock::duration keyringTimeLeft_;
 
-    /// The file is used by the caller and by the thread. How often the caller has changed it stands beside
-    /// it.
+    /// Guards the file, which callers and the thread use, and the number of changes that callers made to it.
     std::mutex fileMutex_;
     std::uint64_t fileChanges_ = 0;
 
     std::mutex mutex_;
-    std::condition_variable changed_;
     std::deque<Job> jobs_;
     bool isRunning_ = false;
-    bool isStopping_ = false;
-    bool isStoppedAtExit_ = false;
+    std::optional<ServiceThread> thread_;
 };
 
 AutomaticCredentialStore::AutomaticCredentialStore(std::shared_ptr<CredentialStore> file,
                                                    std::shared_ptr<CredentialStore> keyring,
-                                                   std::chrono::milliseconds patience)
-    : keeper_(std::make_shared<Keeper>(std::move(file), std::move(keyring), patience)) {}
+                                                   std::chrono::milliseconds keyringTimeout)
+    : state_(std::make_shared<State>(std::move(file), std::move(keyring), keyringTimeout)) {}
 
 AutomaticCredentialStore::~AutomaticCredentialStore() {
-    keeper_->stop(std::chrono::steady_clock::now());
+    state_->dropJobs();
 }
 
-ReadResult AutomaticCredentialStore::read(std::string_view service, std::string_view account) {
-    return keeper_->read(std::string(service), std::string(account));
+Result<std::string, CredentialStatus> AutomaticCredentialStore::read(std::string_view service,
+                                                                     std::string_view account) {
+    return state_->read(std::string(service), std::string(account));
 }
 
-Change AutomaticCredentialStore::remove(std::string_view service, std::string_view account) {
-    return keeper_->remove(std::string(service), std::string(account));
+Result<void, CredentialStatus> AutomaticCredentialStore::remove(std::string_view service,
+                                                                std::string_view account) {
+    return state_->remove(std::string(service), std::string(account));
 }
 
-Change AutomaticCredentialStore::add(std::string_view service, std::string_view account,
-                                     std::string_view value) {
-    return keeper_->add(std::string(service), std::string(account), std::string(value));
+Result<void, CredentialStatus>
+AutomaticCredentialStore::add(std::string_view service, std::string_view account, std::string_view value) {
+    return state_->add(std::string(service), std::string(account), std::string(value));
 }
 
 }  // namespace vorna

@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The default credential store: each item in a private file and in the user's keyring both. The file makes
-/// start-up quick and independent of the keyring's moods; the keyring brings the item back when the
-/// application's folder is gone.
+/// The default credential store: each item both in a private file and in the user's keyring. The file makes
+/// start-up fast and independent of the keyring; the keyring restores the item if the application's folder is
+/// deleted.
 ///
-/// Reading asks the file first, and the keyring only if the file has no item. Adding and removing go to both.
-/// A keyring that is absent, locked or slow is passed over, and so is a file that cannot be written. What one
-/// of them missed is made good off the caller's thread after each successful read and each add: an item that
-/// only one has is copied to the other, and where both differ the file's is copied to the keyring.
+/// Reading tries the file first, and the keyring only if the file has no item. Adding and removing apply to
+/// both. A keyring that is absent, locked or slow is skipped, and so is a file that cannot be written. After
+/// each successful read and each add, the two are reconciled in the background: an item that only one has is
+/// copied to the other, and if both differ the file's is copied to the keyring.
 ///
-/// So the file decides, always: once it holds an identity, no other ever takes its place because a keyring
-/// has answered. That includes a keyring that was locked when the file was made and turns up later with an
-/// older identity; that one is replaced.
+/// So the file always takes precedence: once it holds an identity, no answer of a keyring replaces it. A
+/// keyring that was locked when the file was made, and is unlocked later with an older identity, is
+/// overwritten.
 
 #include <vorna/platform/CredentialStore.h>
 
@@ -22,43 +22,43 @@
 
 namespace vorna {
 
-/// A call is passed on to the file on the caller's thread and to the keyring on a thread of this store, so
-/// the file must be quick and the keyring need not be. That thread lives while there is something to do, at
-/// most until the process exits; the stores stay alive as long as it does.
+/// Calls go to the file on the caller's thread and to the keyring on a thread of this store, so the file must
+/// be fast and the keyring need not be. That thread runs while there is work, at most until the process
+/// exits, and shares ownership of both stores.
 class AutomaticCredentialStore final : public CredentialStore {
   public:
-    static constexpr std::chrono::milliseconds defaultPatience{2000};
+    static constexpr std::chrono::milliseconds defaultKeyringTimeout{2000};
 
-    /// Patience is how long a read and the removals and additions after it wait for the keyring, all
-    /// together.
+    /// The timeout limits how long a read and the removals and additions after it wait for the keyring,
+    /// altogether.
     AutomaticCredentialStore(std::shared_ptr<CredentialStore> file, std::shared_ptr<CredentialStore> keyring,
-                             std::chrono::milliseconds patience = defaultPatience);
+                             std::chrono::milliseconds keyringTimeout = defaultKeyringTimeout);
     AutomaticCredentialStore(const AutomaticCredentialStore&) = delete;
     AutomaticCredentialStore& operator=(const AutomaticCredentialStore&) = delete;
     AutomaticCredentialStore(AutomaticCredentialStore&&) = delete;
     AutomaticCredentialStore& operator=(AutomaticCredentialStore&&) = delete;
 
-    /// Waits for nothing; what is being copied is finished, what has not begun is left to another time.
+    /// Does not wait: work in progress is completed, pending work is dropped.
     ~AutomaticCredentialStore() override;
 
-    /// The file's item, or else the keyring's. When neither has given one: what keeps the file from telling,
-    /// such as `notTrusted`, if the file may have the item; `interactionNotAllowed` if the keyring is locked
-    /// and `notAvailable` if it did not answer in time, since it may have the item; `itemNotFound` otherwise,
-    /// also where there is no keyring.
+    /// The file's item, or else the keyring's. If neither provides one: the file's own status, such as
+    /// `notTrusted`, if the file may have the item; `interactionNotAllowed` if the keyring is locked and
+    /// `notAvailable` if it did not answer in time, since it may have the item; `itemNotFound` otherwise,
+    /// also if there is no keyring.
     Result<std::string, CredentialStatus> read(std::string_view service, std::string_view account) override;
 
-    /// Succeeds when one of them had the item and let it go.
+    /// Succeeds if at least one of them had the item and removed it.
     Result<void, CredentialStatus> remove(std::string_view service, std::string_view account) override;
 
-    /// Succeeds when at least one has taken the item. `duplicateItem` when the file had one already; the
-    /// keyring is then left alone.
+    /// Succeeds if at least one stored the item. `duplicateItem` if the file had one already; the keyring is
+    /// then left alone.
     Result<void, CredentialStatus> add(std::string_view service, std::string_view account,
                                        std::string_view value) override;
 
   private:
-    class Keeper;
+    class State;
 
-    std::shared_ptr<Keeper> keeper_;
+    std::shared_ptr<State> state_;
 };
 
 }  // namespace vorna

@@ -5,6 +5,8 @@
 #include <vorna/platform/curl/CurlHttpClient.h>
 #include <vorna/platform/file/FileCredentialStore.h>
 #include <vorna/platform/file/FilePreferences.h>
+#include <vorna/platform/glib/Fingerprints.h>
+#include <vorna/platform/glib/GlibSockets.h>
 #include <vorna/platform/glib/SecretServiceCredentialStore.h>
 #include <vorna/platform/linux/DataDirectory.h>
 #include <vorna/platform/linux/GetrandomSource.h>
@@ -47,9 +49,12 @@ Platform makePlatform(const PlatformOptions& options) {
                                           ? defaultDataDirectory(options.bundleIdentifier).value_or("")
                                           : options.dataDirectory;
 
+    glib::initialiseSockets();
+
     LinuxSystemOptions system;
     system.bundle = {options.bundleIdentifier, options.bundleShortVersion, options.bundleVersion};
     system.dataDirectory = dataDirectory;
+    system.isFingerEnrolled = isFingerEnrolled;
 
     Platform platform;
     platform.eventURL = service + "/v1/event";

@@ -18,7 +18,6 @@ constinit std::atomic<bool> exiting = false;
 struct Registered {
     std::mutex mutex;
     std::vector<std::weak_ptr<RestsAtExit>> resters;
-    std::vector<std::function<void(std::chrono::steady_clock::time_point)>> stops;
 };
 
 Registered& registered() {
@@ -29,7 +28,6 @@ Registered& registered() {
 void bringToRest() {
     exiting.store(true);
     std::vector<std::shared_ptr<RestsAtExit>> resters;
-    std::vector<std::function<void(std::chrono::steady_clock::time_point)>> stops;
     {
         const std::scoped_lock lock(registered().mutex);
         for (const std::weak_ptr<RestsAtExit>& weak : std::exchange(registered().resters, {})) {
@@ -37,7 +35,6 @@ void bringToRest() {
                 resters.push_back(std::move(rester));
             }
         }
-        stops.swap(registered().stops);
     }
     for (const std::shared_ptr<RestsAtExit>& rester : resters) {
         rester->requestStop();
@@ -45,9 +42,6 @@ void bringToRest() {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(80);
     for (const std::shared_ptr<RestsAtExit>& rester : resters) {
         rester->awaitRest(deadline);
-    }
-    for (auto stop = stops.rbegin(); stop != stops.rend(); ++stop) {
-        (*stop)(deadline);
     }
     // Vital work takes milliseconds, or up to a second on an overloaded machine. Waiting longer would look
     // like a hang.
@@ -69,12 +63,6 @@ void restAtProcessExit(std::weak_ptr<RestsAtExit> rester) {
     registered().resters.push_back(std::move(rester));
     // Registered again each time: a handler runs before the teardown of what was set up before it, and a
     // later thread may use something that has only just been set up.
-    std::atexit(bringToRest);
-}
-
-void stopAtProcessExit(std::function<void(std::chrono::steady_clock::time_point deadline)> stop) {
-    const std::scoped_lock lock(registered().mutex);
-    registered().stops.push_back(std::move(stop));
     std::atexit(bringToRest);
 }
 

@@ -8,7 +8,6 @@
 /// every thread here.
 
 #include <chrono>
-#include <functional>
 #include <memory>
 
 namespace vorna {
@@ -41,8 +40,5 @@ class RestsAtExit {
 /// are asked to stop at once and share one deadline of 80 milliseconds; those at something vital are then
 /// granted up to a second more. Exit goes on without those that still do not rest.
 void restAtProcessExit(std::weak_ptr<RestsAtExit> rester);
-
-/// Being replaced by the above.
-void stopAtProcessExit(std::function<void(std::chrono::steady_clock::time_point deadline)> stop);
 
 }  // namespace vorna

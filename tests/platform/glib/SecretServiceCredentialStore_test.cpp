@@ -40,24 +40,25 @@ class SecretServiceStore : public ::testing::Test {
             GTEST_SKIP() << "dbus-daemon, dbus-monitor or gnome-keyring-daemon is not installed";
         }
     }
-
-    SecretServiceCredentialStore store{application};
 };
 
-TEST_F(SecretServiceStore, HasNothingAtFirst) {
+TEST_F(SecretServiceStore, IsInitiallyEmpty) {
     const KeyringSession session;
+    SecretServiceCredentialStore store(application);
     EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::itemNotFound));
     EXPECT_EQ(store.remove(service, account), Unexpected(CredentialStatus::itemNotFound));
 }
 
-TEST_F(SecretServiceStore, GivesBackWhatWasAdded) {
+TEST_F(SecretServiceStore, ReturnsTheAddedValue) {
     const KeyringSession session;
+    SecretServiceCredentialStore store(application);
     ASSERT_TRUE(store.add(service, account, R"({"userId":"x","installTime":1})"));
     EXPECT_EQ(store.read(service, account), R"({"userId":"x","installTime":1})");
 }
 
-TEST_F(SecretServiceStore, LabelsTheItemAndGivesItTheAttributesItIsFoundBy) {
+TEST_F(SecretServiceStore, LabelsTheItemAndSetsItsAttributes) {
     const KeyringSession session;
+    SecretServiceCredentialStore store(application);
     ASSERT_TRUE(store.add(service, account, "value"));
     const std::string name(service);
     EXPECT_EQ(session.itemLabel(name, "userDetails"), "VornaSDK identity");
@@ -66,8 +67,9 @@ TEST_F(SecretServiceStore, LabelsTheItemAndGivesItTheAttributesItIsFoundBy) {
     EXPECT_EQ(session.itemAttribute(name, "userDetails", "application"), application);
 }
 
-TEST_F(SecretServiceStore, KeepsEveryByteAsItIs) {
+TEST_F(SecretServiceStore, PreservesEveryByte) {
     const KeyringSession session;
+    SecretServiceCredentialStore store(application);
     std::string everyByte;
     for (int byte = 0; byte < 256; ++byte) {
         everyByte += static_cast<char>(byte);
@@ -87,6 +89,7 @@ TEST_F(SecretServiceStore, KeepsEveryByteAsItIs) {
 
 TEST_F(SecretServiceStore, NeverReplaces) {
     const KeyringSession session;
+    SecretServiceCredentialStore store(application);
     ASSERT_TRUE(store.add(service, account, "first"));
     EXPECT_EQ(store.add(service, account, "second"), Unexpected(CredentialStatus::duplicateItem));
     EXPECT_EQ(store.read(service, account), "first");
@@ -94,6 +97,7 @@ TEST_F(SecretServiceStore, NeverReplaces) {
 
 TEST_F(SecretServiceStore, RemovesOnlyTheItemOfThatName) {
     const KeyringSession session;
+    SecretServiceCredentialStore store(application);
     ASSERT_TRUE(store.add(service, account, "one"));
     ASSERT_TRUE(store.add(service, "another", "two"));
     EXPECT_TRUE(store.remove(service, account));
@@ -101,8 +105,9 @@ TEST_F(SecretServiceStore, RemovesOnlyTheItemOfThatName) {
     EXPECT_EQ(store.read(service, "another"), "two");
 }
 
-TEST_F(SecretServiceStore, KeepsTheItemsOfApplicationsApart) {
+TEST_F(SecretServiceStore, SeparatesTheItemsOfApplications) {
     const KeyringSession session;
+    SecretServiceCredentialStore store(application);
     SecretServiceCredentialStore neighbour("com.example.neighbour");
     ASSERT_TRUE(store.add(service, account, "mine"));
     EXPECT_EQ(neighbour.read(service, account), Unexpected(CredentialStatus::itemNotFound));
@@ -112,8 +117,9 @@ TEST_F(SecretServiceStore, KeepsTheItemsOfApplicationsApart) {
     EXPECT_EQ(store.read(service, account), "mine");
 }
 
-TEST_F(SecretServiceStore, TakesAnItemOfNoApplicationForItsOwn) {
+TEST_F(SecretServiceStore, SharesAnItemOfNoApplication) {
     const KeyringSession session;
+    SecretServiceCredentialStore store(application);
     session.addItem("io.vorna.vornasdk", "userDetails", "", "restored by hand");
     EXPECT_EQ(store.read(service, account), "restored by hand");
     EXPECT_EQ(store.add(service, account, "new"), Unexpected(CredentialStatus::duplicateItem));
@@ -121,21 +127,24 @@ TEST_F(SecretServiceStore, TakesAnItemOfNoApplicationForItsOwn) {
     EXPECT_EQ(session.itemCount("io.vorna.vornasdk", "userDetails"), 0U);
 }
 
-TEST_F(SecretServiceStore, PrefersItsOwnItemToOneOfNoApplication) {
+TEST_F(SecretServiceStore, PrefersItsOwnItemToASharedOne) {
     const KeyringSession session;
+    SecretServiceCredentialStore store(application);
     ASSERT_TRUE(store.add(service, account, "own"));
-    session.addItem("io.vorna.vornasdk", "userDetails", "", "anybody's");
+    session.addItem("io.vorna.vornasdk", "userDetails", "", "shared");
     EXPECT_EQ(store.read(service, account), "own");
     EXPECT_TRUE(store.remove(service, account));
     EXPECT_EQ(session.itemCount("io.vorna.vornasdk", "userDetails"), 0U);
 }
 
-TEST_F(SecretServiceStore, OutlivesTheServiceAndTheProcess) {
-    ForkedProcess process([this](const std::string& busAddress) {
+TEST_F(SecretServiceStore, PersistsBeyondTheServiceAndTheProcess) {
+    ForkedProcess process([](const std::string& busAddress) {
         support::setVariable("DBUS_SESSION_BUS_ADDRESS", busAddress);
+        SecretServiceCredentialStore store(application);
         return store.add(service, account, "kept") ? 0 : 1;
     });
     KeyringSession session;
+    SecretServiceCredentialStore store(application);
     process.start(session.busAddress());
     ASSERT_EQ(process.wait(), 0);
     session.stopKeyring();
@@ -143,8 +152,9 @@ TEST_F(SecretServiceStore, OutlivesTheServiceAndTheProcess) {
     EXPECT_EQ(store.read(service, account), "kept");
 }
 
-TEST_F(SecretServiceStore, AsksNobodyWhileTheKeyringIsLocked) {
+TEST_F(SecretServiceStore, NeverPromptsWhileTheKeyringIsLocked) {
     const KeyringSession session;
+    SecretServiceCredentialStore store(application);
     ASSERT_TRUE(store.add(service, account, "kept"));
     session.lockKeyring();
     EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::interactionNotAllowed));
@@ -157,6 +167,7 @@ TEST_F(SecretServiceStore, AsksNobodyWhileTheKeyringIsLocked) {
 
 TEST_F(SecretServiceStore, ReadsAgainOnceTheKeyringIsUnlocked) {
     KeyringSession session;
+    SecretServiceCredentialStore store(application);
     ASSERT_TRUE(store.add(service, account, "kept"));
     session.lockKeyring();
     ASSERT_EQ(store.read(service, account), Unexpected(CredentialStatus::interactionNotAllowed));
@@ -165,8 +176,9 @@ TEST_F(SecretServiceStore, ReadsAgainOnceTheKeyringIsUnlocked) {
     EXPECT_EQ(store.read(service, account), "kept");
 }
 
-TEST_F(SecretServiceStore, MakesNoCollectionForTheUser) {
+TEST_F(SecretServiceStore, CreatesNoCollection) {
     const KeyringSession session(KeyringSession::Keyring::isNew);
+    SecretServiceCredentialStore store(application);
     EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::itemNotFound));
     EXPECT_EQ(store.add(service, account, "new"), Unexpected(CredentialStatus::interactionNotAllowed));
     EXPECT_EQ(session.promptCount(), 0U);
@@ -174,13 +186,15 @@ TEST_F(SecretServiceStore, MakesNoCollectionForTheUser) {
 
 TEST_F(SecretServiceStore, IsNotAvailableWithoutTheService) {
     const KeyringSession session(KeyringSession::Keyring::absent);
+    SecretServiceCredentialStore store(application);
     EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::notAvailable));
     EXPECT_EQ(store.add(service, account, "value"), Unexpected(CredentialStatus::notAvailable));
     EXPECT_EQ(store.remove(service, account), Unexpected(CredentialStatus::notAvailable));
 }
 
-TEST_F(SecretServiceStore, IsNotAvailableOnceTheBusHasGone) {
+TEST_F(SecretServiceStore, IsNotAvailableOnceTheBusHasStopped) {
     KeyringSession session;
+    SecretServiceCredentialStore store(application);
     ASSERT_TRUE(store.add(service, account, "value"));
     session.stopBus();
     EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::notAvailable));
@@ -188,6 +202,7 @@ TEST_F(SecretServiceStore, IsNotAvailableOnceTheBusHasGone) {
 
 TEST_F(SecretServiceStore, SurvivesTheEndOfTheBusDuringACall) {
     KeyringSession session;
+    SecretServiceCredentialStore store(application);
     session.freezeKeyring();
     std::thread breaker([&session] { session.stopBus(); });
     EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::notAvailable));
@@ -196,6 +211,7 @@ TEST_F(SecretServiceStore, SurvivesTheEndOfTheBusDuringACall) {
 
 TEST_F(SecretServiceStore, GivesUpAtTheBoundWhenTheKeyringHangs) {
     const KeyringSession session;
+    SecretServiceCredentialStore store(application);
     ASSERT_TRUE(store.add(service, account, "value"));
     session.freezeKeyring();
     const auto began = steady_clock::now();
@@ -208,6 +224,7 @@ TEST_F(SecretServiceStore, GivesUpAtTheBoundWhenTheKeyringHangs) {
 
 TEST_F(SecretServiceStore, GivesUpAtTheBoundWhenTheBusHangs) {
     const KeyringSession session;
+    SecretServiceCredentialStore store(application);
     session.freezeBus();
     const auto began = steady_clock::now();
     EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::notAvailable));
@@ -221,7 +238,7 @@ TEST_F(SecretServiceStore, LetsTheProcessExitWhileCallsHang) {
         support::setVariable("DBUS_SESSION_BUS_ADDRESS", busAddress);
         SecretServiceCredentialStore hasty(application, milliseconds(100));
         const bool hangs = hasty.read(service, account) == Unexpected(CredentialStatus::notAvailable);
-        // When the process exits, these calls are on their way, or about to be: both must be fine.
+        // When the process exits, these calls have begun or are about to: both must be fine.
         for (int count = 0; count < 4; ++count) {
             std::thread([] {
                 std::ignore = SecretServiceCredentialStore(application).read(service, account);
@@ -230,6 +247,7 @@ TEST_F(SecretServiceStore, LetsTheProcessExitWhileCallsHang) {
         return hangs ? 0 : 1;
     });
     const KeyringSession session;
+    SecretServiceCredentialStore store(application);
     session.freezeKeyring();
     const auto began = steady_clock::now();
     process.start(session.busAddress());
@@ -239,7 +257,8 @@ TEST_F(SecretServiceStore, LetsTheProcessExitWhileCallsHang) {
 
 TEST_F(SecretServiceStore, ServesSeveralThreadsAtOnce) {
     const KeyringSession session;
-    const auto use = [this](const std::string& name) {
+    SecretServiceCredentialStore store(application);
+    const auto use = [&store](const std::string& name) {
         for (int round = 0; round < 3; ++round) {
             EXPECT_TRUE(store.add(service, name, name));
             EXPECT_EQ(store.read(service, name), name);
@@ -253,8 +272,9 @@ TEST_F(SecretServiceStore, ServesSeveralThreadsAtOnce) {
     two.join();
 }
 
-TEST_F(SecretServiceStore, TakesNoNamesThatCannotBeAttributes) {
+TEST_F(SecretServiceStore, RejectsNamesThatCannotBeAttributes) {
     const KeyringSession session;
+    SecretServiceCredentialStore store(application);
     for (const std::string& name : {std::string("\xFF"), std::string("a\0b", 3)}) {
         EXPECT_EQ(store.add(service, name, "value"), Unexpected(CredentialStatus::notPermitted));
         EXPECT_EQ(store.read(name, account), Unexpected(CredentialStatus::notPermitted));
@@ -262,7 +282,7 @@ TEST_F(SecretServiceStore, TakesNoNamesThatCannotBeAttributes) {
     }
 }
 
-/// None of these can be a running bus, and a program that would start one is recognised by its trace.
+/// None of these addresses is a running bus. A program that was started to provide one would leave a trace.
 TEST(SecretServiceStoreWithoutABus, IsNotAvailableAtOnceAndStartsNone) {
     const support::TemporaryFolder temporary;
     const std::filesystem::path& folder = temporary.path();
@@ -275,7 +295,6 @@ TEST(SecretServiceStoreWithoutABus, IsNotAvailableAtOnceAndStartsNone) {
     support::setVariable("DISPLAY", ":987");
     support::setVariable("XDG_RUNTIME_DIR", folder);
 
-    SecretServiceCredentialStore store(application);
     const std::string addresses[] = {"",
                                      "autolaunch:",
                                      "autolaunch:scope=*user",
@@ -286,6 +305,7 @@ TEST(SecretServiceStoreWithoutABus, IsNotAvailableAtOnceAndStartsNone) {
                                      "tcp:host=127.0.0.1,port=1"};
     for (const std::string& address : addresses) {
         support::setVariable("DBUS_SESSION_BUS_ADDRESS", address);
+        SecretServiceCredentialStore store(application);
         const auto began = steady_clock::now();
         EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::notAvailable)) << address;
         EXPECT_EQ(store.add(service, account, "value"), Unexpected(CredentialStatus::notAvailable))
@@ -294,18 +314,20 @@ TEST(SecretServiceStoreWithoutABus, IsNotAvailableAtOnceAndStartsNone) {
         EXPECT_LT(since(began), milliseconds(1000)) << address;
     }
     support::unsetVariable("DBUS_SESSION_BUS_ADDRESS");
-    EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::notAvailable));
+    EXPECT_EQ(SecretServiceCredentialStore(application).read(service, account),
+              Unexpected(CredentialStatus::notAvailable));
     EXPECT_FALSE(std::filesystem::exists(trace));
 }
 
 TEST_F(SecretServiceStore, FindsTheBusInTheRuntimeFolder) {
     const KeyringSession session;
+    SecretServiceCredentialStore store(application);
     ASSERT_TRUE(store.add(service, account, "value"));
     const std::filesystem::path runtime = support::variable("XDG_RUNTIME_DIR");
     const std::string socket = session.busAddress().substr(std::string_view("unix:path=").size());
     std::filesystem::create_symlink(socket, runtime / "bus");
     support::unsetVariable("DBUS_SESSION_BUS_ADDRESS");
-    EXPECT_EQ(store.read(service, account), "value");
+    EXPECT_EQ(SecretServiceCredentialStore(application).read(service, account), "value");
 }
 
 }  // namespace

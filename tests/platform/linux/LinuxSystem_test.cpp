@@ -3,9 +3,10 @@
 
 #include <vorna/platform/Log.h>
 #include <vorna/platform/NeverDestroyed.h>
+#include <vorna/platform/glib/Fingerprints.h>
 #include <vorna/platform/linux/SystemFile.h>
 
-#include <tests/platform/linux/FakeSystemBus.h>
+#include <tests/platform/glib/FakeSystemBus.h>
 #include <tests/platform/linux/SystemTree.h>
 #include <tests/support/TemporaryFolder.h>
 
@@ -46,6 +47,7 @@ LinuxSystemOptions optionsFor(const std::string& root) {
     options.bundle.identifier = "com.example.app";
     options.root = root;
     options.environment = environmentOf({{"HOME", root}, {"LANG", "tr_TR.UTF-8"}});
+    options.isFingerEnrolled = isFingerEnrolled;
     options.pollInterval = 5ms;
     return options;
 }
@@ -516,7 +518,7 @@ void checkThatTheThreadIsAtRest() {
         static NeverDestroyed<LinuxSystem> system(optionsFor(bus.root()));
         system->enableBatteryMonitoring();
     }
-    if (!bus.waitForGuest() || !isBackgroundThreadThere()) {
+    if (!bus.waitForClient() || !isBackgroundThreadThere()) {
         std::cerr << "the bus was not used\n";
         std::_Exit(1);
     }

@@ -2,49 +2,52 @@
 #pragma once
 
 /// The credential store of the desktop: the user's own keyring, through the Secret Service on the session bus
-/// (gnome-keyring, KWallet, KeePassXC). Items go to the default collection, labelled "VornaSDK identity",
-/// with the attributes "service" and "account".
+/// (gnome-keyring, KWallet, KeePassXC). Items are stored in the default collection, labelled "VornaSDK
+/// identity", with the attributes "service" and "account".
 ///
-/// A keyring is shared by all applications of the user, so an item also carries which application it belongs
-/// to, in the attribute "application"; one that names no application is taken as anybody's.
+/// All applications of the user share the keyring, so an item also has the attribute "application". One
+/// without it is taken for the item of every application.
 ///
-/// It never prompts: what would need the user is `interactionNotAllowed`. No session bus, no service on it,
-/// or no answer in time is `notAvailable`. No bus is ever started for it.
+/// The user is never prompted: an operation that would need to fails with `interactionNotAllowed`. Without a
+/// session bus, without the service on it, or without an answer in time it fails with `notAvailable`. No bus
+/// is ever started.
 
 #include <vorna/platform/CredentialStore.h>
 
 #include <chrono>
+#include <optional>
 #include <string>
 #include <string_view>
 
 namespace vorna {
 
-/// Any thread, concurrently. Each call makes a connection of its own. What a service does after the bound has
-/// passed is no longer waited for, but it may still happen.
+/// Any thread, concurrently. Each call makes its own connection, on a thread of its own. A call that exceeds
+/// the bound is cancelled, but the service may still carry it out.
 class SecretServiceCredentialStore final : public CredentialStore {
   public:
     static constexpr std::chrono::milliseconds defaultBound{2000};
 
-    /// The application is named as its data folder is; empty text means that items belong to all
-    /// applications. The bound holds for each call as a whole.
+    /// The application's name is that of its data folder; if empty, items belong to all applications. The
+    /// bound applies to each call as a whole. The environment names the session bus at this moment.
     explicit SecretServiceCredentialStore(std::string application,
                                           std::chrono::milliseconds bound = defaultBound);
 
     /// While the default collection is locked, no matching item means `interactionNotAllowed`: not every
-    /// keyring tells what a locked collection holds.
+    /// keyring reveals what a locked collection contains.
     Result<std::string, CredentialStatus> read(std::string_view service, std::string_view account) override;
 
     /// Removes all matching items that are unlocked.
     Result<void, CredentialStatus> remove(std::string_view service, std::string_view account) override;
 
-    /// Names that are not UTF-8 or contain a zero byte cannot be attributes and are `notPermitted`. Of two
-    /// processes that add the same item at the same time, one value remains.
+    /// Names that are not UTF-8 or contain a zero byte cannot be attributes and are `notPermitted`. If two
+    /// processes add the same item at the same time, one value remains.
     Result<void, CredentialStatus> add(std::string_view service, std::string_view account,
                                        std::string_view value) override;
 
   private:
-    std::string application_;
-    std::chrono::milliseconds bound_;
+    const std::string application_;
+    const std::chrono::milliseconds bound_;
+    const std::optional<std::string> busAddress_;
 };
 
 }  // namespace vorna

@@ -79,6 +79,7 @@ SystemWatchSources watchSources(const LinuxSystemOptions& options) {
                               .systemBusAddress =
                                   nonEmptyVariable(options.environment, "DBUS_SYSTEM_BUS_ADDRESS")
                                       .value_or("unix:path=" + root + "/run/dbus/system_bus_socket"),
+                              .isFingerEnrolled = options.isFingerEnrolled,
                               .interval = options.pollInterval};
 }
 

@@ -38,6 +38,8 @@ struct LinuxSystemOptions {
     /// The folder used as "/" when reading the system's own files.
     std::string root = "/";
     Environment environment = processEnvironment();
+    /// See SystemWatchSources.
+    FingerprintQuery isFingerEnrolled;
     /// How often the battery, the display and the time zone are read again.
     std::chrono::milliseconds pollInterval{30'000};
 };

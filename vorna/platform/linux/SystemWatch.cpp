@@ -2,7 +2,6 @@
 #include <vorna/platform/linux/SystemWatch.h>
 
 #include <vorna/platform/linux/Display.h>
-#include <vorna/platform/linux/Fingerprints.h>
 #include <vorna/platform/linux/PowerSupply.h>
 #include <vorna/platform/linux/TimeZoneWatch.h>
 
@@ -24,10 +23,8 @@ void watch(ServiceThread::Self& self, FactsBoard& board, const SystemWatchSource
            TimeZoneWatch& timeZone) {
     // Before monitoring is enabled, so that the first record can contain the battery's level.
     readScreenAndBattery(sources.root, board);
-    {
-        FingerprintQuery fingerprints(sources.systemBusAddress);
-        const std::stop_callback cancelOnStop(self.stopToken(), [&] { fingerprints.cancel(); });
-        board.setBiometricSupported(fingerprints.isFingerEnrolled());
+    if (sources.isFingerEnrolled) {
+        board.setBiometricSupported(sources.isFingerEnrolled(sources.systemBusAddress, self.stopToken()));
     }
     // Only now: GLib's worker thread, which the host may share with us, has inherited the normal priority.
     lowerThreadPriority();

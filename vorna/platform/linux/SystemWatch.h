@@ -8,16 +8,25 @@
 #include <vorna/platform/linux/FactsBoard.h>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <string>
 
 namespace vorna {
+
+/// Tells whether a finger of the user is enrolled, asking the service on the system bus of that address. May
+/// block until a stop is requested.
+using FingerprintQuery =
+    std::function<bool(const std::string& systemBusAddress, const std::stop_token& stop)>;
 
 struct SystemWatchSources {
     /// The folder that contains /sys; "" on a real system.
     std::string root;
     std::string systemBusAddress;
+    /// Called once, on the thread. Without it biometrics count as unsupported.
+    FingerprintQuery isFingerEnrolled;
     /// How often the sources are read again.
     std::chrono::milliseconds interval;
 };

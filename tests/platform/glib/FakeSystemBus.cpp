@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <tests/platform/linux/FakeSystemBus.h>
+#include <tests/platform/glib/FakeSystemBus.h>
 
 #include <gio/gio.h>
 
@@ -84,13 +84,13 @@ MuteSystemBus::~MuteSystemBus() {
     close(socket_);
 }
 
-bool MuteSystemBus::waitForGuest() const {
+bool MuteSystemBus::waitForClient() const {
     constexpr int bound = 30'000;
     pollfd waiting = {socket_, POLLIN, 0};
     if (poll(&waiting, 1, bound) != 1) {
         return false;
     }
-    // The guest stays connected until the process ends.
+    // The client stays connected until the process exits.
     waiting.fd = accept4(socket_, nullptr, nullptr, SOCK_CLOEXEC);
     return waiting.fd >= 0 && poll(&waiting, 1, bound) == 1;
 }
@@ -222,7 +222,7 @@ FakeFingerprintService::FakeFingerprintService(const std::string& busAddress, Fi
 }
 
 FakeFingerprintService::~FakeFingerprintService() {
-    // From its own context, so that it cannot come before the loop runs.
+    // From its own context, so that it cannot precede the loop.
     g_main_context_invoke(
         server_->context,
         [](gpointer loop) -> gboolean {

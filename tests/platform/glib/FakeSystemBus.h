@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A D-Bus of the test's own, and a fingerprint service on it.
+/// A D-Bus daemon for one test, and a fingerprint service on it.
 
 #include <tests/support/StartedProgram.h>
 #include <tests/support/TemporaryFolder.h>
@@ -17,7 +17,7 @@
 
 namespace vorna::tests {
 
-/// A real bus daemon, at the place where a system's bus is found under its root folder.
+/// A real bus daemon, with its socket where the system bus has it under a root folder.
 class FakeSystemBus {
   public:
     FakeSystemBus();
@@ -31,7 +31,7 @@ class FakeSystemBus {
 
     std::string address() const { return "unix:path=" + root() + "/run/dbus/system_bus_socket"; }
 
-    /// Ends the daemon before its time.
+    /// Kills the daemon early.
     void stop() { daemon_.reset(); }
 
   private:
@@ -39,7 +39,7 @@ class FakeSystemBus {
     std::optional<support::StartedProgram> daemon_;
 };
 
-/// A socket at the place of the system's bus, which accepts connections and never says a word.
+/// A socket in place of the system bus, which accepts connections and never answers.
 class MuteSystemBus {
   public:
     MuteSystemBus();
@@ -53,32 +53,32 @@ class MuteSystemBus {
 
     std::string address() const { return "unix:path=" + root() + "/run/dbus/system_bus_socket"; }
 
-    /// Waits until somebody has connected and sent something.
-    bool waitForGuest() const;
+    /// Waits until a client has connected and sent something.
+    bool waitForClient() const;
 
   private:
     support::TemporaryFolder folder_;
     int socket_ = -1;
 };
 
-/// What the fingerprint service has to tell.
+/// How the fingerprint service answers.
 enum class Fingers : std::uint8_t {
     enrolled,
-    /// The first reader knows none, the second one does.
+    /// None at the first reader, one at the second.
     enrolledAtSecondReader,
-    /// As fprintd says it: an error.
+    /// As an error, like fprintd's.
     none,
     /// As an empty list.
     emptyList,
     noReader,
-    /// A question that is never answered.
+    /// The call is never answered.
     hanging,
     denied,
-    /// An answer of another type than the documented one.
+    /// An answer of an undocumented type.
     nonsense
 };
 
-/// Serves on a thread of its own as long as it lives.
+/// Serves on its own thread until it is destroyed.
 class FakeFingerprintService {
   public:
     FakeFingerprintService(const std::string& busAddress, Fingers fingers);
@@ -88,10 +88,10 @@ class FakeFingerprintService {
     FakeFingerprintService& operator=(FakeFingerprintService&&) = delete;
     ~FakeFingerprintService();
 
-    /// The calls so far, as in "GetDevices" and "ListEnrolledFingers '' at /reader/0".
+    /// Returns the calls so far, such as "GetDevices" and "ListEnrolledFingers '' at /reader/0".
     std::vector<std::string> calls() const;
 
-    /// Waits until it has been asked anything.
+    /// Waits for the first call.
     bool waitForCall() const;
 
   private:

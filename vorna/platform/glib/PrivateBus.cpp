@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <vorna/platform/glib/PrivateBus.h>
+
+#include <vorna/platform/glib/GlibSockets.h>
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <string_view>
+
+namespace vorna::glib {
+
+namespace {
+
+bool startsAProgram(const std::string& address) {
+    return address.find("autolaunch:") != std::string::npos || address.find("unixexec:") != std::string::npos;
+}
+
+/// True if the address names a single socket and there is none, as in a container. GLib need not be set up
+/// to find that out.
+bool isMissing(const std::string& address) {
+    constexpr std::string_view prefix = "unix:path=";
+    if (!address.starts_with(prefix) || address.find_first_of("%;") != std::string::npos) {
+        return false;
+    }
+    const std::string path = address.substr(prefix.size(), address.find(',') - prefix.size());
+
+    struct stat status {};
+
+    return stat(path.c_str(), &status) != 0;
+}
+
+}  // namespace
+
+PrivateBus::ThreadContext::ThreadContext() {
+    g_main_context_push_thread_default(context_.get());
+}
+
+PrivateBus::ThreadContext::~ThreadContext() {
+    while (g_main_context_iteration(context_.get(), FALSE)) {
+    }
+    g_main_context_pop_thread_default(context_.get());
+}
+
+PrivateBus::PrivateBus(const std::string& address, const std::stop_token& stop, Time deadline)
+    : deadline_(deadline),
+      cancelOnStop_(stop, [this] { g_cancellable_cancel(cancellable_.get()); }) {
+    if (!startsAProgram(address) && !isMissing(address)) {
+        initialiseSockets();
+        context_.emplace();
+        connection_ = connectTo(address);
+    }
+}
+
+Result<Object<GDBusConnection>, Error> PrivateBus::connectTo(const std::string& address) const {
+    ErrorSlot error;
+    char* guid = nullptr;
+    const Object<GIOStream> stream(
+        g_dbus_address_get_stream_sync(address.c_str(), &guid, cancellable_.get(), error.out()));
+    const Text ownedGuid(guid);
+    if (!stream) {
+        return Unexpected(error.take());
+    }
+    if (G_IS_SOCKET_CONNECTION(stream.get())) {
+        // GDBus sets no limit to the time that authentication takes.
+        const auto left =
+            std::chrono::ceil<std::chrono::seconds>(deadline_ - std::chrono::steady_clock::now());
+        g_socket_set_timeout(g_socket_connection_get_socket(G_SOCKET_CONNECTION(stream.get())),
+                             static_cast<guint>(std::max<std::int64_t>(left.count(), 1)));
+    }
+    // Unlike the process's shared connection, this one does not end the process when the bus goes away.
+    Object<GDBusConnection> connection(g_dbus_connection_new_sync(
+        stream.get(), guid,
+        static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                          G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
+        nullptr, cancellable_.get(), error.out()));
+    if (!connection) {
+        return Unexpected(error.take());
+    }
+    return connection;
+}
+
+Variant PrivateBus::call(const char* destination, const char* path, const char* interface, const char* method,
+                         GVariant* arguments, const char* resultType) const {
+    const Variant ownedArguments(arguments == nullptr ? nullptr : g_variant_ref_sink(arguments));
+    if (!connection_) {
+        return nullptr;
+    }
+    const auto left =
+        std::chrono::ceil<std::chrono::milliseconds>(deadline_ - std::chrono::steady_clock::now());
+    const Variant reply(g_dbus_connection_call_sync(
+        connection_->get(), destination, path, interface, method, arguments, G_VARIANT_TYPE(resultType),
+        G_DBUS_CALL_FLAGS_NONE, static_cast<gint>(std::max<std::int64_t>(left.count(), 1)),
+        cancellable_.get(), nullptr));
+    return Variant(reply ? g_variant_get_child_value(reply.get(), 0) : nullptr);
+}
+
+}  // namespace vorna::glib
