@@ -51,7 +51,7 @@ Result<Options, EarlyExit> readOptions(int argumentCount, const char* const* arg
     app.get_formatter()->column_width(26);
     auto* const files =
         app.add_option("FILE", options.files, "Documents to check; - is standard input")->type_name("");
-    app.add_option("--kind", kind, "Kind of the documents (default: told from their shape)")
+    app.add_option("--kind", kind, "Kind of the documents (default: by their shape)")
         ->type_name("paywall|onboarding")
         ->check(CLI::IsMember(std::vector<std::string>{"paywall", "onboarding"}).description(""));
     app.add_option("--format", format, "Output format (default: human)")
