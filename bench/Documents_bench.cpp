@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-/// What reading and judging a paywall's document costs before its screen can be built, beside Boost.JSON's
-/// bare parse of the same text; and what a document costs that has a mistake at its end.
+/// The cost of decoding and validating a paywall's document, compared with Boost.JSON's bare parse of the
+/// same text, and the cost of a document with an error at its end.
 ///
 ///     Documents_bench
 
@@ -24,7 +24,7 @@ namespace {
 
 constexpr double mostTimesTheParse = 5;
 
-/// As a host writes it: three products, every field that validation asks for, some of the others.
+/// A typical paywall: three products, every required field and some of the others.
 PaywallParameters usualPaywall() {
     const auto product = [](const char* title, const char* price, const char* identifier, const char* badge) {
         return PaidProduct(title, price, identifier, "#1C2A4A", "#15151A", "#0A84FF", "#3A3A3C",
@@ -42,7 +42,7 @@ PaywallParameters usualPaywall() {
             "Start now",
             "https://www.example.com/terms",
             "https://www.example.com/privacy",
-            "Renews by itself until you cancel.",
+            "Renews automatically until you cancel.",
             "#0B0B0F",
             "#0A84FF",
             "#5E5CE6",
@@ -58,12 +58,12 @@ PaywallParameters usualPaywall() {
 
 int measure() {
     const std::string text = encode(usualPaywall()).value();
-    // The last field of the table holds a number, so all before it is read first.
+    // The last field of the table is a number, so that all others are decoded first.
     std::string mistaken = text;
     mistaken.replace(mistaken.rfind("\"#FFFFFF80\""), std::string_view("\"#FFFFFF80\"").size(), "7");
     const auto decoded = PaywallParameters::decode(text);
     if (!decoded || !missingFields(*decoded).empty() || PaywallParameters::decode(mistaken)) {
-        std::cerr << "the sample is not what it should be\n";
+        std::cerr << "the sample is not valid\n";
         return EXIT_FAILURE;
     }
 
@@ -72,31 +72,31 @@ int measure() {
     Series ours(rounds);
     Series parses(rounds);
     Series errors(rounds);
-    Series judgements(rounds);
+    Series validations(rounds);
     Series texts(rounds);
     for (std::size_t round = 0; round < rounds; ++round) {
         const auto timed = [&](Series& series, const auto& call) {
             series.add(static_cast<double>(nanosecondsOf(call)) - clock);
         };
-        // Judging as `validate` does, without the line that it prints: that is up to the console.
+        // As `validate` does, but without printing.
         timed(ours, [&] { used(missingFields(PaywallParameters::decode(text).value())); });
         timed(parses, [&] { used(boost::json::parse(text)); });
-        timed(judgements, [&] { used(missingFields(*decoded)); });
+        timed(validations, [&] { used(missingFields(*decoded)); });
         timed(errors, [&] { used(PaywallParameters::decode(mistaken)); });
         timed(texts, [&] { used(encode(*decoded)); });
     }
 
     Table table("A paywall with three products",
-                {"what", "ns p50", "ns p99", "beside Boost.JSON", "target", ""});
+                {"what", "ns p50", "ns p99", "ratio to Boost.JSON", "target", ""});
     const auto row = [&](const std::string& what, const Series& series, bool isJudged) {
         const double beside = series.median() / parses.median();
         table.row({what, number(series.median()), number(series.quantile(0.99)), ratio(beside),
                    isJudged ? "at most " + ratio(mostTimesTheParse) : "",
                    isJudged ? atMost(beside, mostTimesTheParse) : ""});
     };
-    row("decode and judge", ours, true);
-    row("   of that, judge", judgements, false);
-    row("decode up to a mistake at the end, and locate it", errors, false);
+    row("decode and validate", ours, true);
+    row("   of that, validate", validations, false);
+    row("decode up to an error at the end, and locate it", errors, false);
     row("encode", texts, false);
     row("Boost.JSON, bare parse of the same text", parses, false);
     table.remark("The text has " + number(static_cast<double>(text.size())) + " bytes.");

@@ -33,7 +33,7 @@ TEST(ResultTest, HoldsAnError) {
     EXPECT_EQ(result.value_or(7), 7);
 }
 
-TEST(ResultTest, TellsAValueFromAnErrorOfTheSameType) {
+TEST(ResultTest, DistinguishesAValueFromAnErrorOfTheSameType) {
     const Result<std::string, std::string> value = std::string("text");
     const Result<std::string, std::string> error = Unexpected(std::string("text"));
 
@@ -42,7 +42,7 @@ TEST(ResultTest, TellsAValueFromAnErrorOfTheSameType) {
     EXPECT_NE(value, error);
 }
 
-TEST(ResultTest, HoldsNothingButSuccess) {
+TEST(ResultTest, OfVoidHoldsOnlySuccess) {
     const Result<void, int> success;
     const Result<void, int> failure = Unexpected(5);
 
@@ -50,7 +50,7 @@ TEST(ResultTest, HoldsNothingButSuccess) {
     EXPECT_EQ(failure.error(), 5);
 }
 
-TEST(ResultTest, MovesWhatCannotBeCopied) {
+TEST(ResultTest, MovesValuesThatCannotBeCopied) {
     Result<std::unique_ptr<int>, std::string> result = std::make_unique<int>(5);
 
     const std::unique_ptr<int> taken = *std::move(result);
@@ -58,7 +58,7 @@ TEST(ResultTest, MovesWhatCannotBeCopied) {
     EXPECT_EQ(*taken, 5);
 }
 
-TEST(ResultTest, LooksIntoItsValue) {
+TEST(ResultTest, GivesAccessToMembers) {
     Result<std::vector<int>, std::string> result = std::vector<int>{1};
 
     result->push_back(2);
@@ -66,20 +66,20 @@ TEST(ResultTest, LooksIntoItsValue) {
     EXPECT_EQ(result->size(), 2U);
 }
 
-TEST(ResultTest, GoesOnWithAValueAndStopsAtAnError) {
+TEST(ResultTest, ContinuesWithAValueButNotWithAnError) {
     EXPECT_EQ(half(8).and_then(half), (Result<int, std::string>(2)));
     EXPECT_EQ(half(6).and_then(half).error(), "odd");
     EXPECT_EQ(half(5).and_then(half).error(), "odd");
 }
 
-TEST(ResultTest, ChangesItsErrorAlone) {
+TEST(ResultTest, TransformsOnlyTheError) {
     const auto size = [](const std::string& error) { return error.size(); };
 
     EXPECT_EQ(half(4).transform_error(size).value(), 2);
     EXPECT_EQ(half(5).transform_error(size).error(), 3U);
 }
 
-TEST(ResultDeathTest, EndsTheProgramThatLooksAtTheWrongSide) {
+TEST(ResultDeathTest, AbortsOnAccessToWhatIsAbsent) {
     EXPECT_DEATH(static_cast<void>(half(3).value()), "");
     EXPECT_DEATH(static_cast<void>(half(4).error()), "");
 }

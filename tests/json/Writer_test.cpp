@@ -84,11 +84,11 @@ TEST(JsonWriter, KeepsSixtyFourBitIntegersExact) {
 TEST(JsonWriter, RejectsWhatJsonCannotRepresent) {
     std::string text;
     Writer writer(text);
-    const EncodingError notFinite{Path{}, EncodingError::Reason::notFinite};
+    constexpr auto notFinite = EncodingError::Reason::notFinite;
     EXPECT_EQ(writer.number(std::nan("")).error(), notFinite);
     EXPECT_EQ(writer.number(std::numeric_limits<double>::infinity()).error(), notFinite);
     EXPECT_EQ(writer.number(std::numeric_limits<float>::infinity()).error(), notFinite);
-    const EncodingError notUtf8{Path{}, EncodingError::Reason::notUtf8};
+    constexpr auto notUtf8 = EncodingError::Reason::notUtf8;
     EXPECT_EQ(writer.text("\xFF").error(), notUtf8);
     EXPECT_EQ(writer.key("\xFF").error(), notUtf8);
 }

@@ -61,7 +61,7 @@ class Document {
 
     [[nodiscard]] std::string_view text() const noexcept { return text_; }
 
-    /// std::nullopt if it was not given and cannot be told from the text.
+    /// std::nullopt if neither given nor evident from the shape.
     [[nodiscard]] std::optional<DocumentKind> kind() const noexcept { return kind_; }
 
     /// The error if the text is not JSON.

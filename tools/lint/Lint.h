@@ -14,7 +14,7 @@
 namespace vorna::lint {
 
 struct Verdict {
-    /// std::nullopt if it was not given and cannot be told from the text.
+    /// std::nullopt if neither given nor evident from the shape.
     std::optional<DocumentKind> kind;
     /// In the order of the text.
     std::vector<Finding> findings;

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A value or the reason why there is none: the part of C++23's `std::expected` that this library uses, under
-/// the same names, so that one alias replaces this file when the standard type is there.
+/// A value or an error: the part of C++23's `std::expected` that this library uses, under the same names, so
+/// that an alias can replace this file once the standard type is available.
+
+// First, because moc cannot parse <concepts> otherwise.
+#include <cstddef>
 
 #include <concepts>
 #include <cstdlib>
@@ -14,7 +17,7 @@
 
 namespace vorna {
 
-/// Says in a `return` that it is the error: `return Unexpected(ENOENT);`.
+/// Marks an error in a `return`: `return Unexpected(ENOENT);`.
 template <class Error>
 class Unexpected {
   public:
@@ -37,8 +40,8 @@ Unexpected(Error) -> Unexpected<Error>;
 // The names are the standard's.
 // NOLINTBEGIN(readability-identifier-naming)
 
-/// A `Value`, or an `Error` that tells why not. `Value` may be void: then it says that something went well.
-/// Looking at the one that is not there is a mistake in the program and ends it.
+/// A `Value` or an `Error`. `Value` may be void for operations that only succeed or fail. Accessing the one
+/// that is absent is a programming error and aborts.
 template <class Value, class Error>
 class [[nodiscard]] Result {
     static constexpr bool isVoid = std::is_void_v<Value>;
@@ -52,16 +55,16 @@ class [[nodiscard]] Result {
     using error_type = Error;
     using unexpected_type = Unexpected<Error>;
 
-    /// Success; the value is a fresh one.
+    /// Success, with a default-constructed value.
     constexpr Result() requires std::default_initializable<Stored> : state_(std::in_place_index<0>) {}
 
-    /// Success. Implicit, so that `return value;` does.
+    /// Success. Implicit, for `return value;`.
     template <class From = Stored>
     constexpr explicit(!std::convertible_to<From, Stored>)
         Result(From&& value) requires(!isVoid && !isOwnKind<From> && std::constructible_from<Stored, From>)
         : state_(std::in_place_index<0>, std::forward<From>(value)) {}
 
-    /// Failure. Implicit, so that `return Unexpected(error);` does.
+    /// Failure. Implicit, for `return Unexpected(error);`.
     template <class From>
     constexpr Result(Unexpected<From> unexpected) requires std::constructible_from<Error, From>
         : state_(std::in_place_index<1>, std::move(unexpected).error()) {}
@@ -122,8 +125,8 @@ class [[nodiscard]] Result {
 
     constexpr Error&& error() && { return std::move(checked<1>(state_)); }
 
-    /// What the function makes of the value, or the error as it is. The function returns a Result with the
-    /// same kind of error.
+    /// The function's Result for the value, or the error unchanged. The function's Result has the same error
+    /// type.
     template <class Function>
     constexpr auto and_then(Function&& function) && {
         using Next =
@@ -132,7 +135,7 @@ class [[nodiscard]] Result {
                            : Next(Unexpected(std::move(*this).error()));
     }
 
-    /// The same value, or the error that the function makes of this one's.
+    /// The value unchanged, or what the function returns for the error.
     template <class Function>
     constexpr auto transform_error(Function&& function) && {
         using Next = Result<Value, std::remove_cvref_t<std::invoke_result_t<Function, Error&&>>>;
@@ -158,7 +161,7 @@ class [[nodiscard]] Result {
         }
     }
 
-    /// Not std::get, which throws: a program that looks at the wrong side is beyond mending.
+    /// Not std::get, which throws: this is a programming error.
     template <std::size_t index, class State>
     static constexpr auto& checked(State& state) {
         auto* const found = std::get_if<index>(&state);

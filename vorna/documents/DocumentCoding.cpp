@@ -15,7 +15,7 @@ namespace vorna::document {
 
 namespace {
 
-/// Adds what only the text tells: the offset, and the digits of a number.
+/// Adds what only the text has: the offset, and a number as it is written.
 void locate(json::DecodingError& error, std::string_view text) {
     error.offset = json::findValue(text, error.path);
     if (auto* const number = std::get_if<json::DecodingError::Number>(&error.found); number && error.offset) {

@@ -87,10 +87,11 @@ Written writeMember(Writer& writer, std::string_view key, const T& value) {
     Written written = writer.key(key);
     if (written) {
         written = write(writer, value);
+        if (written) {
+            return written;
+        }
     }
-    if (!written) {
-        written.error().path.prepend(key);
-    }
+    writer.failurePath().prepend(key);
     return written;
 }
 
@@ -111,7 +112,7 @@ Written write(Writer& writer, const std::vector<T>& values) {
     writer.beginArray();
     for (std::size_t index = 0; index < values.size(); ++index) {
         if (Written written = write(writer, values[index]); !written) {
-            written.error().path.prepend(index);
+            writer.failurePath().prepend(index);
             return written;
         }
     }
@@ -153,7 +154,7 @@ Encoded encode(const T& record) {
     Writer writer(text);
     using detail::write;
     if (Written written = write(writer, record); !written) {
-        return Unexpected(std::move(written).error());
+        return Unexpected(EncodingError{std::move(writer.failurePath()), written.error()});
     }
     return text;
 }

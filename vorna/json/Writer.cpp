@@ -66,7 +66,7 @@ Written Writer::quoted(std::string_view text) {
         kinds |= byteKinds[static_cast<unsigned char>(character)];
     }
     if ((kinds & needsCheck) != 0 && !utf8::isValid(text)) {
-        return Unexpected(EncodingError{.reason = EncodingError::Reason::notUtf8});
+        return Unexpected(EncodingError::Reason::notUtf8);
     }
     if ((kinds & needsEscape) != 0) {
         output_ += boost::json::serialize(boost::json::string_view(text.data(), text.size()));
@@ -113,7 +113,7 @@ template <class Number>
 Written Writer::finite(Number number) {
     separate();
     if (!std::isfinite(number)) {
-        return Unexpected(EncodingError{.reason = EncodingError::Reason::notFinite});
+        return Unexpected(EncodingError::Reason::notFinite);
     }
     digits(number);
     return {};

@@ -15,8 +15,26 @@
 
 namespace vorna::json {
 
-/// Success, or why and where a value cannot be written; the output is unusable then.
-using Written = Result<void, EncodingError>;
+/// Success, or why a value cannot be written; the output is unusable then. Like Result<void, Reason> but in
+/// one byte, which is measurably faster where each field of each event returns one.
+class [[nodiscard]] Written {
+  public:
+    /// Success.
+    Written() = default;
+
+    Written(Unexpected<EncodingError::Reason> reason) noexcept
+        : state_(static_cast<std::uint8_t>(1 + static_cast<std::uint8_t>(reason.error()))) {}
+
+    bool has_value() const noexcept { return state_ == 0; }  // NOLINT(readability-identifier-naming)
+
+    explicit operator bool() const noexcept { return has_value(); }
+
+    /// Only after a failure.
+    EncodingError::Reason error() const noexcept { return static_cast<EncodingError::Reason>(state_ - 1); }
+
+  private:
+    std::uint8_t state_ = 0;
+};
 
 /// For one thread.
 class Writer {
@@ -48,6 +66,9 @@ class Writer {
     void boolean(bool value);
     void null();
 
+    /// Where the value is that could not be written; callers prepend their steps while the recursion unwinds.
+    Path& failurePath() noexcept { return failurePath_; }
+
   private:
     void separate();
     Written quoted(std::string_view text);
@@ -58,6 +79,7 @@ class Writer {
 
     std::string& output_;
     bool first_ = true;
+    Path failurePath_;
 };
 
 }  // namespace vorna::json

@@ -47,9 +47,7 @@ Result<std::string, std::error_code> readRegularFile(int folder, const std::stri
 
 /// Null for what is not JSON, as for null.
 boost::json::value valueIn(std::string_view document) {
-    auto parsed = json::parse(document);
-    auto* const value = std::get_if<boost::json::value>(&parsed);
-    return value == nullptr ? boost::json::value() : std::move(*value);
+    return json::parse(document).value_or(boost::json::value());
 }
 
 /// std::nullopt for anything but an object of texts.
