@@ -25,7 +25,7 @@ class Unexpected {
 
     constexpr Error&& error() && noexcept { return std::move(error_); }
 
-    friend constexpr bool operator==(const Unexpected&, const Unexpected&) = default;
+    friend bool operator==(const Unexpected&, const Unexpected&) = default;
 
   private:
     Error error_;
@@ -146,7 +146,7 @@ class [[nodiscard]] Result {
         }
     }
 
-    friend constexpr bool operator==(const Result&, const Result&) = default;
+    friend bool operator==(const Result&, const Result&) = default;
 
   private:
     template <class Function>
