@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A value that is read all the time, from any thread, and replaced as a whole now and then. Reading never
-/// waits, neither for a writer nor for another reader, and takes no part in ownership: no count is shared by
-/// all readers, as it would be with a shared pointer.
+/// A value that is read often, from any thread, and replaced as a whole now and then. Reading never waits,
+/// neither for a writer nor for another reader, and changes no reference count that all readers share.
 
 #include <vorna/config/ReadersGate.h>
 
@@ -24,23 +23,22 @@ class ReadMostly {
     ReadMostly& operator=(const ReadMostly&) = delete;
     ReadMostly(ReadMostly&&) = delete;
     ReadMostly& operator=(ReadMostly&&) = delete;
-    /// No reader may be left.
+    /// There must be no reader left.
     ~ReadMostly() = default;
 
-    /// Once true it stays true.
+    /// Once true, always true.
     bool hasValue() const noexcept { return current_.load(std::memory_order_acquire) != nullptr; }
 
-    /// Calls `look` with a pointer to the value, null when there is none yet, and returns its result. The
-    /// pointer is good during the call, which should be short and must not call `replace`. Any thread.
+    /// Calls `look` with a pointer to the value, null if there is none yet, and returns its result. The
+    /// pointer is valid during the call, which should be short and must not call `replace`. Any thread.
     template <class Look>
     auto read(Look&& look) const {
         const ReadersGate::Pass pass = gate_.enter();
         return std::forward<Look>(look)(current_.load());
     }
 
-    /// Puts a value in force: whoever reads from now on sees it. The former one is destroyed as soon as
-    /// nobody looks at it any more; should a reader stay for longer than a moment, one of the next calls does
-    /// that, so the call always returns soon. Any thread.
+    /// Publishes a value: later reads see it. The former one is destroyed when its last reader has left; if
+    /// that takes longer than 100 ms, a later call destroys it. Any thread.
     void replace(std::unique_ptr<const T> value) {
         const std::scoped_lock lock(mutex_);
         current_.store(value.get());

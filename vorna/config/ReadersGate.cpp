@@ -20,8 +20,7 @@ bool ReadersGate::waitForEarlierReaders(std::chrono::milliseconds atMost) {
     const auto deadline = std::chrono::steady_clock::now() + atMost;
     const std::size_t former = phase_.load();
     const std::size_t next = 1 - former;
-    // Readers that had learned the phase before it changed last, and then took their time to count
-    // themselves.
+    // Readers that loaded the phase before its last change, but counted themselves only after it.
     if (!waitUntilEmpty(next, deadline)) {
         return false;
     }
@@ -36,7 +35,7 @@ bool ReadersGate::waitUntilEmpty(std::size_t phase, std::chrono::steady_clock::t
             if (std::chrono::steady_clock::now() >= deadline) {
                 return false;
             }
-            // A reader is there for less than a microsecond unless its thread has lost the processor.
+            // A reader stays for less than a microsecond unless its thread is descheduled.
             std::this_thread::sleep_for(std::chrono::microseconds(50));
         }
         return true;

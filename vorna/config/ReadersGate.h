@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Tells a writer when every reader that might still hold a former value has left, without readers ever
-/// waiting for anything: a reader counts itself in and out, the writer looks at the counts.
+/// Tells a writer when every reader that might still use a former value has left. Readers never wait: each
+/// counts itself in and out, and the writer checks the counts.
 ///
-/// Counts are spread over several cache lines, so that readers on different processors do not disturb each
-/// other, and there are two of them in each: while the writer waits for one of the two to reach zero, new
-/// readers are counted in the other. That is why steady reading cannot keep a writer from its end.
+/// The counts are spread over several cache lines, so that readers on different processors do not disturb
+/// each other. Each line has two: while the writer waits for one to reach zero, new readers use the other, so
+/// steady reading cannot starve the writer.
 
 #include <array>
 #include <atomic>
@@ -18,11 +18,11 @@ namespace vorna {
 
 class ReadersGate {
   public:
-    /// One reader's presence, from `enter` to its end.
+    /// One reader's presence, from `enter` until it is destroyed.
     class Pass {
       public:
         explicit Pass(std::atomic<std::uint32_t>& count) noexcept : count_(count) {
-            // Sequentially consistent, as is what follows in the reader: a writer that does not see this
+            // Sequentially consistent, as is the reader's load that follows: a writer that does not see this
             // count has published its value early enough for the reader to see it.
             count_.fetch_add(1);
         }
@@ -38,12 +38,12 @@ class ReadersGate {
         std::atomic<std::uint32_t>& count_;
     };
 
-    /// Any thread, any number at once; two additions, never a wait. What the reader wants to look at is
-    /// loaded after this, sequentially consistent.
+    /// Any thread, any number at once; two additions, never a wait. The reader must load the value after
+    /// this, sequentially consistent.
     [[nodiscard]] Pass enter() noexcept { return Pass(shards_[shardOfThread()].readers[phase_.load()]); }
 
-    /// Waits until all readers that had entered before the call have left. False when some are still there
-    /// after the given time; a later call then waits for them too. One thread at a time.
+    /// Waits until all readers that entered before the call have left. Returns false if some remain after the
+    /// given time; a later call then waits for them too. One thread at a time.
     bool waitForEarlierReaders(std::chrono::milliseconds atMost);
 
   private:
@@ -58,7 +58,7 @@ class ReadersGate {
     bool waitUntilEmpty(std::size_t phase, std::chrono::steady_clock::time_point deadline);
 
     std::array<Shard, shardCount> shards_;
-    /// Which of the two counts new readers use.
+    /// The count, of the two, that new readers use.
     alignas(cacheLine) std::atomic<std::size_t> phase_ = 0;
 };
 

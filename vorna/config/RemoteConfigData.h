@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// What a task to fetch the remote configuration carries.
+/// The data of a task to fetch the remote configuration.
 
 #include <vorna/device/DeviceMetadata.h>
 
 namespace vorna {
 
 struct RemoteConfigData {
-    /// Taken when the task was made.
+    /// Collected when the task was made.
     DeviceMetadata deviceData;
 
     friend bool operator==(const RemoteConfigData&, const RemoteConfigData&) = default;

@@ -26,7 +26,7 @@ void save(Preferences& preferences, const Configs& configs) {
     }
 }
 
-/// The configuration, or nothing after a line has said why.
+/// The configuration in a response; std::nullopt after logging why there is none.
 std::optional<Configs> configsIn(const std::optional<std::string>& body,
                                  const std::optional<HttpResponse>& response,
                                  const std::optional<HttpError>& error) {

@@ -3,9 +3,8 @@
 
 /// Fetches the remote configuration from the service and keeps the last one for the next start.
 ///
-/// A fetched table is handed on by `remoteConfigsFetchedNotification`, posted on the HTTP client's thread;
-/// the last failed attempt posts `remoteConfigsReadyNotification` itself. Both are in
-/// RemoteConfigNotifications.h.
+/// A fetched table is announced by `remoteConfigsFetchedNotification`, the last failed attempt by
+/// `remoteConfigsReadyNotification` (RemoteConfigNotifications.h), both on the HTTP client's thread.
 
 #include <vorna/config/RemoteConfigData.h>
 #include <vorna/platform/HttpClient.h>
@@ -19,38 +18,36 @@
 
 namespace vorna {
 
-/// All operations may be called from any thread. An answer that comes when the helper is gone is dropped
-/// without a word.
+/// All operations may be called from any thread. A response that arrives after the helper was destroyed is
+/// dropped silently.
 class RemoteConfigHelper {
   public:
-    /// Repetitions after a first attempt that failed.
+    /// Retries after a failed first attempt.
     static constexpr int maxRetryCount = 3;
 
-    /// The entry of the preferences that holds the last fetched table.
+    /// The preferences key of the last fetched table.
     static constexpr std::string_view userDefaultsKey = "VornaRemoteConfigs";
 
     /// The URL is the full address of the service's configuration endpoint.
     RemoteConfigHelper(std::shared_ptr<HttpClient> httpClient, std::shared_ptr<Preferences> preferences,
                        const std::string& configURL);
 
-    /// Starts one attempt and returns without waiting for the network. A failed attempt is followed by the
-    /// next at once, each starting when the one before has ended, until the number of an attempt reaches
-    /// `maxRetryCount`: four requests at most for a `retryCount` of 0. What is fetched is announced first and
-    /// saved then. When the address is no URL or the request cannot be encoded, a log line is all that
-    /// happens.
+    /// Starts one attempt and returns without waiting for the network. A failed attempt is followed at once
+    /// by the next, up to attempt number `maxRetryCount`: four requests at most for a `retryCount` of 0. A
+    /// fetched table is first announced, then saved. If the address is not a URL or the request cannot be
+    /// encoded, only a log line is written.
     void fetchRemoteConfigs(RemoteConfigData remoteConfigData, int retryCount);
 
     /// Replaces the saved table.
     void saveToLocal(const std::map<std::string, std::string>& configs);
 
-    /// The saved table; absent when there is none, or when what is saved is anything but a table from text to
-    /// text.
+    /// Returns the saved table; std::nullopt if there is none, or what is stored is not a table of texts.
     std::optional<std::map<std::string, std::string>> loadConfigsFromLocal() const;
 
   private:
     struct Exchange;
 
-    /// Shared with completions for as long as they run, and not for as long as they are awaited.
+    /// Completions share it only while they run.
     std::shared_ptr<Exchange> exchange_;
 };
 

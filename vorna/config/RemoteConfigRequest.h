@@ -9,7 +9,7 @@
 namespace vorna {
 
 struct RemoteConfigRequest {
-    /// Taken over from the task that asked for the configuration.
+    /// From the task that requested the configuration.
     DeviceMetadata deviceData;
 
     friend bool operator==(const RemoteConfigRequest&, const RemoteConfigRequest&) = default;

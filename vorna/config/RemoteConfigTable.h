@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A fetched configuration, laid out for lookups: one block of text and a hash index over it. It never
-/// changes, so any number of threads may read it.
+/// A fetched configuration, laid out for lookups: one block of text and a hash index over it. Immutable, so
+/// any number of threads may read it.
 
 #include <cstddef>
 #include <cstdint>
@@ -22,21 +22,21 @@ class RemoteConfigTable {
 
     explicit RemoteConfigTable(const std::map<std::string, std::string>& configs);
 
-    /// The value under exactly this key, valid as long as the table; absent when there is none. Allocates
-    /// nothing.
+    /// Returns the value under exactly this key, valid as long as the table; std::nullopt if there is none.
+    /// Does not allocate.
     std::optional<std::string_view> find(std::string_view key) const noexcept;
 
     std::size_t size() const noexcept { return entries_.size(); }
 
   private:
-    /// Both views lead into `text_`.
+    /// Both views are into `text_`.
     struct Entry {
         std::string_view key;
         std::string_view value;
     };
 
-    /// One place of the index, with the part of the hash that its position does not tell: most keys that are
-    /// not meant are passed over without a look at their text.
+    /// One slot of the index, with the part of the hash that its position does not determine: most other keys
+    /// are skipped without comparing text.
     struct Slot {
         std::uint32_t check = 0;
         std::uint32_t entry = vacant;
@@ -44,9 +44,9 @@ class RemoteConfigTable {
 
     static constexpr std::uint32_t vacant = UINT32_MAX;
 
-    std::unique_ptr<char[]> text_;  // NOLINT(modernize-avoid-c-arrays): a block that moves keep in place
+    std::unique_ptr<char[]> text_;  // NOLINT(modernize-avoid-c-arrays): stays in place when moved
     std::vector<Entry> entries_;
-    /// A power of two, at least half of it vacant; none for the empty table.
+    /// A power of two in number, at least half vacant; none in an empty table.
     std::vector<Slot> slots_;
 };
 

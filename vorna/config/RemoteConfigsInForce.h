@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The remote configuration that lookups answer from.
+/// The remote configuration in force, which serves lookups.
 
 #include <vorna/config/ReadMostly.h>
 #include <vorna/config/RemoteConfigTable.h>
@@ -15,14 +15,14 @@ namespace vorna {
 /// All operations may be called from any thread.
 class RemoteConfigsInForce {
   public:
-    /// True from the first `replace` on, whether that table came from the cache or from the service.
+    /// True from the first `replace` on, whether its table came from the cache or the service.
     bool isReady() const noexcept { return table_.hasValue(); }
 
-    /// The value under exactly this key, also when it is empty text; the default while nothing is ready and
-    /// for a key that is not there. Never waits; allocates its result and nothing else.
+    /// Returns the value under exactly this key, even if it is empty text; the default while nothing is ready
+    /// and for a missing key. Never waits; allocates only its result.
     std::string lookup(std::string_view key, std::string_view defaultValue) const;
 
-    /// Puts a table in force in place of the former one. Lookups see either the one or the other, whole.
+    /// Replaces the table in force. A lookup sees either the former table or the new one, whole.
     void replace(const std::map<std::string, std::string>& configs);
 
   private:

@@ -131,8 +131,8 @@ Done writeOnce(const FileDescriptor& folder, const std::string& name, std::strin
 
 bool isNameOfAFile(std::string_view name) {
     using namespace std::string_view_literals;
-    return !name.empty() && name != "." && name != ".." && name.find_first_of("/\0"sv) == name.npos &&
-           !isTemporaryName(name);
+    return !name.empty() && name != "." && name != ".." &&
+           name.find_first_of("/\0"sv) == std::string_view::npos && !isTemporaryName(name);
 }
 
 /// The folder, once the file is in it.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// An open file, socket or event, closed when its owner goes.
+/// Owns an open file, socket or event and closes it.
 
 #include <unistd.h>
 
@@ -13,7 +13,7 @@ class FileDescriptor {
   public:
     FileDescriptor() = default;
 
-    /// Takes over what a system call has returned; a negative number means it failed.
+    /// Takes ownership of a system call's result; a negative number is none.
     explicit FileDescriptor(int number) noexcept : number_(number) {}
 
     FileDescriptor(FileDescriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}

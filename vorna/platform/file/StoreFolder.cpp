@@ -51,7 +51,7 @@ std::string fileNameOf(std::string_view text) {
     constexpr std::string_view hexadecimal = "0123456789ABCDEF";
     std::string name;
     for (const char character : text) {
-        if (plain.find(character) != plain.npos) {
+        if (plain.find(character) != std::string_view::npos) {
             name += character;
         } else {
             const auto byte = static_cast<unsigned char>(character);
