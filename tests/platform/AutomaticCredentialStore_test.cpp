@@ -245,6 +245,8 @@ TEST_F(AutomaticStore, ARunningRepairEndsWithTheAddedItem) {
     keyring->letGo();
     EXPECT_TRUE(comesToHold(keyring, "new"));
     EXPECT_EQ(file->value(service, account), "new");
+    // Two repairs. The removal was abandoned before its turn.
+    EXPECT_THAT(keyring->operations(), ElementsAre("read", "remove", "add", "read", "remove", "add"));
 }
 
 TEST_F(AutomaticStore, DoesNotWaitForAHungKeyringOnDestruction) {
