@@ -29,7 +29,7 @@ using testing::HasSubstr;
 using testing::SizeIs;
 
 EventData eventOf(const std::string& document) {
-    return std::get<EventData>(decodeEventData(document));
+    return decodeEventData(document).value();
 }
 
 /// Counts completed requests, so that a test can wait for them.

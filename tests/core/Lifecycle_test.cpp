@@ -69,7 +69,7 @@ TEST_F(ApplicationLife, SendsTheSessionDirectlyOnResignation) {
     ASSERT_EQ(host_.http->requestCount(), 1U) << "handed over before the handler has returned";
     const HttpRequest request = host_.http->requests().front();
     EXPECT_EQ(request.url.text(), "https://service.test/v1/event");
-    const EventData event = std::get<EventData>(decodeEventData(request.body));
+    const EventData event = decodeEventData(request.body).value();
     EXPECT_EQ(event.name, "vorna_session");
     EXPECT_EQ(event.createDate, 1000U);
     EXPECT_EQ(event.endDate, 1065U);

@@ -40,7 +40,7 @@ std::vector<HttpRequest> requestsTo(const RecordedEvents& host, std::string_view
 }
 
 EventData eventOf(const HttpRequest& request) {
-    return std::get<EventData>(decodeEventData(request.body));
+    return decodeEventData(request.body).value();
 }
 
 // The instance and its accessors
@@ -85,7 +85,8 @@ TEST(CurrentTimestamp, IsInWholeSecondsTruncated) {
 TEST(CurrentTimestamp, AbortsIfTheClockIsBroken) {
     const RecordedEvents host;
     host.clock->set(-1);
-    EXPECT_DEATH(VornaCoreSDK::CurrentTimestamp(), "Fatal error: the clock returned a date outside the range");
+    EXPECT_DEATH(VornaCoreSDK::CurrentTimestamp(),
+                 "Fatal error: the clock returned a date outside the range");
     EXPECT_DEATH(VornaCoreSDK::Event("x"), "Fatal error: the clock returned a date outside the range");
 }
 

@@ -9,8 +9,8 @@
 
 namespace vorna::ui {
 
-/// Presents "⚠️ TITLE JSON Hatası:", an empty line and the message, full screen and animated. Logs a line
-/// if there is no controller to present it from. Main thread.
+/// Presents "⚠️ TITLE JSON Hatası:", an empty line and the message, full screen and animated. Logs a
+/// line if there is no controller to present it from. Main thread.
 void showJSONErrorScreen(std::string_view title, std::string_view message);
 
 /// The message that lists missing fields.
