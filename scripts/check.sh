@@ -58,6 +58,17 @@ done
 grep -rnE '^#include <vorna/platform/(curl|file|glib|linux)/' vorna --include='*' |
     grep -vE '^vorna/platform/(curl|file|glib|linux)/|^vorna/platform/Platform\.cpp:' |
     rule 'an adapter is included outside vorna/platform/Platform.cpp'
+for adapter in curl file glib linux; do
+    grep -rnE '^#include <vorna/platform/(curl|file|glib|linux)/' "vorna/platform/$adapter" |
+        grep -v "#include <vorna/platform/$adapter/" | rule "vorna/platform/$adapter includes another adapter's folder"
+done
+# A header and its source are one module. tsort names the members of a circle.
+grep -rE '^#include <vorna/' vorna --include='*.h' --include='*.cpp' |
+    sed -E 's#^([^:]+)\.[a-z]+:.include <(.*)\.h>#\1 \2#' | awk '$1 != $2' | sort -u | tsort 2>&1 >/dev/null |
+    rule 'modules include each other in a circle'
+grep -rnE '^\s*(inline |constinit |thread_local )*static\b' vorna/ui --include='*.h' --include='*.cpp' |
+    grep -vE '\(|static_cast|static_assert|constexpr|const char|vorna/ui/common/ScreensRuntime\.h' |
+    rule 'process-wide state of the screens outside ScreensRuntime'
 # Public headers are those in the libraries' header sets.
 is_public() {
     sed -n '/FILE_SET HEADERS/,/)/p' vorna/CMakeLists.txt vorna/ui/CMakeLists.txt bindings/*/CMakeLists.txt |
