@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# Measures, and prints a table for each topic. Arguments are topics to measure alone: event encoding
-# documents memory delivery size start ulid config paywall onboarding. BENCH_BUILD names the build folder.
+# Runs the benchmarks and prints a table for each topic. Arguments select topics: event encoding documents memory
+# delivery size start ulid config paywall onboarding. BENCH_BUILD: the build folder.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/.."
 
@@ -31,9 +31,9 @@ wanted() {
     return 1
 }
 
-# Starts nginx in the work folder, once. Sets url_h2, url_h1 (nginx as it is: a connection ends after 1000
-# requests), url_h2_long, url_h1_long (connections live on), url_h2_slow, url_h1_slow (an answer takes
-# 100 ms), status_url and authority.
+# Starts nginx in the work folder, once. Sets url_h2, url_h1 (nginx's default: it closes a connection after 1000
+# requests), url_h2_long, url_h1_long (connections stay open), url_h2_slow, url_h1_slow (answers take 100 ms),
+# status_url and authority.
 start_nginx() {
     [ -z "$nginx" ] || return 0
     local prefix="$work/nginx" ports user=
@@ -49,7 +49,7 @@ for one in sockets:
 for one in sockets:
     print(one.getsockname()[1])')
     [ "$(id -u)" -ne 0 ] || user='user root;'
-    # The echo module's own needs first, where it has any.
+    # First the module that the echo module depends on, if any.
     local modules=/usr/lib/nginx/modules module load=
     for module in ndk_http_module ngx_http_echo_module; do
         [ ! -e "$modules/$module.so" ] || load+="load_module $modules/$module.so; "
@@ -96,8 +96,8 @@ CONF
     }
 CONF
     }
-    # The body is read, as any service would. (An answer that is given before, as "return" gives it, makes
-    # nginx reset the stream of HTTP/2, on which libcurl 7.88 gives up the rest of the body and the answer.)
+    # The body is read, as any service would. (Answering earlier, as "return" does, makes nginx reset the HTTP/2
+    # stream, and libcurl 7.88 then gives up on the rest of the body and on the answer.)
     local at_once='echo_read_request_body; echo -n "";' slow='echo_read_request_body; echo_sleep 0.1; echo -n "";'
     listener "${ports[1]}" http2 1000 "$at_once"
     listener "${ports[2]}" '' 1000 "$at_once"
@@ -121,19 +121,19 @@ CONF
         kill -0 "$nginx" 2>/dev/null || break
         sleep 0.1
     done
-    echo "bench: nginx does not start" >&2
+    echo "bench: nginx failed to start" >&2
     cat "$prefix/start.log" "$prefix/error.log" >&2
     nginx=
     exit 1
 }
 
-# The bytes of a file without its symbols.
+# Size of a file without symbols, in bytes.
 stripped_size() {
     strip -o "$work/stripped" "$1"
     stat --format=%s "$work/stripped"
 }
 
-# The bytes of code and data in a file, without headers and the padding between segments.
+# Size of the code and data in a file, without headers and padding between segments, in bytes.
 loaded_size() {
     size "$1" | awk 'NR == 2 { print $1 + $2 }'
 }
@@ -206,10 +206,10 @@ if wanted config; then
     printf '\nLookups in the remote configuration\n'
     google RemoteConfigTable_bench || failed=1
 fi
-# The screens, where they are built, on a display of their own.
+# The screens, if they are built, on a virtual display.
 screen() {
     [ -x "$bench/$1" ] || { printf '\n%s: built without the screens\n' "$1"; return 0; }
-    # Judging a document prints what it lacks: nothing, each time.
+    # Validating a document prints what it lacks: an empty list each time.
     scripts/on-display.sh "$bench/$1" "$work/$1" "examples/documents/$2" 2>"$work/screen.log" |
         sed '/^\[\]$/d' ||
         { cat "$work/screen.log" >&2; return 1; }

@@ -160,6 +160,13 @@ git log --format='%h %s%n%b' | grep -nE "$words" | rule 'words that do not belon
 git grep -nIE --untracked '\b(new|delete) [A-Za-z_:<>]+[({;]|\bdelete\[\]' -- '*.cpp' '*.h' | grep -vE '//.*\b(new|delete)\b|"[^"]*\b(new|delete)\b' |
     rule 'a raw new or delete'
 
+echo "check: spelling"
+# British in prose. What a standard or another library spells otherwise stands in code, not in comments.
+git grep --untracked -nwiE '(initializ|serializ|recogniz|optimiz|normaliz|organiz|synchroniz|analyz)(e|es|ed|ing|ation|er)|behaviors?|honor(s|ed)?|favor(s|ed|ite)?|centered|canceled|labeled|catalog' \
+    -- '*.md' '*.1' ':!LICENSE' | grep -v 'Boost.JSON' | rule 'American spelling'
+git grep --untracked -nwiE '//.*((initializ|serializ|recogniz|optimiz|normaliz|organiz|synchroniz|analyz)(e|es|ed|ing|ation|er)|behaviors?|honor(s|ed)?|favor(s|ed|ite)?|centered|canceled|labeled|catalog)' \
+    -- '*.h' '*.cpp' '*.qml' | grep -v 'Boost.JSON' | rule 'American spelling'
+
 echo "check: folders have a README"
 for folder in $(find vorna -type d) bindings bindings/c bindings/qml tools examples examples/{c,python,qml-app} \
     tests tests/bindings bench docs; do

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# Builds the Debian packages of the working tree under out/deb, and those of their debug symbols under
-# out/deb/debug. Works in a copy, whose build folder is kept for the next time.
+# Builds the Debian packages of the working tree in out/deb, and their debug symbols in out/deb/debug. Works in a copy
+# whose build folder is kept for the next run.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/.."
 

@@ -1,15 +1,15 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# The main job, end to end on this machine: starts the local service, runs the console host (once with the service
-# and once without), then the application with screens: on a display for whoever sits there, else on a display of
-# its own with a scripted tour that leaves numbered pictures under out/screens. Ends with what the service received.
-# DEMO_BUILD names the build folder.
+# The main job, end to end on this machine: starts the local service, runs the console host (with the service and
+# again without it), then the application with screens: on the user's display if there is one, else on a virtual one
+# with a scripted tour that saves numbered pictures under out/screens. Ends with what the service received.
+# DEMO_BUILD: the build folder.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/.."
 
 bin=${DEMO_BUILD:-build/release}
 mkdir -p out
-# A run that begins while another one is under way has folders of its own: out/demo.2, out/screens.2, and so on.
+# A run that starts while another is in progress uses its own folders: out/demo.2, out/screens.2, and so on.
 for run in '' .{2..99}; do
     exec {lock}>"out/.demo$run.lock"
     ! flock --nonblock "$lock" || break
@@ -31,7 +31,7 @@ stop_service() {
 }
 trap stop_service EXIT
 start_service() {
-    # There, and empty, before it is looked at: the service opens it only when its process gets its turn.
+    # Created before it is read: the service opens it only once its process is scheduled.
     : >"$out/devserver.log"
     "$bin/tools/devserver/vorna-devserver" --state "$out/service" --config "$out/config.json" \
         --media examples/media --port 0 --quiet >>"$out/devserver.log" 2>&1 &
@@ -56,17 +56,17 @@ echo "== The host without a toolkit: $(grep -cv -e '^#' -e '^$' "$events") lines
 gone=$url
 stop_service
 echo
-echo "== Again, with the service stopped: answers come from the last run's configuration"
+echo "== Again, with the service stopped: the configuration of the last run is used"
 printf 'Event offline_event lost\n' | "${console[@]}" --service "$gone"
 
 start_service
 app=("$bin/examples/app/vorna-app" --service "$url" --ca "$out/service/ca.pem" --data "$out/app")
 echo
 if [ -z "${DEMO_TOUR:-}" ] && { [ -n "${DISPLAY:-}" ] || [ -n "${WAYLAND_DISPLAY:-}" ]; }; then
-    echo "== The application with screens: close its window to go on (DEMO_TOUR=1 walks through by itself)"
+    echo "== The application with screens: close its window to continue (DEMO_TOUR=1 for an automatic tour)"
     "${app[@]}"
 else
-    echo "== The application with screens, walking through by itself"
+    echo "== The application with screens, on an automatic tour"
     QT_QUICK_BACKEND=rhi scripts/on-display.sh "${app[@]}" --tour "$pictures" 2>"$out/app.log" ||
         { cat "$out/app.log"; exit 1; }
     ls "$pictures"/*.png

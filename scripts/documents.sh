@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# Checks the documents under examples/documents: vorna-lint must have no findings, except for each bad-NAME.json exactly
-# those whose codes bad-NAME.expected lists.   documents.sh [VORNA-LINT]
+# Checks the documents under examples/documents: vorna-lint must report nothing, but for each bad-NAME.json exactly the
+# codes listed in bad-NAME.expected.   documents.sh [VORNA-LINT]
 set -euo pipefail
 program=$(readlink -f "${1:-"$(dirname "$0")/../build/dev/tools/lint/vorna-lint"}")
 cd "$(dirname "$(readlink -f "$0")")/../examples/documents"

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# Lets each fuzz target search for so many seconds:  fuzz.sh SECONDS
+# Runs each fuzz target for the given time:  fuzz.sh SECONDS
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/.."
 seconds=$1
@@ -14,7 +14,7 @@ sed -n 's/^vorna_add_fuzz_target(\(.*\) \(.*\))$/\1 \2/p' tests/fuzz/CMakeLists.
         grep -E 'number_of_executed_units|new_units_added|ERROR|SUMMARY|Test unit' || true
     rmdir --ignore-fail-on-non-empty "tests/fuzz/failures/$seeds"
     if [ -d "tests/fuzz/failures/$seeds" ]; then
-        echo "$target: there are failures under tests/fuzz/failures/$seeds" >&2
+        echo "$target: failures under tests/fuzz/failures/$seeds" >&2
         exit 1
     fi
 done

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# Each program's manual page is well-formed and names every option that the program's help does, and no other.
-# Needs a build in build/dev. Prints what is wrong; silent when nothing is.
+# Checks that each program's manual page is well-formed and documents exactly the options in the program's help. Needs a
+# build in build/dev. Prints nothing if all is well.
 set -uo pipefail
 cd "$(dirname "$(readlink -f "$0")")/.."
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# Makes the reference of the public headers under build/docs/html; fails on any warning of Doxygen.
+# Builds the reference of the public headers in build/docs/html; fails on any Doxygen warning.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/.."
 headers=

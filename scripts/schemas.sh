@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# The files that are generated from the library's tables of fields: the JSON Schemas in docs/schemas and the tables in
-# docs/documents.md.   schemas.sh write|check [VORNA-SCHEMA]
+# Generates files from the library's field tables: the JSON Schemas in docs/schemas and the tables in docs/documents.md.
+#     schemas.sh write|check [VORNA-SCHEMA]
 # "write" updates them, "check" reports those that are out of date.
 set -euo pipefail
 what=${1:-}

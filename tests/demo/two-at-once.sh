@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# two-at-once.sh BUILD-FOLDER: runs the demo twice at the same time in one checkout, and checks that each succeeds,
-# with its own pictures and its own hosts' events.
+# two-at-once.sh BUILD-FOLDER: runs two demos at once in one checkout and checks that both succeed, each with its own
+# pictures and the events of its own hosts.
 set -euo pipefail
 build=$(readlink -f "$1")
 cd "$(dirname "$(readlink -f "$0")")/../.."
@@ -24,18 +24,18 @@ echo "The first exited with $status1, the second with $status2."
 
 for copy in 1 2; do
     sed -n '/^== What the service received/,$p' "$logs/$copy" >"$logs/received$copy"
-    # Two hosts, one of them run again without the service.
-    grep -qxE 'sdk_initialized +2 *' "$logs/received$copy" || { echo "copy $copy: does not have its own two hosts"; exit 1; }
+    # Two hosts; one runs again, without the service.
+    grep -qxE 'sdk_initialized +2 *' "$logs/received$copy" || { echo "copy $copy: expected the events of its two hosts"; exit 1; }
     grep -E '^out/screens.*/[0-9].*\.png$' "$logs/$copy" >"$logs/pictures$copy" || { echo "copy $copy: no pictures"; exit 1; }
     xargs ls >/dev/null <"$logs/pictures$copy"
 done
-# The same number of each event; users differ, sessions depend on when the display gives and takes focus.
+# The same number of each event. Users differ, and sessions depend on when windows gain and lose focus.
 for copy in 1 2; do
     grep -vE '^(==|application|all|vorna_session) ' "$logs/received$copy" | awk '{ print $1, $2 }' >"$logs/events$copy"
 done
-diff "$logs/events1" "$logs/events2" || { echo "not the same events"; exit 1; }
-[ "$(wc -l <"$logs/pictures1")" -eq "$(wc -l <"$logs/pictures2")" ] || { echo "not the same pictures"; exit 1; }
+diff "$logs/events1" "$logs/events2" || { echo "the events differ"; exit 1; }
+[ "$(wc -l <"$logs/pictures1")" -eq "$(wc -l <"$logs/pictures2")" ] || { echo "the pictures differ"; exit 1; }
 if sort "$logs/pictures1" "$logs/pictures2" | uniq -d | grep .; then
-    echo "pictures of one copy in the folder of the other"
+    echo "a copy saved pictures in the other's folder"
     exit 1
 fi

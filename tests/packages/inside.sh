@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# Runs in a clean root with the tree's documents, examples and tests under /source, and the packages in a
-# repository of their own: installs one after the other and uses what each brings, as a newcomer would.
+# Runs in a clean root, with the source tree's documents, examples and tests in /source and the packages in a local
+# repository: installs the packages one by one and uses each as a newcomer would.
 set -euo pipefail
 
 step() { printf 'packages: %s\n' "$*"; }
@@ -48,7 +48,7 @@ fi
 mkdir -p /tmp/first /tmp/service
 guide=/usr/share/doc/libvorna-dev/getting-started.md
 [ -e "$guide" ] || gunzip --keep "$guide.gz"
-# block LANGUAGE: the first block of code in that language.
+# block LANGUAGE: the first code block in that language.
 block() { awk -v fence='```'"$1" '$0 == fence { on = 1; next } on && /^```/ { exit } on' "$guide"; }
 block cmake >/tmp/first/CMakeLists.txt
 block cpp >/tmp/first/main.cpp

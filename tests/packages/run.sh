@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# Installs the packages of out/deb, as `make deb` has made them, in a Debian that has nothing else, uses them there
-# and takes them away again. Needs root, for the changed root; says so and leaves it where it cannot be had.
+# Installs the packages that `make deb` has built in out/deb into a minimal Debian, uses them there and removes them
+# again. Needs root for chroot; without it, prints so and stops.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/../.."
 
@@ -13,14 +13,14 @@ if [ "${1:-}" != apart ]; then
             "the same files are tried from the install tree by make test (InstalledPackage.*)"
         exit 0
     fi
-    # Mounts and processes of namespaces of their own end with them.
+    # In namespaces of their own, so that mounts and processes end with this script.
     exec unshare --mount --propagation private --pid --fork --kill-child "$0" apart
 fi
 
 work=$PWD/build/deb
 root=$work/root
 if grep -F " $root/" /proc/self/mountinfo; then
-    echo "packages: the above is mounted where the clean root is to be made" >&2
+    echo "packages: the above is mounted where the clean root belongs" >&2
     exit 1
 fi
 mirror=$(apt-get indextargets --format '$(REPO_URI)' 2>/dev/null | grep -m 1 '/debian/*$' || true)

@@ -65,7 +65,7 @@ class TemporaryFolder {
         return file;
     }
 
-    /// The same in one step: whoever reads or watches the file finds it whole, the old one or the new one.
+    /// The same atomically: readers and watchers see either the old file or the new one.
     void replace(const std::filesystem::path& name, std::string_view contents) const {
         const std::filesystem::path file = path_ / name;
         std::filesystem::create_directories(file.parent_path());

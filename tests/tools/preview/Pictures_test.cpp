@@ -129,7 +129,7 @@ TEST_F(Pictures, OfAStepThatDoesNotExistAreNotTaken) {
 TEST_F(Pictures, OfAnIncompleteDocumentShowWhatIsMissing) {
     const auto end = take({example("paywall/bad-missing-fields")}, "a.png");
     EXPECT_EQ(end.status, 1) << end.problem;
-    EXPECT_THAT(end.output, HasSubstr(":3:3: error: heading: is empty"));
+    EXPECT_THAT(end.output, HasSubstr(":3:3: error: heading: empty;"));
     EXPECT_THAT(end.output, HasSubstr("4 errors, 0 warnings in 1 of 1 document\n"));
     const QImage picture = read("a.png");
     EXPECT_EQ(picture.pixelColor(4, 4), QColor(Qt::white));

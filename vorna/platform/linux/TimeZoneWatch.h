@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Keeps the C library's local time right when the system's time zone changes: by itself the C library reads
+/// Keeps the C library's local time right when the system's time zone changes: on its own, it reads
 /// the zone only once.
 
 #include <sys/stat.h>
