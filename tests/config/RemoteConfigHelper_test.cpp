@@ -7,6 +7,7 @@
 
 #include <vorna/config/RemoteConfigNotifications.h>
 #include <vorna/config/RemoteConfigRequest.h>
+#include <vorna/json/Encoding.h>
 #include <vorna/platform/Log.h>
 #include <vorna/platform/NotificationCenter.h>
 
@@ -106,7 +107,7 @@ TEST_F(RemoteConfigFetch, PostsTheDeviceDataWithATimeoutOfFiveSecondsAndNoHeader
     EXPECT_EQ(request.method, HttpMethod::post);
     EXPECT_EQ(request.timeout, std::chrono::seconds(5));
     EXPECT_EQ(request.headers, (std::vector<HttpHeader>{{"Content-Type", "application/json"}}));
-    EXPECT_EQ(request.body, encodeRemoteConfigRequest({data_.deviceData}).value());
+    EXPECT_EQ(request.body, json::encode(RemoteConfigRequest{data_.deviceData}).value());
     EXPECT_EQ(request.responseLimit, 16U * 1024 * 1024);
     EXPECT_EQ(lines(), Lines{});
 }

@@ -39,7 +39,7 @@ TEST_F(RemoteConfigOverTheNetwork, SendsThePostThatTheServiceExpectsAndNothingTh
     const std::string request = server.received().front();
     const std::size_t endOfHead = request.find("\r\n\r\n");
     ASSERT_NE(endOfHead, std::string::npos);
-    EXPECT_EQ(request.substr(endOfHead + 4), encodeRemoteConfigRequest({data_.deviceData}).value());
+    EXPECT_EQ(request.substr(endOfHead + 4), json::encode(RemoteConfigRequest{data_.deviceData}).value());
     Lines head = linesOf(request.substr(0, endOfHead));
     EXPECT_EQ(head.front(), "POST /v1/config HTTP/1.1\r");
     std::vector<std::string> names;

@@ -3,6 +3,7 @@
 
 #include <tests/support/Samples.h>
 
+#include <vorna/json/Encoding.h>
 #include <vorna/json/Value.h>
 
 #include <gtest/gtest.h>
@@ -14,7 +15,7 @@ namespace {
 
 TEST(RemoteConfigRequestBody, HasTheDeviceDataAsItsOnlyKey) {
     const DeviceMetadata metadata = support::sampleDeviceMetadata();
-    const json::Encoded body = encodeRemoteConfigRequest({metadata});
+    const json::Encoded body = json::encode(RemoteConfigRequest{metadata});
     ASSERT_TRUE(body);
     const auto tree = json::parse(body.value());
     ASSERT_TRUE(tree);
@@ -28,7 +29,7 @@ TEST(RemoteConfigRequestBody, HasTheDeviceDataAsItsOnlyKey) {
 }
 
 TEST(RemoteConfigRequestBody, LeavesOptionalFieldsOutWhenTheyAreEmpty) {
-    const json::Encoded body = encodeRemoteConfigRequest({});
+    const json::Encoded body = json::encode(RemoteConfigRequest());
     ASSERT_TRUE(body);
     const auto& text = body.value();
     EXPECT_EQ(text.find("idfa"), std::string::npos) << text;
@@ -39,7 +40,7 @@ TEST(RemoteConfigRequestBody, LeavesOptionalFieldsOutWhenTheyAreEmpty) {
 TEST(RemoteConfigRequestBody, IsRefusedWithThePlaceOfTextThatIsNotUtf8) {
     DeviceMetadata metadata = support::sampleDeviceMetadata();
     metadata.device.edit().deviceName = "Anna\xFFs phone";
-    const json::Encoded body = encodeRemoteConfigRequest({metadata});
+    const json::Encoded body = json::encode(RemoteConfigRequest{metadata});
     ASSERT_FALSE(body);
     EXPECT_EQ(json::describe(body.error()), "deviceData.deviceName: the text is not UTF-8");
 }

@@ -59,9 +59,9 @@ class [[nodiscard]] Result {
     constexpr Result() requires std::default_initializable<Stored> : state_(std::in_place_index<0>) {}
 
     /// Success. Implicit, for `return value;`.
-    // NOLINTNEXTLINE(bugprone-forwarding-reference-overload): the constraint leaves copies and moves alone
     template <class From = Stored>
     constexpr explicit(!std::convertible_to<From, Stored>)
+        // NOLINTNEXTLINE(bugprone-forwarding-reference-overload): the constraint excludes copies and moves
         Result(From&& value) requires(!isVoid && !isOwnKind<From> && std::constructible_from<Stored, From>)
         : state_(std::in_place_index<0>, std::forward<From>(value)) {}
 

@@ -4,6 +4,7 @@
 #include <vorna/config/RemoteConfigNotifications.h>
 #include <vorna/config/RemoteConfigRequest.h>
 #include <vorna/config/RemoteConfigResponse.h>
+#include <vorna/json/Encoding.h>
 #include <vorna/platform/Log.h>
 #include <vorna/platform/NotificationCenter.h>
 #include <vorna/platform/URL.h>
@@ -72,7 +73,7 @@ void RemoteConfigHelper::Exchange::fetch(const std::shared_ptr<Exchange>& self, 
         log::debug({"Invalid URL"});
         return;
     }
-    json::Encoded body = encodeRemoteConfigRequest({data.deviceData});
+    json::Encoded body = json::encode(RemoteConfigRequest{data.deviceData});
     if (!body) {
         log::debug({"Error serializing request body: ", json::describe(body.error())});
         return;

@@ -3,8 +3,7 @@
 
 /// The body of a request for the remote configuration: one JSON object with the single key "deviceData".
 
-#include <vorna/config/RemoteConfigData.h>
-#include <vorna/json/Encoding.h>
+#include <vorna/device/DeviceMetadata.h>
 
 namespace vorna {
 
@@ -19,9 +18,5 @@ struct RemoteConfigRequest {
         visit("deviceData", self.deviceData);
     }
 };
-
-/// The text of the body, or why there is none: text that is not UTF-8, a number that JSON cannot hold. Any
-/// thread.
-json::Encoded encodeRemoteConfigRequest(const RemoteConfigRequest& request);
 
 }  // namespace vorna

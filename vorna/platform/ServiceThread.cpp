@@ -188,6 +188,12 @@ std::optional<ServiceThread> ServiceThread::start(const char* name, ThreadPriori
     }
     try {
         const auto state = std::make_shared<State>();
+        // Before the thread exists, so that an exit that begins now either finds it or is seen here. Stopping
+        // it from here instead would run its stop callbacks under the caller's locks.
+        restAtProcessExit(state);
+        if (processIsExiting()) {
+            return std::nullopt;
+        }
         // In force from the thread's first moment, since it inherits the mask.
         const BlockedSignals blocked;
         state->adopt(std::thread([name, priority, state, loop = std::move(loop)]() mutable {
@@ -202,13 +208,7 @@ std::optional<ServiceThread> ServiceThread::start(const char* name, ThreadPriori
             loop = nullptr;
             state->rest(true);
         }));
-        ServiceThread started(state);
-        restAtProcessExit(state);
-        if (processIsExiting()) {
-            // Exit may have begun too early to find it.
-            state->requestStop();
-        }
-        return started;
+        return ServiceThread(state);
     } catch (const std::exception&) {
         return std::nullopt;
     }

@@ -299,6 +299,17 @@ TEST_F(FormerPreferencesFile, GivesWayToATableThatWasSavedSince) {
     EXPECT_EQ(preferences_.table(key), (Table{{"theme", "new"}}));
 }
 
+TEST_F(FormerPreferencesFile, GivesWayToATableThatIsSavedMeanwhile) {
+    for (int round = 0; round < 50; ++round) {
+        fs::remove_all(folder_);
+        putFormer(R"({"VornaRemoteConfigs":{"theme":"old"}})");
+        std::thread reader([this] { EXPECT_TRUE(preferences_.table(key)); });
+        EXPECT_TRUE(preferences_.setTable(key, {{"theme", "new"}}));
+        reader.join();
+        ASSERT_EQ(preferences_.table(key), (Table{{"theme", "new"}})) << "in round " << round;
+    }
+}
+
 TEST_F(FormerPreferencesFile, IsLeftAloneIfItHasNoTableOfTexts) {
     for (const char* const contents :
          {"", "{", "[]", "{}", R"({"VornaRemoteConfigs":null})", R"({"VornaRemoteConfigs":{"a":1}})",

@@ -83,8 +83,10 @@ std::optional<std::string> documentOf(const Table& table) {
     return document;
 }
 
-Result<void, std::error_code> write(const std::string& dataDirectory, std::string_view key,
-                                    const Table& table) {
+using Write = Result<void, std::error_code> (AtomicFile::*)(std::string_view contents, mode_t mode) const;
+
+Result<void, std::error_code> save(const std::string& dataDirectory, std::string_view key, const Table& table,
+                                   Write write) {
     const std::optional<std::string> document = documentOf(table);
     if (!document) {
         return Unexpected(std::make_error_code(std::errc::illegal_byte_sequence));
@@ -93,7 +95,7 @@ Result<void, std::error_code> write(const std::string& dataDirectory, std::strin
         return Unexpected(std::make_error_code(std::errc::file_too_large));
     }
     return makeStoreFolder(dataDirectory, folderName).and_then([&](const FileDescriptor& folder) {
-        return AtomicFile(folder, fileNameFor(key)).replace(*document);
+        return (AtomicFile(folder, fileNameFor(key)).*write)(*document, AtomicFile::ownerOnly);
     });
 }
 
@@ -106,7 +108,13 @@ std::optional<Table> takeOver(const std::string& dataDirectory, std::string_view
     const boost::json::value* const entry =
         entries == nullptr ? nullptr : entries->if_contains(boost::json::string_view(key.data(), key.size()));
     std::optional<Table> table = entry == nullptr ? std::nullopt : tableOf(*entry);
-    if (table && write(dataDirectory, key, *table) && entries->size() == 1) {
+    if (!table) {
+        return std::nullopt;
+    }
+    // Never in place of a table saved in the meantime: that one is newer.
+    const auto saved = save(dataDirectory, key, *table, &AtomicFile::create);
+    const bool isObsolete = saved || saved.error() == std::errc::file_exists;
+    if (isObsolete && entries->size() == 1) {
         unlink(path.c_str());
     }
     return table;
@@ -129,7 +137,7 @@ std::optional<Table> FilePreferences::table(std::string_view key) const {
 }
 
 Result<void, std::error_code> FilePreferences::setTable(std::string_view key, const Table& table) {
-    return write(dataDirectory_, key, table);
+    return save(dataDirectory_, key, table, &AtomicFile::replace);
 }
 
 }  // namespace vorna
