@@ -17,11 +17,11 @@ struct MissingField {
     enum class Reason : std::uint8_t {
         /// Text that is absent, empty or nothing but white space.
         blank,
-        /// A list of lines without a line.
+        /// An empty list of lines.
         noLines,
-        /// A list of products without a product.
+        /// An empty list of products.
         noProducts,
-        /// A step whose type is none of the known ones.
+        /// A step of unknown type.
         unknownType,
     };
 
@@ -35,7 +35,7 @@ struct MissingField {
 /// "paidProducts[0].price", with a remark in "paidProducts (boş)" and "type (geçersiz)".
 VORNA_EXPORT std::string listedName(const MissingField& field);
 
-/// The names of all, in ascending order of their bytes.
+/// The names of all fields, sorted bytewise.
 VORNA_EXPORT std::vector<std::string> listedNames(std::span<const MissingField> fields);
 
 }  // namespace vorna

@@ -20,13 +20,13 @@ enum class CredentialStatus : std::int32_t {
     itemNotFound = -25300,
     /// An item for that service and account exists already; `add` never replaces.
     duplicateItem = -25299,
-    /// The store is locked and unlocking it would need the user. The library never prompts.
+    /// The store is locked, and only the user can unlock it. The library never prompts.
     interactionNotAllowed = -25308,
     /// The machine has no such store, or it does not answer in time.
     notAvailable = -25291,
     /// The store may not be written or read (permissions, a full or read-only disk).
     notPermitted = -34018,
-    /// What is stored in the item's place cannot be trusted: others may read or write it, or it is a link.
+    /// The stored item cannot be trusted: others may read or write it, or it is a link.
     notTrusted = -67054,
 };
 
@@ -49,7 +49,7 @@ class VORNA_EXPORT CredentialStore {
     /// Removes the item; `itemNotFound` if there is none.
     virtual Result<void, CredentialStatus> remove(std::string_view service, std::string_view account) = 0;
 
-    /// Stores the bytes unchanged, whole or not at all.
+    /// Stores the bytes unchanged and atomically.
     virtual Result<void, CredentialStatus> add(std::string_view service, std::string_view account,
                                                std::string_view value) = 0;
 };

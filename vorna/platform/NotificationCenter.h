@@ -53,7 +53,7 @@ class VORNA_EXPORT NotificationCenter {
         Observation& operator=(const Observation&) = delete;
         Observation(Observation&& other) noexcept = default;
         Observation& operator=(Observation&& other) noexcept;
-        /// Ends the observation and waits for calls of the observer on other threads, so that what the
+        /// Ends the observation and waits for calls of the observer on other threads, so that anything the
         /// observer refers to may be destroyed afterwards. Do not hold a lock here that the observer takes.
         ~Observation();
 

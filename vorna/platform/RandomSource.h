@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The port to random numbers. Identifiers are made from them, so that tests can reproduce these.
+/// The port to random numbers. Identifiers are made from them, so tests can reproduce identifiers.
 
 #include <vorna/base/Export.h>
 
