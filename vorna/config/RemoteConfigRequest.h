@@ -20,8 +20,8 @@ struct RemoteConfigRequest {
     }
 };
 
-/// The text of the body, or why there is none: text that is not UTF-8, a number that JSON cannot hold. Any
-/// thread.
+/// Returns the text of the body, or an error for text that is not UTF-8 or a number that JSON cannot
+/// represent. Any thread.
 json::Encoded encodeRemoteConfigRequest(const RemoteConfigRequest& request);
 
 }  // namespace vorna

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Makes the record of an event when it occurs, and passes it on: to the queue, or directly to the HTTP
+/// Creates the record of an event when it occurs, and passes it on: to the queue, or directly to the HTTP
 /// client for the one event that cannot wait.
 
 #include <vorna/core/FacadeState.h>

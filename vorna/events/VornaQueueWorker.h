@@ -33,7 +33,7 @@ class VornaQueueWorker : public std::enable_shared_from_this<VornaQueueWorker> {
 
     /// Starts the loop on its own low-priority thread. Call once. The loop runs until the worker is destroyed
     /// or the process exits; it checks an empty queue again after a second and otherwise runs task after
-    /// task. If the system refuses a thread, a log line says so and nothing is sent.
+    /// task. If the system refuses a thread, that is logged and nothing is sent.
     void start();
 
     /// Posts one event to the address and returns without waiting for the network. Any thread. The event is
@@ -49,7 +49,7 @@ class VornaQueueWorker : public std::enable_shared_from_this<VornaQueueWorker> {
     const std::shared_ptr<HttpClient> httpClient_;
     const std::shared_ptr<RemoteConfigHelper> remoteConfigHelper_;
     const std::string eventURL_;
-    /// The same, parsed; std::nullopt if it is not a URL.
+    /// The address, parsed; std::nullopt if it is not a URL.
     const std::optional<URL> eventAddress_;
     std::optional<ServiceThread> thread_;
 };

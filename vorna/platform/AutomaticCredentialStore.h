@@ -10,7 +10,7 @@
 /// each successful read and each add, the two are reconciled in the background: an item that only one has is
 /// copied to the other, and if both differ the file's is copied to the keyring.
 ///
-/// So the file always takes precedence: once it holds an identity, no answer of a keyring replaces it. A
+/// So the file always takes precedence: once it holds an identity, no answer from a keyring replaces it. A
 /// keyring that was locked when the file was made, and is unlocked later with an older identity, is
 /// overwritten.
 

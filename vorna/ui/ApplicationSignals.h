@@ -11,9 +11,9 @@ namespace vorna::ui {
 /// Main thread.
 class ApplicationSignals {
   public:
-    /// Starts with the first call and goes on as long as the application object exists. An application that
-    /// is active already is reported at the next turn of the event loop, so that the host can initialise the
-    /// library first.
+    /// Starts on the first call and continues for as long as the application object exists. An application
+    /// that is active already is reported at the next turn of the event loop, so that the host can initialise
+    /// the library first.
     void deliver();
 
   private:

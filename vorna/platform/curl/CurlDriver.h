@@ -22,7 +22,7 @@
 
 namespace vorna {
 
-/// Shared by the client and the thread. When the process exits, the thread parks where it is: nothing is
+/// Shared by the client and the thread. When the process exits, the thread parks in place: nothing is
 /// completed or freed.
 class CurlDriver {
   public:
@@ -84,7 +84,7 @@ class CurlDriver {
     std::list<CurlTransfer> idle_;
     /// No deadline is earlier than this.
     Time nextDeadline_ = Time::max();
-    /// The answer to a request with a body has begun and not ended.
+    /// The answer to a request with a body has begun but not ended.
     bool hasAnsweredPost_ = false;
 };
 

@@ -75,7 +75,7 @@ struct ProductLook {
     friend bool operator==(const ProductLook&, const ProductLook&) = default;
 };
 
-/// One cell of the row. It can be configured repeatedly, and keeps whatever the next product does not set.
+/// One cell of the row. It can be configured repeatedly, and keeps values that the next product does not set.
 class ProductCell : public QObject {
     Q_OBJECT
     Q_PROPERTY(vorna::ui::ProductLook look READ look NOTIFY configured)
