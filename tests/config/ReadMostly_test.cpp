@@ -46,13 +46,13 @@ std::uint64_t numberOf(const ReadMostly<Witness>& value) {
     return value.read([](const Witness* witness) { return witness == nullptr ? 0 : witness->number(); });
 }
 
-TEST(ReadMostly, HoldsNothingAtFirst) {
+TEST(ReadMostly, IsInitiallyEmpty) {
     const ReadMostly<Witness> value;
     EXPECT_FALSE(value.hasValue());
     EXPECT_EQ(numberOf(value), 0U);
 }
 
-TEST(ReadMostly, GivesTheLastValueAndKeepsNoFormerOne) {
+TEST(ReadMostly, ReturnsTheLatestValueAndDestroysFormerOnes) {
     std::atomic<int> alive = 0;
     {
         ReadMostly<Witness> value;
@@ -66,7 +66,7 @@ TEST(ReadMostly, GivesTheLastValueAndKeepsNoFormerOne) {
     EXPECT_EQ(alive, 0);
 }
 
-TEST(ReadMostly, KeepsAValueForAReaderThatStaysAndStillDoesNotMakeWritersWait) {
+TEST(ReadMostly, KeepsAValueForASlowReaderWithoutBlockingWriters) {
     std::atomic<int> alive = 0;
     ReadMostly<Witness> value;
     value.replace(std::make_unique<Witness>(alive, 1));
@@ -93,7 +93,7 @@ TEST(ReadMostly, KeepsAValueForAReaderThatStaysAndStillDoesNotMakeWritersWait) {
     EXPECT_EQ(alive, 1);
 }
 
-TEST(ReadMostly, ShowsEightReadersOnlyWholeValuesInOrderWhileAThousandAreSwapped) {
+TEST(ReadMostly, ShowsConcurrentReadersOnlyCompleteValuesInOrder) {
     std::atomic<int> alive = 0;
     ReadMostly<Witness> value;
     value.replace(std::make_unique<Witness>(alive, 1));
@@ -138,7 +138,7 @@ TEST(ReadMostly, ShowsEightReadersOnlyWholeValuesInOrderWhileAThousandAreSwapped
     EXPECT_EQ(alive, 1);
 }
 
-TEST(ReadMostly, MayBeReplacedFromSeveralThreads) {
+TEST(ReadMostly, CanBeReplacedFromSeveralThreads) {
     std::atomic<int> alive = 0;
     ReadMostly<Witness> value;
     std::vector<std::thread> writers;

@@ -27,7 +27,7 @@ TEST(RemoteConfigRequestBody, HasTheDeviceDataAsItsOnlyKey) {
     EXPECT_EQ(read.value(), metadata);
 }
 
-TEST(RemoteConfigRequestBody, LeavesOptionalFieldsOutWhenTheyAreEmpty) {
+TEST(RemoteConfigRequestBody, OmitsEmptyOptionalFields) {
     const json::Encoded body = encodeRemoteConfigRequest({});
     ASSERT_TRUE(body);
     const auto& text = body.value();
@@ -36,7 +36,7 @@ TEST(RemoteConfigRequestBody, LeavesOptionalFieldsOutWhenTheyAreEmpty) {
     EXPECT_NE(text.find("\"appId\""), std::string::npos) << text;
 }
 
-TEST(RemoteConfigRequestBody, IsRefusedWithThePlaceOfTextThatIsNotUtf8) {
+TEST(RemoteConfigRequestBody, IsRejectedWithThePathOfTextThatIsNotUtf8) {
     DeviceMetadata metadata = support::sampleDeviceMetadata();
     metadata.device.edit().deviceName = "Anna\xFFs phone";
     const json::Encoded body = encodeRemoteConfigRequest({metadata});

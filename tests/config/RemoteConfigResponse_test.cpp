@@ -33,7 +33,7 @@ std::string nested(std::size_t depth) {
     return std::string(depth, '[') + std::string(depth, ']');
 }
 
-TEST(RemoteConfigResponseBody, GivesItsTable) {
+TEST(RemoteConfigResponseBody, YieldsItsTable) {
     EXPECT_EQ(decoded(R"({"configs":{"theme":"dark","limit":"12"}})"),
               (Configs{{"limit", "12"}, {"theme", "dark"}}));
 }
@@ -49,21 +49,21 @@ TEST(RemoteConfigResponseBody, MayHoldEmptyKeysAndValuesAndAnyCharacter) {
             {"", ""}, {std::string("a\0b", 3), std::string("\0", 1)}, {"\xF0\x9F\x98\x80", "\xC5\x9F\n"}}));
 }
 
-TEST(RemoteConfigResponseBody, MayHaveOtherKeysOfAnyKind) {
+TEST(RemoteConfigResponseBody, IgnoresOtherKeysOfAnyKind) {
     EXPECT_EQ(decoded(R"({"version":3,"configs":{"a":"1"},"more":{"b":[null,true]}})"),
               (Configs{{"a", "1"}}));
 }
 
-TEST(RemoteConfigResponseBody, TakesTheLastOfEqualKeys) {
+TEST(RemoteConfigResponseBody, UsesTheLastOfDuplicateKeys) {
     EXPECT_EQ(decoded(R"({"configs":{"a":"1","b":"2","a":"3"}})"), (Configs{{"a", "3"}, {"b", "2"}}));
     EXPECT_EQ(decoded(R"({"configs":{"a":"1"},"configs":{"b":"2"}})"), (Configs{{"b", "2"}}));
 }
 
-TEST(RemoteConfigResponseBody, MayBeNestedToADepthOf512WhereItIsIgnored) {
+TEST(RemoteConfigResponseBody, AllowsIgnoredValuesNestedUpTo512Levels) {
     EXPECT_EQ(decoded(R"({"configs":{"a":"1"},"more":)" + nested(511) + "}"), (Configs{{"a", "1"}}));
 }
 
-TEST(RemoteConfigResponseBody, HoldsAHundredThousandKeys) {
+TEST(RemoteConfigResponseBody, MayHoldAHundredThousandKeys) {
     Configs configs;
     for (int index = 0; index < 100'000; ++index) {
         const std::string key = "key_" + std::to_string(index);

@@ -95,7 +95,7 @@ TEST(OnboardingStep, WithAnEmptyStepRecordsTheBareName) {
     EXPECT_EQ(recorded.take().at(0).name, "onboarding_");
 }
 
-TEST(TabClicked, PrintsItsEventsNameOnOneLineWhateverTheText) {
+TEST(TabClicked, LogsItsNameOnOneLineForAnyText) {
     support::RecordedEvents recorded;
     VornaCoreSDK::debug = true;
     testing::internal::CaptureStdout();

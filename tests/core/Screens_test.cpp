@@ -133,7 +133,7 @@ TEST(InstalledScreens, ReceiveTheServicesOnceWhenTheInstanceIsCreated) {
     EXPECT_EQ(before->services.size(), 1U);
 }
 
-TEST(InstalledScreens, ReceiveTheServicesAtOnceIfTheInstanceExists) {
+TEST(InstalledScreens, ReceiveTheServicesImmediatelyIfTheInstanceExists) {
     const support::RecordedEvents platform;
     VornaCoreSDK::Event("first");
     const auto screens = std::make_shared<RecordingScreens>();

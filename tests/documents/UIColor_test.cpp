@@ -29,7 +29,7 @@ struct ColourCase {
 
 class ColourString : public testing::TestWithParam<ColourCase> {};
 
-TEST_P(ColourString, IsReadOrIsBlack) {
+TEST_P(ColourString, IsParsedOrBlack) {
     EXPECT_EQ(UIColor::read(GetParam().text), GetParam().colour);
     EXPECT_EQ(UIColor(GetParam().text), GetParam().colour.value_or(black));
 }
@@ -140,7 +140,7 @@ TEST(ColourString, MayBeVeryLong) {
     EXPECT_EQ(UIColor::read(std::string(1'000'000, 'F')), std::nullopt);
 }
 
-TEST(UIColor, IsMadeOfItsFourParts) {
+TEST(UIColor, IsConstructedFromItsFourComponents) {
     constexpr UIColor colour(0.25, 0.5, 0.75, 1);
     EXPECT_EQ(colour.red, 0.25);
     EXPECT_EQ(colour.green, 0.5);

@@ -96,7 +96,7 @@ TEST(SourceMap, ReportsParents) {
     EXPECT_EQ(map.key(2), "");
 }
 
-TEST(SourceMap, FindsOnlyWhatTheTextHas) {
+TEST(SourceMap, FindsNothingThatTheTextLacks) {
     const SourceMap map = mapOf(R"({"ab":[1],"a":{"c":2}})");
     EXPECT_EQ(map.find({}), 0U);
     EXPECT_EQ(map.find({"a"}), 3U);

@@ -194,7 +194,7 @@ TEST_F(AutomaticStore, KeepsTheNewIdentityWhenASlowKeyringReturnsAnOldOne) {
     EXPECT_EQ(hastyStore.read(service, account), "new");
 }
 
-TEST_F(AutomaticStore, SpendsTheTimeoutOnceForAReadAndWhatFollows) {
+TEST_F(AutomaticStore, SpendsOneTimeoutOnAReadAndTheCallsAfterIt) {
     AutomaticCredentialStore slowStore(file, keyring, milliseconds(1000));
     keyring->hold();
     const auto began = steady_clock::now();
@@ -510,7 +510,7 @@ TEST_F(AutomaticIdentity, DoesNotWaitForTheBusIfThereIsAFile) {
     session.thawKeyring();
 }
 
-TEST_F(AutomaticIdentity, IsTheSameForTwoProcessesThatCreateItAtOnce) {
+TEST_F(AutomaticIdentity, IsTheSameForTwoProcessesThatCreateItConcurrently) {
     const auto firstRun = [this](const std::string& busAddress) {
         support::setVariable("DBUS_SESSION_BUS_ADDRESS", busAddress);
         load(newStore());

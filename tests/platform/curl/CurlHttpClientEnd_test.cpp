@@ -224,7 +224,7 @@ TEST_F(ProcessExitUnderLoad, WithAServerThatHangsIsClean) {
         testing::ExitedWithCode(0), "");
 }
 
-TEST_F(ProcessExitUnderLoad, AtOnceIsClean) {
+TEST_F(ProcessExitUnderLoad, ImmediatelyAfterTheStartIsClean) {
     EXPECT_EXIT(
         {
             limitTheProcess();
@@ -256,7 +256,7 @@ TEST_F(ProcessExitUnderLoad, FromACompletionIsClean) {
         testing::ExitedWithCode(0), "");
 }
 
-TEST_F(ProcessExitUnderLoad, WhileACompletionTakesItsTimeCompletesNothingElse) {
+TEST_F(ProcessExitUnderLoad, DuringASlowCompletionCompletesNothingElse) {
     EXPECT_EXIT(
         {
             limitTheProcess();

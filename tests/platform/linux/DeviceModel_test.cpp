@@ -43,7 +43,7 @@ struct Row {
     const char* model;
 };
 
-TEST(DeviceModel, OfTheStoredSystems) {
+TEST(DeviceModel, IsCorrectForTheStoredSystems) {
     for (const Row& row :
          {Row{"pinephone-postmarketos", "Pine64 PinePhone (1.2)"}, Row{"librem5-pureos", "Purism Librem 5r4"},
           Row{"thinkpad-fedora", "20EXAMPLE0"}, Row{"desktop-debian", "x86_64"},

@@ -55,7 +55,7 @@ LinuxSystemOptions optionsFor(const std::string& root) {
 const ScreenFacts noScreen{.width = 0, .height = 0, .scale = 1};
 const ScreenFacts windowScreen{.width = 375, .height = 667, .scale = 2};
 
-TEST(LinuxSystemFacts, OfAPhone) {
+TEST(LinuxSystemFacts, MatchAPhone) {
     LinuxSystemOptions options = optionsFor(systemTree("pinephone-postmarketos"));
     options.bundle.shortVersion = "1.2";
     const LinuxSystem system(options);
@@ -70,7 +70,7 @@ TEST(LinuxSystemFacts, OfAPhone) {
     EXPECT_EQ(facts->bundle, options.bundle);
 }
 
-TEST(LinuxSystemFacts, OfABareContainer) {
+TEST(LinuxSystemFacts, MatchABareContainer) {
     const TemporaryFolder home;
     LinuxSystemOptions options = optionsFor(systemTree("alpine-container"));
     options.bundle = {};
@@ -93,7 +93,7 @@ TEST(LinuxSystemFacts, OfABareContainer) {
     EXPECT_EQ(facts->bundle, BundleFacts{});
 }
 
-TEST(LinuxSystemFacts, OfThisMachineExist) {
+TEST(LinuxSystemFacts, ExistOnThisMachine) {
     const LinuxSystem system;
     const auto facts = system.facts();
     EXPECT_FALSE(facts->deviceModel.empty());
@@ -455,7 +455,7 @@ TEST(LinuxSystemLife, MayEndAtAnyTimeAndLeavesNothingBehind) {
     EXPECT_EQ(countOf("/proc/self/fd"), files);
 }
 
-TEST(LinuxSystemLife, MayBeUsedFromManyThreadsAtOnce) {
+TEST(LinuxSystemLife, CanBeUsedFromManyThreadsConcurrently) {
     const TemporaryFolder root;
     copySystemTree("pinephone-postmarketos", root.path());
     LinuxSystemOptions options = optionsFor(root.path());

@@ -24,7 +24,7 @@ struct Row {
     const char* version;
 };
 
-TEST(OsVersion, OfTheStoredSystems) {
+TEST(OsVersion, IsCorrectForTheStoredSystems) {
     for (const Row& row :
          {Row{"pinephone-postmarketos", "edge"}, Row{"librem5-pureos", "10.3"}, Row{"thinkpad-fedora", "37"},
           Row{"desktop-debian", "12"}, Row{"raspberry-pi", "12"}, Row{"olimex-lime2-archlinuxarm", "6.1.0"},

@@ -169,7 +169,7 @@ TEST_F(Program, ListensOnTheOtherLoopbackAddressToo) {
     EXPECT_EQ(http.post("/v1/event", eventNamed("a")).status, 200);
 }
 
-TEST_F(Program, SaysWhyItCannotStart) {
+TEST_F(Program, ReportsWhyItCannotStart) {
     const auto running = start();
     const std::string port = std::to_string(running->port());
     const std::string file = folder_.write("file", "").string();

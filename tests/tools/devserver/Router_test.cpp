@@ -207,7 +207,7 @@ TEST_F(RouterOfTheService, RecordsAnEventWhoseAnswerIsDelayedOrCut) {
     EXPECT_EQ(recorded(), event + "\n");
 }
 
-TEST_F(RouterOfTheService, LeavesRequestsWithoutAnAnswerOnDemand) {
+TEST_F(RouterOfTheService, LeavesRequestsUnansweredOnDemand) {
     fault(R"({"count":1,"drop":true})");
     fault(R"({"count":1,"reset":true})");
     fault(R"({"count":1,"hang":true})");

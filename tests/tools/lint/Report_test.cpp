@@ -56,7 +56,7 @@ TEST(JsonReport, HoldsEverything) {
               "\n");
 }
 
-TEST(JsonReport, IsJsonWhateverTheNames) {
+TEST(JsonReport, IsValidJsonForAnyNames) {
     Finding finding = anError;
     finding.path = json::Path{"\xff"};
     const std::string report = jsonReport(std::vector{document("\"\n\xff.json", {finding})});

@@ -461,7 +461,7 @@ TEST(Rules, QuoteTheNameOnTheErrorScreen) {
                 hasMessage("missing-field", "\"paidProducts[0].title\""));
 }
 
-TEST(Rules, SayWhatHappensToAScreenThatLacksAField) {
+TEST(Rules, DescribeTheEffectOfAMissingField) {
     const auto messagesOf = [](const std::string& document) {
         std::vector<std::string> messages;
         for (const Finding& finding : lint(document).findings) {

@@ -118,7 +118,7 @@ TEST_F(LivePreview, KeepsTheLastVersionWhileTheFileIsBroken) {
     EXPECT_TRUE(comesTo(4, 300, QColor(0x40, 0x60, 0x20)));
 }
 
-TEST_F(LivePreview, ShowsWhatIsMissingWhenReloadedByKey) {
+TEST_F(LivePreview, ShowsTheMissingFieldsWhenReloadedByKey) {
     begin(steps_);
     replaceFile(replaced(steps_, "\"heading\"", "\"headin\""));
     EXPECT_TRUE(line("kept the last version"));

@@ -126,7 +126,7 @@ TEST_F(Pictures, OfAStepThatDoesNotExistAreNotTaken) {
     EXPECT_EQ(take({example("paywall/plain"), "--step", "1"}, "a.png").status, 2);
 }
 
-TEST_F(Pictures, OfAnIncompleteDocumentShowWhatIsMissing) {
+TEST_F(Pictures, OfAnIncompleteDocumentShowTheMissingFields) {
     const auto end = take({example("paywall/bad-missing-fields")}, "a.png");
     EXPECT_EQ(end.status, 1) << end.problem;
     EXPECT_THAT(end.output, HasSubstr(":3:3: error: heading: empty;"));

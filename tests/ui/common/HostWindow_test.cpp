@@ -146,7 +146,7 @@ TEST_F(HostWindow, GetsTheFocusBackAfterAnimations) {
     EXPECT_TRUE(item.hasActiveFocus());
 }
 
-TEST_F(HostWindow, MayLoseTheItemThatHadTheFocus) {
+TEST_F(HostWindow, SurvivesTheLossOfTheFocusedItem) {
     auto item = std::make_unique<TapCounter>();
     item->setParentItem(host.content());
     item->forceActiveFocus();

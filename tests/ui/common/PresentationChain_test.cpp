@@ -54,7 +54,7 @@ TEST_F(Chain, GrowsAtItsTop) {
     EXPECT_EQ(second->window(), &window);
 }
 
-TEST_F(Chain, SaysWhyItDoesNotPresent) {
+TEST_F(Chain, ReportsWhyItDoesNotPresent) {
     EXPECT_EQ(present(chain->root(), nullptr), failure(PresentationFailure::nothingToPresent));
     ASSERT_TRUE(present(chain->root(), first));
     EXPECT_EQ(present(chain->root(), second), failure(PresentationFailure::presenterCovered));
@@ -65,7 +65,7 @@ TEST_F(Chain, SaysWhyItDoesNotPresent) {
     EXPECT_THAT(chain->presented(), ElementsAre(first));
 }
 
-TEST_F(Chain, PresentsNothingOnceTheWindowHasGone) {
+TEST_F(Chain, PresentsNothingOnceTheWindowIsGone) {
     quickWindow.reset();
     EXPECT_EQ(present(chain->root(), first), failure(PresentationFailure::presenterNotOnScreen));
     EXPECT_EQ(first->timesLoaded(), 0);

@@ -62,7 +62,7 @@ class Presentation : public testing::Test {
     ScreenHost host{{400, 600}};
 };
 
-TEST_F(Presentation, IsInPlaceAtOnceWithoutAnAnimation) {
+TEST_F(Presentation, IsImmediateWithoutAnAnimation) {
     int completions = 0;
     const auto screen = PlainScreen::make();
     top()->present(screen, false, [&] { ++completions; });
@@ -452,7 +452,7 @@ TEST_F(Dismissal, DuringItsOwnArrivalCompletesTheArrivalFirst) {
     EXPECT_THAT(order, ElementsAre("there", "gone"));
 }
 
-TEST_F(Dismissal, ReallyEndsViewAndController) {
+TEST_F(Dismissal, DestroysViewAndController) {
     auto screen = show();
     const QPointer<QQuickItem> view = screen->view();
     const QPointer<QQuickItem> layer = screen->layer();
@@ -492,7 +492,7 @@ TEST_F(TheEndOfAWindow, EndsAPresentedScreen) {
     EXPECT_TRUE(controller.expired());
 }
 
-TEST_F(TheEndOfAWindow, EndsAScreenThatArrives) {
+TEST_F(TheEndOfAWindow, EndsAnArrivingScreen) {
     const auto below = show();
     const auto screen = PlainScreen::make();
     top()->present(screen, true, [] { ADD_FAILURE() << "it never arrives"; });
@@ -503,7 +503,7 @@ TEST_F(TheEndOfAWindow, EndsAScreenThatArrives) {
     letTimePass(milliseconds(500));
 }
 
-TEST_F(TheEndOfAWindow, EndsAScreenThatLeaves) {
+TEST_F(TheEndOfAWindow, EndsALeavingScreen) {
     const auto screen = show();
     screen->dismiss(true, [] { ADD_FAILURE() << "the window has gone"; });
     letTimePass(milliseconds(50));

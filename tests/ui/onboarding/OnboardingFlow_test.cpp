@@ -79,7 +79,7 @@ class Onboarding : public testing::Test {
     PrintedLines printed;
 };
 
-TEST_F(Onboarding, WithoutStepsFinishesAtOnce) {
+TEST_F(Onboarding, WithoutStepsFinishesImmediately) {
     VornaCoreSDK::ShowOnboarding("[]");
     EXPECT_THAT(host.screens(), IsEmpty());
     ASSERT_EQ(host.notifications().size(), 1U);

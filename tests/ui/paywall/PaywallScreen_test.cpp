@@ -393,7 +393,7 @@ TEST_F(PaywallScreen, OpensThePolicyEvenIfTheTermsAreNotAnAddress) {
     EXPECT_THAT(links_.take(), ElementsAre("https://privacy.test/?a=b&c=%20d#e"));
 }
 
-TEST_F(PaywallScreen, ShowsItsCloseButtonAtOnceForAZeroOrNegativeDelay) {
+TEST_F(PaywallScreen, ShowsItsCloseButtonImmediatelyForAZeroOrNegativeDelay) {
     for (const std::int64_t delay : {std::int64_t{0}, std::int64_t{-1}, std::int64_t{-1'000'000'000'000},
                                      std::numeric_limits<std::int64_t>::min()}) {
         SCOPED_TRACE(delay);
