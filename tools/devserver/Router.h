@@ -39,9 +39,9 @@ struct Outcome {
 
 /// Handles every path of the service, independently of the network.
 ///
-/// A fault that answers, drops, resets or holds replaces the service: nothing is checked or recorded. With
-/// one that only delays or cuts the body the service does its work: an event is recorded at once, whatever
-/// happens to its answer.
+/// A fault that answers, drops, resets or hangs replaces the service: nothing is checked or recorded. With
+/// one that only delays or cuts the body the service does its work: an event is recorded immediately,
+/// whatever happens to its answer.
 ///
 /// For one thread. Everything passed to the constructor must outlive the router.
 class Router {

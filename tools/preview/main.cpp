@@ -59,7 +59,7 @@ void prepareQt(const Options& options) {
     }
 }
 
-// For showing alone: nothing is recorded, sent or kept.
+// For display only: nothing is recorded, sent or kept.
 void prepareLibrary(const Options& options) {
     PlatformOptions platform;
     platform.bundleIdentifier = "vorna-preview";

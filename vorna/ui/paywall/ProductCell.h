@@ -86,7 +86,7 @@ class ProductCell : public QObject {
   public:
     ProductCell();
 
-    /// An absent colour, possible only in products made in code, stands for a default; an empty one is black.
+    /// An absent colour, possible only in products made in code, means a default; an empty one is black.
     void configure(const PaidProduct& product, bool isSelected);
 
     ProductLook look() const { return look_; }
