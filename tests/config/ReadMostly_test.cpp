@@ -13,7 +13,7 @@
 namespace vorna {
 namespace {
 
-/// Counts how many of its kind are alive, and is recognisable when it is not.
+/// Counts its live instances; a destroyed instance is recognisable.
 class Witness {
   public:
     Witness(std::atomic<int>& alive, std::uint64_t number) : alive_(alive), number_(number), check_(~number) {
@@ -132,7 +132,7 @@ TEST(ReadMostly, ShowsConcurrentReadersOnlyCompleteValuesInOrder) {
         reader.join();
     }
     EXPECT_EQ(broken, 0);
-    // One that is in force, and those that a reader held on to while its thread had no processor.
+    // The one in force, and those held by a reader whose thread was descheduled.
     EXPECT_LT(mostAlive, 100);
     value.replace(std::make_unique<Witness>(alive, 1'001));
     EXPECT_EQ(alive, 1);

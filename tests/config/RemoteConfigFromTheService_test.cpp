@@ -33,7 +33,7 @@ class RemoteConfigFromTheService : public support::RealFetch {
 
     std::string configURL() const { return server_->url() + "/v1/config"; }
 
-    /// What the server says that it has done.
+    /// The server's own statistics.
     std::string statistics() const {
         std::promise<std::string> answer;
         CurlHttpClient client(authority());

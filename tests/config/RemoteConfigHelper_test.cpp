@@ -46,7 +46,7 @@ Lines linesOf(const std::string& text) {
     return lines;
 }
 
-/// A helper between a client and preferences that the test steers, and all that comes out of it.
+/// A helper between a client and preferences controlled by the test, with everything that it does recorded.
 class RemoteConfigFetch : public testing::Test {
   protected:
     RemoteConfigFetch() {
@@ -79,7 +79,7 @@ class RemoteConfigFetch : public testing::Test {
         client_ = std::make_shared<RecordingHttpClient>(completes, std::move(script));
     }
 
-    /// What has been printed, once.
+    /// The lines printed since the last call.
     Lines lines() {
         isCapturing_ = false;
         return linesOf(testing::internal::GetCapturedStdout());
@@ -172,7 +172,7 @@ TEST_F(RemoteConfigFetch, PrintsNothingWhileDebugIsOff) {
 struct Failure {
     const char* name;
     HttpAnswer answer;
-    /// What each attempt prints before the line about what follows.
+    /// The lines that each attempt prints before the one that announces the next step.
     Lines lines;
 };
 
@@ -381,8 +381,7 @@ TEST_F(RemoteConfigFetch, CompletesOnTheClientsThreadWhileTheHelperIsDestroyed) 
         client_.reset();
         remote.reset();
     }
-    // What a client's thread still prints at its end is none of the next test's business: each has a process
-    // of its own.
+    // Lines that the client's thread prints as it ends cannot affect the next test: each has its own process.
 }
 
 TEST_F(RemoteConfigFetch, RunsEntirelyOnTheClientsThread) {

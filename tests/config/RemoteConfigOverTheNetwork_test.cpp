@@ -24,7 +24,7 @@ using support::Lines;
 using support::linesOf;
 using support::RawServer;
 
-/// The server is one that the test scripts.
+/// The server is scripted by the test.
 class RemoteConfigOverTheNetwork : public support::RealFetch {};
 
 TEST_F(RemoteConfigOverTheNetwork, SendsTheExpectedPostWithoutIdentifyingHeaders) {
@@ -133,11 +133,11 @@ TEST_F(RemoteConfigOverTheNetwork, AcceptsATableOfAHundredThousandKeys) {
     EXPECT_EQ(preferences_->saves().size(), 1U);
 }
 
-/// What the first connection does; the second always gives a table.
+/// The first connection's behaviour; the second always returns a table.
 struct Fault {
     const char* name;
     void (*script)(RawServer::Connection&);
-    /// How the line about the first attempt begins, after those before it.
+    /// The beginning of the line about the first attempt, after the lines before it.
     Lines lines;
 };
 
@@ -198,7 +198,7 @@ INSTANTIATE_TEST_SUITE_P(
                       "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n20\r\n{\"configs\":{");
               },
               {transport}},
-        // Without a length the end of the connection is the end of the body, so only the text can tell.
+        // Without a length the end of the connection ends the body, so only the text shows the truncation.
         Fault{"CutBodyOfUnknownLength",
               [](RawServer::Connection& connection) {
                   connection.send("HTTP/1.1 200 OK\r\n\r\n{\"configs\":{\"a\":\"1\"");

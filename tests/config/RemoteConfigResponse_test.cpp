@@ -15,7 +15,7 @@ namespace {
 
 using Configs = std::map<std::string, std::string>;
 
-/// The table, or the error in a table of its own, so that a failing expectation shows it.
+/// The table, or a table with only the error, so that a failing expectation shows it.
 Configs decoded(std::string_view body) {
     json::Decoded<RemoteConfigResponse> result = decodeRemoteConfigResponse(body);
     if (!result) {

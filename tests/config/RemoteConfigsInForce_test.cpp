@@ -53,7 +53,7 @@ TEST(RemoteConfigsInForce, NeverMixTablesWhileTheyAreSwapped) {
     RemoteConfigsInForce configs;
     const auto tableOf = [](int generation) {
         Configs table;
-        // Long enough to be kept outside of the text object itself.
+        // Too long for the small-string optimisation.
         const std::string value = "the value of generation number " + std::to_string(generation);
         for (int key = 0; key < 20; ++key) {
             table.emplace("key_" + std::to_string(key), value);

@@ -23,7 +23,7 @@ UIColor ofBytes(int red, int green, int blue, int alpha = 255) {
 struct ColourCase {
     const char* name;
     std::string_view text;
-    /// Absent where the text cannot be read.
+    /// std::nullopt if the text cannot be parsed.
     std::optional<UIColor> colour;
 };
 

@@ -41,7 +41,7 @@ class QueueWorker : public testing::Test {
                                              "https://service.test/v1/config"),
         std::string(eventURL));
 
-    /// What is printed when the event is sent and, if there is an answer, completed.
+    /// The lines printed when the event is sent and, if there is an answer, completed.
     std::string printedFor(const EventData& event, std::optional<HttpAnswer> answer = std::nullopt,
                            std::string_view url = eventURL) {
         testing::internal::CaptureStdout();

@@ -192,7 +192,7 @@ TEST_F(AtomicFileInAFolder, HasTheOldOrTheNewContentsAfterAKill) {
         process.start();
         const auto until = std::chrono::steady_clock::now() + std::chrono::microseconds(500 + 137 * round);
         while (std::chrono::steady_clock::now() < until) {
-            // A sleep would end at certain moments only.
+            // A sleep would end only at certain moments.
         }
         process.kill();
         killed += process.wait() == -1 ? 1 : 0;

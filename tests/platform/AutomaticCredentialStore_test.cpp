@@ -213,7 +213,7 @@ TEST_F(AutomaticStore, NeverMakesAnAbandonedCall) {
     std::ignore = hastyStore.add(service, account, "new");
     keyring->letGo();
     ASSERT_TRUE(comesToHold(keyring, "new"));
-    // The abandoned read had begun; the rest is the repair.
+    // The abandoned read had already begun; the other calls are the repair's.
     EXPECT_THAT(keyring->operations(), ElementsAre("read", "read", "add"));
 }
 
@@ -314,7 +314,7 @@ INSTANTIATE_TEST_SUITE_P(
                       Outcome{"PlantedFileAndNoKeyring", planted, noKeyring, planted, planted, planted}),
     [](const auto& row) { return row.param.name; });
 
-// From here on with the real parts: a private file, gnome-keyring, and the identity stored in them.
+// The remaining tests use the real parts: a private file, gnome-keyring, and the identity stored in them.
 
 bool eventually(const std::function<bool()>& condition) {
     const auto deadline = steady_clock::now() + std::chrono::seconds(30);

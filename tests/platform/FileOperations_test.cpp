@@ -82,7 +82,7 @@ TEST_F(MakeFolders, FailsAtADanglingLink) {
     for (const char* const path : {"link", "link/", "link/y", "link/y/z", "link/y/"}) {
         const Made made = makeFolders(root_ / path);
         ASSERT_FALSE(made) << path;
-        // The slash makes the kernel look behind the link.
+        // The slash makes the kernel follow the link.
         EXPECT_TRUE(made.error() == std::errc::no_such_file_or_directory ||
                     (path == std::string("link/") && made.error() == std::errc::not_a_directory))
             << path << ": " << made.error().message();

@@ -200,7 +200,7 @@ TEST(ServiceThread, BlocksAllSignalsExceptFaults) {
         pthread_sigmask(SIG_SETMASK, nullptr, &mask);
         std::vector<int> numbers;
         for (int number = 1; number <= SIGRTMAX; ++number) {
-            // Numbers that the C library keeps for itself cannot be blocked.
+            // Signals reserved by the C library cannot be blocked.
             if ((number < SIGSYS + 1 || number >= SIGRTMIN) && sigismember(&mask, number) == 1) {
                 numbers.push_back(number);
             }
@@ -253,7 +253,7 @@ TEST(ServiceThread, OfLowPriorityIsNotRaisedInAHostOfLowerPriority) {
     EXPECT_EQ(resultOnThread(ThreadPriority::low, niceness), 19);
 }
 
-/// The exit of a process of its own. It is killed if it takes so long that only a hang explains it.
+/// Tests the exit of a separate process, which is killed if it takes so long that it must have hung.
 class ServiceThreadDeathTest : public testing::Test {
   protected:
     ServiceThreadDeathTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
@@ -304,7 +304,7 @@ TEST_F(ServiceThreadDeathTest, ExitStopsEveryThreadAndWaitsForIt) {
     EXPECT_EXIT(leave(), testing::ExitedWithCode(0), "");
 }
 
-/// Such as OpenSSL's state of a thread: to be destroyed before OpenSSL itself.
+/// Like OpenSSL's per-thread state, which must be destroyed before OpenSSL itself.
 struct ThreadLocalObject {
     ~ThreadLocalObject() {
         std::this_thread::sleep_for(100ms);
@@ -349,7 +349,7 @@ TEST_F(ServiceThreadDeathTest, ExitDoesNotWaitLongForAThreadThatDoesNotRest) {
         checkAfterRest([] { return sinceExit() >= 80ms && sinceExit() < 1s; });
         std::promise<void> begun;
         ServiceThread thread = started([&](Self& self) {
-            // What was vital and is over does not count.
+            // Vital work that has ended does not count.
             { const Self::Vital vital(self); }
             begun.set_value();
             std::this_thread::sleep_for(1h);

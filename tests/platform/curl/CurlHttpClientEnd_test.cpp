@@ -180,7 +180,7 @@ TEST(HttpClientDestruction, MayHappenAtAnyTime) {
     EXPECT_EQ(outcomes.countWithStatus(200) + outcomes.countWithError(), 1000U);
 }
 
-/// Each test exits a process of its own. It is killed if it takes so long that only a hang explains it.
+/// Each test exits a separate process, which is killed if it takes so long that it must have hung.
 class ProcessExitUnderLoad : public testing::Test {
   protected:
     ProcessExitUnderLoad() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }

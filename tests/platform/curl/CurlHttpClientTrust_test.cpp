@@ -222,7 +222,7 @@ TEST(OtherSchemes, AreRefused) {
     }
 }
 
-/// Changes the variables of this process; each test has a process of its own.
+/// Changes the variables of this process; each test has its own process.
 class HttpProxy : public testing::Test {
   protected:
     void SetUp() override {

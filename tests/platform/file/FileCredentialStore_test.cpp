@@ -194,7 +194,7 @@ TEST_F(FileStore, RemovesOnlyTheItemOfThatName) {
 
 struct Intrusion {
     const char* name;
-    /// Puts something into the place of the item's file.
+    /// Puts something in place of the item's file.
     std::function<void(const std::filesystem::path& file)> put;
     Result<void, CredentialStatus> removal = {};
 };
@@ -407,7 +407,7 @@ TEST_F(FileStore, HasTheCompleteValueOrNoneAfterAKillDuringAdd) {
         process.start();
         const auto end = steady_clock::now() + microseconds(anyMoment(generator));
         while (steady_clock::now() < end) {
-            // A sleep would come to an end at some moments only.
+            // A sleep would end only at certain moments.
         }
         process.kill();
         process.wait();

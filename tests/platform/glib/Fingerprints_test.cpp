@@ -104,7 +104,7 @@ TEST(FingerprintQuery, CallsNothingOnceAStopIsRequested) {
 /// Long enough for a slow machine, short enough to tell a stopped query from one that gave up.
 constexpr std::chrono::milliseconds wellBeforeItGivesUp{1500};
 
-/// A query on a thread of its own.
+/// A query on a separate thread.
 class RunningQuery {
   public:
     explicit RunningQuery(const std::string& busAddress)

@@ -41,7 +41,7 @@ using tests::MuteSystemBus;
 using tests::systemTree;
 using namespace std::chrono_literals;
 
-/// A system under this root folder, which is read again often.
+/// A system under this root folder, reread at short intervals.
 LinuxSystemOptions optionsFor(const std::string& root) {
     LinuxSystemOptions options;
     options.bundle.identifier = "com.example.app";
@@ -382,7 +382,7 @@ TEST(LinuxSystemCreation, IsNeitherADateNorAnErrorIfTheFileSystemRecordsNone) {
 
 class LinuxSystemTimeZone : public testing::Test {
   protected:
-    /// The test has a process of its own, whose environment it may change.
+    /// The test has its own process, whose environment it may change.
     static std::int32_t secondsIn(const char* zone, double moment) {
         setenv("TZ", zone, 1);  // NOLINT(concurrency-mt-unsafe)
         return LinuxSystem(optionsFor("/none")).secondsFromGMT(Date{moment});
@@ -413,7 +413,7 @@ TEST_F(LinuxSystemTimeZone, IsZeroForADateOutsideAnyCalendar) {
 }
 
 TEST(LinuxSystemTimeZoneOfTheSystem, MayChange) {
-    // In a mount namespace of its own, so that the time zone changes only for this thread and its children.
+    // In a private mount namespace, so that the time zone changes only for this thread and its children.
     const std::string zones = "/usr/share/zoneinfo/";
     if (!std::filesystem::exists(zones + "Asia/Kathmandu") || !std::filesystem::exists("/etc/localtime")) {
         GTEST_SKIP() << "needs the time zone database and /etc/localtime";
@@ -522,7 +522,7 @@ void checkThatTheThreadIsAtRest() {
         std::cerr << "the bus was not used\n";
         std::_Exit(1);
     }
-    std::exit(0);  // NOLINT(concurrency-mt-unsafe): just this is tested
+    std::exit(0);  // NOLINT(concurrency-mt-unsafe): that is what is tested
 }
 
 TEST(LinuxSystemDeathTest, TheProcessMayExitWhileTheBusIsSilent) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Each rule with documents that have the problem and with documents that have not.
+// Each rule with documents that have the problem and documents that do not.
 
 #include <tools/lint/Rules.h>
 

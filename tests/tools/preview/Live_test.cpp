@@ -57,7 +57,7 @@ class LivePreview : public testing::Test {
 
     std::optional<std::string> line(std::string_view text) { return preview_->waitForLine(text); }
 
-    // As editors do that write a new file and rename it.
+    // As by editors that write a new file and rename it.
     void replaceFile(const std::string& document) { folder_.replace("a.json", document); }
 
     const support::TemporaryFolder folder_;

@@ -17,7 +17,7 @@ using support::PlainScreen;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Without a registry, a Window or anything on screen.
+/// A chain without a registry, a Window or anything on screen.
 class Chain : public testing::Test {
   protected:
     Result<void, PresentationFailure> present(const std::shared_ptr<ViewController>& over,

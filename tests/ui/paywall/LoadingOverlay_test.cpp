@@ -257,7 +257,7 @@ TEST_F(Overlay, HasASpinnerThatTurnsOncePerSecond) {
     }
 }
 
-/// Returns the arc painted on its own.
+/// Returns the arc painted alone.
 QImage paintedArc(QSize size, double lineWidth, const QColor& color) {
     ui::SpinningArc arc;
     arc.setSize(size);
