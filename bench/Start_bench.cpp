@@ -242,8 +242,8 @@ int parentMain(const std::string& work, const std::string& memory, const std::st
                  judged ? atMost(beyond, mostForLeaving) : ""});
     };
     row("the library not used at all", without, false);
-    row("nothing under way", idle, false);
-    const std::string load = number(requests) + " requests under way, ";
+    row("nothing in flight", idle, false);
+    const std::string load = number(requests) + " requests in flight, ";
     row(load + "the server answers slowly", answering, true);
     row(load + "the server says nothing", silent, true);
     end.remark("In " + std::to_string(processes) + " fresh processes each.");

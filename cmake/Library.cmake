@@ -49,7 +49,7 @@ function(vorna_finish_library target)
             INSTALL_RPATH "$ORIGIN")
         get_target_property(type ${library} TYPE)
         if(type STREQUAL "SHARED_LIBRARY")
-            # The library stays in memory when the host that loaded it is unloaded: its threads may still be running.
+            # The library stays in memory when the plugin that loaded it is unloaded: its threads may still be running.
             target_link_options(${library} PRIVATE LINKER:-z,nodelete LINKER:-z,defs
                 "LINKER:--version-script=${arg_EXPORTS}")
             set_property(TARGET ${library} APPEND PROPERTY LINK_DEPENDS "${arg_EXPORTS}")

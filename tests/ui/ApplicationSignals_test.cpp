@@ -24,7 +24,7 @@ using support::ScreenHost;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Records the notifications of the application's life cycle, by short names.
+/// Records the notifications of the application's lifecycle, by short names.
 class Life {
   public:
     Life() {

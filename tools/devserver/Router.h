@@ -40,8 +40,8 @@ struct Outcome {
 /// Handles every path of the service, independently of the network.
 ///
 /// A fault that answers, drops, resets or hangs replaces the service: nothing is checked or recorded. With
-/// one that only delays or cuts the body the service does its work: an event is recorded immediately,
-/// whatever happens to its answer.
+/// one that only delays or cuts the body the service does its work: an event is recorded immediately, even if
+/// its answer is lost.
 ///
 /// For one thread. Everything passed to the constructor must outlive the router.
 class Router {

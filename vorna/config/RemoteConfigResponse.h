@@ -23,8 +23,8 @@ struct RemoteConfigResponse {
 };
 
 /// Reads a body. One value that is not a string fails the whole response, and the error names its key, as in
-/// "configs.theme: expected a string, found a number", on one line whatever the key contains. The last of
-/// duplicate keys wins; keys other than "configs" are ignored. Any thread; any bytes.
+/// "configs.theme: expected a string, found a number", on one line for any key. The last of duplicate keys
+/// wins; keys other than "configs" are ignored. Any thread; any bytes.
 json::Decoded<RemoteConfigResponse> decodeRemoteConfigResponse(std::string_view body);
 
 }  // namespace vorna

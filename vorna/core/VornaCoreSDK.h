@@ -162,7 +162,7 @@ class VORNA_EXPORT VornaCoreSDK {
     // Names of the notifications that the library posts on `NotificationCenter::defaultCenter()`. Observers
     // run on the posting thread, often one of the library's own.
 
-    /// A fetch of the remote configuration has finished; "remoteConfigFetched" (bool) tells whether it
+    /// A fetch of the remote configuration has finished; "remoteConfigFetched" (bool) says whether it
     /// succeeded.
     static constexpr std::string_view RemoteConfigsReady = "Vorna_RemoteConfigsReady";
     /// A product was tapped; "identifier" (text).

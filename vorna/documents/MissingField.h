@@ -15,7 +15,7 @@ namespace vorna {
 
 struct MissingField {
     enum class Reason : std::uint8_t {
-        /// Text that is absent, empty or nothing but white space.
+        /// Text that is absent, empty or only white space.
         blank,
         /// An empty list of lines.
         noLines,

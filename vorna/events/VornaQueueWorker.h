@@ -37,7 +37,7 @@ class VornaQueueWorker : public std::enable_shared_from_this<VornaQueueWorker> {
     void start();
 
     /// Posts one event to the address and returns without waiting for the network. Any thread. The event is
-    /// added to the event list and announced before its request is made, whatever the outcome. Drops the
+    /// added to the event list and announced before its request is made, regardless of the outcome. Drops the
     /// event, with a log line, if the address is not a URL or the event cannot be encoded.
     void sendEvent(const EventData& event, std::string_view url);
 

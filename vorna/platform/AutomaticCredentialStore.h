@@ -50,8 +50,8 @@ class AutomaticCredentialStore final : public CredentialStore {
     /// Succeeds if at least one of them had the item and removed it.
     Result<void, CredentialStatus> remove(std::string_view service, std::string_view account) override;
 
-    /// Succeeds if at least one stored the item. `duplicateItem` if the file had one already; the keyring is
-    /// then left alone.
+    /// Succeeds if at least one stored the item. `duplicateItem` if the file already had one; the keyring is
+    /// then not changed.
     Result<void, CredentialStatus> add(std::string_view service, std::string_view account,
                                        std::string_view value) override;
 

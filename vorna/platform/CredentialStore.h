@@ -13,8 +13,8 @@
 
 namespace vorna {
 
-/// Why an operation on a CredentialStore failed. The numbers appear in log lines. A host's own store may use
-/// further numbers.
+/// Why an operation on a CredentialStore failed. The numbers appear in log lines. A host's store may use
+/// other numbers.
 enum class CredentialStatus : std::int32_t {
     /// Nothing is stored under that service and account.
     itemNotFound = -25300,
@@ -31,7 +31,7 @@ enum class CredentialStatus : std::int32_t {
 };
 
 /// One opaque byte value for each pair of service and account. Calls come from the thread that initialises
-/// the library, one at a time. An implementation bounds its own waiting (2 seconds in all) and never
+/// the library, one at a time. An implementation limits its own waiting (to 2 seconds in all) and never
 /// prompts the user.
 class VORNA_EXPORT CredentialStore {
   public:

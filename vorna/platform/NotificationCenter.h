@@ -86,7 +86,8 @@ class VORNA_EXPORT NotificationCenter {
     [[nodiscard]] Observation addObserver(std::string_view name, Observer observer);
 
     /// Calls the observers of that name in the order in which they were added, and returns when all have run.
-    /// One added meanwhile is first called for the next post; one removed meanwhile is not called.
+    /// One added in the meantime is first called for the next post; one removed in the meantime is not
+    /// called.
     void post(std::string_view name, UserInfo userInfo = {});
 
   private:

@@ -10,7 +10,7 @@
 namespace vorna {
 
 /// Called from any thread, concurrently. The default implementation is the kernel's cryptographically secure
-/// generator; a host's own must be of that quality, since user identifiers depend on it.
+/// generator; a host's must be of the same quality, since user identifiers depend on it.
 class VORNA_EXPORT RandomSource {
   public:
     RandomSource() = default;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Posts the six notifications of the application's life cycle as Qt and the system report it.
+/// Posts the six notifications of the application's lifecycle as Qt and the system report it.
 
 #include <QtCore/QObject>
 #include <QtCore/QPointer>

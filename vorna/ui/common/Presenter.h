@@ -43,7 +43,7 @@ class VORNA_EXPORT Presenter : public QObject {
     virtual std::shared_ptr<ViewController> presentedOver(const ViewController& controller) const = 0;
 
     /// As `ViewController::present`. On failure nothing is shown and the completion never runs. This
-    /// presenter may be gone when the call returns.
+    /// presenter may be destroyed before the call returns.
     virtual Result<void, PresentationFailure> present(const ViewController& over,
                                                       const std::shared_ptr<ViewController>& controller,
                                                       bool animated, std::function<void()> completion) = 0;

@@ -19,7 +19,7 @@ class EventListViewController final : public vorna::ui::ViewController {
     Q_OBJECT
     Q_PROPERTY(vorna::ui::EventListModel* tableView READ tableView CONSTANT)
     QML_ELEMENT
-    QML_UNCREATABLE("made by the event list's flow")
+    QML_UNCREATABLE("created by the event list's flow")
 
   public:
     explicit EventListViewController(std::shared_ptr<const EventListManager> eventListManager);

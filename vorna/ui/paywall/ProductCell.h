@@ -81,7 +81,7 @@ class ProductCell : public QObject {
     Q_PROPERTY(vorna::ui::ProductLook look READ look NOTIFY configured)
     Q_PROPERTY(bool isSelected READ isSelected NOTIFY configured)
     QML_ELEMENT
-    QML_UNCREATABLE("made by the product row")
+    QML_UNCREATABLE("created by the product row")
 
   public:
     ProductCell();
