@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-/// What the library adds to the start and exit of a process: the first Init on a machine without a keyring,
-/// and leaving main with requests in flight. Each in a fresh process.
+/// The time that the library adds to the start and exit of a process: the first Init on a machine without a
+/// keyring, and leaving main with requests in flight. Each in a fresh process.
 ///
 ///     Start_bench WORK-FOLDER WORK-FOLDER-IN-MEMORY CA-FILE SLOW-URL
 ///

@@ -15,7 +15,7 @@
 namespace vorna {
 namespace {
 
-/// What the service must receive, independent of the library's own table.
+/// The events that the service must receive, independent of the library's own table.
 struct Row {
     const char* operation;
     std::function<void()> call;

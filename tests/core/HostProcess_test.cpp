@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-/// `Init` leaves the host's process as it was, whichever D-Bus services the machine has.
+/// `Init` leaves the host's process unchanged, regardless of the machine's D-Bus services.
 
 #include <vorna/core/VornaCoreSDK.h>
 

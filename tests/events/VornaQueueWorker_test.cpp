@@ -106,7 +106,7 @@ TEST_P(Outcome, IsLoggedInOneLineAndNeverRetried) {
     EXPECT_EQ(printedFor(event, GetParam().answer),
               "[VornaSDK] Event Data: " + bodyOf(event) + "\n[VornaSDK] " + GetParam().line + "\n");
     EXPECT_EQ(http_->requestCount(), 1U);
-    EXPECT_EQ(list_->size(), 1U) << "listed whatever the outcome";
+    EXPECT_EQ(list_->size(), 1U) << "listed regardless of the outcome";
 }
 
 INSTANTIATE_TEST_SUITE_P(

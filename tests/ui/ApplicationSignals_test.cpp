@@ -52,7 +52,7 @@ class Life {
 
 class ApplicationSignals : public testing::Test {
   protected:
-    /// As a window system would report it; the one of the tests never hides applications.
+    /// As a window system would report it; the one used in tests never hides applications.
     static void become(Qt::ApplicationState state) { Q_EMIT qGuiApp->applicationStateChanged(state); }
 
     Life life;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// What the service does with each request.
+/// The service's handling of each request.
 
 #include <tools/devserver/Answer.h>
 #include <tools/devserver/ConfigFile.h>

@@ -135,7 +135,7 @@ class VORNA_EXPORT VornaCoreSDK {
     static void DailyStreakClosed();
 
     // Screens. They need a window attached with `vorna::ui::attach`; without one the operations only log that
-    // there is none. The calls return at once. Documents are JSON text; one that is not UTF-8, cannot be
+    // there is none. The calls return immediately. Documents are JSON text; one that is not UTF-8, cannot be
     // decoded or lacks required fields leads to a log line or an error screen. The user's actions are posted
     // as the notifications below; only these operations close a screen.
 

@@ -16,7 +16,7 @@ namespace vorna {
 
 class PaidProduct;
 
-/// What a field means.
+/// The meaning of a field.
 enum class FieldKind : std::uint8_t {
     /// Text that the user reads.
     text,

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// What a document lacks for its screen to be shown.
+/// The fields that a document lacks for its screen to be shown.
 
 #include <vorna/base/Export.h>
 #include <vorna/json/Path.h>

@@ -23,7 +23,7 @@ class VORNA_EXPORT PaidProduct {
   public:
     /// The first line of the cell.
     std::string title;
-    /// Shown as it is.
+    /// Shown unchanged.
     std::string price;
     /// The product's identifier in the store; passed to the host on taps.
     std::string identifier;

@@ -102,8 +102,8 @@ Read read(const boost::json::value& from, T& into) {
     }
     if (const double* const number = from.if_double(); number != nullptr && std::trunc(*number) == *number) {
         // One more than the largest value is a power of two and so exact as a double; the largest itself is
-        // not. Where a double cannot represent every integer, the smallest may stand for one below it as
-        // well.
+        // not. Where a double cannot represent every integer, the smallest may also result from a value just
+        // below it.
         const double end = std::ldexp(1.0, std::numeric_limits<T>::digits);
         const auto smallest = static_cast<double>(std::numeric_limits<T>::min());
         constexpr bool isExact = std::numeric_limits<T>::digits <= std::numeric_limits<double>::digits;

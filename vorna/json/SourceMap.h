@@ -2,7 +2,7 @@
 #pragma once
 
 /// A map of a JSON text: the offset and kind of every member and element, and which keys are duplicates. For
-/// tools that report on documents; a decoder keeps none of this.
+/// tools that report on documents; decoders keep no such map.
 
 #include <vorna/base/Export.h>
 #include <vorna/base/Result.h>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The port to an HTTP client: the library hands requests over and never waits. The default implementation is
-/// CurlHttpClient; a host may use its own network stack instead.
+/// The port to an HTTP client: the library passes requests to it and never waits. The default implementation
+/// is CurlHttpClient; a host may use its own network stack instead.
 
 #include <vorna/base/Export.h>
 #include <vorna/platform/URL.h>

@@ -26,7 +26,7 @@ class BlockedSignals {
     BlockedSignals() noexcept {
         sigset_t blocked;
         sigfillset(&blocked);
-        // A fault of ours belongs to the host's crash reporter, a refused system call to its sandbox.
+        // Our faults are for the host's crash reporter, refused system calls for its sandbox.
         for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP, SIGABRT, SIGSYS}) {
             sigdelset(&blocked, fault);
         }

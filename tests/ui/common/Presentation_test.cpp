@@ -265,7 +265,8 @@ TEST_F(Presentation, IsRefusedForAScreenThatIsOnScreen) {
     first->present(nullptr, true, [] { ADD_FAILURE(); });
     EXPECT_THAT(host.screens(), ElementsAre(first));
     const std::string start = "[VornaSDK] ❌ Failed to present a screen: ";
-    EXPECT_THAT(printed.take(), ElementsAre(start + "it is on screen already", start + "there is none"));
+    EXPECT_THAT(printed.take(),
+                ElementsAre(start + "it is already on screen", start + "there is no screen to present"));
 }
 
 TEST_F(Presentation, FailsIfTheViewCannotBeCreated) {

@@ -98,7 +98,7 @@ TEST_F(EventListScreen, IsEmptyWithoutEvents) {
 
 TEST_F(EventListScreen, IsPresentedLaterAnimatedAndFullScreen) {
     VornaCoreSDK::ShowEventList();
-    EXPECT_THAT(host_.screens(), IsEmpty()) << "the call returns at once";
+    EXPECT_THAT(host_.screens(), IsEmpty()) << "the call returns immediately";
     ASSERT_TRUE(eventually([&] { return host_.screens().size() == 1; }));
     EXPECT_TRUE(host_.window().isMoving());
     host_.settle();

@@ -91,7 +91,7 @@ TEST_F(Onboarding, WithoutStepsFinishesImmediately) {
 
 TEST_F(Onboarding, ShowsItsStepsInOrderAndReportsTheEnd) {
     VornaCoreSDK::ShowOnboarding(threeSteps());
-    EXPECT_THAT(titles(), ElementsAre("One")) << "at once";
+    EXPECT_THAT(titles(), ElementsAre("One")) << "immediately";
     EXPECT_TRUE(host.window().isMoving());
     tapButton();
     EXPECT_THAT(titles(), ElementsAre("One", "Two"));

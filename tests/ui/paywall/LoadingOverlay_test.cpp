@@ -58,7 +58,7 @@ class Overlay : public testing::Test {
 TEST_F(Overlay, IsShownAndClosedByTheHost) {
     PrintedLines printed;
     VornaCoreSDK::ShowPaidProductLoadingScreen();
-    EXPECT_THAT(host_->screens(), IsEmpty()) << "the call returns at once";
+    EXPECT_THAT(host_->screens(), IsEmpty()) << "the call returns immediately";
     ASSERT_TRUE(eventually([&] { return host_->screens().size() == 1; }));
     EXPECT_TRUE(host_->window().isMoving());
     host_->settle();

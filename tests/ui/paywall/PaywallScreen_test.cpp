@@ -134,7 +134,7 @@ TEST_P(PaywallGeometry, MatchesTheDesign) {
 
     const QRectF glyph = ScreenHost::geometry(support::findItem(host.find("exitButton"), "glyph"));
     EXPECT_EQ(glyph.top(), insets.margins.top() + 10);
-    EXPECT_EQ(glyph.left(), 10) << "the view's edge, whatever the inset";
+    EXPECT_EQ(glyph.left(), 10) << "the view's edge, regardless of the inset";
     EXPECT_GE(ScreenHost::geometry(host.find("exitButton")).width(), 30) << "large enough for a finger";
 }
 

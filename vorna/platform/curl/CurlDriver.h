@@ -31,8 +31,8 @@ class CurlDriver {
     /// Trusts the authorities in the PEM file, or the system's if the name is empty.
     explicit CurlDriver(std::string certificateAuthorityFile);
 
-    /// Starts the thread in advance: started by the worker, it would inherit the worker's low priority for
-    /// good.
+    /// Starts the thread in advance: started by the worker, it would inherit the worker's low priority
+    /// permanently.
     static void startThread(const std::shared_ptr<CurlDriver>& self);
 
     static void start(const std::shared_ptr<CurlDriver>& self, HttpRequest request,

@@ -37,7 +37,7 @@ curl_socket_t openSocket(void* context, curlsocktype, curl_sockaddr* address) no
     return opened;
 }
 
-/// Without TLS nothing leaves this machine, whatever "localhost" or the host of a redirect resolves to.
+/// Without TLS nothing leaves this machine, regardless of what "localhost" or a redirect's host resolves to.
 curl_socket_t openLoopbackSocket(void* context, curlsocktype purpose, curl_sockaddr* address) noexcept {
     return isLoopback(address->addr) ? openSocket(context, purpose, address) : CURL_SOCKET_BAD;
 }

@@ -20,9 +20,9 @@ std::string_view reason(PresentationFailure failure) {
     case PresentationFailure::presenterCovered:
         return "another screen covers the presenting controller";
     case PresentationFailure::nothingToPresent:
-        return "there is none";
+        return "there is no screen to present";
     case PresentationFailure::alreadyOnScreen:
-        return "it is on screen already";
+        return "it is already on screen";
     case PresentationFailure::noView:
         return "its view could not be created";
     }
