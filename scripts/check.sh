@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# Checks the project's rules, as far as a program can. Needs a finished build in build/dev.
+# Checks those of the project's rules that a program can check. Needs a finished build in build/dev.
 set -uo pipefail
 shopt -s lastpipe  # a rule at the end of a pipe counts
 # No grep -q at the end of a pipe: it exits at its first match, and the writer then fails.
