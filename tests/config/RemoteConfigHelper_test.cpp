@@ -426,7 +426,7 @@ TEST_F(RemoteConfigCache, IsInitiallyAbsent) {
     EXPECT_EQ(lines(), (Lines{"[VornaSDK] No configs found in UserDefaults"}));
 }
 
-TEST(RemoteConfigHelperConstants, AreThoseOfTheCache) {
+TEST(RemoteConfigHelperConstants, HaveTheirFixedValues) {
     EXPECT_EQ(RemoteConfigHelper::maxRetryCount, 3);
     EXPECT_EQ(RemoteConfigHelper::userDefaultsKey, "VornaRemoteConfigs");
     EXPECT_EQ(remoteConfigsFetchedNotification, "Vorna_RemoteConfigsFetched");

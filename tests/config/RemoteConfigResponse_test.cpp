@@ -87,7 +87,7 @@ std::ostream& operator<<(std::ostream& stream, const Refused& row) {
 
 class RemoteConfigResponseBodyIsRefused : public testing::TestWithParam<Refused> {};
 
-TEST_P(RemoteConfigResponseBodyIsRefused, AsAWhole) {
+TEST_P(RemoteConfigResponseBodyIsRefused, WithPathAndReason) {
     EXPECT_EQ(errorIn(GetParam().body), GetParam().error);
 }
 
@@ -114,7 +114,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 class RemoteConfigResponseBodyIsNotJson : public testing::TestWithParam<Refused> {};
 
-TEST_P(RemoteConfigResponseBodyIsNotJson, AndTheErrorSaysWhere) {
+TEST_P(RemoteConfigResponseBodyIsNotJson, AndTheErrorHasItsPosition) {
     EXPECT_EQ(errorIn(GetParam().body).substr(0, GetParam().error.size()), GetParam().error);
 }
 

@@ -100,7 +100,7 @@ TEST_F(Keychain, ReturnsTheSameIdentityOnLaterRunsAndWritesNothing) {
     EXPECT_FALSE(dateOfIdentifier);
 }
 
-TEST_F(Keychain, ReadsWhatItWrote) {
+TEST_F(Keychain, ReadsTheRecordThatItWrote) {
     const KeyChainData made = helper.loadOrCreateIdentity();
     nextIdentifier = "another";
     EXPECT_EQ(helper.loadOrCreateIdentity(), made);

@@ -86,7 +86,7 @@ TEST(OnboardingStepsParameters, IsEncodedInTheOrderOfTheDocumentAndRestored) {
     EXPECT_EQ(decodeOnboardingSteps("[" + text + "]").value(), Steps{sampleStep()});
 }
 
-TEST(OnboardingStepsParameters, AllowsTheColourOfItsTermsToChange) {
+TEST(OnboardingStepsParameters, AllowsChangingTheColourOfItsTerms) {
     OnboardingStepsParameters step = sampleStep();
     step.termsOfUseColor = "#000000";
     EXPECT_NE(step, sampleStep());

@@ -115,7 +115,7 @@ TEST(SourceMap, FindsEveryPathThatItReports) {
     }
 }
 
-TEST(SourceMap, LocatesWhatIsNotJson) {
+TEST(SourceMap, LocatesInvalidJson) {
     const auto error = SourceMap::read("{\n \"ğ\": x}").error();
     EXPECT_EQ(error, (DecodingError{9, Path{}, "JSON", DecodingError::Malformed{"syntax error"}}));
     for (const char* const text :

@@ -166,7 +166,7 @@ TEST_F(AutomaticStore, CopiesAnItemToTheFileOnceItIsWritable) {
     EXPECT_TRUE(comesToHold(file, "value"));
 }
 
-TEST_F(AutomaticStore, LeavesTheKeyringAloneIfTheFileHasAnItemAlready) {
+TEST_F(AutomaticStore, LeavesTheKeyringAloneIfTheFileAlreadyHasAnItem) {
     file->put(service, account, "of another process");
     EXPECT_EQ(store.add(service, account, "mine"), Unexpected(CredentialStatus::duplicateItem));
     EXPECT_TRUE(comesToHold(keyring, "of another process"));
@@ -290,7 +290,7 @@ std::ostream& operator<<(std::ostream& stream, const Outcome& outcome) {
 
 class AutomaticStoreStatus : public AutomaticStore, public ::testing::WithParamInterface<Outcome> {};
 
-TEST_P(AutomaticStoreStatus, IsThatOfTheStoreThatMayHaveTheItem) {
+TEST_P(AutomaticStoreStatus, ComesFromTheStoreThatMayHaveTheItem) {
     file->answerOnly(GetParam().file);
     keyring->answerOnly(GetParam().keyring);
     EXPECT_EQ(store.read(service, account), Unexpected(GetParam().ofReading));

@@ -112,7 +112,7 @@ TEST(ApplicationSignalsInTheFirstTurn, WaitForTheHostToInitialise) {
     EXPECT_THAT(life.take(), ElementsAre("launched")) << "no window could be active";
 }
 
-TEST(MemoryPressure, IsSilentWithoutSupportOfTheKernel) {
+TEST(MemoryPressure, IsSilentWithoutKernelSupport) {
     int warnings = 0;
     const MemoryPressure absent([&] { ++warnings; }, "/proc/there/is/none");
     const MemoryPressure refused([&] { ++warnings; }, "/proc/version");

@@ -379,7 +379,7 @@ TEST_F(Http1Delivery, LosesNothingWhenTheServerKeepsClosingConnections) {
     expectEachOnce(nginx, "HTTP/1.1", 2000, 1);
 }
 
-TEST_F(Http2Delivery, SendsManyRequestsAtOnceOnOneConnection) {
+TEST_F(Http2Delivery, SendsManyConcurrentRequestsOnOneConnection) {
     Gate gate(64);
     const RawServer behind([&](RawServer::Connection& connection) {
         connection.readRequest();

@@ -117,7 +117,7 @@ TEST_F(SecretServiceStore, SeparatesTheItemsOfApplications) {
     EXPECT_EQ(store.read(service, account), "mine");
 }
 
-TEST_F(SecretServiceStore, SharesAnItemOfNoApplication) {
+TEST_F(SecretServiceStore, SharesAnItemWithoutAnApplication) {
     const KeyringSession session;
     SecretServiceCredentialStore store(application);
     session.addItem("io.vorna.vornasdk", "userDetails", "", "restored by hand");

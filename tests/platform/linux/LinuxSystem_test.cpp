@@ -263,7 +263,7 @@ TEST(LinuxSystemBiometrics, ASilentServiceDelaysNothing) {
     EXPECT_LT(std::chrono::steady_clock::now() - begin, 1500ms);
 }
 
-TEST(LinuxSystemDisks, AreTheFileSystemOfTheHomeFolder) {
+TEST(LinuxSystemDisks, DescribeTheFileSystemOfTheHomeFolder) {
     const TemporaryFolder home;
     const LinuxSystem system(optionsFor(home.path()));
     const std::optional<FileSystemSize> size = system.homeFileSystem();
@@ -299,7 +299,7 @@ TEST(LinuxSystemDocuments, AreInTheUsersDataAndCreatedOnFirstUse) {
     EXPECT_EQ(system.documentsDirectory(), expected);
 }
 
-TEST(LinuxSystemDocuments, AreWhereTheHostWantsThem) {
+TEST(LinuxSystemDocuments, AreInTheFolderGivenByTheHost) {
     const TemporaryFolder folder;
     LinuxSystemOptions options = optionsFor(systemTree("alpine-container"));
     options.dataDirectory = folder.path() / "data/app";
@@ -436,7 +436,7 @@ std::size_t countOf(const char* folder) {
     return count;
 }
 
-TEST(LinuxSystemLife, MayEndAtAnyTimeAndLeavesNothingBehind) {
+TEST(LinuxSystemLife, MayEndAtAnyTimeWithoutLeaks) {
     { const LinuxSystem first(optionsFor(systemTree("thinkpad-fedora"))); }
     const std::size_t threads = countOf("/proc/self/task");
     const std::size_t files = countOf("/proc/self/fd");

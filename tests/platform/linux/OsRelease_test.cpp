@@ -9,11 +9,11 @@
 namespace vorna {
 namespace {
 
-TEST(OsVersion, IsThatOfOsRelease) {
+TEST(OsVersion, ComesFromOsRelease) {
     EXPECT_EQ(osVersion("NAME=\"Debian GNU/Linux\"\nVERSION_ID=\"12\"\n", "6.1.0"), "12");
 }
 
-TEST(OsVersion, IsTheKernelsReleaseIfOsReleaseHasNone) {
+TEST(OsVersion, IsTheKernelsReleaseIfOsReleaseHasNoVersion) {
     EXPECT_EQ(osVersion("NAME=\"Arch Linux\"\nBUILD_ID=rolling\n", "6.1.0"), "6.1.0");
     EXPECT_EQ(osVersion("VERSION_ID=\"\"\n", "6.1.0"), "6.1.0");
     EXPECT_EQ(osVersion(std::nullopt, "6.1.0"), "6.1.0");

@@ -96,7 +96,7 @@ TEST_F(RouterOfTheService, RecordsAnEventAndPrintsIt) {
     EXPECT_THAT(lines_, ElementsAre("event  a\\nb  v  1..2"));
 }
 
-TEST_F(RouterOfTheService, RejectsAWrongEventAndSaysWhy) {
+TEST_F(RouterOfTheService, RejectsAnInvalidEventWithAReason) {
     const Answer reply = answer("POST", "/v1/event", "{}");
     EXPECT_EQ(reply.status, 400U);
     EXPECT_THAT(bodyOf(reply), HasSubstr(R"({"error":"missing key \"name\")"));

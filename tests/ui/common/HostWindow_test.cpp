@@ -47,7 +47,7 @@ class HostWindow : public testing::Test {
     ScreenHost host{{400, 600}};
 };
 
-TEST_F(HostWindow, HasItsItemsUnderOneOfItsSize) {
+TEST_F(HostWindow, HasItsItemsUnderOneItemOfItsSize) {
     QQuickItem* const layer = host.content()->parentItem();
     EXPECT_NE(layer, host.quickWindow().contentItem());
     EXPECT_EQ(layer->parentItem(), host.quickWindow().contentItem());

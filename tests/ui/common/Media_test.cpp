@@ -291,7 +291,7 @@ TEST_F(Media, IsNotDecodedForAClosedScreen) {
     letTimePass(milliseconds(300));
 }
 
-TEST_F(Media, OfMoreThanSixtyFourMegabytesIsRefused) {
+TEST_F(Media, OfMoreThanSixtyFourMegabytesIsRejected) {
     std::atomic<bool> refused = false;
     RawServer server([&](RawServer::Connection& connection) {
         for (std::string request = connection.readRequest(); !request.empty();

@@ -325,7 +325,7 @@ TEST_F(Presentation, DuringADepartureFinishesTheDepartureFirst) {
     EXPECT_THAT(host.screens(), ElementsAre(second));
 }
 
-TEST_F(Presentation, TakesNoTapsUntilItIsInPlace) {
+TEST_F(Presentation, IgnoresTapsUntilItIsInPlace) {
     const auto screen = PlainScreen::make(fullScreen, crossDissolve);
     top()->present(screen, true);
     int tries = 0;
@@ -348,7 +348,7 @@ TEST_F(Presentation, TakesNoTapsUntilItIsInPlace) {
     EXPECT_EQ(screen->counter()->keys(), keys + 1);
 }
 
-TEST_F(Presentation, FromAScreenOnItsWayOutIsRefused) {
+TEST_F(Presentation, FromAScreenBeingDismissedIsRefused) {
     const auto first = show();
     first->dismiss(true);
     first->present(PlainScreen::make(), false, [] { ADD_FAILURE(); });
@@ -366,7 +366,7 @@ TEST_F(Presentation, CompletionMayPresentTheNext) {
     EXPECT_THAT(host.screens(), ElementsAre(first, second));
 }
 
-TEST_F(Presentation, CompletionMayDismissWhatHasArrived) {
+TEST_F(Presentation, CompletionMayDismissTheScreenThatHasArrived) {
     const auto first = PlainScreen::make();
     top()->present(first, true, [&] { first->dismiss(false); });
     EXPECT_TRUE(eventually([&] { return first->timesGone() == 1; }));
@@ -463,7 +463,7 @@ TEST_F(Dismissal, DestroysViewAndController) {
     EXPECT_TRUE(eventually([&] { return view.isNull() && layer.isNull() && controller.expired(); }));
 }
 
-TEST_F(Dismissal, MovesAsTheAddedTransitionSays) {
+TEST_F(Dismissal, MovesByTheAddedTransition) {
     const auto screen = show();
     const QPointer<QQuickItem> layer = screen->layer();
     int completions = 0;

@@ -27,7 +27,7 @@ TEST_F(Registry, IsEmptyAtFirst) {
     EXPECT_EQ(registry.find(*firstQuickWindow), nullptr);
 }
 
-TEST_F(Registry, FindsWindowsAndKnowsTheFirst) {
+TEST_F(Registry, FindsWindowsIncludingTheFirst) {
     HostWindow& first = add(*firstQuickWindow);
     HostWindow& second = add(*secondQuickWindow);
     EXPECT_EQ(registry.find(*firstQuickWindow), &first);

@@ -234,7 +234,7 @@ TEST_F(Paywall, ClosesTogetherWithTheOverlayAboveIt) {
     EXPECT_TRUE(host_.content()->isEnabled());
 }
 
-TEST_F(Paywall, LeavesTheOnboardingBelowPresentedWhenClosed) {
+TEST_F(Paywall, LeavesTheOnboardingBelowInPlaceWhenClosed) {
     const auto step = [&] { return support::documentOf({support::basicStep("Step")}); };
     VornaCoreSDK::ShowOnboarding(step());
     host_.settle();

@@ -512,7 +512,7 @@ class PaywallMedia : public testing::Test {
     ScreenHost host_{QSize(390, 844)};
 };
 
-TEST_F(PaywallMedia, IsAPictureUnlessItsTypeIsVideoInLowerCase) {
+TEST_F(PaywallMedia, IsAPictureUnlessItsTypeContainsVideoInLowerCase) {
     VornaCoreSDK::ShowPaywall(support::paywallText());
     answer(1, head("Video/MP4"));
     EXPECT_EQ(http_->requests()[0].method, HttpMethod::head);
