@@ -6,17 +6,17 @@
 help:
 	@echo "make demo       run the example hosts against a local service and print what the service received"
 	@echo "make test       build and run the whole test suite"
-	@echo "make sanitize   the same under the address, undefined-behaviour and thread sanitizers"
+	@echo "make sanitize   run it under the address, undefined-behaviour and thread sanitizers"
 	@echo "make bench      run the benchmarks"
 	@echo "make check      check format, static analysis and the project's rules"
 	@echo "make deb        build the Debian packages in out/deb"
-	@echo "make try-deb    the same, then install, use and remove them in a clean Debian (as root)"
+	@echo "make try-deb    build them, then install, use and remove them in a clean Debian (as root)"
 	@echo "make fuzz       run each fuzz target for a minute (FUZZ_SECONDS=60)"
 	@echo "make format     format all sources in place"
 	@echo "make schemas    generate the JSON Schemas and the tables of docs/documents.md"
 	@echo "make reference  generate the reference of the public headers in build/docs/html"
-	@echo "make build-cost print what the builds so far have cost"
-	@echo "make setup      install the Debian packages that are missing"
+	@echo "make build-cost print the cost of the builds so far"
+	@echo "make setup      install missing Debian packages"
 
 # Two calls in one checkout build one after the other.
 alone := mkdir -p build && flock build/.lock

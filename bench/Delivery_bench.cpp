@@ -191,7 +191,7 @@ bool addRow(Table& table, const Common& common, const Service& service) {
     std::uint64_t surplus = 0;
     std::istringstream lines(child.output);
     for (std::string line; std::getline(lines, line);) {
-        // The library may print lines of its own.
+        // The library may print lines too.
         if (!line.starts_with(roundMark)) {
             continue;
         }

@@ -40,7 +40,7 @@ double bytesInUse() {
     return static_cast<double>(info.uordblks) + static_cast<double>(info.hblkhd);
 }
 
-/// The same once the background threads have settled.
+/// As above, once the background threads have settled.
 double bytesInUseAtRest() {
     constexpr int calm = 10;
     double before = bytesInUse();

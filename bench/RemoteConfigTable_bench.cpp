@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-// What a lookup in the remote configuration costs, alone and beside seven others while tables are swapped,
-// and what it costs to read an answer of the service and to put it in force.
+// The cost of a lookup in the remote configuration, alone and beside seven others while tables are swapped,
+// and of reading the service's answer and putting it in force.
 //
-// Arguments: the number of keys. "Swapped" lookups run while a further thread replaces the table all the
-// time.
+// Arguments: the number of keys. "Swapped" lookups run while another thread keeps replacing the table.
 
 #include <vorna/config/RemoteConfigResponse.h>
 #include <vorna/config/RemoteConfigTable.h>
@@ -36,7 +35,7 @@ std::string keyOf(std::int64_t index) {
 Configs configsOf(std::int64_t count) {
     Configs configs;
     for (std::int64_t index = 0; index < count; ++index) {
-        // Some values are kept within the text object, some outside.
+        // Some values fit the small-string optimisation, some do not.
         configs.emplace(keyOf(index), index % 2 == 0 ? "true" : "a value of some thirty characters");
     }
     return configs;
@@ -45,7 +44,7 @@ Configs configsOf(std::int64_t count) {
 std::vector<std::string> keysOf(std::int64_t count) {
     std::vector<std::string> keys;
     for (std::int64_t index = 0; index < count; ++index) {
-        // In an order that neither the table nor the processor foresees.
+        // In an order that neither the table nor the processor can predict.
         keys.push_back(keyOf(index * 7919 % count));
     }
     return keys;

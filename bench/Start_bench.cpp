@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-/// What the library adds to the start and exit of a process: the first Init on a machine without a keyring,
-/// and leaving main with requests in flight. Each in a fresh process.
+/// The time that the library adds to the start and exit of a process: the first Init on a machine without a
+/// keyring, and leaving main with requests in flight. Each in a fresh process.
 ///
 ///     Start_bench WORK-FOLDER WORK-FOLDER-IN-MEMORY CA-FILE SLOW-URL
 ///
@@ -112,7 +112,7 @@ int childMain(const std::vector<std::string>& arguments) {
     return childLeaveBusy(arguments[1], arguments[2], arguments[3], arguments[0] == "leave-answering");
 }
 
-// What their parent makes of it
+// The parent's evaluation
 
 class Parent {
   public:
@@ -120,7 +120,7 @@ class Parent {
         std::filesystem::create_directories(work_ / "no-session-bus");
     }
 
-    /// Each time with a home folder of its own, as a new account has it.
+    /// Each time with a fresh home folder, as in a new account.
     Series firstInit() {
         Series series;
         for (std::size_t index = 0; index < processes; ++index) {
@@ -139,7 +139,7 @@ class Parent {
         return series;
     }
 
-    /// What it takes to write a small file so that it survives a power failure, as the first run must.
+    /// The time to write a small file so that it survives a power failure, as the first run must.
     Series durableWrite() {
         Series series;
         const std::filesystem::path folder = newHome();
@@ -167,7 +167,7 @@ class Parent {
         return home;
     }
 
-    /// No session bus is to be found from there.
+    /// No session bus can be found from there.
     ChildResult child(const std::vector<std::string>& arguments, const std::filesystem::path& home) const {
         std::vector<std::string> all = {"--child"};
         all.insert(all.end(), arguments.begin(), arguments.end());
@@ -179,7 +179,7 @@ class Parent {
         return result;
     }
 
-    /// The last line: what the library itself prints comes before.
+    /// The last line; the library's own output comes before it.
     static double numberFrom(const ChildResult& result) {
         const std::string text = result.output.substr(0, result.output.find_last_not_of('\n') + 1);
         return std::stod(text.substr(text.find_last_of('\n') + 1));
@@ -242,8 +242,8 @@ int parentMain(const std::string& work, const std::string& memory, const std::st
                  judged ? atMost(beyond, mostForLeaving) : ""});
     };
     row("the library not used at all", without, false);
-    row("nothing under way", idle, false);
-    const std::string load = number(requests) + " requests under way, ";
+    row("nothing in flight", idle, false);
+    const std::string load = number(requests) + " requests in flight, ";
     row(load + "the server answers slowly", answering, true);
     row(load + "the server says nothing", silent, true);
     end.remark("In " + std::to_string(processes) + " fresh processes each.");

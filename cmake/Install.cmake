@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: Apache-2.0
 # The installed package. Static and shared libraries may be installed into one prefix, from one build or from two: each
-# kind has its own targets files, one per component, and the package picks the kind that the user asks for.
+# kind has its own targets files, one per component, and the package picks the requested kind.
 
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/Vorna")
 # Relative, so that the installed tree may be moved.

@@ -9,7 +9,7 @@ function(vorna_finish_library target)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "NAME;SOVERSION;EXPORTS" "")
     set(libraries ${target})
     if(VORNA_BUILD_BOTH_KINDS)
-        # Objects that the static library takes from elsewhere are not among its own.
+        # Objects that the static library includes from other targets are not listed among its own.
         get_target_property(objects ${target} SOURCES)
         list(FILTER objects INCLUDE REGEX "^\\$<TARGET_OBJECTS:")
         add_library(${target}_shared SHARED $<TARGET_OBJECTS:${target}> ${objects})
@@ -20,7 +20,7 @@ function(vorna_finish_library target)
         target_sources(${target}_shared PUBLIC FILE_SET HEADERS BASE_DIRS ${folders} FILES ${headers})
         get_target_property(linked ${target} LINK_LIBRARIES)
         get_target_property(interface ${target} INTERFACE_LINK_LIBRARIES)
-        # A static library passes on its private dependencies to be linked; a shared one has done so itself.
+        # A static library passes its private dependencies on to the linker; a shared one is already linked to them.
         list(FILTER interface EXCLUDE REGEX "^\\$<LINK_ONLY:")
         foreach(list IN ITEMS linked interface)
             foreach(component IN ITEMS Core Ui)
@@ -49,7 +49,7 @@ function(vorna_finish_library target)
             INSTALL_RPATH "$ORIGIN")
         get_target_property(type ${library} TYPE)
         if(type STREQUAL "SHARED_LIBRARY")
-            # The library stays in memory when the host that loaded it is unloaded: its threads may still be running.
+            # The library stays in memory when the plugin that loaded it is unloaded: its threads may still be running.
             target_link_options(${library} PRIVATE LINKER:-z,nodelete LINKER:-z,defs
                 "LINKER:--version-script=${arg_EXPORTS}")
             set_property(TARGET ${library} APPEND PROPERTY LINK_DEPENDS "${arg_EXPORTS}")

@@ -209,7 +209,7 @@ fi
 # The screens, if they are built, on a virtual display.
 screen() {
     [ -x "$bench/$1" ] || { printf '\n%s: built without the screens\n' "$1"; return 0; }
-    # Validating a document prints what it lacks: an empty list each time.
+    # Validating a document prints its missing fields: an empty list each time.
     scripts/on-display.sh "$bench/$1" "$work/$1" "examples/documents/$2" 2>"$work/screen.log" |
         sed '/^\[\]$/d' ||
         { cat "$work/screen.log" >&2; return 1; }

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# Checks the project's rules, as far as a program can. Needs a finished build in build/dev.
+# Checks those of the project's rules that a program can check. Needs a finished build in build/dev.
 set -uo pipefail
 shopt -s lastpipe  # a rule at the end of a pipe counts
 # No grep -q at the end of a pipe: it exits at its first match, and the writer then fails.
@@ -27,7 +27,7 @@ echo "check: format"
 clang-format --dry-run --Werror "${sources[@]}" 2>&1 | grep 'error:' | rule 'not formatted; run make format'
 
 echo "check: floors"
-# Each folder of vorna/ and the folders that it may include besides itself; see docs/architecture.md.
+# Each folder of vorna/ and the other folders that it may include; see docs/architecture.md.
 declare -A below=(
     [base]=''
     [text]='base'
@@ -125,7 +125,7 @@ git grep --untracked -lE '\bQTest::' -- 'tests/*.cpp' 'tests/*.h' | xargs -r gre
 
 echo "check: tests are registered"
 for test in $(git ls-files --cached --others --exclude-standard -- 'tests/*_test.cpp'); do
-    # In the list of its own folder or of one above it.
+    # In the list of its folder or of one above it.
     folder=$test
     known=
     while [ "$folder" != tests ] && [ -z "$known" ]; do
@@ -161,7 +161,7 @@ git grep -nIE --untracked '\b(new|delete) [A-Za-z_:<>]+[({;]|\bdelete\[\]' -- '*
     rule 'a raw new or delete'
 
 echo "check: spelling"
-# British in prose. What a standard or another library spells otherwise stands in code, not in comments.
+# British in prose. Other spellings, from standards and other libraries, belong in code, not in comments.
 git grep --untracked -nwiE '(initializ|serializ|recogniz|optimiz|normaliz|organiz|synchroniz|analyz)(e|es|ed|ing|ation|er)|behaviors?|honor(s|ed)?|favor(s|ed|ite)?|centered|canceled|labeled|catalog' \
     -- '*.md' '*.1' ':!LICENSE' | grep -v 'Boost.JSON' | rule 'American spelling'
 git grep --untracked -nwiE '//.*((initializ|serializ|recogniz|optimiz|normaliz|organiz|synchroniz|analyz)(e|es|ed|ing|ation|er)|behaviors?|honor(s|ed)?|favor(s|ed|ite)?|centered|canceled|labeled|catalog)' \

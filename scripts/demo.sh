@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: Apache-2.0
 # The main job, end to end on this machine: starts the local service, runs the console host (with the service and
 # again without it), then the application with screens: on the user's display if there is one, else on a virtual one
-# with a scripted tour that saves numbered pictures under out/screens. Ends with what the service received.
+# with a scripted tour that saves numbered pictures under out/screens. Ends with the events that the service received.
 # DEMO_BUILD: the build folder.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/.."

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# setup.sh [SECTION...]: installs the Debian packages of packages.debian that are missing, of these sections or of all.
+# setup.sh [SECTION...]: installs the missing Debian packages of packages.debian, of these sections or of all.
 # Does nothing if all are installed.
 set -euo pipefail
 here=$(dirname "$(readlink -f "$0")")
@@ -23,7 +23,7 @@ find_missing() {
 }
 find_missing
 [ ${#missing[@]} -gt 0 ] || exit 0
-# One at a time on a machine; the one that waited looks again.
+# One at a time on a machine; one that has waited checks again.
 exec {lock}</usr/bin/apt-get
 flock "$lock"
 find_missing

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-/// The same host with the library: it records an event and asks for a configured value.
+/// The same host with the library: it records an event and looks up a configured value.
 
 #include <vorna/core/VornaCoreSDK.h>
 

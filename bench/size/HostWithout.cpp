@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-/// The least that a host is: a program that says something. Its size is what HostWith.cpp is compared to.
+/// A minimal host: a program that prints something. The size of HostWith.cpp is compared with its size.
 
 #include <cstdio>
 

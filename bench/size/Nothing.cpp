@@ -1,2 +1,2 @@
 // SPDX-License-Identifier: Apache-2.0
-/// Nothing of its own: the shared library that is made of this file holds the core library's objects alone.
+/// Deliberately empty: the shared library built from this file contains only the core library's objects.

@@ -139,7 +139,7 @@ class VornaSingleton : public QObject {
     bool event(QEvent* event) override;
 
   private:
-    /// Calls the handler on this object's thread; at once if the notification is posted on it.
+    /// Calls the handler on this object's thread; synchronously if the notification is posted on it.
     void observe(std::string_view name, std::function<void(const Notification&)> handler);
     void forward(std::string_view name, std::string_view key, void (VornaSingleton::*signal)(bool));
     void forward(std::string_view name, std::string_view key, void (VornaSingleton::*signal)(const QString&));

@@ -89,7 +89,7 @@ void Host::pretendToBuy() {
     VornaCoreSDK::ShowPaidProductLoadingScreen();
     QTimer::singleShot(std::chrono::seconds(2), this, [] {
         VornaCoreSDK::ClosePaidProductLoadingScreen();
-        // A host closes the paywall when the store has answered; this one never buys anything.
+        // A real host closes the paywall when the store has answered; this one never buys anything.
         VornaCoreSDK::PaywallCancelled("example");
         VornaCoreSDK::ClosePaywall();
     });

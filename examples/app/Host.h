@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// What an application does with the library: calls the facade from its pages, observes what the user does on
-/// the library's screens, and closes them.
+/// The application's use of the library: calls the facade from its pages, observes the user's actions on the
+/// library's screens, and closes them.
 
 #include <examples/app/Documents.h>
 

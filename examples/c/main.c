@@ -87,7 +87,7 @@ int main(int count, char** texts) {
     vorna_event_with_value("level_up", "7");
     vorna_event_timed("lesson", 1704067200, 1704067260, NULL);
 
-    // Including "sdk_initialized". The requests follow at once; give them a moment to complete.
+    // Including "sdk_initialized". The requests follow immediately; give them a moment to complete.
     const int recorded = 5;
     const struct timespec moment = {0, 20000000};
     for (int waited = 0; waited < 1500; ++waited) {

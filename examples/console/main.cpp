@@ -31,7 +31,7 @@ namespace {
 
 using vorna::VornaCoreSDK;
 
-/// Knows when all requests have completed. A host may wrap any port of the platform like this.
+/// Keeps track of whether all requests have completed. A host may wrap any port of the platform like this.
 class CountingHttpClient final : public vorna::HttpClient {
   public:
     explicit CountingHttpClient(std::shared_ptr<vorna::HttpClient> client) : client_(std::move(client)) {}

@@ -133,7 +133,7 @@ def main():
     vorna.event_timed("lesson", 1704067200, 1704067260, None)
 
     arrived = all([passed_on.acquire(timeout=30) for _ in range(recorded)]) and configured.wait(30)
-    time.sleep(1)  # the requests follow at once; give them a moment to complete
+    time.sleep(1)  # the requests follow immediately; give them a moment to complete
     vorna.remove_observers()
     print("user", vorna.text("get_user_id"))
     for key in ("welcome_text", "paywall_name"):

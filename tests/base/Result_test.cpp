@@ -79,7 +79,7 @@ TEST(ResultTest, TransformsOnlyTheError) {
     EXPECT_EQ(half(5).transform_error(size).error(), 3U);
 }
 
-TEST(ResultDeathTest, AbortsOnAccessToWhatIsAbsent) {
+TEST(ResultDeathTest, AbortsOnAccessToTheAbsentAlternative) {
     EXPECT_DEATH(static_cast<void>(half(3).value()), "");
     EXPECT_DEATH(static_cast<void>(half(4).error()), "");
 }

@@ -190,7 +190,7 @@ Outcomes compare(const std::string& signature, const std::function<std::string()
         screens->calls.clear();
         Outcome outcome{"result " + call()};
         outcome.insert(outcome.end(), screens->calls.begin(), screens->calls.end());
-        // What `Init` starts consumes the tasks.
+        // The worker that `Init` starts consumes the tasks.
         if (recorded && nameOf(signature) != "Init") {
             for (const EventData& event : recorded->take()) {
                 outcome.push_back("event " + event.name + " " + std::to_string(event.createDate) + " " +

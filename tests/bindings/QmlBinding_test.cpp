@@ -331,7 +331,7 @@ TEST_P(QmlSignal, ArrivesOnTheMainThreadWithItsUserInfo) {
     EXPECT_EQ(received.front(), GetParam().arguments);
 
     NotificationCenter::defaultCenter().post(notification, GetParam().carried);
-    EXPECT_EQ(received.size(), 2) << "at once on the main thread";
+    EXPECT_EQ(received.size(), 2) << "synchronously on the main thread";
 }
 
 INSTANTIATE_TEST_SUITE_P(Notifications, QmlSignal, testing::ValuesIn(signalCases()),

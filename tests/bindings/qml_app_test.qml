@@ -79,7 +79,7 @@ Item {
             root.step = 3
         } else if (root.step === 3 && !root.find(root.application.contentItem, "actionButton")
                    && root.eventListUpdates >= 4) {
-            // The requests follow at once; give them a moment to complete.
+            // The requests follow immediately; give them a moment to complete.
             root.step = 4
         } else if (root.step >= 4 && ++root.step > 14) {
             const text = root.find(root.application.contentItem, "welcome").text

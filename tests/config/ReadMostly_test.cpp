@@ -13,7 +13,7 @@
 namespace vorna {
 namespace {
 
-/// Counts how many of its kind are alive, and is recognisable when it is not.
+/// Counts its live instances; a destroyed instance is recognisable.
 class Witness {
   public:
     Witness(std::atomic<int>& alive, std::uint64_t number) : alive_(alive), number_(number), check_(~number) {
@@ -46,13 +46,13 @@ std::uint64_t numberOf(const ReadMostly<Witness>& value) {
     return value.read([](const Witness* witness) { return witness == nullptr ? 0 : witness->number(); });
 }
 
-TEST(ReadMostly, HoldsNothingAtFirst) {
+TEST(ReadMostly, IsInitiallyEmpty) {
     const ReadMostly<Witness> value;
     EXPECT_FALSE(value.hasValue());
     EXPECT_EQ(numberOf(value), 0U);
 }
 
-TEST(ReadMostly, GivesTheLastValueAndKeepsNoFormerOne) {
+TEST(ReadMostly, ReturnsTheLatestValueAndDestroysFormerOnes) {
     std::atomic<int> alive = 0;
     {
         ReadMostly<Witness> value;
@@ -66,7 +66,7 @@ TEST(ReadMostly, GivesTheLastValueAndKeepsNoFormerOne) {
     EXPECT_EQ(alive, 0);
 }
 
-TEST(ReadMostly, KeepsAValueForAReaderThatStaysAndStillDoesNotMakeWritersWait) {
+TEST(ReadMostly, KeepsAValueForASlowReaderWithoutBlockingWriters) {
     std::atomic<int> alive = 0;
     ReadMostly<Witness> value;
     value.replace(std::make_unique<Witness>(alive, 1));
@@ -93,7 +93,7 @@ TEST(ReadMostly, KeepsAValueForAReaderThatStaysAndStillDoesNotMakeWritersWait) {
     EXPECT_EQ(alive, 1);
 }
 
-TEST(ReadMostly, ShowsEightReadersOnlyWholeValuesInOrderWhileAThousandAreSwapped) {
+TEST(ReadMostly, ShowsConcurrentReadersOnlyCompleteValuesInOrder) {
     std::atomic<int> alive = 0;
     ReadMostly<Witness> value;
     value.replace(std::make_unique<Witness>(alive, 1));
@@ -132,13 +132,13 @@ TEST(ReadMostly, ShowsEightReadersOnlyWholeValuesInOrderWhileAThousandAreSwapped
         reader.join();
     }
     EXPECT_EQ(broken, 0);
-    // One that is in force, and those that a reader held on to while its thread had no processor.
+    // The one in force, and those held by a reader whose thread was descheduled.
     EXPECT_LT(mostAlive, 100);
     value.replace(std::make_unique<Witness>(alive, 1'001));
     EXPECT_EQ(alive, 1);
 }
 
-TEST(ReadMostly, MayBeReplacedFromSeveralThreads) {
+TEST(ReadMostly, CanBeReplacedFromSeveralThreads) {
     std::atomic<int> alive = 0;
     ReadMostly<Witness> value;
     std::vector<std::thread> writers;

@@ -33,7 +33,7 @@ class RemoteConfigFromTheService : public support::RealFetch {
 
     std::string configURL() const { return server_->url() + "/v1/config"; }
 
-    /// What the server says that it has done.
+    /// The server's own statistics.
     std::string statistics() const {
         std::promise<std::string> answer;
         CurlHttpClient client(authority());
@@ -61,7 +61,7 @@ TEST_F(RemoteConfigFromTheService, ArrivesWithTheFirstRequest) {
     EXPECT_NE(statistics().find(R"("paths":{"/v1/config":1})"), std::string::npos) << statistics();
 }
 
-TEST_F(RemoteConfigFromTheService, IsAskedForFourTimesInAll) {
+TEST_F(RemoteConfigFromTheService, IsRequestedAtMostFourTimes) {
     start({"--fault", "path=/v1/config,status=503,body=busy"});
     fetchFromTheService();
     EXPECT_TRUE(tables_.empty());
@@ -85,7 +85,7 @@ TEST_F(RemoteConfigFromTheService, ArrivesWithTheFourthRequestAfterThreeKindsOfF
     EXPECT_NE(statistics().find(R"("paths":{"/v1/config":4})"), std::string::npos) << statistics();
 }
 
-TEST_F(RemoteConfigFromTheService, IsRefusedAsAWholeForOneValueThatIsNoText) {
+TEST_F(RemoteConfigFromTheService, IsRejectedIfOneValueIsNotAString) {
     folder_.write("config.json", R"({"theme":"dark","limit":7})");
     start();
     fetchFromTheService();
@@ -97,7 +97,7 @@ TEST_F(RemoteConfigFromTheService, IsRefusedAsAWholeForOneValueThatIsNoText) {
     EXPECT_EQ(lines()[2], "[VornaSDK] Retrying fetch... Attempt 1");
 }
 
-TEST_F(RemoteConfigFromTheService, IsNotTakenFromAServerThatNobodyVouchesFor) {
+TEST_F(RemoteConfigFromTheService, IsNotAcceptedFromAnUntrustedServer) {
     folder_.write("config.json", R"({"theme":"dark"})");
     start();
     fetch(configURL());

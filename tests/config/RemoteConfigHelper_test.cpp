@@ -47,7 +47,7 @@ Lines linesOf(const std::string& text) {
     return lines;
 }
 
-/// A helper between a client and preferences that the test steers, and all that comes out of it.
+/// A helper between a client and preferences controlled by the test, with everything that it does recorded.
 class RemoteConfigFetch : public testing::Test {
   protected:
     RemoteConfigFetch() {
@@ -80,7 +80,7 @@ class RemoteConfigFetch : public testing::Test {
         client_ = std::make_shared<RecordingHttpClient>(completes, std::move(script));
     }
 
-    /// What has been printed, once.
+    /// The lines printed since the last call.
     Lines lines() {
         isCapturing_ = false;
         return linesOf(testing::internal::GetCapturedStdout());
@@ -99,7 +99,7 @@ class RemoteConfigFetch : public testing::Test {
     NotificationCenter::Observation ready_;
 };
 
-TEST_F(RemoteConfigFetch, PostsTheDeviceDataWithATimeoutOfFiveSecondsAndNoHeaderButTheContentType) {
+TEST_F(RemoteConfigFetch, PostsTheDeviceDataWithAFiveSecondTimeoutAndOnlyAContentTypeHeader) {
     helper().fetchRemoteConfigs(data_, 0);
     ASSERT_EQ(client_->requestCount(), 1U);
     const HttpRequest request = client_->requests().front();
@@ -112,7 +112,7 @@ TEST_F(RemoteConfigFetch, PostsTheDeviceDataWithATimeoutOfFiveSecondsAndNoHeader
     EXPECT_EQ(lines(), Lines{});
 }
 
-TEST_F(RemoteConfigFetch, AnnouncesTheTableBeforeItSavesIt) {
+TEST_F(RemoteConfigFetch, AnnouncesTheTableBeforeSavingIt) {
     RemoteConfigHelper remote = helper();
     remote.fetchRemoteConfigs(data_, 0);
     EXPECT_TRUE(client_->answer(HttpAnswer::status(200, R"({"configs":{"theme":"dark","empty":""}})")));
@@ -137,7 +137,7 @@ TEST_F(RemoteConfigFetch, OverwritesTheSavedTableWithAnEmptyOne) {
     EXPECT_EQ(remote.loadConfigsFromLocal(), Configs{});
 }
 
-TEST_F(RemoteConfigFetch, SaysWhenTheTableCouldNotBeSaved) {
+TEST_F(RemoteConfigFetch, LogsThatTheTableCouldNotBeSaved) {
     preferences_->failSaves();
     RemoteConfigHelper remote = helper();
     remote.fetchRemoteConfigs(data_, 0);
@@ -148,7 +148,7 @@ TEST_F(RemoteConfigFetch, SaysWhenTheTableCouldNotBeSaved) {
                      "[VornaSDK] Configs could not be saved to UserDefaults: No space left on device"}));
 }
 
-TEST_F(RemoteConfigFetch, DoesNotAskForAStatusWhereTheAnswerIsNotHttp) {
+TEST_F(RemoteConfigFetch, AcceptsABodyWithoutAnHttpResponse) {
     RemoteConfigHelper remote = helper();
     remote.fetchRemoteConfigs(data_, 0);
     client_->answer({R"({"configs":{"a":"1"}})", std::nullopt, std::nullopt});
@@ -173,7 +173,7 @@ TEST_F(RemoteConfigFetch, PrintsNothingWhileDebugIsOff) {
 struct Failure {
     const char* name;
     HttpAnswer answer;
-    /// What each attempt prints before the line about what follows.
+    /// The lines that each attempt prints before the one that announces the next step.
     Lines lines;
 };
 
@@ -197,7 +197,7 @@ class RemoteConfigFailure : public RemoteConfigFetch, public testing::WithParamI
     }
 };
 
-TEST_P(RemoteConfigFailure, LeadsToFourAttemptsOneAfterTheOtherAndTheNewsThatNothingCame) {
+TEST_P(RemoteConfigFailure, LeadsToFourConsecutiveAttemptsAndAFailureNotification) {
     RemoteConfigHelper remote = helper();
     remote.fetchRemoteConfigs(data_, 0);
     for (std::size_t attempt = 1; attempt <= 4; ++attempt) {
@@ -216,7 +216,7 @@ TEST_P(RemoteConfigFailure, LeadsToFourAttemptsOneAfterTheOtherAndTheNewsThatNot
     }
 }
 
-TEST_P(RemoteConfigFailure, LeadsToTheSameWhereTheClientCompletesOnTheCallingThread) {
+TEST_P(RemoteConfigFailure, IsHandledAlikeIfTheClientCompletesOnTheCallingThread) {
     useClient(RecordingHttpClient::Completes::onCallingThread, {GetParam().answer});
     RemoteConfigHelper remote = helper();
     remote.fetchRemoteConfigs(data_, 0);
@@ -226,7 +226,7 @@ TEST_P(RemoteConfigFailure, LeadsToTheSameWhereTheClientCompletesOnTheCallingThr
     EXPECT_EQ(lines(), linesOfFourAttempts());
 }
 
-TEST_P(RemoteConfigFailure, LeavesTheSavedTableAlone) {
+TEST_P(RemoteConfigFailure, LeavesTheSavedTableUnchanged) {
     preferences_->put("VornaRemoteConfigs", {{"theme", "dark"}});
     useClient(RecordingHttpClient::Completes::onCallingThread, {GetParam().answer});
     RemoteConfigHelper remote = helper();
@@ -273,7 +273,7 @@ INSTANTIATE_TEST_SUITE_P(
                 {"Decoding error: configs: missing"}}),
     [](const auto& row) { return row.param.name; });
 
-TEST_F(RemoteConfigFetch, EndsWithTheFirstAttemptThatSucceeds) {
+TEST_F(RemoteConfigFetch, StopsAfterTheFirstSuccessfulAttempt) {
     useClient(RecordingHttpClient::Completes::onCallingThread,
               {HttpAnswer::failure("timed out"), HttpAnswer::status(503), HttpAnswer::status(200, "<html>"),
                HttpAnswer::status(200, R"({"configs":{"a":"1"}})")});
@@ -290,7 +290,7 @@ TEST_F(RemoteConfigFetch, EndsWithTheFirstAttemptThatSucceeds) {
                      "[VornaSDK] Configs saved to UserDefaults"}));
 }
 
-TEST_F(RemoteConfigFetch, MakesAsManyAttemptsAsAreLeftFromTheGivenNumberOn) {
+TEST_F(RemoteConfigFetch, CountsAttemptsFromTheGivenNumber) {
     useClient(RecordingHttpClient::Completes::onCallingThread, {HttpAnswer::status(500)});
     RemoteConfigHelper remote = helper();
     remote.fetchRemoteConfigs(data_, 3);
@@ -300,7 +300,7 @@ TEST_F(RemoteConfigFetch, MakesAsManyAttemptsAsAreLeftFromTheGivenNumberOn) {
     EXPECT_EQ(happened_, (Lines{"not ready", "not ready"}));
 }
 
-TEST_F(RemoteConfigFetch, CountsTheAttemptsOfEachTaskByItself) {
+TEST_F(RemoteConfigFetch, CountsAttemptsPerTask) {
     RemoteConfigHelper remote = helper();
     remote.fetchRemoteConfigs(data_, 0);
     remote.fetchRemoteConfigs(data_, 0);
@@ -312,7 +312,7 @@ TEST_F(RemoteConfigFetch, CountsTheAttemptsOfEachTaskByItself) {
     EXPECT_EQ(happened_, (Lines{"not ready", "not ready"}));
 }
 
-TEST_F(RemoteConfigFetch, MayBeStartedAnewByTheObserverOfItsEnd) {
+TEST_F(RemoteConfigFetch, CanBeRestartedByAnObserverOfItsEnd) {
     RemoteConfigHelper remote = helper();
     bool again = true;
     const auto observation = NotificationCenter::defaultCenter().addObserver(
@@ -330,7 +330,7 @@ TEST_F(RemoteConfigFetch, MayBeStartedAnewByTheObserverOfItsEnd) {
     EXPECT_EQ(client_->requestCount(), 5U);
 }
 
-TEST_F(RemoteConfigFetch, SendsNothingToAnAddressThatIsNoUrl) {
+TEST_F(RemoteConfigFetch, SendsNothingToAnInvalidUrl) {
     for (const char* const url : {"", "v1/config", "https://", "https://ser vice/v1/config"}) {
         helper(url).fetchRemoteConfigs(data_, 0);
     }
@@ -340,7 +340,7 @@ TEST_F(RemoteConfigFetch, SendsNothingToAnAddressThatIsNoUrl) {
                               "[VornaSDK] Invalid URL"}));
 }
 
-TEST_F(RemoteConfigFetch, SendsNothingWhenTheRequestCannotBeEncoded) {
+TEST_F(RemoteConfigFetch, SendsNothingIfTheRequestCannotBeEncoded) {
     data_.deviceData.device.edit().screenWidth = std::numeric_limits<double>::quiet_NaN();
     helper().fetchRemoteConfigs(data_, 0);
     EXPECT_EQ(client_->requestCount(), 0U);
@@ -350,7 +350,7 @@ TEST_F(RemoteConfigFetch, SendsNothingWhenTheRequestCannotBeEncoded) {
                      "represent the number"}));
 }
 
-TEST_F(RemoteConfigFetch, IsDroppedWithoutAWordWhenTheHelperGoesBeforeTheAnswer) {
+TEST_F(RemoteConfigFetch, IsDroppedSilentlyIfTheHelperIsDestroyedBeforeTheAnswer) {
     {
         RemoteConfigHelper remote = helper();
         remote.fetchRemoteConfigs(data_, 0);
@@ -372,7 +372,7 @@ TEST_F(RemoteConfigFetch, DoesNotKeepTheClientAlive) {
     EXPECT_TRUE(client.expired());
 }
 
-TEST_F(RemoteConfigFetch, CompletesOnTheClientsThreadWhileTheHelperGoes) {
+TEST_F(RemoteConfigFetch, CompletesOnTheClientsThreadWhileTheHelperIsDestroyed) {
     // The last owner of the client may then be its own thread.
     for (int round = 0; round < 200; ++round) {
         useClient(RecordingHttpClient::Completes::onOwnThread, {HttpAnswer::status(500)});
@@ -382,11 +382,10 @@ TEST_F(RemoteConfigFetch, CompletesOnTheClientsThreadWhileTheHelperGoes) {
         client_.reset();
         remote.reset();
     }
-    // What a client's thread still prints at its end is none of the next test's business: each has a process
-    // of its own.
+    // Lines that the client's thread prints as it ends cannot affect the next test: each has its own process.
 }
 
-TEST_F(RemoteConfigFetch, RunsWhollyOnTheClientsThread) {
+TEST_F(RemoteConfigFetch, RunsEntirelyOnTheClientsThread) {
     useClient(
         RecordingHttpClient::Completes::onOwnThread,
         {HttpAnswer::status(500), HttpAnswer::status(500), HttpAnswer::status(500), HttpAnswer::status(500)});
@@ -407,7 +406,7 @@ TEST_F(RemoteConfigFetch, RunsWhollyOnTheClientsThread) {
 
 class RemoteConfigCache : public RemoteConfigFetch {};
 
-TEST_F(RemoteConfigCache, GivesWhatWasSavedLast) {
+TEST_F(RemoteConfigCache, ReturnsTheLastSavedTable) {
     RemoteConfigHelper remote = helper();
     remote.saveToLocal({{"a", "1"}, {"b", "2"}});
     remote.saveToLocal({{"b", ""}});
@@ -423,12 +422,12 @@ TEST_F(RemoteConfigCache, MayBeAnEmptyTable) {
     EXPECT_EQ(lines(), (Lines{"[VornaSDK] Configs loaded from UserDefaults"}));
 }
 
-TEST_F(RemoteConfigCache, IsNoneAtFirst) {
+TEST_F(RemoteConfigCache, IsInitiallyAbsent) {
     EXPECT_EQ(helper().loadConfigsFromLocal(), std::nullopt);
     EXPECT_EQ(lines(), (Lines{"[VornaSDK] No configs found in UserDefaults"}));
 }
 
-TEST(RemoteConfigHelperConstants, AreThoseOfTheCache) {
+TEST(RemoteConfigHelperConstants, HaveTheirFixedValues) {
     EXPECT_EQ(RemoteConfigHelper::maxRetryCount, 3);
     EXPECT_EQ(RemoteConfigHelper::userDefaultsKey, "VornaRemoteConfigs");
     EXPECT_EQ(remoteConfigsFetchedNotification, "Vorna_RemoteConfigsFetched");

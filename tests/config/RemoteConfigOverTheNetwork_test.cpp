@@ -24,10 +24,10 @@ using support::Lines;
 using support::linesOf;
 using support::RawServer;
 
-/// The server is one that the test scripts.
+/// The server is scripted by the test.
 class RemoteConfigOverTheNetwork : public support::RealFetch {};
 
-TEST_F(RemoteConfigOverTheNetwork, SendsThePostThatTheServiceExpectsAndNothingThatTellsMore) {
+TEST_F(RemoteConfigOverTheNetwork, SendsTheExpectedPostWithoutIdentifyingHeaders) {
     RawServer server([](RawServer::Connection& connection) {
         connection.readRequest();
         connection.send(RawServer::httpAnswer(200, R"({"configs":{"theme":"dark"}})"));
@@ -51,7 +51,7 @@ TEST_F(RemoteConfigOverTheNetwork, SendsThePostThatTheServiceExpectsAndNothingTh
     EXPECT_NE(request.find("\r\nContent-Type: application/json\r\n"), std::string::npos);
 }
 
-TEST_F(RemoteConfigOverTheNetwork, MakesFourRequestsThatNeverOverlapWhenTheServerAlwaysFails) {
+TEST_F(RemoteConfigOverTheNetwork, MakesFourNonOverlappingRequestsIfTheServerKeepsFailing) {
     std::atomic<int> unanswered = 0;
     std::atomic<int> mostUnanswered = 0;
     std::atomic<int> requests = 0;
@@ -75,7 +75,7 @@ TEST_F(RemoteConfigOverTheNetwork, MakesFourRequestsThatNeverOverlapWhenTheServe
                               "[VornaSDK] Max retry attempts reached. Failed to fetch remote configs."}));
 }
 
-TEST_F(RemoteConfigOverTheNetwork, GivesUpAfterFourAttemptsWhereNobodyListens) {
+TEST_F(RemoteConfigOverTheNetwork, GivesUpAfterFourAttemptsOnAClosedPort) {
     std::string url;
     {
         const RawServer server([](RawServer::Connection&) {});
@@ -91,7 +91,7 @@ TEST_F(RemoteConfigOverTheNetwork, GivesUpAfterFourAttemptsWhereNobodyListens) {
     EXPECT_EQ(printed.back(), "[VornaSDK] Max retry attempts reached. Failed to fetch remote configs.");
 }
 
-TEST_F(RemoteConfigOverTheNetwork, TriesAgainFiveSecondsAfterARequestThatIsNeverAnswered) {
+TEST_F(RemoteConfigOverTheNetwork, RetriesFiveSecondsAfterAnUnansweredRequest) {
     std::chrono::steady_clock::time_point first;
     std::chrono::steady_clock::time_point second;
     RawServer server([&](RawServer::Connection& connection) {
@@ -116,7 +116,7 @@ TEST_F(RemoteConfigOverTheNetwork, TriesAgainFiveSecondsAfterARequestThatIsNever
     EXPECT_EQ(printed[2], "[VornaSDK] Config received successfully!");
 }
 
-TEST_F(RemoteConfigOverTheNetwork, TakesATableOfAHundredThousandKeys) {
+TEST_F(RemoteConfigOverTheNetwork, AcceptsATableOfAHundredThousandKeys) {
     Configs configs;
     for (int index = 0; index < 100'000; ++index) {
         const std::string key = "key_" + std::to_string(index);
@@ -133,11 +133,11 @@ TEST_F(RemoteConfigOverTheNetwork, TakesATableOfAHundredThousandKeys) {
     EXPECT_EQ(preferences_->saves().size(), 1U);
 }
 
-/// What the first connection does; the second always gives a table.
+/// The first connection's behaviour; the second always returns a table.
 struct Fault {
     const char* name;
     void (*script)(RawServer::Connection&);
-    /// How the line about the first attempt begins, after those before it.
+    /// The beginning of the line about the first attempt, after the lines before it.
     Lines lines;
 };
 
@@ -198,7 +198,7 @@ INSTANTIATE_TEST_SUITE_P(
                       "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n20\r\n{\"configs\":{");
               },
               {transport}},
-        // Without a length the end of the connection is the end of the body, so only the text can tell.
+        // Without a length the end of the connection ends the body, so only the text shows the truncation.
         Fault{"CutBodyOfUnknownLength",
               [](RawServer::Connection& connection) {
                   connection.send("HTTP/1.1 200 OK\r\n\r\n{\"configs\":{\"a\":\"1\"");

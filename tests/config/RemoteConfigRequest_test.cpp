@@ -28,7 +28,7 @@ TEST(RemoteConfigRequestBody, HasTheDeviceDataAsItsOnlyKey) {
     EXPECT_EQ(read.value(), metadata);
 }
 
-TEST(RemoteConfigRequestBody, LeavesOptionalFieldsOutWhenTheyAreEmpty) {
+TEST(RemoteConfigRequestBody, OmitsEmptyOptionalFields) {
     const json::Encoded body = json::encode(RemoteConfigRequest());
     ASSERT_TRUE(body);
     const auto& text = body.value();
@@ -37,7 +37,7 @@ TEST(RemoteConfigRequestBody, LeavesOptionalFieldsOutWhenTheyAreEmpty) {
     EXPECT_NE(text.find("\"appId\""), std::string::npos) << text;
 }
 
-TEST(RemoteConfigRequestBody, IsRefusedWithThePlaceOfTextThatIsNotUtf8) {
+TEST(RemoteConfigRequestBody, IsRejectedWithThePathOfTextThatIsNotUtf8) {
     DeviceMetadata metadata = support::sampleDeviceMetadata();
     metadata.device.edit().deviceName = "Anna\xFFs phone";
     const json::Encoded body = json::encode(RemoteConfigRequest{metadata});

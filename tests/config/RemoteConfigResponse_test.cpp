@@ -15,7 +15,7 @@ namespace {
 
 using Configs = std::map<std::string, std::string>;
 
-/// The table, or the error in a table of its own, so that a failing expectation shows it.
+/// The table, or a table with only the error, so that a failing expectation shows it.
 Configs decoded(std::string_view body) {
     json::Decoded<RemoteConfigResponse> result = decodeRemoteConfigResponse(body);
     if (!result) {
@@ -33,7 +33,7 @@ std::string nested(std::size_t depth) {
     return std::string(depth, '[') + std::string(depth, ']');
 }
 
-TEST(RemoteConfigResponseBody, GivesItsTable) {
+TEST(RemoteConfigResponseBody, YieldsItsTable) {
     EXPECT_EQ(decoded(R"({"configs":{"theme":"dark","limit":"12"}})"),
               (Configs{{"limit", "12"}, {"theme", "dark"}}));
 }
@@ -49,21 +49,21 @@ TEST(RemoteConfigResponseBody, MayHoldEmptyKeysAndValuesAndAnyCharacter) {
             {"", ""}, {std::string("a\0b", 3), std::string("\0", 1)}, {"\xF0\x9F\x98\x80", "\xC5\x9F\n"}}));
 }
 
-TEST(RemoteConfigResponseBody, MayHaveOtherKeysOfAnyKind) {
+TEST(RemoteConfigResponseBody, IgnoresOtherKeysOfAnyKind) {
     EXPECT_EQ(decoded(R"({"version":3,"configs":{"a":"1"},"more":{"b":[null,true]}})"),
               (Configs{{"a", "1"}}));
 }
 
-TEST(RemoteConfigResponseBody, TakesTheLastOfEqualKeys) {
+TEST(RemoteConfigResponseBody, UsesTheLastOfDuplicateKeys) {
     EXPECT_EQ(decoded(R"({"configs":{"a":"1","b":"2","a":"3"}})"), (Configs{{"a", "3"}, {"b", "2"}}));
     EXPECT_EQ(decoded(R"({"configs":{"a":"1"},"configs":{"b":"2"}})"), (Configs{{"b", "2"}}));
 }
 
-TEST(RemoteConfigResponseBody, MayBeNestedToADepthOf512WhereItIsIgnored) {
+TEST(RemoteConfigResponseBody, AllowsIgnoredValuesNestedUpTo512Levels) {
     EXPECT_EQ(decoded(R"({"configs":{"a":"1"},"more":)" + nested(511) + "}"), (Configs{{"a", "1"}}));
 }
 
-TEST(RemoteConfigResponseBody, HoldsAHundredThousandKeys) {
+TEST(RemoteConfigResponseBody, MayHoldAHundredThousandKeys) {
     Configs configs;
     for (int index = 0; index < 100'000; ++index) {
         const std::string key = "key_" + std::to_string(index);
@@ -87,7 +87,7 @@ std::ostream& operator<<(std::ostream& stream, const Refused& row) {
 
 class RemoteConfigResponseBodyIsRefused : public testing::TestWithParam<Refused> {};
 
-TEST_P(RemoteConfigResponseBodyIsRefused, AsAWhole) {
+TEST_P(RemoteConfigResponseBodyIsRefused, WithPathAndReason) {
     EXPECT_EQ(errorIn(GetParam().body), GetParam().error);
 }
 
@@ -114,7 +114,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 class RemoteConfigResponseBodyIsNotJson : public testing::TestWithParam<Refused> {};
 
-TEST_P(RemoteConfigResponseBodyIsNotJson, AndTheErrorSaysWhere) {
+TEST_P(RemoteConfigResponseBodyIsNotJson, AndTheErrorHasItsPosition) {
     EXPECT_EQ(errorIn(GetParam().body).substr(0, GetParam().error.size()), GetParam().error);
 }
 

@@ -20,7 +20,7 @@ TEST(RemoteConfigTable, IsEmptyWithoutEntries) {
     EXPECT_EQ(made.find(""), std::nullopt);
 }
 
-TEST(RemoteConfigTable, FindsExactlyTheKeysThatItHas) {
+TEST(RemoteConfigTable, FindsExactlyItsKeys) {
     const RemoteConfigTable table(Configs{{"ab", "c"}, {"a", "bc"}, {"Key", "1"}, {"key", "2"}});
     EXPECT_EQ(table.size(), 4U);
     EXPECT_EQ(table.find("ab"), "c");
@@ -32,7 +32,7 @@ TEST(RemoteConfigTable, FindsExactlyTheKeysThatItHas) {
     EXPECT_EQ(table.find(""), std::nullopt);
 }
 
-TEST(RemoteConfigTable, TellsEmptyTextFromNone) {
+TEST(RemoteConfigTable, DistinguishesEmptyTextFromNone) {
     const RemoteConfigTable table(Configs{{"", "nameless"}, {"empty", ""}});
     EXPECT_EQ(table.find(""), "nameless");
     EXPECT_EQ(table.find("empty"), "");
@@ -46,7 +46,7 @@ TEST(RemoteConfigTable, KeepsZeroBytesInKeysAndValues) {
     EXPECT_EQ(table.find("a"), "short");
 }
 
-TEST(RemoteConfigTable, FindsEveryOneOfAHundredThousandKeysAndNoOther) {
+TEST(RemoteConfigTable, FindsEachOfAHundredThousandKeysAndNoOther) {
     Configs configs;
     for (int index = 0; index < 100'000; ++index) {
         configs.emplace("key_" + std::to_string(index), "value " + std::to_string(index));
@@ -59,7 +59,7 @@ TEST(RemoteConfigTable, FindsEveryOneOfAHundredThousandKeysAndNoOther) {
     }
 }
 
-TEST(RemoteConfigTable, StaysReadableWhenItMoves) {
+TEST(RemoteConfigTable, StaysReadableWhenMoved) {
     RemoteConfigTable first(Configs{{"key", "v"}});
     const std::optional<std::string_view> before = first.find("key");
     const RemoteConfigTable second(std::move(first));

@@ -16,14 +16,14 @@ namespace {
 
 using Configs = std::map<std::string, std::string>;
 
-TEST(RemoteConfigsInForce, AnswerWithTheDefaultWhileNothingIsReady) {
+TEST(RemoteConfigsInForce, ReturnTheDefaultUntilReady) {
     const RemoteConfigsInForce configs;
     EXPECT_FALSE(configs.isReady());
     EXPECT_EQ(configs.lookup("theme", "light"), "light");
     EXPECT_EQ(configs.lookup("", ""), "");
 }
 
-TEST(RemoteConfigsInForce, AnswerWithTheValueOfTheExactKeyAndTheDefaultOtherwise) {
+TEST(RemoteConfigsInForce, ReturnTheValueOfTheExactKeyElseTheDefault) {
     RemoteConfigsInForce configs;
     configs.replace({{"theme", "dark"}, {"empty", ""}});
     EXPECT_TRUE(configs.isReady());
@@ -33,7 +33,7 @@ TEST(RemoteConfigsInForce, AnswerWithTheValueOfTheExactKeyAndTheDefaultOtherwise
     EXPECT_EQ(configs.lookup("other", "default"), "default");
 }
 
-TEST(RemoteConfigsInForce, AreReadyWithAnEmptyTableAndAnswerWithEveryDefault) {
+TEST(RemoteConfigsInForce, AreReadyWithAnEmptyTableAndReturnDefaults) {
     RemoteConfigsInForce configs;
     configs.replace({{"theme", "dark"}});
     configs.replace({});
@@ -41,7 +41,7 @@ TEST(RemoteConfigsInForce, AreReadyWithAnEmptyTableAndAnswerWithEveryDefault) {
     EXPECT_EQ(configs.lookup("theme", "light"), "light");
 }
 
-TEST(RemoteConfigsInForce, ReplaceTheTableAsAWhole) {
+TEST(RemoteConfigsInForce, ReplaceTheWholeTable) {
     RemoteConfigsInForce configs;
     configs.replace({{"a", "1"}, {"b", "1"}});
     configs.replace({{"b", "2"}});
@@ -49,11 +49,11 @@ TEST(RemoteConfigsInForce, ReplaceTheTableAsAWhole) {
     EXPECT_EQ(configs.lookup("b", ""), "2");
 }
 
-TEST(RemoteConfigsInForce, GiveEightThreadsOneTableOrAnotherWhileAThousandAreSwapped) {
+TEST(RemoteConfigsInForce, NeverMixTablesWhileTheyAreSwapped) {
     RemoteConfigsInForce configs;
     const auto tableOf = [](int generation) {
         Configs table;
-        // Long enough to be kept outside of the text object itself.
+        // Too long for the small-string optimisation.
         const std::string value = "the value of generation number " + std::to_string(generation);
         for (int key = 0; key < 20; ++key) {
             table.emplace("key_" + std::to_string(key), value);

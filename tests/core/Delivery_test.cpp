@@ -196,7 +196,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& testCase) { return testCase.param.name; });
 
 TEST(Delivery, LogsWhyTheServiceCannotBeReached) {
-    PlatformOptions options = LocalService().options();  // ended by now: nobody listens there
+    PlatformOptions options = LocalService().options();  // already stopped: nothing listens there
     options.serviceURL = "https://127.0.0.1:1";
     Platform platform = makePlatform(options);
     const auto http = std::make_shared<WatchedHttpClient>(platform.httpClient);

@@ -15,7 +15,7 @@
 namespace vorna {
 namespace {
 
-/// What the service must receive, independent of the library's own table.
+/// The events that the service must receive, independent of the library's own table.
 struct Row {
     const char* operation;
     std::function<void()> call;
@@ -95,7 +95,7 @@ TEST(OnboardingStep, WithAnEmptyStepRecordsTheBareName) {
     EXPECT_EQ(recorded.take().at(0).name, "onboarding_");
 }
 
-TEST(TabClicked, PrintsItsEventsNameOnOneLineWhateverTheText) {
+TEST(TabClicked, LogsItsNameOnOneLineForAnyText) {
     support::RecordedEvents recorded;
     VornaCoreSDK::debug = true;
     testing::internal::CaptureStdout();

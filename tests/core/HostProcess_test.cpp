@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-/// `Init` leaves the host's process as it was, whichever D-Bus services the machine has.
+/// `Init` leaves the host's process unchanged, regardless of the machine's D-Bus services.
 
 #include <vorna/core/VornaCoreSDK.h>
 
@@ -46,7 +46,7 @@ bool isHalfOfAPair(int descriptor) {
            peer.sun_family == AF_UNIX && size == sizeof peer.sun_family;
 }
 
-/// What a host, and the programs that it starts, could notice.
+/// Everything that a host, and the programs it starts, could notice.
 std::string describeProcess() {
     std::ostringstream text;
     for (int signal = 1; signal < NSIG; ++signal) {

@@ -66,7 +66,7 @@ TEST_F(ApplicationLife, StartsASessionOnActivation) {
 TEST_F(ApplicationLife, SendsTheSessionDirectlyOnResignation) {
     becomeActiveAt(1000);
     resignActiveAt(1065);
-    ASSERT_EQ(host_.http->requestCount(), 1U) << "handed over before the handler has returned";
+    ASSERT_EQ(host_.http->requestCount(), 1U) << "sent before the handler returned";
     const HttpRequest request = host_.http->requests().front();
     EXPECT_EQ(request.url.text(), "https://service.test/v1/event");
     const EventData event = decodeEventData(request.body).value();

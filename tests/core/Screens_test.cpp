@@ -133,7 +133,7 @@ TEST(InstalledScreens, ReceiveTheServicesOnceWhenTheInstanceIsCreated) {
     EXPECT_EQ(before->services.size(), 1U);
 }
 
-TEST(InstalledScreens, ReceiveTheServicesAtOnceIfTheInstanceExists) {
+TEST(InstalledScreens, ReceiveTheServicesImmediatelyIfTheInstanceExists) {
     const support::RecordedEvents platform;
     VornaCoreSDK::Event("first");
     const auto screens = std::make_shared<RecordingScreens>();
@@ -153,7 +153,7 @@ TEST(InstalledScreens, ThatFailToStartLeaveTheHostsPlatformInUse) {
     VornaCoreSDK::debug = true;
     CaptureStdout();
     VornaCoreSDK::Event("first");
-    EXPECT_EQ(GetCapturedStdout(), "[VornaSDK] The start of the screens has failed: no display\n"
+    EXPECT_EQ(GetCapturedStdout(), "[VornaSDK] Starting the screens has failed: no display\n"
                                    "[VornaSDK] Event called  -> first\n");
     EXPECT_EQ(SharedInstance::get().platform.httpClient, platform.http);
     EXPECT_EQ(platform.take().size(), 1U);
@@ -165,7 +165,7 @@ TEST(InstalledScreens, ThatFailToStartLaterDoNotAffectTheHost) {
     VornaCoreSDK::debug = true;
     CaptureStdout();
     EXPECT_NO_THROW(installScreens(std::make_shared<ScreensWithoutDisplay>()));
-    EXPECT_EQ(GetCapturedStdout(), "[VornaSDK] The start of the screens has failed: no display\n");
+    EXPECT_EQ(GetCapturedStdout(), "[VornaSDK] Starting the screens has failed: no display\n");
 }
 
 TEST(InstalledScreens, AreNotReplaced) {

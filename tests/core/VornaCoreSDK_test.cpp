@@ -254,7 +254,7 @@ std::vector<std::string> linesOfInit(const std::string& printed) {
     return lines;
 }
 
-TEST(Init, TakesADataFolderBehindADanglingLinkForOneThatCannotBeWritten) {
+TEST(Init, TreatsADataFolderBehindADanglingLinkAsUnwritable) {
     const support::TemporaryFolder temporary;
     std::filesystem::create_symlink("/nonexistent/x", temporary.path() / "card");
     PlatformOptions options;

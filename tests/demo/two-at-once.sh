@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# two-at-once.sh BUILD-FOLDER: runs two demos at once in one checkout and checks that both succeed, each with its own
-# pictures and the events of its own hosts.
+# two-at-once.sh BUILD-FOLDER: runs two demos concurrently in one checkout and checks that both succeed, each with its
+# own pictures and the events of its own hosts.
 set -euo pipefail
 build=$(readlink -f "$1")
 cd "$(dirname "$(readlink -f "$0")")/../.."

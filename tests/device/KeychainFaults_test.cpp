@@ -160,7 +160,7 @@ TEST_F(KeychainFaults, AProcessKilledDuringItsFirstRunLeavesACompleteRecordOrNon
     EXPECT_GT(absent, 0) << "no moment was early enough";
 }
 
-TEST_F(KeychainFaults, TwoProcessesThatCreateTheFirstIdentityAtOnceLeaveOneRecord) {
+TEST_F(KeychainFaults, TwoProcessesThatCreateTheFirstIdentityConcurrentlyLeaveOneRecord) {
     for (int round = 0; round < 100; ++round) {
         const std::filesystem::path data = temporary.path() / std::to_string(round);
         const std::filesystem::path reports = temporary.path() / ("reports" + std::to_string(round));

@@ -100,7 +100,7 @@ TEST_F(Keychain, ReturnsTheSameIdentityOnLaterRunsAndWritesNothing) {
     EXPECT_FALSE(dateOfIdentifier);
 }
 
-TEST_F(Keychain, ReadsWhatItWrote) {
+TEST_F(Keychain, ReadsTheRecordThatItWrote) {
     const KeyChainData made = helper.loadOrCreateIdentity();
     nextIdentifier = "another";
     EXPECT_EQ(helper.loadOrCreateIdentity(), made);
@@ -128,7 +128,7 @@ TEST_F(Keychain, ReplacesInvalidText) {
     }
 }
 
-TEST_F(Keychain, ReplacesWhatCannotBeReadForAnyReason) {
+TEST_F(Keychain, ReplacesAnIdentityThatCannotBeReadForAnyReason) {
     for (const CredentialStatus status :
          {CredentialStatus::interactionNotAllowed, CredentialStatus::notAvailable,
           CredentialStatus::notPermitted, CredentialStatus::notTrusted, CredentialStatus{-1},
@@ -179,7 +179,7 @@ TEST_F(Keychain, SavesEmptyTextWhenTheRecordCannotBeEncoded) {
     EXPECT_DEATH(helper.loadOrCreateIdentity(), "Fatal error: the stored identity cannot be decoded");
 }
 
-TEST_F(Keychain, LogsWhatIsWrongWithARecordOnlyWhileDebugIsOn) {
+TEST_F(Keychain, ExplainsAnInvalidRecordOnlyWhileDebugIsOn) {
     ::testing::internal::CaptureStdout();
     EXPECT_EQ(KeychainHelper::decode("{}"), std::nullopt);
     EXPECT_EQ(::testing::internal::GetCapturedStdout(), "");

@@ -23,7 +23,7 @@ TEST(MissingField, IsListedWithARemarkIfItIsMoreThanBlank) {
     EXPECT_EQ(listedName({Path{"type"}, Reason::unknownType}), "type (geçersiz)");
 }
 
-TEST(MissingField, IsListedInTheOrderOfTheBytes) {
+TEST(MissingField, IsSortedBytewise) {
     const std::vector<MissingField> fields{
         {Path{"paidProducts", 2U, "price"}, Reason::blank},
         {Path{"paidProducts", 10U, "price"}, Reason::blank},

@@ -86,7 +86,7 @@ TEST(OnboardingStepsParameters, IsEncodedInTheOrderOfTheDocumentAndRestored) {
     EXPECT_EQ(decodeOnboardingSteps("[" + text + "]").value(), Steps{sampleStep()});
 }
 
-TEST(OnboardingStepsParameters, AllowsTheColourOfItsTermsToChange) {
+TEST(OnboardingStepsParameters, AllowsChangingTheColourOfItsTerms) {
     OnboardingStepsParameters step = sampleStep();
     step.termsOfUseColor = "#000000";
     EXPECT_NE(step, sampleStep());
@@ -129,7 +129,7 @@ TEST(OnboardingSteps, MustBeAnArrayOfObjects) {
     EXPECT_EQ(problemOf("[{},\n 7]"), "line 2, column 2: [1]: expected an object, found a number");
 }
 
-TEST(OnboardingSteps, FailAsAWholeForOneKeyOfOneStep) {
+TEST(OnboardingSteps, FailForOneWrongValueInOneStep) {
     EXPECT_EQ(problemOf(R"([{}, {}, {"type":7}])"),
               "line 1, column 18: [2].type: expected a string, found a number");
     EXPECT_EQ(problemOf(R"([{"exitButtonDelay":"5"}])"),

@@ -32,7 +32,7 @@ Names namesOf(const OnboardingStepsParameters& step) {
     return listedNames(missingFields(step));
 }
 
-/// What is missing in a complete step of the type with the given values changed.
+/// The fields missing from a complete step of the type with the given values changed.
 Names missingWith(const char* type, Values otherwise) {
     otherwise.try_emplace("type", jsonText(type));
     return namesOf(stepOf(filledObject(onboardingStepFields(), otherwise)));

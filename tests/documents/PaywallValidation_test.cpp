@@ -27,12 +27,12 @@ Names missingOf(const std::string& text) {
     return listedNames(missingFields(PaywallParameters::decode(text).value()));
 }
 
-/// What is missing in a complete document with the given values changed.
+/// The fields missing from a complete document with the given values changed.
 Names missingWith(const Values& otherwise) {
     return missingOf(filledObject(paywallFields(), otherwise));
 }
 
-/// The same with values of the second of two products changed.
+/// As above, with values of the second of two products changed.
 Names missingWithProduct(const Values& otherwise) {
     return missingWith({{"paidProducts", "[" + filledObject(paidProductFields()) + "," +
                                              filledObject(paidProductFields(), otherwise) + "]"}});
@@ -139,7 +139,7 @@ TEST(PaywallValidation, ChecksNeitherColoursNorTheSelection) {
                 IsEmpty());
 }
 
-/// What validation prints; checks what it returns.
+/// Returns the output of validation and checks its result.
 std::string printedBy(const PaywallParameters& paywall) {
     testing::internal::CaptureStdout();
     const Names names = validate(paywall);

@@ -23,13 +23,13 @@ UIColor ofBytes(int red, int green, int blue, int alpha = 255) {
 struct ColourCase {
     const char* name;
     std::string_view text;
-    /// Absent where the text cannot be read.
+    /// std::nullopt if the text cannot be parsed.
     std::optional<UIColor> colour;
 };
 
 class ColourString : public testing::TestWithParam<ColourCase> {};
 
-TEST_P(ColourString, IsReadOrIsBlack) {
+TEST_P(ColourString, IsParsedOrBlack) {
     EXPECT_EQ(UIColor::read(GetParam().text), GetParam().colour);
     EXPECT_EQ(UIColor(GetParam().text), GetParam().colour.value_or(black));
 }
@@ -140,7 +140,7 @@ TEST(ColourString, MayBeVeryLong) {
     EXPECT_EQ(UIColor::read(std::string(1'000'000, 'F')), std::nullopt);
 }
 
-TEST(UIColor, IsMadeOfItsFourParts) {
+TEST(UIColor, IsConstructedFromItsFourComponents) {
     constexpr UIColor colour(0.25, 0.5, 0.75, 1);
     EXPECT_EQ(colour.red, 0.25);
     EXPECT_EQ(colour.green, 0.5);

@@ -171,7 +171,7 @@ TEST(ULIDBytes, AreKeptUnchanged) {
     EXPECT_TRUE(std::equal(bytes.begin(), bytes.end(), ulid.ulidData().begin(), ulid.ulidData().end()));
 }
 
-TEST(ULIDBytes, MustBeSixteen) {
+TEST(ULIDBytes, MustNumberSixteen) {
     const std::vector<std::uint8_t> bytes(17, 0xAB);
     const std::span<const std::uint8_t> all = bytes;
     EXPECT_EQ(ULID::fromData(all), std::nullopt);
@@ -271,7 +271,7 @@ TEST(ULIDText, ThatEndsInPaddingIsRejected) {
     EXPECT_EQ(ULID::fromString("=========================="), std::nullopt);
 }
 
-TEST(ULIDOrder, IsTheOrderOfTheBytesAndOfTheTexts) {
+TEST(ULIDOrder, MatchesTheOrderOfBytesAndTexts) {
     std::mt19937_64 generator = seededGenerator();
     for (int round = 0; round < manyTimes; ++round) {
         const ULID left = randomULID(generator);
@@ -289,7 +289,7 @@ TEST(ULIDOrder, IsTheOrderOfTheBytesAndOfTheTexts) {
     }
 }
 
-TEST(ULIDOrder, IsTheOrderOfTime) {
+TEST(ULIDOrder, MatchesTheOrderOfTime) {
     std::mt19937_64 generator = seededGenerator();
     std::uniform_int_distribution<std::uint64_t> anyMillisecond(0, (std::uint64_t{1} << 47) - 1);
     for (int round = 0; round < manyTimes; ++round) {

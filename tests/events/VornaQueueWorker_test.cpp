@@ -41,7 +41,7 @@ class QueueWorker : public testing::Test {
                                              "https://service.test/v1/config"),
         std::string(eventURL));
 
-    /// What is printed when the event is sent and, if there is an answer, completed.
+    /// The lines printed when the event is sent and, if there is an answer, completed.
     std::string printedFor(const EventData& event, std::optional<HttpAnswer> answer = std::nullopt,
                            std::string_view url = eventURL) {
         testing::internal::CaptureStdout();
@@ -106,7 +106,7 @@ TEST_P(Outcome, IsLoggedInOneLineAndNeverRetried) {
     EXPECT_EQ(printedFor(event, GetParam().answer),
               "[VornaSDK] Event Data: " + bodyOf(event) + "\n[VornaSDK] " + GetParam().line + "\n");
     EXPECT_EQ(http_->requestCount(), 1U);
-    EXPECT_EQ(list_->size(), 1U) << "listed whatever the outcome";
+    EXPECT_EQ(list_->size(), 1U) << "listed regardless of the outcome";
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Properties of every document, whatever it contains.
+/// Properties of every document, valid or not.
 
 #include <tests/fuzz/Fuzz.h>
 

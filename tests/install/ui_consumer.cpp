@@ -26,7 +26,7 @@ constexpr const char* onboarding =
     R"("actionButtonColor2":"#ff9966","titleColor":"#ffffff","headingColor":"#ffffff",)"
     R"("buttonTitleColor":"#ffffff"}])";
 
-/// What QML reads from the same library.
+/// The value that QML reads from the same library.
 QString appIDInQml() {
     QQmlEngine engine;
 #ifdef VORNA_IMPORT_PATH

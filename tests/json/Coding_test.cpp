@@ -155,7 +155,7 @@ TEST(JsonDecoding, DescribesPathExpectedAndFound) {
     EXPECT_EQ(decodingProblem("[]"), "expected an object, found an array");
 }
 
-TEST(JsonDecoding, LocatesWhatIsNotJson) {
+TEST(JsonDecoding, LocatesInvalidJson) {
     EXPECT_EQ(decodingProblem("{\n  \"a\": tru}"), "line 2, column 8: syntax error");
     EXPECT_EQ(decodingProblem("{} x"), "line 1, column 4: extra data");
     EXPECT_EQ(decodingProblem(""), "line 1, column 1: incomplete JSON");

@@ -35,7 +35,7 @@ TEST(DecodingErrorText, HasNoPathAtTheTop) {
               "expected an object, found an array");
 }
 
-TEST(DecodingErrorText, SaysThatAKeyIsMissing) {
+TEST(DecodingErrorText, ReportsAMissingKey) {
     EXPECT_EQ(describe({.path = price, .expected = "a value"}), "paidProducts[1].price: missing");
 }
 

@@ -26,7 +26,7 @@ TEST(JsonPath, QuotesKeysWithOtherCharacters) {
     EXPECT_EQ(Path{"ü"}.text(), R"(["ü"])");
 }
 
-TEST(JsonPath, StaysOnOneLineWhateverTheKey) {
+TEST(JsonPath, StaysOnOneLineForAnyKey) {
     EXPECT_EQ(Path{"a\n\"\\\x01"}.text(), R"(["a\n\"\\\u0001"])");
     EXPECT_EQ((Path{"\x7F\x7F", 2U}.text()), R"(["\u007F\u007F"][2])");
 }
@@ -43,7 +43,7 @@ TEST(JsonPath, GrowsAtBothEnds) {
     EXPECT_EQ(path, (Path{"paidProducts", 1U, "title", 3U}));
 }
 
-TEST(JsonPath, TellsAKeyFromAnIndex) {
+TEST(JsonPath, DistinguishesAKeyFromAnIndex) {
     EXPECT_NE(Path{"1"}, Path{1U});
     EXPECT_NE((Path{"a", "b"}), Path{"a.b"});
     EXPECT_NE((Path{"a", "b"}.text()), Path{"a.b"}.text());

@@ -96,7 +96,7 @@ TEST(SourceMap, ReportsParents) {
     EXPECT_EQ(map.key(2), "");
 }
 
-TEST(SourceMap, FindsOnlyWhatTheTextHas) {
+TEST(SourceMap, FindsNothingThatTheTextLacks) {
     const SourceMap map = mapOf(R"({"ab":[1],"a":{"c":2}})");
     EXPECT_EQ(map.find({}), 0U);
     EXPECT_EQ(map.find({"a"}), 3U);
@@ -115,7 +115,7 @@ TEST(SourceMap, FindsEveryPathThatItReports) {
     }
 }
 
-TEST(SourceMap, LocatesWhatIsNotJson) {
+TEST(SourceMap, LocatesInvalidJson) {
     const auto error = SourceMap::read("{\n \"ğ\": x}").error();
     EXPECT_EQ(error, (DecodingError{9, Path{}, "JSON", DecodingError::Malformed{"syntax error"}}));
     for (const char* const text :

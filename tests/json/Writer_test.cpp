@@ -81,7 +81,7 @@ TEST(JsonWriter, KeepsSixtyFourBitIntegersExact) {
               "-9223372036854775808");
 }
 
-TEST(JsonWriter, RejectsWhatJsonCannotRepresent) {
+TEST(JsonWriter, RejectsValuesThatJsonCannotRepresent) {
     std::string text;
     Writer writer(text);
     constexpr auto notFinite = EncodingError::Reason::notFinite;

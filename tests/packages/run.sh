@@ -13,7 +13,7 @@ if [ "${1:-}" != apart ]; then
             "the same files are tried from the install tree by make test (InstalledPackage.*)"
         exit 0
     fi
-    # In namespaces of their own, so that mounts and processes end with this script.
+    # In private namespaces, so that mounts and processes end with this script.
     exec unshare --mount --propagation private --pid --fork --kill-child "$0" apart
 fi
 

@@ -67,14 +67,14 @@ TEST_F(AtomicFileInAFolder, IsReplaced) {
     EXPECT_THAT(namesIn(root_), ElementsAre("file"));
 }
 
-TEST_F(AtomicFileInAFolder, IsCreatedOnce) {
+TEST_F(AtomicFileInAFolder, IsCreatedOnlyOnce) {
     EXPECT_TRUE(file_.create("one"));
     EXPECT_EQ(file_.create("two"), failure(std::errc::file_exists));
     EXPECT_EQ(contentsOf(path_), "one");
     EXPECT_THAT(namesIn(root_), ElementsAre("file"));
 }
 
-TEST_F(AtomicFileInAFolder, HasTheModeItIsGivenWhateverTheUmask) {
+TEST_F(AtomicFileInAFolder, HasTheGivenModeRegardlessOfTheUmask) {
     for (const mode_t mask : {mode_t{0}, mode_t{022}, mode_t{0277}}) {
         const mode_t former = umask(mask);
         const Written written = file_.replace("private");
@@ -125,7 +125,7 @@ TEST_F(AtomicFileInAFolder, NeedsItsFolder) {
               failure(std::errc::no_such_file_or_directory));
 }
 
-TEST_F(AtomicFileInAFolder, FollowsNoLinkInItsPlace) {
+TEST_F(AtomicFileInAFolder, DoesNotFollowALink) {
     const fs::path target = root_ / "target";
     writeFile(target, "not ours");
     fs::create_symlink(target, path_);
@@ -136,7 +136,7 @@ TEST_F(AtomicFileInAFolder, FollowsNoLinkInItsPlace) {
     EXPECT_EQ(contentsOf(path_), "new");
 }
 
-TEST_F(AtomicFileInAFolder, ReplacesNoFolder) {
+TEST_F(AtomicFileInAFolder, DoesNotReplaceAFolder) {
     fs::create_directories(path_ / "within");
     EXPECT_EQ(file_.replace(""), failure(std::errc::is_a_directory));
     EXPECT_EQ(file_.create(""), failure(std::errc::file_exists));
@@ -159,7 +159,7 @@ TEST_F(AtomicFileInAFolder, RemovesLeftoversOfKilledProcessesAndNothingElse) {
     }
 }
 
-TEST_F(AtomicFileInAFolder, LeavesWhatAnotherProcessIsStillWriting) {
+TEST_F(AtomicFileInAFolder, LeavesATemporaryFileThatAnotherProcessIsStillWriting) {
     const fs::path unfinished = root_ / leftoverName;
     writeFile(unfinished, "half a val");
     const FileDescriptor writer(open(unfinished.c_str(), O_WRONLY | O_CLOEXEC));
@@ -176,7 +176,7 @@ TEST_F(AtomicFileInAFolder, IsNotWrittenThroughALinkWithATemporaryName) {
     EXPECT_EQ(contentsOf(target), "precious");
 }
 
-TEST_F(AtomicFileInAFolder, IsTheOldOrTheNewOneAfterAKill) {
+TEST_F(AtomicFileInAFolder, HasTheOldOrTheNewContentsAfterAKill) {
     const std::string before(500'000, 'a');
     const std::string after(500'000, 'b');
     ASSERT_TRUE(file_.replace(before));
@@ -192,7 +192,7 @@ TEST_F(AtomicFileInAFolder, IsTheOldOrTheNewOneAfterAKill) {
         process.start();
         const auto until = std::chrono::steady_clock::now() + std::chrono::microseconds(500 + 137 * round);
         while (std::chrono::steady_clock::now() < until) {
-            // A sleep would end at certain moments only.
+            // A sleep would end only at certain moments.
         }
         process.kill();
         killed += process.wait() == -1 ? 1 : 0;
@@ -206,7 +206,7 @@ TEST_F(AtomicFileInAFolder, IsTheOldOrTheNewOneAfterAKill) {
     EXPECT_THAT(namesIn(root_), ElementsAre("file"));
 }
 
-TEST_F(AtomicFileInAFolder, StaysAsItIsWhenTheLimitOnFilesIsReached) {
+TEST_F(AtomicFileInAFolder, IsUnchangedAtTheLimitOnFiles) {
     ASSERT_TRUE(file_.replace("old"));
     ASSERT_NE(std::signal(SIGXFSZ, SIG_IGN), SIG_ERR);
     rlimit former{};
@@ -224,7 +224,7 @@ TEST_F(AtomicFileInAFolder, StaysAsItIsWhenTheLimitOnFilesIsReached) {
     }
 }
 
-TEST_F(AtomicFileInAFolder, StaysAsItIsOnAFullOrReadOnlyDisk) {
+TEST_F(AtomicFileInAFolder, IsUnchangedOnAFullOrReadOnlyDisk) {
     if (!SmallDisk::whyNot().empty()) {
         GTEST_SKIP() << SmallDisk::whyNot();
     }

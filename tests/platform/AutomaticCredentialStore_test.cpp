@@ -166,7 +166,7 @@ TEST_F(AutomaticStore, CopiesAnItemToTheFileOnceItIsWritable) {
     EXPECT_TRUE(comesToHold(file, "value"));
 }
 
-TEST_F(AutomaticStore, LeavesTheKeyringAloneIfTheFileHasAnItemAlready) {
+TEST_F(AutomaticStore, LeavesTheKeyringAloneIfTheFileAlreadyHasAnItem) {
     file->put(service, account, "of another process");
     EXPECT_EQ(store.add(service, account, "mine"), Unexpected(CredentialStatus::duplicateItem));
     EXPECT_TRUE(comesToHold(keyring, "of another process"));
@@ -194,7 +194,7 @@ TEST_F(AutomaticStore, KeepsTheNewIdentityWhenASlowKeyringReturnsAnOldOne) {
     EXPECT_EQ(hastyStore.read(service, account), "new");
 }
 
-TEST_F(AutomaticStore, SpendsTheTimeoutOnceForAReadAndWhatFollows) {
+TEST_F(AutomaticStore, SpendsOneTimeoutOnAReadAndTheCallsAfterIt) {
     AutomaticCredentialStore slowStore(file, keyring, milliseconds(1000));
     keyring->hold();
     const auto began = steady_clock::now();
@@ -213,7 +213,7 @@ TEST_F(AutomaticStore, NeverMakesAnAbandonedCall) {
     std::ignore = hastyStore.add(service, account, "new");
     keyring->letGo();
     ASSERT_TRUE(comesToHold(keyring, "new"));
-    // The abandoned read had begun; the rest is the repair.
+    // The abandoned read had already begun; the other calls are the repair's.
     EXPECT_THAT(keyring->operations(), ElementsAre("read", "read", "add"));
 }
 
@@ -290,7 +290,7 @@ std::ostream& operator<<(std::ostream& stream, const Outcome& outcome) {
 
 class AutomaticStoreStatus : public AutomaticStore, public ::testing::WithParamInterface<Outcome> {};
 
-TEST_P(AutomaticStoreStatus, IsThatOfTheStoreThatMayHaveTheItem) {
+TEST_P(AutomaticStoreStatus, ComesFromTheStoreThatMayHaveTheItem) {
     file->answerOnly(GetParam().file);
     keyring->answerOnly(GetParam().keyring);
     EXPECT_EQ(store.read(service, account), Unexpected(GetParam().ofReading));
@@ -314,7 +314,7 @@ INSTANTIATE_TEST_SUITE_P(
                       Outcome{"PlantedFileAndNoKeyring", planted, noKeyring, planted, planted, planted}),
     [](const auto& row) { return row.param.name; });
 
-// From here on with the real parts: a private file, gnome-keyring, and the identity stored in them.
+// The remaining tests use the real parts: a private file, gnome-keyring, and the identity stored in them.
 
 bool eventually(const std::function<bool()>& condition) {
     const auto deadline = steady_clock::now() + std::chrono::seconds(30);
@@ -510,7 +510,7 @@ TEST_F(AutomaticIdentity, DoesNotWaitForTheBusIfThereIsAFile) {
     session.thawKeyring();
 }
 
-TEST_F(AutomaticIdentity, IsTheSameForTwoProcessesThatCreateItAtOnce) {
+TEST_F(AutomaticIdentity, IsTheSameForTwoProcessesThatCreateItConcurrently) {
     const auto firstRun = [this](const std::string& busAddress) {
         support::setVariable("DBUS_SESSION_BUS_ADDRESS", busAddress);
         load(newStore());

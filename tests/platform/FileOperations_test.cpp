@@ -33,7 +33,7 @@ class MakeFolders : public testing::Test {
     const fs::path root_ = temporary_.path();
 };
 
-TEST_F(MakeFolders, MakesWhatIsMissingForTheOwnerAlone) {
+TEST_F(MakeFolders, CreatesMissingFoldersForTheOwnerOnly) {
     const mode_t before = umask(0);
     const Made made = makeFolders(root_ / ".local/share/app");
     umask(before);
@@ -46,7 +46,7 @@ TEST_F(MakeFolders, MakesWhatIsMissingForTheOwnerAlone) {
     }
 }
 
-TEST_F(MakeFolders, TakesAnyFormOfAPath) {
+TEST_F(MakeFolders, AcceptsAnyFormOfPath) {
     for (const char* const form : {"a/b/", "c//d///", "e/./f", "g/../h/i", "a/b", "."}) {
         EXPECT_TRUE(makeFolders(root_.string() + "/" + form)) << form;
         EXPECT_TRUE(fs::is_directory(root_ / form)) << form;
@@ -60,7 +60,7 @@ TEST_F(MakeFolders, TakesAnyFormOfAPath) {
     EXPECT_EQ(makeFolders(""), failure(std::errc::no_such_file_or_directory));
 }
 
-TEST_F(MakeFolders, LeavesAnExistingFolderAsItIs) {
+TEST_F(MakeFolders, LeavesAnExistingFolderUnchanged) {
     fs::create_directories(root_ / "app");
     writeFile(root_ / "app/kept", "contents");
     fs::permissions(root_ / "app", fs::perms(0755));
@@ -77,12 +77,12 @@ TEST_F(MakeFolders, FollowsLinksToFolders) {
     EXPECT_TRUE(fs::is_directory(root_ / "elsewhere/a/b"));
 }
 
-TEST_F(MakeFolders, StopsAtADanglingLink) {
+TEST_F(MakeFolders, FailsAtADanglingLink) {
     fs::create_symlink("/nonexistent/x", root_ / "link");
     for (const char* const path : {"link", "link/", "link/y", "link/y/z", "link/y/"}) {
         const Made made = makeFolders(root_ / path);
         ASSERT_FALSE(made) << path;
-        // The slash makes the kernel look behind the link.
+        // The slash makes the kernel follow the link.
         EXPECT_TRUE(made.error() == std::errc::no_such_file_or_directory ||
                     (path == std::string("link/") && made.error() == std::errc::not_a_directory))
             << path << ": " << made.error().message();
@@ -91,7 +91,7 @@ TEST_F(MakeFolders, StopsAtADanglingLink) {
     EXPECT_FALSE(fs::exists("/nonexistent"));
 }
 
-TEST_F(MakeFolders, StopsAtALoopOfLinks) {
+TEST_F(MakeFolders, FailsAtALoopOfLinks) {
     fs::create_symlink("b", root_ / "a");
     fs::create_symlink("a", root_ / "b");
     fs::create_symlink("self/x", root_ / "self");
@@ -100,7 +100,7 @@ TEST_F(MakeFolders, StopsAtALoopOfLinks) {
     }
 }
 
-TEST_F(MakeFolders, StopsAtAFile) {
+TEST_F(MakeFolders, FailsAtAFile) {
     writeFile(root_ / "file", "contents");
     for (const char* const path : {"file", "file/app", "file/app/y"}) {
         EXPECT_EQ(makeFolders(root_ / path), failure(std::errc::not_a_directory)) << path;
@@ -108,7 +108,7 @@ TEST_F(MakeFolders, StopsAtAFile) {
     EXPECT_TRUE(fs::is_regular_file(root_ / "file"));
 }
 
-TEST_F(MakeFolders, StopsAtAFolderThatMayNotBeEntered) {
+TEST_F(MakeFolders, FailsAtAFolderThatMayNotBeEntered) {
     constexpr uid_t nobody = 65534;
     fs::create_directories(root_ / "closed");
     fs::permissions(root_, fs::perms(0755));
@@ -127,7 +127,7 @@ TEST_F(MakeFolders, StopsAtAFolderThatMayNotBeEntered) {
     EXPECT_EQ(within, failure(std::errc::permission_denied));
 }
 
-TEST_F(MakeFolders, TakesNoPathThatIsTooLong) {
+TEST_F(MakeFolders, RejectsAPathThatIsTooLong) {
     EXPECT_EQ(makeFolders(root_ / std::string(300, 'x') / "a"), failure(std::errc::filename_too_long));
     std::string deep = root_;
     for (int depth = 0; depth < 3000; ++depth) {
@@ -137,7 +137,7 @@ TEST_F(MakeFolders, TakesNoPathThatIsTooLong) {
     EXPECT_FALSE(fs::exists(root_ / "x"));
 }
 
-TEST(ReadAll, StopsBeyondTheLargestSize) {
+TEST(ReadAll, FailsBeyondTheMaximumSize) {
     const TemporaryFolder temporary;
     const fs::path path = temporary.path() / "file";
     for (const std::size_t size : {std::size_t{0}, std::size_t{10}, std::size_t{100'000}}) {

@@ -24,13 +24,13 @@ TEST(Log, PrintsOneLineWithItsPrefixWhileTheSwitchIsOn) {
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "[VornaSDK] Event called  -> x\n");
 }
 
-TEST(Log, PrintsWhatAHostMustSeeWithoutPrefixEvenWhileTheSwitchIsOff) {
+TEST(Log, PrintsCriticalLinesWithoutPrefixEvenWhileTheSwitchIsOff) {
     testing::internal::CaptureStdout();
     log::always({"Error reading from Keychain: ", "-25300"});
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "Error reading from Keychain: -25300\n");
 }
 
-TEST(Log, PrintsWhatHasFailedAndTheMessageOfTheException) {
+TEST(Log, PrintsTheFailedOperationAndTheExceptionsMessage) {
     const auto printedOf = [](const auto& thrown) {
         testing::internal::CaptureStdout();
         try {

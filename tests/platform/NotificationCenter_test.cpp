@@ -139,7 +139,7 @@ TEST(NotificationCenter, WaitsForCallsOnOtherThreadsBeforeAnObservationEnds) {
     posting.join();
 }
 
-TEST(NotificationCenter, LogsAndDropsWhatAnObserverThrowsAndCallsTheNext) {
+TEST(NotificationCenter, LogsAndDropsAnObserversExceptionAndCallsTheNext) {
     NotificationCenter center;
     log::enabled = true;
     testing::internal::CaptureStdout();

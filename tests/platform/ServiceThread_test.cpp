@@ -58,7 +58,7 @@ TEST(ServiceThread, RunsItsLoopOnAThreadOfThatName) {
     EXPECT_EQ(resultOnThread(ThreadPriority::normal, name), "test-thread");
 }
 
-TEST(ServiceThread, KnowsWhetherItIsTheCurrentThread) {
+TEST(ServiceThread, RecognisesTheCurrentThread) {
     std::promise<ServiceThread*> handle;
     std::promise<bool> isCurrent;
     ServiceThread thread =
@@ -116,7 +116,7 @@ TEST(ServiceThread, DoesNotRestBeforeItsLoopReturns) {
     EXPECT_TRUE(thread.awaitRest(generousDeadline()));
 }
 
-TEST(ServiceThread, RestsAfterItsLoopHasReleasedWhatItCaptured) {
+TEST(ServiceThread, RestsAfterDestroyingItsLoopsCaptures) {
     auto captured = std::make_shared<int>();
     const std::weak_ptr<int> watch = captured;
     ServiceThread thread = started([captured = std::move(captured)](Self&) {});
@@ -124,7 +124,7 @@ TEST(ServiceThread, RestsAfterItsLoopHasReleasedWhatItCaptured) {
     EXPECT_TRUE(watch.expired());
 }
 
-TEST(ServiceThread, AwaitingRestOnTheThreadItselfReturnsAtOnce) {
+TEST(ServiceThread, AwaitingRestOnTheThreadItselfReturnsImmediately) {
     std::promise<ServiceThread*> handle;
     std::promise<bool> rests;
     ServiceThread thread = started(
@@ -139,7 +139,7 @@ TEST(ServiceThread, RestsWhenParked) {
     EXPECT_TRUE(thread.awaitRest(generousDeadline()));
 }
 
-TEST(ServiceThread, ReleasingTheHandleRequestsAStopAndWaitsForNothing) {
+TEST(ServiceThread, ReleasingTheHandleRequestsAStopWithoutWaiting) {
     std::promise<void> isReleased;
     std::promise<bool> wasStopped;
     {
@@ -153,7 +153,7 @@ TEST(ServiceThread, ReleasingTheHandleRequestsAStopAndWaitsForNothing) {
     EXPECT_TRUE(wasStopped.get_future().get());
 }
 
-TEST(ServiceThread, AssignmentReleasesTheThreadThatTheHandleHad) {
+TEST(ServiceThread, AssignmentReleasesTheFormerThread) {
     std::promise<void> firstStopped;
     std::promise<bool> wasSecondStopped;
     std::promise<void> released;
@@ -171,7 +171,7 @@ TEST(ServiceThread, AssignmentReleasesTheThreadThatTheHandleHad) {
     thread.join();
 }
 
-TEST(ServiceThread, JoinStopsItAndWaitsUntilItHasEnded) {
+TEST(ServiceThread, JoinStopsItAndWaitsForItsEnd) {
     bool hasEnded = false;
     ServiceThread thread = started([&](Self& self) {
         self.sleepFor(1h);
@@ -183,7 +183,7 @@ TEST(ServiceThread, JoinStopsItAndWaitsUntilItHasEnded) {
     thread.join();
 }
 
-TEST(ServiceThread, JoinOnTheThreadItselfReturnsAtOnce) {
+TEST(ServiceThread, JoinOnTheThreadItselfReturnsImmediately) {
     std::promise<std::unique_ptr<ServiceThread>> handle;
     std::promise<bool> wasStopped;
     handle.set_value(std::make_unique<ServiceThread>(started([&](Self& self) {
@@ -200,7 +200,7 @@ TEST(ServiceThread, BlocksAllSignalsExceptFaults) {
         pthread_sigmask(SIG_SETMASK, nullptr, &mask);
         std::vector<int> numbers;
         for (int number = 1; number <= SIGRTMAX; ++number) {
-            // Numbers that the C library keeps for itself cannot be blocked.
+            // Signals reserved by the C library cannot be blocked.
             if ((number < SIGSYS + 1 || number >= SIGRTMIN) && sigismember(&mask, number) == 1) {
                 numbers.push_back(number);
             }
@@ -223,7 +223,7 @@ TEST(ServiceThread, BlocksAllSignalsExceptFaults) {
     EXPECT_EQ(onThread, expected);
 }
 
-TEST(ServiceThread, SeesAClosedPipeAsAnError) {
+TEST(ServiceThread, ReportsAClosedPipeAsAnError) {
     const auto writeError = [] {
         std::array<int, 2> ends{};
         if (pipe(ends.data()) != 0) {
@@ -253,7 +253,7 @@ TEST(ServiceThread, OfLowPriorityIsNotRaisedInAHostOfLowerPriority) {
     EXPECT_EQ(resultOnThread(ThreadPriority::low, niceness), 19);
 }
 
-/// The exit of a process of its own. It is killed if it takes so long that only a hang explains it.
+/// Tests the exit of a separate process, which is killed if it takes so long that it must have hung.
 class ServiceThreadDeathTest : public testing::Test {
   protected:
     ServiceThreadDeathTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
@@ -288,7 +288,7 @@ class ServiceThreadDeathTest : public testing::Test {
     static inline Clock::time_point exitBegan_;
 };
 
-TEST_F(ServiceThreadDeathTest, ExitStopsEveryThreadAndWaitsForItsRest) {
+TEST_F(ServiceThreadDeathTest, ExitStopsEveryThreadAndWaitsForIt) {
     const auto leave = [] {
         static std::atomic<int> restedCount = 0;
         checkAfterRest([] { return restedCount == 3; });
@@ -304,7 +304,7 @@ TEST_F(ServiceThreadDeathTest, ExitStopsEveryThreadAndWaitsForItsRest) {
     EXPECT_EXIT(leave(), testing::ExitedWithCode(0), "");
 }
 
-/// Such as OpenSSL's state of a thread: to be destroyed before OpenSSL itself.
+/// Like OpenSSL's per-thread state, which must be destroyed before OpenSSL itself.
 struct ThreadLocalObject {
     ~ThreadLocalObject() {
         std::this_thread::sleep_for(100ms);
@@ -349,7 +349,7 @@ TEST_F(ServiceThreadDeathTest, ExitDoesNotWaitLongForAThreadThatDoesNotRest) {
         checkAfterRest([] { return sinceExit() >= 80ms && sinceExit() < 1s; });
         std::promise<void> begun;
         ServiceThread thread = started([&](Self& self) {
-            // What was vital and is over does not count.
+            // Vital work that has ended does not count.
             { const Self::Vital vital(self); }
             begun.set_value();
             std::this_thread::sleep_for(1h);
@@ -360,7 +360,7 @@ TEST_F(ServiceThreadDeathTest, ExitDoesNotWaitLongForAThreadThatDoesNotRest) {
     EXPECT_EXIT(leave(), testing::ExitedWithCode(0), "");
 }
 
-TEST_F(ServiceThreadDeathTest, ExitWaitsLongerForWhatIsVital) {
+TEST_F(ServiceThreadDeathTest, ExitWaitsLongerForVitalWork) {
     const auto leave = [] {
         checkAfterRest([] { return flag_.load() && sinceExit() >= 80ms; });
         std::promise<void> begun;
@@ -379,7 +379,7 @@ TEST_F(ServiceThreadDeathTest, ExitWaitsLongerForWhatIsVital) {
     EXPECT_EXIT(leave(), testing::ExitedWithCode(0), "");
 }
 
-TEST_F(ServiceThreadDeathTest, ExitLeavesBehindWhatIsVitalForTooLong) {
+TEST_F(ServiceThreadDeathTest, ExitAbandonsVitalWorkThatTakesTooLong) {
     const auto leave = [] {
         checkAfterRest([] { return sinceExit() >= 1080ms; });
         std::promise<void> begun;
@@ -394,7 +394,7 @@ TEST_F(ServiceThreadDeathTest, ExitLeavesBehindWhatIsVitalForTooLong) {
     EXPECT_EXIT(leave(), testing::ExitedWithCode(0), "");
 }
 
-TEST_F(ServiceThreadDeathTest, ExitTakesAParkedThreadAsResting) {
+TEST_F(ServiceThreadDeathTest, ExitCountsAParkedThreadAsResting) {
     const auto leave = [] {
         checkAfterRest([] { return flag_ && sinceExit() < 1s; });
         ServiceThread thread = started([](Self& self) {
@@ -431,7 +431,7 @@ TEST_F(ServiceThreadDeathTest, NoThreadStartsOnceExitHasBegun) {
     EXPECT_EXIT(leave(), testing::ExitedWithCode(0), "");
 }
 
-TEST_F(ServiceThreadDeathTest, JoinWaitsForNothingOnceExitHasBegun) {
+TEST_F(ServiceThreadDeathTest, JoinDoesNotWaitOnceExitHasBegun) {
     const auto leave = [] {
         static std::optional<ServiceThread> thread;
         checkAfterRest([] {

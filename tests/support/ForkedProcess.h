@@ -39,7 +39,7 @@ class ForkedProcess {
             close(pipe[1]);
             const std::string message = readAll(pipe[0]);
             close(pipe[0]);
-            std::exit(function(message));  // NOLINT(concurrency-mt-unsafe): the process that was just made
+            std::exit(function(message));  // NOLINT(concurrency-mt-unsafe): the process just created
         }
         close(pipe[0]);
         starter_ = pipe[1];

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A credential store in memory.
+/// A fake credential store in memory.
 ///
 /// Knobs, to be turned at any time:
 ///   put, take          what is stored, without a call being recorded
@@ -37,7 +37,7 @@ class InMemoryCredentialStore final : public CredentialStore {
         std::string operation;
         std::string service;
         std::string account;
-        /// What was to be added.
+        /// The value passed to `add`.
         std::string value;
         std::thread::id thread;
     };
@@ -60,7 +60,7 @@ class InMemoryCredentialStore final : public CredentialStore {
 
     void addStatus(std::optional<CredentialStatus> status) { set(addStatus_, status); }
 
-    /// All three at once.
+    /// Sets all three.
     void answerOnly(std::optional<CredentialStatus> status) {
         readStatus(status);
         removeStatus(status);
@@ -103,7 +103,7 @@ class InMemoryCredentialStore final : public CredentialStore {
         calls_.clear();
     }
 
-    /// Waits for what another thread does to this store. False when it has not happened within half a minute.
+    /// Waits for another thread's effect on this store. False if it does not occur within half a minute.
     bool waitUntil(const std::function<bool(const InMemoryCredentialStore&)>& condition) const {
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
         while (true) {
@@ -167,7 +167,7 @@ class InMemoryCredentialStore final : public CredentialStore {
         knob = status;
     }
 
-    /// Those that wait for a change look again only after the operation is done: they need the lock.
+    /// Threads waiting for a change check again only after the operation: they need the lock.
     void enter(std::unique_lock<std::mutex>& lock, Call call) {
         calls_.push_back(std::move(call));
         ++changes_;

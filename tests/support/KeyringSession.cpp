@@ -44,7 +44,7 @@ using Connection = glib::Object<GDBusConnection>;
     throw std::runtime_error("keyring session: " + what);
 }
 
-/// Polls for a condition that another process fulfils without notice.
+/// Polls for a condition that another process fulfils without notification.
 void waitUntil(const char* what, const std::function<bool()>& condition) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     while (!condition()) {
@@ -105,7 +105,7 @@ pid_t spawn(const std::vector<std::string>& arguments, int standardInput, int st
     const pid_t parent = getpid();
     const pid_t process = fork();
     if (process == 0) {
-        // A test that crashes leaves nothing behind.
+        // Even a crashing test leaves nothing behind.
         prctl(PR_SET_PDEATHSIG, SIGKILL);
         if (getppid() == parent && dup2(standardInput, 0) >= 0 && dup2(standardOutput, 1) >= 0 &&
             dup2(silence, 2) >= 0) {

@@ -9,10 +9,10 @@
 
 namespace vorna::support {
 
-/// It is mounted where only the test's own process sees it, and gone with it.
+/// Mounted where only the test's process sees it; it disappears with the process.
 class SmallDisk {
   public:
-    /// Empty when this system lets the test mount something; otherwise why it does not.
+    /// Returns why this system does not let the test mount anything; empty if it does.
     static std::string whyNot();
 
     SmallDisk();
@@ -24,7 +24,7 @@ class SmallDisk {
 
     const std::filesystem::path& path() const { return path_; }
 
-    /// Fills the disk but for this many pages of 4096 bytes.
+    /// Fills the disk except for this many pages of 4096 bytes.
     void fillUpTo(std::size_t pagesLeft) const;
 
     void makeReadOnly() const;

@@ -120,7 +120,8 @@ StartedProgram::End StartedProgram::end(int signal) {
     }
     while (readMore()) {
     }
-    // The pipe ends with the program. If it only went silent, the program hangs and is killed to show it.
+    // The pipe ends with the program. If it has only gone silent, the program hangs and is killed, which its
+    // status shows.
     if (pollfd state{output_.number(), POLLIN, 0}; poll(&state, 1, 0) == 0) {
         kill(process_, SIGKILL);
     }

@@ -30,7 +30,7 @@ class StartedProgram {
     StartedProgram& operator=(StartedProgram&&) = delete;
     ~StartedProgram();
 
-    /// The next output line that contains `text`. Absent if the output ends first, or after a generous
+    /// The next output line that contains `text`. std::nullopt if the output ends first, or after a generous
     /// timeout.
     [[nodiscard]] std::optional<std::string> waitForLine(std::string_view text);
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A folder of a test's own, gone with its end; and what tests do with files.
+/// A private folder for a test, removed at its end; and file helpers for tests.
 
 #include <cstdlib>
 #include <filesystem>
@@ -24,7 +24,7 @@ inline std::string contentsOf(const std::filesystem::path& path) {
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-/// The names in a folder, in no order; none when there is no folder.
+/// The names in a folder, in no particular order; none if the folder does not exist.
 inline std::vector<std::string> namesIn(const std::filesystem::path& folder) {
     std::vector<std::string> names;
     std::error_code none;
@@ -56,7 +56,7 @@ class TemporaryFolder {
 
     const std::filesystem::path& path() const { return path_; }
 
-    /// Writes a file below the folder, with the folders on its way, and returns its path.
+    /// Writes a file below the folder, creating the folders in between, and returns its path.
     // NOLINTNEXTLINE(modernize-use-nodiscard): written for its effect as often as for its path
     std::filesystem::path write(const std::filesystem::path& name, std::string_view contents) const {
         std::filesystem::path file = path_ / name;
@@ -65,7 +65,7 @@ class TemporaryFolder {
         return file;
     }
 
-    /// The same atomically: readers and watchers see either the old file or the new one.
+    /// As above, atomically: readers and watchers see either the old file or the new one.
     void replace(const std::filesystem::path& name, std::string_view contents) const {
         const std::filesystem::path file = path_ / name;
         std::filesystem::create_directories(file.parent_path());

@@ -13,7 +13,7 @@ std::u32string upperCaseOf(char32_t codePoint) {
     return {upper.begin(), upper.end()};
 }
 
-TEST(CodePoints, HaveAnUpperCaseOfOneOrSeveral) {
+TEST(CodePoints, HaveAnUpperCaseOfOneOrMoreCodePoints) {
     EXPECT_EQ(upperCaseOf(U'a'), U"A");
     EXPECT_EQ(upperCaseOf(U'A'), U"A");
     EXPECT_EQ(upperCaseOf(U'7'), U"7");

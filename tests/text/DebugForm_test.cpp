@@ -19,7 +19,7 @@ TEST(DebugForm, QuotesTextsAndSeparatesThem) {
               "[\"heading\", \"\", \"paidProducts (boş)\"]");
 }
 
-TEST(DebugForm, EscapesWhatWouldEndTheTextOrTheLine) {
+TEST(DebugForm, EscapesCharactersThatWouldEndTheTextOrTheLine) {
     EXPECT_EQ(debugForm("a\"b\\c'/"sv), R"("a\"b\\c'/")");
     EXPECT_EQ(debugForm("\0\n\r\t\x1B\x7F"sv), R"("\0\n\r\t\u{1B}\u{7F}")");
     EXPECT_EQ(debugForm("ğ😀"sv), "\"ğ😀\"");

@@ -34,7 +34,7 @@ TEST(Whitespace, IsTrimmedAtBothEndsAndKeptInside) {
     EXPECT_EQ(trimmed("ğ \u1680"), "ğ");
 }
 
-TEST(Whitespace, IsNotWhatOnlyLooksLikeIt) {
+TEST(Whitespace, ExcludesCharactersThatOnlyLookLikeIt) {
     for (const char* const text :
          {"\u200B", "\u180E", "\uFEFF", "\u2060", "\u00AD", "\x1C", "\x1F", "\x7F"}) {
         EXPECT_FALSE(isBlank(text));
@@ -43,7 +43,7 @@ TEST(Whitespace, IsNotWhatOnlyLooksLikeIt) {
     EXPECT_FALSE(isBlank("\0"sv));
 }
 
-TEST(Whitespace, IsNoneOfTheInvalidBytes) {
+TEST(Whitespace, ExcludesInvalidBytes) {
     EXPECT_EQ(trimmed(" \x85 "), "\x85") << "a lone byte";
     EXPECT_EQ(trimmed("\xC2"), "\xC2");
     EXPECT_EQ(trimmed("\x80\xA8\xE2\x80 "), "\x80\xA8\xE2\x80");

@@ -24,7 +24,7 @@ using support::ScreenHost;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Records the notifications of the application's life cycle, by short names.
+/// Records the notifications of the application's lifecycle, by short names.
 class Life {
   public:
     Life() {
@@ -52,7 +52,7 @@ class Life {
 
 class ApplicationSignals : public testing::Test {
   protected:
-    /// As a window system would report it; the one of the tests never hides applications.
+    /// As a window system would report it; the one used in tests never hides applications.
     static void become(Qt::ApplicationState state) { Q_EMIT qGuiApp->applicationStateChanged(state); }
 
     Life life;
@@ -112,7 +112,7 @@ TEST(ApplicationSignalsInTheFirstTurn, WaitForTheHostToInitialise) {
     EXPECT_THAT(life.take(), ElementsAre("launched")) << "no window could be active";
 }
 
-TEST(MemoryPressure, IsSilentWithoutSupportOfTheKernel) {
+TEST(MemoryPressure, IsSilentWithoutKernelSupport) {
     int warnings = 0;
     const MemoryPressure absent([&] { ++warnings; }, "/proc/there/is/none");
     const MemoryPressure refused([&] { ++warnings; }, "/proc/version");

@@ -20,7 +20,7 @@ DeviceMetadata metadataOfAnEvent() {
     return RecordedEvents::take().back().deviceData;
 }
 
-TEST(SystemReports, GiveEventsTheSizeOfTheWindow) {
+TEST(SystemReports, SetTheScreenSizeInEvents) {
     const RecordedEvents platform;
     ScreenHost host({390, 844});
     const DeviceMetadata before = metadataOfAnEvent();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// What every program's command line has in common: --help, --version, mistakes, exit statuses.
+/// The common parts of every program's command line: --help, --version, mistakes, exit statuses.
 
 #include <vorna/base/Result.h>
 
@@ -27,7 +27,8 @@ struct EarlyExit {
 /// Adds --version to the options declared in `app`, then parses the command line.
 [[nodiscard]] Result<void, EarlyExit> parse(CLI::App& app, int argumentCount, const char* const* arguments);
 
-/// A mistake on the command line that parsing alone does not find; the program's name goes before `text`.
+/// Reports a mistake on the command line that parsing alone does not find; the program's name goes before
+/// `text`.
 [[nodiscard]] Unexpected<EarlyExit> mistake(const CLI::App& app, std::string_view text);
 
 /// Prints the output and returns the status.

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// What a program prints, line by line. Each line is flushed, so that a program reading our output sees it at
-/// once; a reader that has gone away is ignored.
+/// Line-by-line output of a program. Each line is flushed, so that a program reading our output sees it
+/// immediately; a reader that has gone away is ignored.
 
 #include <string_view>
 

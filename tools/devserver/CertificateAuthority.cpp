@@ -131,7 +131,7 @@ void setCommonName(X509* certificate, std::string_view name) {
             "set the name \"" + text + "\"");
 }
 
-// `value` must be a constant of ours: the notation would let a caller's text add more than one entry.
+// `value` must be one of our constants: the notation would let a caller's text add more than one entry.
 void addExtension(X509* certificate, X509* issuer, int kind, const char* value) {
     X509V3_CTX context{};
     X509V3_set_ctx_nodb(&context);

@@ -27,8 +27,8 @@ struct CertificateWithKey {
     std::string privateKey;
 };
 
-/// A certificate authority with a root of its own that issues server certificates (ECDSA, P-256). Clients
-/// that trust `certificate()` accept them.
+/// A certificate authority with its own root that issues server certificates (ECDSA, P-256). Clients that
+/// trust `certificate()` accept them.
 ///
 /// A value: copies share no state. Every function throws std::runtime_error, naming the step, if OpenSSL
 /// fails.

@@ -14,7 +14,7 @@ std::string describe(const ConfigFileError& error) {
            (unreadable != nullptr ? unreadable->message() : describe(std::get<DocumentError>(error.reason)));
 }
 
-// Read anew for every request: no comparison of date and size notices every edit, and the file is small.
+// Reread for every request: comparing date and size would miss some edits, and the file is small.
 Result<std::string, ConfigFileError> ConfigFile::read() const {
     std::error_code error;
     const std::filesystem::file_status status = std::filesystem::status(path_, error);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// What the server prints.
+/// The server's output.
 
 #include <cstddef>
 #include <functional>

@@ -72,7 +72,7 @@ Result<void, JournalError> EventJournal::append(std::string_view document) {
             continue;
         }
         JournalError error = lastError();
-        // Half a document would spoil the next line too.
+        // A partial document would corrupt the next line too.
         error.isLastLineIncomplete =
             isFile && rest.size() < line.size() && ::ftruncate(file_.number(), before.st_size) != 0;
         return Unexpected(std::move(error));

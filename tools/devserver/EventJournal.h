@@ -25,11 +25,11 @@ struct JournalError {
 /// Holds one JSON document per line.
 class EventJournal {
   public:
-    /// Opens the file; creates it and its folder if need be. Throws std::runtime_error if it cannot be
+    /// Opens the file; creates it and its folder if necessary. Throws std::runtime_error if it cannot be
     /// written.
     explicit EventJournal(std::filesystem::path path);
 
-    /// Appends `document`, which contains no line break, as one line: all of it or nothing. A file that has
+    /// Appends `document`, which contains no line break, as one complete line or not at all. A file that has
     /// been deleted or moved in the meantime is created again.
     [[nodiscard]] Result<void, JournalError> append(std::string_view document);
 

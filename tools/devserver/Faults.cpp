@@ -152,7 +152,7 @@ std::string_view textOf(FaultRule rule) {
     case FaultRule::locationNeedsStatus:
         return "location: needs a status";
     case FaultRule::oneActionOnly:
-        return "a fault has one of status or body, drop, reset and hang";
+        return "a fault has only one of status or body, drop, reset and hang";
     case FaultRule::cutBodyNeedsBody:
         return "cutBody: there is no body to cut";
     case FaultRule::statusAllowsBody:
@@ -202,7 +202,7 @@ std::string describe(const FaultError& error) {
         std::string operator()(const DocumentError& document) const { return describe(document); }
 
         std::string operator()(const UnknownFaultKey& unknownKey) const {
-            return "a fault has no \"" + printable(unknownKey.key) + "\"";
+            return "unknown key \"" + printable(unknownKey.key) + "\"";
         }
 
         std::string operator()(FaultRule rule) const { return std::string(textOf(rule)); }

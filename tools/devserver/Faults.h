@@ -16,7 +16,7 @@
 
 namespace vorna::devserver {
 
-/// What a fault does to a request: the service does its work, perhaps later.
+/// The effect of a fault on a request: the service does its work, perhaps later.
 struct HandleAsUsual {};
 
 struct AnswerWith {
@@ -28,7 +28,7 @@ struct AnswerWith {
 /// Closes the connection without an answer.
 struct DropConnection {};
 
-/// The same with a TCP reset.
+/// As above, with a TCP reset.
 struct ResetConnection {};
 
 /// Neither answers nor closes the connection.
@@ -45,7 +45,7 @@ struct Fault {
     bool cutBody = false;  ///< announces the whole body, sends half of it and closes
 };
 
-/// What a fault must fulfil as a whole.
+/// Requirements on a whole fault.
 enum class FaultRule {
     pathBeginsWithSlash,
     pathIsNotControl,

@@ -18,8 +18,8 @@ namespace {
 namespace json = boost::json;
 
 // NOLINTBEGIN(readability-identifier-naming, readability-convert-member-functions-to-static): the parser's
-// names. Collects the keys of the outermost object as they are written: a parsed object no longer shows that
-// a key was repeated.
+// names. Collects the keys of the outermost object as they are written: a parsed object no longer reveals
+// repeated keys.
 struct OutermostKeys {
     static constexpr std::size_t max_object_size = std::numeric_limits<std::size_t>::max();
     static constexpr std::size_t max_array_size = std::numeric_limits<std::size_t>::max();

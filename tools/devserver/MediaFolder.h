@@ -24,8 +24,8 @@ class MediaFolder {
     explicit MediaFolder(const std::filesystem::path& folder);
 
     /// Opens the file with that name: the part of the URL after "/media/", still percent-encoded. Returns
-    /// std::nullopt if there is no such file or it is outside the folder, be it by "..", an encoded slash or
-    /// a symbolic link.
+    /// std::nullopt if there is no such file or it is outside the folder, whether by "..", an encoded slash
+    /// or a symbolic link.
     [[nodiscard]] std::optional<MediaFile> open(std::string_view name) const;
 
   private:

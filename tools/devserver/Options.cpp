@@ -19,7 +19,7 @@ constexpr const char* footer =
     "  status=CODE     answer with that status, and with location=URL and body=TEXT if given\n"
     "  body=TEXT       answer with that text; must be last, may contain commas\n"
     "  drop            close the connection without an answer\n"
-    "  reset           the same with a TCP reset\n"
+    "  reset           close it with a TCP reset\n"
     "  hang            never answer and keep the connection open\n"
     "  cutBody         announce the whole body, send half of it and close\n"
     "  delay=MS        wait first; alone or with any of the others\n"
@@ -52,7 +52,7 @@ Result<Options, tools::EarlyExit> readOptions(int argumentCount, const char* con
                                     "Serve plain HTTP instead of HTTPS; loopback addresses only");
     auto* const name =
         app.add_option("--name", options.names,
-                       "Further host name or address in the generated certificate (repeatable)")
+                       "Additional host name or address in the generated certificate (repeatable)")
             ->type_name("NAME")
             ->expected(1)
             ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);

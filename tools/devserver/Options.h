@@ -21,7 +21,7 @@ struct Options {
     std::string address = "127.0.0.1";
     std::uint16_t port = 8443;  ///< 0: any free port
     bool plainHttp = false;
-    std::vector<std::string> names;                    ///< further names and addresses in our own certificate
+    std::vector<std::string> names;  ///< additional names and addresses in our own certificate
     std::optional<std::filesystem::path> certificate;  ///< instead of our own; given together with `key`
     std::optional<std::filesystem::path> key;
     std::filesystem::path events;  ///< in `state` unless given

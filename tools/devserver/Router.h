@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// What the service does with each request.
+/// The service's handling of each request.
 
 #include <tools/devserver/Answer.h>
 #include <tools/devserver/ConfigFile.h>
@@ -39,9 +39,9 @@ struct Outcome {
 
 /// Handles every path of the service, independently of the network.
 ///
-/// A fault that answers, drops, resets or holds replaces the service: nothing is checked or recorded. With
-/// one that only delays or cuts the body the service does its work: an event is recorded at once, whatever
-/// happens to its answer.
+/// A fault that answers, drops, resets or hangs replaces the service: nothing is checked or recorded. With
+/// one that only delays or cuts the body the service does its work: an event is recorded immediately, even if
+/// its answer is lost.
 ///
 /// For one thread. Everything passed to the constructor must outlive the router.
 class Router {

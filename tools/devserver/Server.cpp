@@ -53,7 +53,7 @@ constexpr std::size_t chunkBytes = 64UL * 1024;
 using PlainStream = beast::tcp_stream;
 using TlsStream = beast::ssl_stream<beast::tcp_stream>;
 
-// What connections need of the server.
+// The parts of the server that connections need.
 struct Host {
     Router& router;
     Statistics& statistics;
@@ -338,7 +338,7 @@ ssl::context tlsContext(const TlsFiles& files) {
     ssl::context context(ssl::context::tls_server);
     SSL_CTX_set_min_proto_version(context.native_handle(), TLS1_2_VERSION);
     SSL_CTX_set_alpn_select_cb(context.native_handle(), chooseProtocol, nullptr);
-    // A key with a passphrase is refused; there is nobody to type it.
+    // A key with a passphrase is rejected; there is no one to type it.
     context.set_password_callback([](std::size_t, ssl::context::password_purpose) { return std::string(); });
     error_code error;
     context.use_certificate_chain_file(files.certificate.string(), error);
@@ -426,7 +426,7 @@ class Server::Network {
                 return;
             }
             if (error) {
-                // Out of descriptors, most likely. Retrying at once would only spin.
+                // Out of descriptors, most likely. Retrying immediately would only spin.
                 constexpr std::chrono::milliseconds retryDelay{50};
                 acceptTimer_.expires_after(retryDelay);
                 acceptTimer_.async_wait([this](error_code aborted) {
@@ -445,7 +445,7 @@ class Server::Network {
         error_code error;
         const tcp::endpoint peer = socket.remote_endpoint(error);
         if (error) {
-            return;  // gone already
+            return;  // already gone
         }
         socket.set_option(tcp::no_delay(true), error);
         const bool fromLoopback = isLoopback(peer.address());

@@ -30,8 +30,8 @@ struct ServerSettings {
 /// Accepts connections, speaks HTTP/1.1 over TLS 1.2 or newer (or without TLS), and carries out what the
 /// router decides.
 ///
-/// Everything runs on the thread that calls run(), the router included. Nothing that a peer sends affects
-/// more than its own connection.
+/// Everything runs on the thread that calls run(), the router included. A peer can affect only its own
+/// connection.
 class Server {
   public:
     /// Starts listening. Throws std::runtime_error, with a message for the user, if it cannot listen on the

@@ -17,10 +17,10 @@ struct ServerIdentity {
     std::filesystem::path key;          ///< of the server
 };
 
-/// Loads the identity in `folder` (ca.pem, ca.key, server.pem, server.key), so that a client configured once
-/// stays configured. Replaces files that are missing, unreadable, expired at `now`, or do not name localhost,
-/// both loopback addresses and `furtherNames` (DNS names or addresses); the authority only if it is itself
-/// missing, unreadable or expired. Throws std::runtime_error if a file cannot be written.
+/// Loads the identity in `folder` (ca.pem, ca.key, server.pem, server.key), so that a client need be
+/// configured only once. Replaces files that are missing, unreadable, expired at `now`, or do not name
+/// localhost, both loopback addresses and `furtherNames` (DNS names or addresses); the authority only if it
+/// is itself missing, unreadable or expired. Throws std::runtime_error if a file cannot be written.
 [[nodiscard]] ServerIdentity serverIdentity(const std::filesystem::path& folder,
                                             const std::vector<std::string>& furtherNames,
                                             std::chrono::system_clock::time_point now);

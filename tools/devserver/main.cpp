@@ -35,8 +35,8 @@ void raiseDescriptorLimit() {
     }
 }
 
-// The names in our own certificate besides the loopback ones: those given, and the address we listen on if it
-// is a specific one.
+// The names in our own certificate other than loopback: those given, and the address we listen on if it is a
+// specific one.
 std::vector<std::string> certificateNames(const Options& options) {
     std::vector<std::string> names = options.names;
     if (options.address != "0.0.0.0" && options.address != "::") {

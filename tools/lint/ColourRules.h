@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Rules about colours: whether they are valid, present, and far enough from their background.
+/// Rules about colours: whether they are valid, present, and contrast enough with their background.
 
 #include <tools/lint/Rules.h>
 

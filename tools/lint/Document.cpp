@@ -184,7 +184,7 @@ std::optional<std::int64_t> Document::delay(const Object& object) const {
     const auto member = object.members.find(delayKey);
     const std::string value =
         member == object.members.end() ? "null" : std::string(map_->valueText(member->second));
-    // Leaves it to the library what a delay is; the field is the same in every document.
+    // Leaves the definition of a delay to the library; the field is the same in every document.
     const auto decoded = PaywallParameters::decode("{\"" + std::string(delayKey) + "\":" + value + "}");
     return decoded ? std::optional(decoded->exitButtonDelay) : std::nullopt;
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A document taken apart for the rules.
+/// A document, parsed for the rules.
 
 #include <tools/lint/Fields.h>
 
@@ -33,7 +33,7 @@ enum class ScreenKind { paywall, basicStep, paywallStep, unknownStep };
 struct Object {
     RecordType type = RecordType::paywall;
     std::size_t entry = 0;
-    /// Without those that a duplicate key supersedes.
+    /// Except those superseded by a duplicate key.
     std::map<std::string, std::size_t, std::less<>> members;
 };
 
@@ -53,7 +53,7 @@ struct Screen {
     }
 };
 
-/// Refers to the text, which must outlive it. A text with errors is taken apart as far as possible.
+/// Refers to the text, which must outlive it. A text with errors is parsed as far as possible.
 class Document {
   public:
     /// By default, an object is a paywall and an array an onboarding.
@@ -80,7 +80,7 @@ class Document {
 
     /// The decoded text of a string; std::nullopt for any other value.
     [[nodiscard]] std::optional<std::string> string(std::size_t number) const;
-    /// The same of a member; std::nullopt also if there is no such member.
+    /// As above, for a member; std::nullopt also if there is no such member.
     [[nodiscard]] std::optional<std::string> string(const Object& object, std::string_view key) const;
     /// Whether the screen treats the member as absent: no such member, null, empty text or an empty list.
     [[nodiscard]] bool isEmpty(const Object& object, std::string_view key) const;

@@ -26,7 +26,7 @@ struct Finding {
     /// The rule's; a constant of the program.
     std::string_view code;
     Severity severity = Severity::error;
-    /// Empty for the document as a whole.
+    /// Empty for the whole document.
     json::Path path;
     /// In bytes from 0.
     std::size_t offset = 0;

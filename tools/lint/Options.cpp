@@ -13,7 +13,7 @@ namespace {
 
 constexpr const char* description = "Checks documents that describe a paywall (a JSON object) or an "
                                     "onboarding (a JSON array):\n"
-                                    "reports screens that will not be shown, and what will look wrong.";
+                                    "reports screens that will not be shown or will look wrong.";
 
 constexpr const char* footer = "Exit status: 0 without findings, 1 with findings, 2 if a file cannot be "
                                "read or the command line is wrong.";

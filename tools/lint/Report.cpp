@@ -37,7 +37,7 @@ std::string counted(std::size_t number, std::string_view noun) {
     return std::to_string(number).append(" ").append(noun).append(number == 1 ? "" : "s");
 }
 
-/// Keeps a finding on its line whatever the names of keys and files.
+/// Keeps a finding on one line for any names of keys and files.
 std::string onOneLine(std::string_view text) {
     std::string line = utf8::repaired(text);
     std::replace_if(

@@ -17,7 +17,7 @@ struct CheckedDocument {
     Verdict verdict;
 };
 
-/// A line for each finding, "file:line:column: severity: path: message [code]", and one with their number;
+/// A line for each finding, "file:line:column: severity: path: message [code]", and one with the totals;
 /// empty without a document.
 [[nodiscard]] std::string humanReport(std::span<const CheckedDocument> documents);
 

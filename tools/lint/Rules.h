@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The rules that documents are checked by.
+/// The rules against which documents are checked.
 
 #include <tools/lint/Document.h>
 #include <tools/lint/Finding.h>
@@ -24,7 +24,7 @@ class Reporter {
     /// Sets the rule of the following findings.
     void setRule(std::string_view code, Severity severity);
 
-    /// Reports the document as a whole.
+    /// Reports the whole document.
     void atOffset(std::size_t offset, std::string message);
     /// Reports a value of the document.
     void atEntry(std::size_t entry, std::string message);

@@ -12,7 +12,7 @@
 
 namespace vorna::preview {
 
-/// Holds what the second window shows.
+/// Holds the contents of the second window.
 class Board : public QObject {
     Q_OBJECT
     Q_PROPERTY(QString document READ document CONSTANT)

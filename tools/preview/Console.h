@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// What the program prints, in addition to tools/common/Console.h.
+/// Output of the program in addition to tools/common/Console.h.
 
 #include <tools/lint/Lint.h>
 
@@ -13,7 +13,7 @@ inline constexpr const char* programName = "vorna-preview";
 
 void printError(const std::string& message);
 
-/// Prints what `vorna-lint` prints for the document.
+/// Prints the same as `vorna-lint` for the document.
 void printFindings(const std::string& file, const lint::Verdict& verdict);
 
 }  // namespace vorna::preview

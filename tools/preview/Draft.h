@@ -12,13 +12,13 @@
 
 namespace vorna::preview {
 
-/// A document as it was in its file at one moment, with its findings.
+/// A snapshot of the document in its file, with its findings.
 struct Draft {
     std::string text;
     lint::Verdict verdict;
     std::size_t steps = 0;  ///< 0 unless an onboarding
 
-    /// Whether a screen of it is not shown.
+    /// Whether errors keep any of its screens from being shown.
     [[nodiscard]] bool hasErrors() const;
 };
 

@@ -44,7 +44,7 @@ class LivePreview : public QObject {
 
     const Options options_;
     Draft draft_;
-    bool isOutdated_ = false;  ///< the document on show is older than the draft, which has errors
+    bool isOutdated_ = false;  ///< the document shown is older than the draft, which has errors
     std::vector<Device> devices_;
     std::size_t device_ = 0;
     bool hasSafeArea_ = true;

@@ -26,9 +26,8 @@ constexpr const char* description =
 constexpr const char* footer =
     "Keys: N, P next, previous device; S safe area on/off; D dark/light desktop; R reload; O restart the\n"
     "onboarding; Q quit.\n"
-    "Exit status: 0 if shown; 1 if the document has errors, so that a screen is not shown; 2 if a file "
-    "cannot\n"
-    "be read or written or the command line is wrong.";
+    "Exit status: 0 if shown; 1 if errors keep a screen from being shown; 2 if a file cannot be read or\n"
+    "written or the command line is wrong.";
 
 std::optional<double> readScale(std::string_view text) {
     const auto scale = tools::parseNumber<double>(text);

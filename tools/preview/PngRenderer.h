@@ -23,7 +23,7 @@ class PngRenderer {
 
     struct Picture {
         QImage image;
-        bool isOfDocument = false;  ///< rather than of the missing-fields screen or none
+        bool isOfDocument = false;  ///< rather than of the missing-fields screen or of no screen
         std::size_t step = 0;       ///< of an onboarding, as shown
     };
 

@@ -178,7 +178,7 @@ void PreviewSession::handle(const Notification& notification) {
     const bool endsPaywall = notification.name == VornaCoreSDK::PaywallScreenClosed;
     const bool endsOnboarding = notification.name == VornaCoreSDK::OnboardingScreensFinished ||
                                 notification.name == VornaCoreSDK::OnboardingScreenClosed;
-    // An empty onboarding is over before anything is shown; reopening it would repeat that forever.
+    // An empty onboarding finishes before anything is shown; reopening it would repeat that forever.
     if (!(endsPaywall || endsOnboarding) || screens() == 0 || state_ == State::leaving) {
         return;
     }

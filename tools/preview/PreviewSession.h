@@ -36,18 +36,18 @@ class PreviewSession : public QObject {
     PreviewSession& operator=(PreviewSession&&) = delete;
     ~PreviewSession() override;
 
-    /// Replaces the document on show; starts an onboarding at its first step and taps through to `step` as
+    /// Replaces the current document; starts an onboarding at its first step and taps through to `step` as
     /// far as possible. Emits `settled` when done.
     void show(const Draft& draft, std::size_t step = 0);
 
-    /// The step of the onboarding on show, counted from 0.
+    /// The current step of the onboarding, counted from 0.
     [[nodiscard]] std::size_t currentStep() const;
 
-    /// Whether a screen of the document is on show, rather than the one that lists missing fields.
+    /// Whether a screen of the document is shown, rather than the one that lists missing fields.
     [[nodiscard]] bool isDocumentShown() const;
 
   Q_SIGNALS:
-    /// The screens have come to a standstill, or none will appear.
+    /// The screens have stopped moving, or none will appear.
     void settled();
     /// The library has posted a notification: its name and user info.
     void posted(const QString& notification);

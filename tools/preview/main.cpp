@@ -50,7 +50,7 @@ void setVariableUnlessSet(const char* name, const QByteArray& value) {
 // Qt reads these variables when the application object is created.
 void prepareQt(const Options& options) {
     if (options.takesPictures()) {
-        // The same pictures on every machine, whatever its graphics driver and desktop scale.
+        // Makes pictures the same on every machine, regardless of graphics driver and desktop scale.
         setVariableUnlessSet("QT_QPA_PLATFORM", "offscreen");
         setVariableUnlessSet("QT_QUICK_BACKEND", "software");
     }
@@ -59,7 +59,7 @@ void prepareQt(const Options& options) {
     }
 }
 
-// For showing alone: nothing is recorded, sent or kept.
+// For display only: nothing is recorded, sent or kept.
 void prepareLibrary(const Options& options) {
     PlatformOptions platform;
     platform.bundleIdentifier = "vorna-preview";

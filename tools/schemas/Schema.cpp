@@ -124,7 +124,7 @@ object recordSchema(RecordType record) {
     return {{"type", "object"}, {"properties", std::move(properties)}};
 }
 
-/// What a record with this requirement must contain in order to be shown.
+/// The fields that a record with this requirement must contain in order to be shown.
 object demands(RecordType record, FieldRequirement requirement) {
     array required;
     object properties;
@@ -182,7 +182,7 @@ object paywallSchema() {
         {"description",
          "The document for ShowPaywall. This schema accepts exactly what can be decoded; its definition "
          "\"shown\" accepts what has everything the screen requires. Unknown keys are ignored; null "
-         "stands for the default."}};
+         "means the default."}};
     for (auto& member : recordSchema(RecordType::paywall)) {
         schema[member.key()] = member.value();
     }
@@ -207,16 +207,15 @@ object onboardingSchema() {
     shownStep["if"] = {{"properties", {{"type", {{"const", text(paywallStep)}}}}}};
     shownStep["then"] = demands(RecordType::step, FieldRequirement::onPaywallSteps);
     definitions["shown"] = {{"type", "array"}, {"items", reference("shownStep")}};
-    return {
-        {"$schema", "https://json-schema.org/draft/2020-12/schema"},
-        {"title", "Onboarding"},
-        {"description",
-         "The document for ShowOnboarding: the steps in the order of showing. This schema accepts exactly "
-         "what can be decoded; its definition \"shown\" accepts what has everything the screens require. "
-         "Unknown keys are ignored; null stands for the default."},
-        {"type", "array"},
-        {"items", reference("step")},
-        {"$defs", std::move(definitions)}};
+    return {{"$schema", "https://json-schema.org/draft/2020-12/schema"},
+            {"title", "Onboarding"},
+            {"description",
+             "The document for ShowOnboarding: the steps in display order. This schema accepts exactly "
+             "what can be decoded; its definition \"shown\" accepts what has everything the screens require. "
+             "Unknown keys are ignored; null means the default."},
+            {"type", "array"},
+            {"items", reference("step")},
+            {"$defs", std::move(definitions)}};
 }
 
 }  // namespace

@@ -126,8 +126,8 @@ class [[nodiscard]] Result {
 
     constexpr Error&& error() && { return std::move(checked<1>(state_)); }
 
-    /// The function's Result for the value, or the error unchanged. The function's Result has the same error
-    /// type.
+    /// Calls the function with the value and returns its Result, which has the same error type; or returns
+    /// the error unchanged.
     template <class Function>
     constexpr auto and_then(Function&& function) && {
         using Next =
@@ -136,7 +136,7 @@ class [[nodiscard]] Result {
                            : Next(Unexpected(std::move(*this).error()));
     }
 
-    /// The value unchanged, or what the function returns for the error.
+    /// Returns the value unchanged, or what the function returns for the error.
     template <class Function>
     constexpr auto transform_error(Function&& function) && {
         using Next = Result<Value, std::remove_cvref_t<std::invoke_result_t<Function, Error&&>>>;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A value that is read often, from any thread, and replaced as a whole now and then. Reading never waits,
-/// neither for a writer nor for another reader, and changes no reference count that all readers share.
+/// A value that is read often, from any thread, and replaced occasionally. Readers never wait for a writer or
+/// for each other, and share no reference count.
 
 #include <vorna/config/ReadersGate.h>
 
@@ -23,7 +23,7 @@ class ReadMostly {
     ReadMostly& operator=(const ReadMostly&) = delete;
     ReadMostly(ReadMostly&&) = delete;
     ReadMostly& operator=(ReadMostly&&) = delete;
-    /// There must be no reader left.
+    /// No readers may remain.
     ~ReadMostly() = default;
 
     /// Once true, always true.
@@ -37,8 +37,8 @@ class ReadMostly {
         return std::forward<Look>(look)(current_.load());
     }
 
-    /// Publishes a value: later reads see it. The former one is destroyed when its last reader has left; if
-    /// that takes longer than 100 ms, a later call destroys it. Any thread.
+    /// Publishes a value for later reads. The former one is destroyed when its last reader has left; if that
+    /// takes longer than 100 ms, a later call destroys it. Any thread.
     void replace(std::unique_ptr<const T> value) {
         const std::scoped_lock lock(mutex_);
         current_.store(value.get());

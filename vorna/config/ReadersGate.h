@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Tells a writer when every reader that might still use a former value has left. Readers never wait: each
-/// counts itself in and out, and the writer checks the counts.
+/// Lets a writer wait until every reader that might still use a former value has left. Readers never wait:
+/// each counts itself in and out, and the writer checks the counts.
 ///
 /// The counts are spread over several cache lines, so that readers on different processors do not disturb
 /// each other. Each line has two: while the writer waits for one to reach zero, new readers use the other, so
@@ -38,8 +38,8 @@ class ReadersGate {
         std::atomic<std::uint32_t>& count_;
     };
 
-    /// Any thread, any number at once; two additions, never a wait. The reader must load the value after
-    /// this, sequentially consistent.
+    /// Any number of threads concurrently; two additions, never a wait. The reader must load the value after
+    /// this, with sequential consistency.
     [[nodiscard]] Pass enter() noexcept { return Pass(shards_[shardOfThread()].readers[phase_.load()]); }
 
     /// Waits until all readers that entered before the call have left. Returns false if some remain after the
@@ -58,7 +58,7 @@ class ReadersGate {
     bool waitUntilEmpty(std::size_t phase, std::chrono::steady_clock::time_point deadline);
 
     std::array<Shard, shardCount> shards_;
-    /// The count, of the two, that new readers use.
+    /// Which of the two counts new readers use.
     alignas(cacheLine) std::atomic<std::size_t> phase_ = 0;
 };
 

@@ -32,22 +32,22 @@ class RemoteConfigHelper {
     RemoteConfigHelper(std::shared_ptr<HttpClient> httpClient, std::shared_ptr<Preferences> preferences,
                        const std::string& configURL);
 
-    /// Starts one attempt and returns without waiting for the network. A failed attempt is followed at once
-    /// by the next, up to attempt number `maxRetryCount`: four requests at most for a `retryCount` of 0. A
-    /// fetched table is first announced, then saved. If the address is not a URL or the request cannot be
-    /// encoded, only a log line is written.
+    /// Starts one attempt and returns without waiting for the network. A failed attempt is followed
+    /// immediately by the next, up to attempt number `maxRetryCount`: four requests at most for a
+    /// `retryCount` of 0. A fetched table is first announced, then saved. If the address is not a URL or the
+    /// request cannot be encoded, only a log line is written.
     void fetchRemoteConfigs(RemoteConfigData remoteConfigData, int retryCount);
 
     /// Replaces the saved table.
     void saveToLocal(const std::map<std::string, std::string>& configs);
 
-    /// Returns the saved table; std::nullopt if there is none, or what is stored is not a table of texts.
+    /// Returns the saved table; std::nullopt if there is none, or it is not a table of texts.
     std::optional<std::map<std::string, std::string>> loadConfigsFromLocal() const;
 
   private:
     struct Exchange;
 
-    /// Completions share it only while they run.
+    /// Completions hold a reference only while they run.
     std::shared_ptr<Exchange> exchange_;
 };
 

@@ -7,13 +7,13 @@
 
 namespace vorna {
 
-/// Within the library: a table has arrived. Carries `configsEntry`.
+/// Within the library: a table has arrived. Contains `configsEntry`.
 inline constexpr std::string_view remoteConfigsFetchedNotification = "Vorna_RemoteConfigsFetched";
 
 /// The fetched table, a map from text to text.
 inline constexpr std::string_view configsEntry = "configs";
 
-/// For the host: a fetch has ended. Carries `remoteConfigFetchedEntry`.
+/// For the host: a fetch has ended. Contains `remoteConfigFetchedEntry`.
 inline constexpr std::string_view remoteConfigsReadyNotification = "Vorna_RemoteConfigsReady";
 
 /// A boolean: true when a fresh table is in force, false when the last attempt has failed.

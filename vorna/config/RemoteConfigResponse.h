@@ -22,9 +22,9 @@ struct RemoteConfigResponse {
     }
 };
 
-/// Reads a body. One value that is not a string fails the response as a whole, and the error names its key,
-/// as in "configs.theme: expected a string, found a number", on one line whatever the key contains. Of a key
-/// that occurs twice the last value holds; keys beside "configs" are ignored. Any thread; any bytes.
+/// Reads a body. One value that is not a string fails the whole response, and the error names its key, as in
+/// "configs.theme: expected a string, found a number", on one line for any key. The last of duplicate keys
+/// wins; keys other than "configs" are ignored. Any thread; any bytes.
 json::Decoded<RemoteConfigResponse> decodeRemoteConfigResponse(std::string_view body);
 
 }  // namespace vorna

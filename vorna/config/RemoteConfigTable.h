@@ -22,8 +22,8 @@ class RemoteConfigTable {
 
     explicit RemoteConfigTable(const std::map<std::string, std::string>& configs);
 
-    /// Returns the value under exactly this key, valid as long as the table; std::nullopt if there is none.
-    /// Does not allocate.
+    /// Returns the value under exactly this key, valid for the table's lifetime; std::nullopt if there is
+    /// none. Does not allocate.
     std::optional<std::string_view> find(std::string_view key) const noexcept;
 
     std::size_t size() const noexcept { return entries_.size(); }

@@ -15,14 +15,14 @@ namespace vorna {
 /// All operations may be called from any thread.
 class RemoteConfigsInForce {
   public:
-    /// True from the first `replace` on, whether its table came from the cache or the service.
+    /// True from the first `replace` on, whether the table came from the cache or the service.
     bool isReady() const noexcept { return table_.hasValue(); }
 
     /// Returns the value under exactly this key, even if it is empty text; the default while nothing is ready
     /// and for a missing key. Never waits; allocates only its result.
     std::string lookup(std::string_view key, std::string_view defaultValue) const;
 
-    /// Replaces the table in force. A lookup sees either the former table or the new one, whole.
+    /// Replaces the table in force. A lookup sees either the former table or the new one, never a mixture.
     void replace(const std::map<std::string, std::string>& configs);
 
   private:

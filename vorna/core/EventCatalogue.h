@@ -26,7 +26,7 @@ struct PredefinedEvent {
     std::string_view operation;
     /// The name of its argument; empty if it takes none.
     std::string_view argument;
-    /// The event's name in the service. Some are irregular; the service expects them so.
+    /// The event's name in the service. Some are irregular; the service expects exactly these.
     std::string_view name;
     EventArgument use = EventArgument::none;
 };

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Makes the record of an event when it occurs, and passes it on: to the queue, or directly to the HTTP
+/// Creates the record of an event when it occurs, and passes it on: to the queue, or directly to the HTTP
 /// client for the one event that cannot wait.
 
 #include <vorna/core/FacadeState.h>
@@ -32,7 +32,8 @@ class EventRecorder {
     void event(std::string_view name, std::uint64_t startTime, std::uint64_t endTime,
                std::optional<std::string_view> customValue);
 
-    /// Hands an event to the HTTP client before returning, as the application may be suspended right after.
+    /// Passes an event to the HTTP client before returning, as the application may be suspended right
+    /// afterwards.
     void directEvent(std::string_view name, std::uint64_t startTime, std::uint64_t endTime,
                      std::optional<std::string_view> customValue);
 

@@ -30,7 +30,7 @@ class FacadeState {
     void setAdid(std::string adid);
     void setIdentity(std::string userID, std::uint64_t installTime);
 
-    /// Returns the same for records: empty text and 0 for absent values.
+    /// Returns the same values for records, with empty text and 0 for absent ones.
     SharedValue<IdentityDescription> description() const { return read(description_); }
 
   private:

@@ -14,8 +14,8 @@
 
 namespace vorna {
 
-/// What the screens use of the library: its HTTP client for media, the system to which the main screen's size
-/// is reported, the list of sent events.
+/// The parts of the library that the screens use: its HTTP client for media, the system to which the main
+/// screen's size is reported, the list of sent events.
 struct ScreenServices {
     std::shared_ptr<HttpClient> httpClient;
     std::shared_ptr<System> system;

@@ -54,7 +54,7 @@ void start(Screens& screens, const ScreenServices& services) {
     try {
         screens.start(services);
     } catch (...) {
-        log::failure({"The start of the screens"});
+        log::failure({"Starting the screens"});
     }
 }
 

@@ -52,7 +52,7 @@ class SharedInstance {
     void remoteConfigsFetched(const Notification& notification);
 
     std::mutex initialising_;
-    /// The observers are registered and the worker is started.
+    /// Set once the observers are registered and the worker is started.
     bool isRunning_ = false;
     bool isInitialised_ = false;
 };

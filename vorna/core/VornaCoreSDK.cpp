@@ -20,8 +20,8 @@ constinit std::atomic<bool>& VornaCoreSDK::debug = log::enabled;
 
 namespace {
 
-/// Runs an operation of the facade. Exceptions, from a lack of memory or from a port of the host's, are
-/// logged and dropped; the result is then a default-constructed one.
+/// Runs an operation of the facade. Exceptions, from memory exhaustion or from one of the host's ports, are
+/// logged and dropped; the result is then default-constructed.
 template <class Operation>
 auto quietly(std::string_view name, Operation operation) noexcept -> decltype(operation()) {
     try {

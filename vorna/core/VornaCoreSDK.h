@@ -8,9 +8,9 @@
 ///     vorna::VornaCoreSDK::Event("level_up", "7");
 ///
 /// Every operation may be called from any thread unless it says otherwise, returns without waiting for the
-/// network, never throws and reports no error: while `debug` is on a failure is logged, and the work is
-/// dropped. All text is UTF-8. There is no shutdown; returning from `main` at any moment is fine, and events
-/// that have not been sent by then are lost.
+/// network, never throws and reports no errors: a failure drops the work and, while `debug` is on, is logged.
+/// All text is UTF-8. There is no shutdown; returning from `main` at any moment is fine, and events that have
+/// not been sent by then are lost.
 ///
 /// The process is aborted, with a line on standard error, only where continuing would do harm: if the clock
 /// is outside the representable range or was set back while the application was inactive, if the stored
@@ -32,14 +32,14 @@ class VORNA_EXPORT VornaCoreSDK {
   public:
     VornaCoreSDK() = delete;
 
-    /// Whether the library logs to standard output. Reads and writes like a bool; initially off. Errors of
-    /// the credential store and of the documents folder are printed regardless, and so is, for each document
-    /// of a screen that is validated, the list of its missing fields, which may be empty.
+    /// Whether the library logs to standard output. Reads and writes like a bool; initially off. Two things
+    /// are printed regardless: errors of the credential store and the documents folder, and the list of
+    /// missing fields, possibly empty, of each screen document that is validated.
     static std::atomic<bool>& debug;
 
     // Set-up
 
-    /// Sets what the library uses of the system: the service's address, the stores, the HTTP client. Call it
+    /// Sets how the library uses the system: the service's address, the stores, the HTTP client. Call it
     /// before any other operation; after one the call is logged and ignored.
     static void UsePlatform(Platform platform);
 
@@ -135,7 +135,7 @@ class VORNA_EXPORT VornaCoreSDK {
     static void DailyStreakClosed();
 
     // Screens. They need a window attached with `vorna::ui::attach`; without one the operations only log that
-    // there is none. The calls return at once. Documents are JSON text; one that is not UTF-8, cannot be
+    // there is none. The calls return immediately. Documents are JSON text; one that is not UTF-8, cannot be
     // decoded or lacks required fields leads to a log line or an error screen. The user's actions are posted
     // as the notifications below; only these operations close a screen.
 
@@ -162,7 +162,7 @@ class VORNA_EXPORT VornaCoreSDK {
     // Names of the notifications that the library posts on `NotificationCenter::defaultCenter()`. Observers
     // run on the posting thread, often one of the library's own.
 
-    /// A fetch of the remote configuration has finished; "remoteConfigFetched" (bool) tells whether it
+    /// A fetch of the remote configuration has finished; "remoteConfigFetched" (bool) says whether it
     /// succeeded.
     static constexpr std::string_view RemoteConfigsReady = "Vorna_RemoteConfigsReady";
     /// A product was tapped; "identifier" (text).

@@ -52,7 +52,7 @@ struct IdentityDescription {
     friend bool operator==(const IdentityDescription&, const IdentityDescription&) = default;
 };
 
-/// Returns true for the four states that a device can report.
+/// True for the four states that a device can report.
 constexpr bool isKnownValue(BatteryState state) noexcept {
     return state <= BatteryState::full;
 }

@@ -29,7 +29,7 @@ SharedValue<DeviceDescription> described(const SystemFacts& facts) {
     description.idfa = facts.advertisingIdentifier;
     description.appVersion = facts.bundle.shortVersion.value_or("Unknown version");
     description.buildNumber = facts.bundle.version.value_or("Unknown build");
-    // The protocol's only platform name, whatever the client runs on.
+    // The protocol's only platform name, regardless of the client's system.
     description.platform = "ios";
     description.bundle = facts.bundle.identifier.value_or("Unknown Identifier");
     return SharedValue<DeviceDescription>(std::move(description));

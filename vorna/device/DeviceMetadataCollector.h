@@ -18,8 +18,8 @@ class DeviceMetadataCollector {
   public:
     DeviceMetadataCollector(std::shared_ptr<System> system, std::shared_ptr<const Clock> clock);
 
-    /// Takes a snapshot of the current state. The first one turns on battery monitoring for good. If the file
-    /// system's size cannot be read, both disk sizes are absent; if the documents folder's creation time
+    /// Takes a snapshot of the current state. The first one turns on battery monitoring permanently. If the
+    /// file system's size cannot be read, both disk sizes are absent; if the documents folder's creation time
     /// cannot be read, that is always printed and the time is 0. A system without a documents folder is
     /// fatal.
     DeviceMetadata collect(SharedValue<IdentityDescription> identity);

@@ -48,7 +48,7 @@ std::optional<std::string> KeychainHelper::read() const {
     if (text && utf8::isValid(*text)) {
         return *std::move(text);
     }
-    // Text that is not UTF-8 has been read without an error: 0.
+    // Text that is not UTF-8 was read without an error, hence 0.
     log::always({"Error reading from Keychain: ", text ? "0" : number(text.error())});
     return std::nullopt;
 }
@@ -57,7 +57,7 @@ void KeychainHelper::save(std::string_view value) const {
     if (!utf8::isValid(value)) {
         return;
     }
-    // Only the addition decides whether the text is saved.
+    // Whether the text is saved depends only on the addition.
     std::ignore = store_->remove(service, account);
     if (const Result<void, CredentialStatus> added = store_->add(service, account, value); !added) {
         log::always({"Error saving to Keychain: ", number(added.error())});

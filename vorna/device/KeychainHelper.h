@@ -19,7 +19,7 @@
 
 namespace vorna {
 
-/// Blocks as long as the store does. Not thread-safe.
+/// Calls block for as long as the store does. Not thread-safe.
 class VORNA_EXPORT KeychainHelper {
   public:
     /// The record's key in the store.
@@ -32,9 +32,9 @@ class VORNA_EXPORT KeychainHelper {
     KeychainHelper(std::shared_ptr<CredentialStore> store, std::shared_ptr<const Clock> clock,
                    MakeUserIdentifier makeUserIdentifier);
 
-    /// Loads the stored identity, or creates one and stores it in its place if none can be read for any
-    /// reason. The new one is used for this run even if it cannot be saved. A stored record that cannot be
-    /// decoded is fatal: replacing it would lose the user's identity.
+    /// Loads the stored identity. If it cannot be read for any reason, creates one and stores it instead. The
+    /// new one is used for this run even if it cannot be saved. A stored record that cannot be decoded is
+    /// fatal: replacing it would lose the user's identity.
     KeyChainData loadOrCreateIdentity() const;
 
     /// Returns the stored text; std::nullopt if it cannot be read or is not UTF-8, which is always printed.

@@ -15,7 +15,7 @@ namespace vorna::document {
 
 namespace {
 
-/// Adds what only the text has: the offset, and a number as it is written.
+/// Adds the details that only the text has: the offset, and a number as written.
 void locate(json::DecodingError& error, std::string_view text) {
     error.offset = json::findValue(text, error.path);
     if (auto* const number = std::get_if<json::DecodingError::Number>(&error.found); number && error.offset) {
@@ -36,8 +36,8 @@ Read read(const boost::json::value& from, std::optional<std::string>& into) {
 }
 
 Read readText(std::string_view text, void* into, Read (*read)(const boost::json::value& from, void* into)) {
-    // The tree lives only during this call: its memory comes in few large blocks and is released at once. The
-    // first block need not be cleared.
+    // The tree lives only during this call: its memory comes in a few large blocks and is released together.
+    // The first block need not be cleared.
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init)
     std::array<unsigned char, 8192> first;
     boost::json::monotonic_resource memory(first.data(), first.size());

@@ -76,7 +76,7 @@ const boost::json::value* valueOf(const boost::json::object& object, std::string
 
 using json::detail::Read;
 
-/// Each overload reads one value into a fresh one.
+/// Each overload reads one value into a newly made one.
 using json::detail::read;
 Read read(const boost::json::value& from, std::optional<std::string>& into);
 template <DocumentRecord Record>
@@ -142,10 +142,10 @@ Read read(const boost::json::value& from, std::vector<Record>& into) {
     return {};
 }
 
-/// Parses the text and reads its tree into `into`. The error has an offset, and a number as it is written.
+/// Parses the text and reads its tree into `into`. The error has an offset, and quotes a number as written.
 Read readText(std::string_view text, void* into, Read (*read)(const boost::json::value& from, void* into));
 
-/// Decodes the text into the given value, which is fresh.
+/// Decodes the text into the given value, which must be newly made.
 template <class Value>
 json::Decoded<Value> decode(std::string_view text, Value value) {
     constexpr auto readValue = [](const boost::json::value& from, void* into) {
@@ -157,7 +157,7 @@ json::Decoded<Value> decode(std::string_view text, Value value) {
     return value;
 }
 
-/// Adds what the record lacks; `place` is the record's path, and the same again afterwards.
+/// Adds the fields that the record lacks; `place` is the record's path, unchanged on return.
 template <DocumentRecord Record>
 void addMissing(const Record& record, bool isPaywall, json::Path& place, std::vector<MissingField>& missing) {
     for (const RecordField<Record>& field : Record::fields()) {
@@ -203,7 +203,7 @@ void addMissing(const Record& record, bool isPaywall, json::Path& place, std::ve
     }
 }
 
-/// What is missing, in the order of the tables.
+/// Returns the missing fields, in the order of the tables.
 template <DocumentRecord Record>
 std::vector<MissingField> missingFields(const Record& record, bool isPaywall) {
     std::vector<MissingField> missing;
@@ -212,7 +212,7 @@ std::vector<MissingField> missingFields(const Record& record, bool isPaywall) {
     return missing;
 }
 
-/// Prints the names of the fields as an array on a line of its own, and returns them.
+/// Prints the names of the fields as an array on one line, and returns them.
 std::vector<std::string> printed(std::span<const MissingField> fields);
 
 }  // namespace document

@@ -3,7 +3,7 @@
 
 /// Descriptions of the fields of the screens' documents. Each record type (`PaidProduct`,
 /// `PaywallParameters`, `OnboardingStepsParameters`) has one table of its fields, which `fields()` returns in
-/// the order of the document. It drives decoding, encoding and validation, and is there for tools too.
+/// the order of the document. It drives decoding, encoding and validation, and is available to tools.
 
 #include <cstdint>
 #include <optional>
@@ -16,7 +16,7 @@ namespace vorna {
 
 class PaidProduct;
 
-/// What a field means.
+/// The meaning of a field.
 enum class FieldKind : std::uint8_t {
     /// Text that the user reads.
     text,
@@ -43,14 +43,14 @@ inline constexpr std::string_view paywallStep = "paywall";
 /// The type of the value in a document.
 enum class FieldType : std::uint8_t { string, integer, strings, products };
 
-/// When validation rejects a document whose field is absent or blank.
+/// When validation rejects a document because the field is absent or blank.
 enum class FieldRequirement : std::uint8_t { never, always, onPaywallSteps };
 
 struct DocumentField {
     std::string_view key;
     FieldKind kind = FieldKind::text;
     FieldRequirement required = FieldRequirement::never;
-    /// The value of an absent field or a null; that of a list is empty.
+    /// The value of a field that is absent or null; for a list, empty.
     std::string_view textDefault = {};
     std::int64_t numberDefault = 0;
 
@@ -84,8 +84,8 @@ struct RecordField : DocumentField {
         member;
 };
 
-/// Calls `visit(field, value)` for every field of the record in the order of the document, where `value` is
-/// the record's member itself.
+/// Calls `visit(field, value)` for every field of the record in the order of the document, where `value` is a
+/// reference to the record's member.
 template <class Record, class Visit>
 void visitFields(Record& record, Visit&& visit) {
     for (const auto& field : Record::fields()) {

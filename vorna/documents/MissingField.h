@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// What a document lacks for its screen to be shown.
+/// The fields that a document lacks for its screen to be shown.
 
 #include <vorna/base/Export.h>
 #include <vorna/json/Path.h>
@@ -15,13 +15,13 @@ namespace vorna {
 
 struct MissingField {
     enum class Reason : std::uint8_t {
-        /// Text that is absent, empty or nothing but white space.
+        /// Text that is absent, empty or only white space.
         blank,
-        /// A list of lines without a line.
+        /// An empty list of lines.
         noLines,
-        /// A list of products without a product.
+        /// An empty list of products.
         noProducts,
-        /// A step whose type is none of the known ones.
+        /// A step of unknown type.
         unknownType,
     };
 
@@ -35,7 +35,7 @@ struct MissingField {
 /// "paidProducts[0].price", with a remark in "paidProducts (boş)" and "type (geçersiz)".
 VORNA_EXPORT std::string listedName(const MissingField& field);
 
-/// The names of all, in ascending order of their bytes.
+/// The names of all fields, sorted bytewise.
 VORNA_EXPORT std::vector<std::string> listedNames(std::span<const MissingField> fields);
 
 }  // namespace vorna

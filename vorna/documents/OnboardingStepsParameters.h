@@ -31,7 +31,7 @@ class VORNA_EXPORT OnboardingStepsParameters {
     std::string titleColor;
     std::string heading;
     std::string headingColor;
-    /// A line each.
+    /// One line each.
     std::vector<std::string> details;
     std::string detailsColor;
     std::string buttonTitle;
@@ -56,7 +56,7 @@ class VORNA_EXPORT OnboardingStepsParameters {
     std::string privacyPolicyColor;
     std::string exitButtonColor;
 
-    /// Not in the order of the document: texts and addresses come first, colours last.
+    /// Parameters are not in the order of the document: texts and addresses come first, colours last.
     OnboardingStepsParameters(std::string type, std::string media, std::string heading,
                               std::vector<std::string> details, std::string buttonTitle,
                               std::vector<PaidProduct> paidProducts, std::string selectedPaidProduct,
@@ -78,11 +78,11 @@ class VORNA_EXPORT OnboardingStepsParameters {
     OnboardingStepsParameters() = default;
 };
 
-/// Decodes a document: an array of objects, one for each step, in the order of showing. Every key may be
-/// absent or null, which gives its default; the first step, and in it the first key in the order of the
-/// table, with a value of another type fails the whole document, with an error that has an offset. A number
-/// may be written 5, 5.0 or 5e0. Unknown keys are ignored; the last of duplicate keys wins. Text that is not
-/// UTF-8 is not JSON either; check with `utf8::isValid` first to tell the two apart. Any thread; any bytes.
+/// Decodes a document: an array of objects, one for each step, in display order. Every key may be absent or
+/// null, which gives its default; the first step, and in it the first key in the order of the table, with a
+/// value of another type fails the whole document, with an error that has an offset. A number may be written
+/// 5, 5.0 or 5e0. Unknown keys are ignored; the last of duplicate keys wins. Text that is not UTF-8 is not
+/// JSON either; check with `utf8::isValid` first to tell the two apart. Any thread; any bytes.
 VORNA_EXPORT Result<std::vector<OnboardingStepsParameters>, json::DecodingError>
 decodeOnboardingSteps(std::string_view json);
 

@@ -17,13 +17,13 @@
 namespace vorna {
 
 /// Always complete: decoded, or constructed from all values. The members are public; pass a const product
-/// where it must not change. A decoded product has no std::nullopt, since an absent key gives an empty text;
+/// where it must not change. Decoding never yields std::nullopt, since an absent key becomes an empty text;
 /// only the constructor can leave a text out.
 class VORNA_EXPORT PaidProduct {
   public:
     /// The first line of the cell.
     std::string title;
-    /// Shown as it is.
+    /// Shown unchanged.
     std::string price;
     /// The product's identifier in the store; passed to the host on taps.
     std::string identifier;
@@ -58,8 +58,8 @@ class VORNA_EXPORT PaidProduct {
                 std::optional<std::string> badgeTextColor, std::string titleColor, std::string priceColor,
                 std::optional<std::string> tagTextColor, std::optional<std::string> descriptionTextColor);
 
-    /// Decodes one product. Every key may be absent or null; a value that is not text fails the product as a
-    /// whole. Unknown keys are ignored; the last of duplicate keys wins. Any thread; any bytes.
+    /// Decodes one product. Every key may be absent or null; any value that is not text fails the whole
+    /// product. Unknown keys are ignored; the last of duplicate keys wins. Any thread; any bytes.
     static Result<PaidProduct, json::DecodingError> decode(std::string_view json);
 
     /// The table of its fields.

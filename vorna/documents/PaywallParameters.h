@@ -25,7 +25,7 @@ class VORNA_EXPORT PaywallParameters {
     /// Address of the image or the video at the top.
     std::string media;
     std::string heading;
-    /// A line each.
+    /// One line each.
     std::vector<std::string> details;
     std::vector<PaidProduct> paidProducts;
     /// Seconds until the close button appears; immediately if zero or less.

@@ -13,7 +13,7 @@ namespace vorna {
 
 namespace {
 
-/// Parses the number at the beginning of a text that is fed to it as upper-case code points.
+/// Parses the number at the beginning of a text, fed to it as upper-case code points.
 class HexScanner {
   public:
     void take(char32_t codePoint) noexcept {

@@ -27,13 +27,13 @@ struct VORNA_EXPORT UIColor {
     /// leading "#" and white space around. Opaque black if the string cannot be parsed, including bytes that
     /// are not UTF-8.
     ///
-    /// Length and digits are checked separately. After trimming and after the one "#", the text must have six
+    /// Length and digits are checked separately. After trimming and removing one "#", the text must have six
     /// or eight user-perceived characters; the number is taken from its leading digits, after white space and
     /// an optional "0x", and ends at the first character that is not a digit. So "12345G" is 0x012345 and
     /// "0x1234" is 0x001234. Without any digit, as in "0xZZZZ", there is no number.
     explicit UIColor(std::string_view hex) noexcept;
 
-    /// The same, but std::nullopt where the constructor falls back to black. For tools that report it.
+    /// As the constructor, but std::nullopt where that falls back to black. For tools that report this.
     static std::optional<UIColor> read(std::string_view hex) noexcept;
 
     friend constexpr bool operator==(const UIColor&, const UIColor&) = default;

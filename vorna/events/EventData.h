@@ -13,10 +13,10 @@
 
 namespace vorna {
 
-/// A plain value. It has neither an identifier of its own nor the session's.
+/// A plain value. It has no identifier, neither its own nor the session's.
 struct EventData {
     std::string name;
-    /// Seconds since 1970; the end may precede the start if the caller says so.
+    /// Seconds since 1970; the end may precede the start if the caller passes such dates.
     std::uint64_t createDate = 0;
     std::uint64_t endDate = 0;
     /// Empty if the caller gave none.

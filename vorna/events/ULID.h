@@ -73,11 +73,11 @@ class VORNA_EXPORT ULID {
 
     constexpr explicit ULID(const Bytes& ulid) noexcept : bytes_(ulid) {}
 
-    /// From the date, of whose milliseconds the low 48 bits are kept, and fresh random bits. Two from the
-    /// same millisecond are in random order. A date that unsigned milliseconds cannot express is fatal.
+    /// Made from the low 48 bits of the date's milliseconds and fresh random bits. Two from the same
+    /// millisecond are in random order. A date that cannot be expressed in unsigned milliseconds is fatal.
     ULID(Date timestamp, RandomSource& generator);
 
-    /// The same with any generator, which yields one 16-bit and then one 64-bit integer, each uniformly
+    /// As above, with any generator, which yields one 16-bit and then one 64-bit integer, each uniformly
     /// distributed over its full range.
     template <std::uniform_random_bit_generator Generator>
     ULID(Date timestamp, Generator& generator) {
@@ -126,8 +126,8 @@ class VORNA_EXPORT ULID {
         return fromHalves({upper << 1 | middle >> 4, middle << 60 | lower});
     }
 
-    /// From the date and the first 10 bytes of the random part; further bytes are ignored. std::nullopt if
-    /// there are fewer.
+    /// Made from the date and the first 10 bytes of the random part; further bytes are ignored. std::nullopt
+    /// if there are fewer.
     static std::optional<ULID> fromRandomPart(Date timestamp, std::span<const std::uint8_t> randomPartData);
 
     constexpr const Bytes& ulid() const noexcept { return bytes_; }
@@ -151,7 +151,7 @@ class VORNA_EXPORT ULID {
 
     std::string ulidString() const;
 
-    /// The same as ulidString.
+    /// As `ulidString`.
     std::string description() const;
 
     /// The date, to the millisecond, within the range of 48 bits.

@@ -33,11 +33,11 @@ class VornaQueueWorker : public std::enable_shared_from_this<VornaQueueWorker> {
 
     /// Starts the loop on its own low-priority thread. Call once. The loop runs until the worker is destroyed
     /// or the process exits; it checks an empty queue again after a second and otherwise runs task after
-    /// task. If the system refuses a thread, a log line says so and nothing is sent.
+    /// task. If the system refuses a thread, that is logged and nothing is sent.
     void start();
 
     /// Posts one event to the address and returns without waiting for the network. Any thread. The event is
-    /// added to the event list and announced before its request is made, whatever the outcome. Drops the
+    /// added to the event list and announced before its request is made, regardless of the outcome. Drops the
     /// event, with a log line, if the address is not a URL or the event cannot be encoded.
     void sendEvent(const EventData& event, std::string_view url);
 
@@ -49,7 +49,7 @@ class VornaQueueWorker : public std::enable_shared_from_this<VornaQueueWorker> {
     const std::shared_ptr<HttpClient> httpClient_;
     const std::shared_ptr<RemoteConfigHelper> remoteConfigHelper_;
     const std::string eventURL_;
-    /// The same, parsed; std::nullopt if it is not a URL.
+    /// The address, parsed; std::nullopt if it is not a URL.
     const std::optional<URL> eventAddress_;
     std::optional<ServiceThread> thread_;
 };

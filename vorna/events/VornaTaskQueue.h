@@ -31,7 +31,7 @@ class VornaTaskQueue {
     std::size_t size() const;
 
   private:
-    /// Created with the value 1. The C library's, since that of libstdc++ 12 makes a system call for every
+    /// Created with the value 1. From the C library, since libstdc++ 12's makes a system call for every
     /// release, even if nothing waits.
     mutable sem_t semaphore_{};
     std::deque<VornaTask> queue_;

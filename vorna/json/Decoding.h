@@ -37,7 +37,7 @@ concept Integer = std::integral<T> && !std::same_as<T, bool>;
 
 namespace detail {
 
-/// Success, or what is wrong; the error's path grows while the recursion unwinds.
+/// Success, or the error, whose path grows while the recursion unwinds.
 using Read = Result<void, DecodingError>;
 
 inline Unexpected<DecodingError> mismatch(std::string_view expected, const boost::json::value& found) {
@@ -101,8 +101,9 @@ Read read(const boost::json::value& from, T& into) {
         return {};
     }
     if (const double* const number = from.if_double(); number != nullptr && std::trunc(*number) == *number) {
-        // One more than the largest value is a power of two and so exact as a double; the largest is not.
-        // Where a double cannot represent every integer, the smallest may stand for one below it as well.
+        // One more than the largest value is a power of two and so exact as a double; the largest itself is
+        // not. Where a double cannot represent every integer, the smallest may also result from a value just
+        // below it.
         const double end = std::ldexp(1.0, std::numeric_limits<T>::digits);
         const auto smallest = static_cast<double>(std::numeric_limits<T>::min());
         constexpr bool isExact = std::numeric_limits<T>::digits <= std::numeric_limits<double>::digits;

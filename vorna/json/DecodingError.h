@@ -28,7 +28,7 @@ struct DecodingError {
         friend bool operator==(const Number&, const Number&) = default;
     };
 
-    /// Text of the wrong form; the reason says it all, as in "syntax error".
+    /// Malformed text; described by the reason alone, as in "syntax error".
     struct Malformed {
         std::string reason;
 
@@ -37,7 +37,7 @@ struct DecodingError {
 
     using Found = std::variant<Missing, Kind, Number, Malformed>;
 
-    /// In bytes from the beginning of the text: of the value, or of the first byte that cannot be JSON.
+    /// In bytes from the beginning of the text, of the value or of the first byte that cannot be JSON.
     /// std::nullopt if unknown, as for the records of events and of the configuration.
     std::optional<std::size_t> offset = std::nullopt;
 

@@ -12,7 +12,8 @@ namespace vorna::json {
 
 enum class Kind : std::uint8_t { null, boolean, number, string, array, object };
 
-/// The kind as errors name it: "null", "a boolean", "a number", "a string", "an array", "an object".
+/// Returns the kind as it appears in error messages: "null", "a boolean", "a number", "a string", "an array",
+/// "an object".
 VORNA_EXPORT std::string_view kindName(Kind kind) noexcept;
 
 }  // namespace vorna::json

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The way from the top of a JSON text to one of its values.
+/// The path from the top of a JSON text to one of its values.
 
 #include <vorna/base/Export.h>
 
@@ -34,7 +34,7 @@ class VORNA_EXPORT Path {
 
     void append(std::size_t index) { steps_.emplace_back(index); }
 
-    /// For errors, whose paths grow from the inside out while a recursion unwinds.
+    /// For errors, whose paths are built from the inside out while a recursion unwinds.
     void prepend(std::string_view key);
     void prepend(std::size_t index);
 

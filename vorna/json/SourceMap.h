@@ -2,7 +2,7 @@
 #pragma once
 
 /// A map of a JSON text: the offset and kind of every member and element, and which keys are duplicates. For
-/// tools that report on documents; a decoder keeps none of this.
+/// tools that report on documents; decoders keep no such map.
 
 #include <vorna/base/Export.h>
 #include <vorna/base/Result.h>
@@ -33,16 +33,17 @@ class VORNA_EXPORT SourceMap {
         std::size_t parent = none;
         /// Number of values that precede this one in its parent.
         std::size_t index = 0;
-        /// The key with its quotation marks, up to and without `keyEnd`; `none` unless a member of an object.
+        /// The key with its quotation marks, up to but excluding `keyEnd`; `none` unless a member of an
+        /// object.
         std::size_t keyBegin = none;
         std::size_t keyEnd = none;
-        /// The value, up to and without `valueEnd`.
+        /// The value, up to but excluding `valueEnd`.
         std::size_t valueBegin = 0;
         std::size_t valueEnd = 0;
         Kind kind = Kind::null;
-        /// The object has the same key before: this value replaces that one.
+        /// The object has the same key earlier; this value replaces that one.
         bool repeatsKey = false;
-        /// The object has the same key again, and the value there replaces this one.
+        /// The object has the same key again later; that value replaces this one.
         bool isSuperseded = false;
 
         bool isMember() const noexcept { return keyBegin != none; }
@@ -52,7 +53,7 @@ class VORNA_EXPORT SourceMap {
     /// value, at most 512 levels deep.
     static Result<SourceMap, DecodingError> read(std::string_view text);
 
-    /// In the order of the text, so that a value precedes what it contains; the first is the top.
+    /// In the order of the text, so a value precedes those it contains; the first is the top.
     std::span<const Entry> entries() const noexcept { return entries_; }
 
     std::string_view text() const noexcept { return text_; }
@@ -65,7 +66,7 @@ class VORNA_EXPORT SourceMap {
     /// The value as written.
     std::string_view valueText(std::size_t entry) const;
 
-    /// Of a member's key, of any other value itself.
+    /// Position of a member's key, or of any other value itself.
     Position position(std::size_t entry) const;
     Position valuePosition(std::size_t entry) const;
     Position positionAt(std::size_t offset) const;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Walks through a text that is known to be JSON to find the offsets of its values. Each offset passed in
-/// must come from such a walk. Nothing here recurses.
+/// Scans a text that is known to be JSON for the offsets of its values. Each offset passed in must come from
+/// such a scan. Nothing here recurses.
 
 #include <vorna/json/Kind.h>
 #include <vorna/json/Path.h>
@@ -29,8 +29,7 @@ Kind kindAt(std::string_view text, std::size_t at) noexcept;
 /// Decodes a key or string that is given with its quotation marks.
 std::string unquoted(std::string_view quoted);
 
-/// The offset of the value at the path, which the last of duplicate keys leads to; std::nullopt if there is
-/// none.
+/// The offset of the value at the path, under the last of duplicate keys; std::nullopt if there is none.
 std::optional<std::size_t> findValue(std::string_view text, const Path& path);
 
 }  // namespace vorna::json

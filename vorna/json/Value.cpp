@@ -32,7 +32,7 @@ Result<boost::json::value, DecodingError> parse(std::string_view text, boost::js
             error = boost::json::error::extra_data;
         }
         if (!error) {
-            // A number at the top ends only where the text does.
+            // A number at the top level ends only at the end of the text.
             parser.finish(error);
         }
         if (error) {
@@ -40,7 +40,7 @@ Result<boost::json::value, DecodingError> parse(std::string_view text, boost::js
         }
         return parser.release();
     } catch (const std::exception& problem) {
-        // Memory has run out, or the text exceeds what Boost.JSON can hold.
+        // Out of memory, or the text exceeds Boost.JSON's limits.
         return Unexpected(notJson(0, problem.what()));
     }
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Parses JSON text into a Boost.JSON tree, under the library's rules for what is JSON.
+/// Parses JSON text into a Boost.JSON tree, as strictly as the library requires.
 
 #include <vorna/base/Result.h>
 #include <vorna/json/DecodingError.h>

@@ -16,7 +16,7 @@ namespace {
 constexpr std::uint8_t needsEscape = 1;
 constexpr std::uint8_t needsCheck = 2;
 
-/// What each byte needs before it may be part of a JSON string.
+/// The escaping that each byte needs in a JSON string.
 constexpr std::array<std::uint8_t, 256> byteKinds = [] {
     std::array<std::uint8_t, 256> kinds{};
     for (std::size_t byte = 0; byte < kinds.size(); ++byte) {
@@ -93,7 +93,7 @@ Written Writer::text(std::string_view text) {
 
 template <class Number>
 void Writer::digits(Number number) {
-    // The longest shortest form is that of a double: sign, 17 digits, point, and "e-308".
+    // The longest form is that of a double: sign, 17 digits, point, and "e-308".
     std::array<char, 32> buffer{};
     const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number);
     output_.append(buffer.data(), written.ptr);

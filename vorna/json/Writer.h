@@ -4,7 +4,7 @@
 /// Writes one JSON text piece by piece, without an intermediate tree: the hot path of every event.
 ///
 /// Boost.JSON escapes text, and the standard library writes numbers in the shortest form that reads back to
-/// the same value. The writer adds the separators; the caller keeps keys and values in a sensible order.
+/// the same value. The writer adds the separators; the caller must pass keys and values in a valid order.
 
 #include <vorna/base/Result.h>
 #include <vorna/json/EncodingError.h>
@@ -66,7 +66,8 @@ class Writer {
     void boolean(bool value);
     void null();
 
-    /// Where the value is that could not be written; callers prepend their steps while the recursion unwinds.
+    /// The path of the value that could not be written; callers prepend their steps while the recursion
+    /// unwinds.
     Path& failurePath() noexcept { return failurePath_; }
 
   private:

@@ -51,7 +51,7 @@ bool lock(const FileDescriptor& file) {
 }
 
 void removeLeftovers(const FileDescriptor& folder) {
-    // Listing moves the position in what is listed, so it needs an open file of its own.
+    // Listing moves the file position, so it needs its own open file.
     const int listed = openat(folder.number(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     const auto closeListing = [](DIR* listing) { closedir(listing); };
     const std::unique_ptr<DIR, decltype(closeListing)> listing(listed < 0 ? nullptr : fdopendir(listed),
@@ -92,8 +92,8 @@ Done renameToNew(const FileDescriptor& folder, const std::string& from, const st
     if (errno != EINVAL && errno != ENOSYS) {
         return lastError();
     }
-    // The file system cannot rename so. A second name does as well; a process killed between the two calls
-    // leaves the first one to the next write.
+    // The file system cannot rename without replacing. A second link will do; if the process is killed
+    // between the two calls, the next write removes the first.
     if (linkat(folder.number(), from.c_str(), folder.number(), to.c_str(), 0) != 0) {
         return lastError();
     }
@@ -101,7 +101,7 @@ Done renameToNew(const FileDescriptor& folder, const std::string& from, const st
     return {};
 }
 
-/// On an error nothing of the attempt is left in the folder.
+/// On an error the folder is left as it was.
 Done writeOnce(const FileDescriptor& folder, const std::string& name, std::string_view contents, mode_t mode,
                Rename rename) {
     const Result<std::string, std::error_code> temporary = newTemporaryName();
@@ -115,7 +115,7 @@ Done writeOnce(const FileDescriptor& folder, const std::string& name, std::strin
     }
     lock(*file);
     Done done = writeAll(*file, contents);
-    // The mode given to open is cut by the process's umask; this one holds.
+    // The mode passed to open is subject to the process's umask; this one is not.
     if (done &&
         (fchmod(file->number(), mode) != 0 || uninterrupted([&] { return fsync(file->number()); }) != 0)) {
         done = lastError();
@@ -153,7 +153,7 @@ Result<FileDescriptor, std::error_code> write(int base, const std::filesystem::p
         if (done) {
             return folder;
         }
-        // Between the making of a file and its locking, another process can take it for a leftover.
+        // Between creating a file and locking it, another process may mistake it for a leftover.
         if (done.error() != std::errc::no_such_file_or_directory || attempt == mostAttempts) {
             return Unexpected(done.error());
         }
@@ -177,7 +177,7 @@ Result<void, std::error_code> AtomicFile::replace(std::string_view contents, mod
     if (!folder) {
         return Unexpected(folder.error());
     }
-    // The new file is in place whatever comes of this; after a loss of power it may be the former one.
+    // The new file is in place even if this fails; after a loss of power it may be the former one.
     static_cast<void>(syncFolder(*folder));
     return {};
 }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Writes a file whole or not at all, whatever happens to the process, the disk or the power meanwhile: a
-/// temporary file in the same folder is written, flushed to disk and renamed, and the folder is flushed.
+/// Writes a file atomically, even if the process, the disk or the power fails meanwhile: a temporary file in
+/// the same folder is written, flushed to disk and renamed, and the folder is flushed.
 
 #include <vorna/base/Export.h>
 #include <vorna/base/Result.h>
@@ -17,7 +17,7 @@
 
 namespace vorna {
 
-/// A file's place. Its folder must exist. A link in the file's own place is never followed.
+/// The path of a file. Its folder must exist. If the file itself is a link, the link is never followed.
 ///
 /// Any thread, and any number of processes for one file. Each write removes temporary files that killed
 /// processes have left in the folder; their names begin with "~vorna-".
@@ -27,20 +27,20 @@ class VORNA_EXPORT AtomicFile {
 
     explicit AtomicFile(const std::filesystem::path& file);
 
-    /// The file of that name in an open folder, which must outlive this object. Writing to what is no name of
-    /// a file, such as "", ".." or "a/b", is EINVAL.
+    /// The file of that name in an open folder, which must outlive this object. Writing to a name that is not
+    /// a file's, such as "", ".." or "a/b", fails with EINVAL.
     AtomicFile(const FileDescriptor& folder, std::string name);
 
-    /// Writes the file in place of an existing one. On an error the former file is unchanged. The mode holds
-    /// whatever the process's umask.
+    /// Writes the file in place of an existing one. On an error the former file is unchanged. The mode is set
+    /// regardless of the process's umask.
     Result<void, std::error_code> replace(std::string_view contents, mode_t mode = ownerOnly) const;
 
-    /// Writes the file if there is nothing of that name, EEXIST otherwise; of several callers at once exactly
-    /// one succeeds. On an error there is no file.
+    /// Writes the file if the name is free, else fails with EEXIST; exactly one of several concurrent callers
+    /// succeeds. After any other error there is no file.
     Result<void, std::error_code> create(std::string_view contents, mode_t mode = ownerOnly) const;
 
   private:
-    /// What `folderPath_` is relative to.
+    /// `folderPath_` is relative to this.
     int base_;
     std::filesystem::path folderPath_;
     std::string name_;

@@ -89,8 +89,8 @@ class AutomaticCredentialStore::State : public std::enable_shared_from_this<Stat
     /// Empty if the keyring did not answer in time.
     using KeyringFailure = std::optional<CredentialStatus>;
 
-    /// The status if neither store has provided the item. A keyring that is not there cannot have it, one
-    /// that has not answered can.
+    /// The status if neither store has provided the item. A missing keyring cannot have it; one that has not
+    /// answered may.
     static CredentialStatus statusOfNeither(CredentialStatus ofFile, KeyringFailure ofKeyring) {
         if (ofFile != CredentialStatus::itemNotFound) {
             return ofFile;
@@ -131,7 +131,7 @@ class AutomaticCredentialStore::State : public std::enable_shared_from_this<Stat
         }
         try {
             return answer.get().transform_error([&](CredentialStatus status) {
-                // A keyring that gives up just when the time is over has not answered either.
+                // A keyring that gives up just as the time runs out has not answered either.
                 return ended < deadline ? KeyringFailure(status) : KeyringFailure();
             });
         } catch (const std::exception&) {
@@ -157,8 +157,8 @@ class AutomaticCredentialStore::State : public std::enable_shared_from_this<Stat
             [this, service = std::move(service), account = std::move(account)] { repair(service, account); });
     }
 
-    /// Makes both stores hold the same item, as far as both can be reached. It starts from their present
-    /// contents, not from the caller's, since another process may have changed them in between.
+    /// Makes both stores hold the same item, as far as both can be reached. It starts from their current
+    /// contents, not the caller's, since another process may have changed them in between.
     void repair(const std::string& service, const std::string& account) {
         std::unique_lock lock(fileMutex_);
         const std::uint64_t changesSeen = fileChanges_;
@@ -211,7 +211,7 @@ class AutomaticCredentialStore::State : public std::enable_shared_from_this<Stat
         return isRunning_;
     }
 
-    /// Ends when there are no more jobs; a later one starts another thread.
+    /// Returns when there are no more jobs; a later one starts another thread.
     void run(const ServiceThread::Self& self) {
         std::unique_lock lock(mutex_);
         while (!jobs_.empty() && !self.stopRequested()) {

@@ -10,7 +10,7 @@
 /// each successful read and each add, the two are reconciled in the background: an item that only one has is
 /// copied to the other, and if both differ the file's is copied to the keyring.
 ///
-/// So the file always takes precedence: once it holds an identity, no answer of a keyring replaces it. A
+/// So the file always takes precedence: once it holds an identity, no answer from a keyring replaces it. A
 /// keyring that was locked when the file was made, and is unlocked later with an older identity, is
 /// overwritten.
 
@@ -50,8 +50,8 @@ class AutomaticCredentialStore final : public CredentialStore {
     /// Succeeds if at least one of them had the item and removed it.
     Result<void, CredentialStatus> remove(std::string_view service, std::string_view account) override;
 
-    /// Succeeds if at least one stored the item. `duplicateItem` if the file had one already; the keyring is
-    /// then left alone.
+    /// Succeeds if at least one stored the item. `duplicateItem` if the file already had one; the keyring is
+    /// then not changed.
     Result<void, CredentialStatus> add(std::string_view service, std::string_view account,
                                        std::string_view value) override;
 

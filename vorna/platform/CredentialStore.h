@@ -13,25 +13,25 @@
 
 namespace vorna {
 
-/// Why an operation on a CredentialStore failed. The numbers appear in log lines. A host's own store may use
-/// further numbers.
+/// Why an operation on a CredentialStore failed. The numbers appear in log lines. A host's store may use
+/// other numbers.
 enum class CredentialStatus : std::int32_t {
     /// Nothing is stored under that service and account.
     itemNotFound = -25300,
     /// An item for that service and account exists already; `add` never replaces.
     duplicateItem = -25299,
-    /// The store is locked and unlocking it would need the user. The library never prompts.
+    /// The store is locked, and only the user can unlock it. The library never prompts.
     interactionNotAllowed = -25308,
     /// The machine has no such store, or it does not answer in time.
     notAvailable = -25291,
     /// The store may not be written or read (permissions, a full or read-only disk).
     notPermitted = -34018,
-    /// What is stored in the item's place cannot be trusted: others may read or write it, or it is a link.
+    /// The stored item cannot be trusted: others may read or write it, or it is a link.
     notTrusted = -67054,
 };
 
 /// One opaque byte value for each pair of service and account. Calls come from the thread that initialises
-/// the library, one at a time. An implementation bounds its own waiting (2 seconds in all) and never
+/// the library, one at a time. An implementation limits its own waiting (to 2 seconds in all) and never
 /// prompts the user.
 class VORNA_EXPORT CredentialStore {
   public:
@@ -49,7 +49,7 @@ class VORNA_EXPORT CredentialStore {
     /// Removes the item; `itemNotFound` if there is none.
     virtual Result<void, CredentialStatus> remove(std::string_view service, std::string_view account) = 0;
 
-    /// Stores the bytes unchanged, whole or not at all.
+    /// Stores the bytes unchanged and atomically.
     virtual Result<void, CredentialStatus> add(std::string_view service, std::string_view account,
                                                std::string_view value) = 0;
 };

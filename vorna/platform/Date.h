@@ -16,7 +16,7 @@ struct Date {
 };
 
 /// Returns seconds since 1970, truncated towards zero. A date that is not finite, is -1 second or less, or
-/// does not fit into 64 bits comes from a broken clock and is fatal.
+/// does not fit into 64 bits can only come from a broken clock and is fatal.
 std::uint64_t wholeSeconds(Date date);
 
 /// Returns milliseconds since 1970, by the same rules.

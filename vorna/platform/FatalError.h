@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Ends the process in the few states in which continuing would do harm: a stored identity that cannot be
+/// Aborts the process in the few states in which continuing would do harm: a stored identity that cannot be
 /// read, no folder for documents, a clock with an impossible date, a task without its data.
 
 #include <string_view>

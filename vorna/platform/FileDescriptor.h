@@ -13,7 +13,7 @@ class FileDescriptor {
   public:
     FileDescriptor() = default;
 
-    /// Takes ownership of a system call's result; a negative number is none.
+    /// Takes ownership of a system call's result; a negative number means no descriptor.
     explicit FileDescriptor(int number) noexcept : number_(number) {}
 
     FileDescriptor(FileDescriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}

@@ -15,7 +15,7 @@ namespace {
 
 constexpr mode_t folderMode = 0700;
 
-/// Makes one folder; EEXIST if there is anything of that name.
+/// Creates one folder; EEXIST if the name is taken.
 Result<void, std::error_code> makeFolder(const std::filesystem::path& path) {
     if (mkdir(path.c_str(), folderMode) != 0) {
         return lastError();
@@ -43,7 +43,7 @@ Result<FileDescriptor, std::error_code> openAt(int folder, const char* name, int
 }
 
 Result<void, std::error_code> makeFolders(const std::filesystem::path& path) {
-    // Up to the first folder that exists or can be made, then down again.
+    // Goes up to the first folder that exists or can be created, then down again.
     std::vector<std::filesystem::path> toMake{path};
     while (!toMake.empty()) {
         const std::filesystem::path& next = toMake.back();

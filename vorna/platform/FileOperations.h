@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The steps that file handling is made of.
+/// The building blocks of file handling.
 
 #include <vorna/base/Result.h>
 #include <vorna/platform/FileDescriptor.h>
@@ -33,8 +33,8 @@ Unexpected<std::error_code> lastError() noexcept;
 /// Opens `name` relative to the folder. Programs that the process starts do not inherit it.
 Result<FileDescriptor, std::error_code> openAt(int folder, const char* name, int flags, mode_t mode = 0);
 
-/// Makes the folder and its missing parents, each for the owner alone. Afterwards the path is a folder, or a
-/// link to one; a dangling link on the way is ENOENT.
+/// Creates the folder and its missing parents, each accessible only to the owner. Afterwards the path is a
+/// folder, or a link to one; a dangling link in the path is ENOENT.
 Result<void, std::error_code> makeFolders(const std::filesystem::path& path);
 
 /// Flushes a folder's entries to disk. Succeeds on file systems that cannot do that for folders.

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The port to an HTTP client: the library hands requests over and never waits. The default implementation is
-/// CurlHttpClient; a host may use its own network stack instead.
+/// The port to an HTTP client: the library passes requests to it and never waits. The default implementation
+/// is CurlHttpClient; a host may use its own network stack instead.
 
 #include <vorna/base/Export.h>
 #include <vorna/platform/URL.h>
@@ -30,15 +30,15 @@ struct HttpHeader {
 struct HttpRequest {
     URL url;
     HttpMethod method = HttpMethod::get;
-    /// Sent unchanged, along with those that the protocol requires. No header is added that would tell the
-    /// server anything about the application or the library.
+    /// Sent unchanged, along with those that the protocol requires. No other header is added, so the server
+    /// learns nothing else about the application or the library.
     std::vector<HttpHeader> headers;
     std::string body;
     /// Starts when the request is sent; the wait for its turn does not count.
     std::chrono::milliseconds timeout{60'000};
     /// A response body of more bytes is a transport error.
     std::size_t responseLimit = std::size_t{16} * 1024 * 1024;
-    /// Once a stop is requested, the request soon ends with an error, waiting or under way.
+    /// Once a stop is requested, the request soon ends with an error, whether it is waiting or in flight.
     std::stop_token stop{};
 };
 
@@ -50,7 +50,8 @@ struct HttpResponse {
     std::vector<HttpHeader> headers;
 };
 
-/// Why there is no complete response: no connection, no trust, a time-out, a malformed response.
+/// Why there is no complete response: no connection, an untrusted certificate, a time-out, a malformed
+/// response.
 struct HttpError {
     /// One line, for developers.
     std::string description;
@@ -64,7 +65,7 @@ class VORNA_EXPORT HttpClient {
   public:
     /// Called once per request, on a thread of the client; must be quick and must not throw. Without an error
     /// there is a body, which may be empty. With an error there is no body, and a response only if its
-    /// headers had arrived. Requests under way when the process exits are never completed.
+    /// headers had arrived. Requests in flight when the process exits never complete.
     using Completion =
         std::function<void(std::optional<std::string> body, std::optional<HttpResponse> response,
                            std::optional<HttpError> error)>;
@@ -76,8 +77,8 @@ class VORNA_EXPORT HttpClient {
     HttpClient& operator=(HttpClient&&) = delete;
     virtual ~HttpClient() = default;
 
-    /// Takes the request and returns at once, before any network activity. Any thread. Any number of requests
-    /// may wait; those to the same server start in the order given.
+    /// Queues the request and returns immediately, before any network activity. Any thread. Any number of
+    /// requests may wait; those to the same server start in the order given.
     virtual void start(HttpRequest request, Completion completion) = 0;
 };
 

@@ -18,8 +18,8 @@ struct NotificationCenter::Registry {
     std::map<std::string, std::vector<std::shared_ptr<Observation::Entry>>, std::less<>> entries;
 };
 
-/// One observer. The calls under way are recorded by thread, so that `deactivate` waits for those on other
-/// threads and never for its own.
+/// One observer. Running calls are recorded by thread, so that `deactivate` waits for those on other threads
+/// and never for its own.
 struct NotificationCenter::Observation::Entry {
     Entry(std::weak_ptr<Registry> inRegistry, std::string forName, Observer calledObserver)
         : registry(std::move(inRegistry)),

@@ -53,7 +53,7 @@ class VORNA_EXPORT NotificationCenter {
         Observation& operator=(const Observation&) = delete;
         Observation(Observation&& other) noexcept = default;
         Observation& operator=(Observation&& other) noexcept;
-        /// Ends the observation and waits for calls of the observer on other threads, so that what the
+        /// Ends the observation and waits for calls of the observer on other threads, so that anything the
         /// observer refers to may be destroyed afterwards. Do not hold a lock here that the observer takes.
         ~Observation();
 
@@ -86,7 +86,8 @@ class VORNA_EXPORT NotificationCenter {
     [[nodiscard]] Observation addObserver(std::string_view name, Observer observer);
 
     /// Calls the observers of that name in the order in which they were added, and returns when all have run.
-    /// One added meanwhile is first called for the next post; one removed meanwhile is not called.
+    /// One added in the meantime is first called for the next post; one removed in the meantime is not
+    /// called.
     void post(std::string_view name, UserInfo userInfo = {});
 
   private:

@@ -60,8 +60,8 @@ struct Platform {
     std::shared_ptr<RandomSource> randomSource;
 };
 
-/// Creates the default ports with these options. Never fails: a wrong option is reported by a log line when
-/// it is used. Returns within milliseconds; slower work is done in the background.
+/// Creates the default ports with these options. Never fails: an invalid option is logged when it is used.
+/// Returns within milliseconds; slower work is done in the background.
 VORNA_EXPORT Platform makePlatform(const PlatformOptions& options = {});
 
 }  // namespace vorna

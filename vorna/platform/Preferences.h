@@ -27,12 +27,12 @@ class VORNA_EXPORT Preferences {
     Preferences& operator=(Preferences&&) = delete;
     virtual ~Preferences() = default;
 
-    /// Returns the table under the key; std::nullopt if there is none or it cannot be read, or if what is
-    /// stored there is not a table of texts.
+    /// Returns the table under the key; std::nullopt if there is none or it cannot be read, or if it is not a
+    /// table of texts.
     virtual std::optional<Table> table(std::string_view key) const = 0;
 
-    /// Replaces the table under the key, whole or not at all, also across a loss of power. On an error the
-    /// former table stays.
+    /// Replaces the table under the key atomically, even across a loss of power. On an error the former table
+    /// is unchanged.
     virtual Result<void, std::error_code> setTable(std::string_view key, const Table& table) = 0;
 };
 

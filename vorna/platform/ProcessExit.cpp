@@ -61,8 +61,8 @@ void restAtProcessExit(std::weak_ptr<RestsAtExit> rester) {
     const std::scoped_lock lock(registered().mutex);
     std::erase_if(registered().resters, [](const auto& weak) { return weak.expired(); });
     registered().resters.push_back(std::move(rester));
-    // Registered again each time: a handler runs before the teardown of what was set up before it, and a
-    // later thread may use something that has only just been set up.
+    // Registered again each time: a handler runs before the teardown of everything set up before it, and a
+    // later thread may use something set up only recently.
     std::atexit(bringToRest);
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The port to random numbers. Identifiers are made from them, so that tests can reproduce these.
+/// The port to random numbers. Identifiers are made from them, so tests can reproduce identifiers.
 
 #include <vorna/base/Export.h>
 
@@ -10,7 +10,7 @@
 namespace vorna {
 
 /// Called from any thread, concurrently. The default implementation is the kernel's cryptographically secure
-/// generator; a host's own must be of that quality, since user identifiers depend on it.
+/// generator; a host's must be of the same quality, since user identifiers depend on it.
 class VORNA_EXPORT RandomSource {
   public:
     RandomSource() = default;

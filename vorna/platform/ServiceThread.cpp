@@ -20,13 +20,13 @@ namespace vorna {
 namespace {
 
 /// Blocks all signals except faults on this thread, and so on the threads that it starts, during its scope.
-/// SIGPIPE is blocked too: to us a peer that closes early is an error code, not the end of the host.
+/// SIGPIPE is blocked too: a peer that closes early should be an error code, not the end of the host.
 class BlockedSignals {
   public:
     BlockedSignals() noexcept {
         sigset_t blocked;
         sigfillset(&blocked);
-        // A fault of ours belongs to the host's crash reporter, a refused system call to its sandbox.
+        // Our faults are for the host's crash reporter, refused system calls for its sandbox.
         for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP, SIGABRT, SIGSYS}) {
             sigdelset(&blocked, fault);
         }
@@ -47,8 +47,8 @@ class BlockedSignals {
 }  // namespace
 
 void lowerThreadPriority() noexcept {
-    // On Linux each thread has a nice value of its own; 0 means the calling one. A host that already runs
-    // lower is not raised.
+    // On Linux each thread has its own nice value; 0 means the calling thread. A host that already runs at a
+    // lower priority is not raised.
     constexpr int lowered = 10;
     if (getpriority(PRIO_PROCESS, 0) < lowered) {
         setpriority(PRIO_PROCESS, 0, lowered);
@@ -65,7 +65,7 @@ class ServiceThread::State final : public RestsAtExit {
     State& operator=(State&&) = delete;
 
     ~State() override {
-        // Without a handle the thread itself is the last to get here.
+        // Without a handle, the thread itself is the last owner.
         if (thread_.joinable()) {
             thread_.detach();
         }
@@ -194,7 +194,7 @@ std::optional<ServiceThread> ServiceThread::start(const char* name, ThreadPriori
         if (processIsExiting()) {
             return std::nullopt;
         }
-        // In force from the thread's first moment, since it inherits the mask.
+        // In effect from the thread's first instruction, since it inherits the mask.
         const BlockedSignals blocked;
         state->adopt(std::thread([name, priority, state, loop = std::move(loop)]() mutable {
             pthread_setname_np(pthread_self(), name);
@@ -204,7 +204,7 @@ std::optional<ServiceThread> ServiceThread::start(const char* name, ThreadPriori
             state->begin();
             Self self(*state);
             loop(self);
-            // What the loop captured is destroyed before the thread counts as resting.
+            // The loop's captures are destroyed before the thread counts as resting.
             loop = nullptr;
             state->rest(true);
         }));

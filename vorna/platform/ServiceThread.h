@@ -18,10 +18,10 @@ namespace vorna {
 
 enum class ThreadPriority : std::uint8_t { normal, low };
 
-/// Lowers the calling thread to `ThreadPriority::low`. There is no way back without privileges.
+/// Lowers the calling thread to `ThreadPriority::low`. Irreversible without privileges.
 void lowerThreadPriority() noexcept;
 
-/// The owner's handle. Any thread may use it, one at a time.
+/// The owner's handle. Any thread may use it, but only one at a time.
 class ServiceThread {
     class State;
 
@@ -41,12 +41,12 @@ class ServiceThread {
         /// Sleeps until the time is up or a stop is requested.
         void sleepFor(std::chrono::milliseconds time);
 
-        /// Rests here until the process is gone: for a loop that finds the process exiting where it cannot
-        /// return.
+        /// Rests here until the process is gone: for a loop that finds the process exiting at a point where
+        /// it cannot return.
         [[noreturn]] void park();
 
-        /// Marks work that uses something torn down at process exit, such as TLS, and that never waits: exit
-        /// then grants the thread more time.
+        /// Marks work that uses something torn down at process exit, such as TLS, and that never waits:
+        /// process exit then grants the thread more time.
         class Vital {
           public:
             explicit Vital(Self& self) noexcept;
@@ -84,12 +84,12 @@ class ServiceThread {
     /// Asks the loop to return. Stop callbacks run on the calling thread, before this returns.
     void requestStop() noexcept;
 
-    /// Waits until the loop has returned or parked. False if it has not by the deadline. Returns true at once
-    /// on the thread itself.
+    /// Waits until the loop has returned or parked. False if it has not by the deadline. Returns true
+    /// immediately on the thread itself.
     bool awaitRest(Time deadline);
 
-    /// Requests a stop and waits until the thread has ended. Returns at once on the thread itself and while
-    /// the process exits, so the loop must share ownership of what it uses.
+    /// Requests a stop and waits until the thread has ended. Returns immediately on the thread itself and
+    /// while the process exits, so the loop must share ownership of everything it uses.
     void join();
 
     bool isCurrent() const noexcept;

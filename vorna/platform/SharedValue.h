@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A copy-on-write value. What rarely differs between records (the device's description, the identity) is
-/// stored once for all of them.
+/// A copy-on-write value. Data that rarely differs between records (the device's description, the identity)
+/// is stored once for all of them.
 
 #include <vorna/platform/NeverDestroyed.h>
 
@@ -26,7 +26,7 @@ class SharedValue {
 
     const T* operator->() const noexcept { return value_.get(); }
 
-    /// Returns a copy for changing, which this object holds from now on.
+    /// Gives this object its own copy and returns it for changing.
     T& edit() {
         auto own = std::make_shared<T>(*value_);
         T& result = *own;

@@ -3,9 +3,9 @@
 
 /// The port to the machine, the desktop and the application that the library runs in.
 ///
-/// It provides two kinds of information: facts, which are read off the caller's thread and returned as one
-/// immutable value, and the few readings taken for every record (disk space, the age of the documents folder,
-/// the time zone's offset).
+/// It provides two kinds of information: facts, which are never read on the calling thread and are returned
+/// as one immutable value, and the few readings taken for every record (disk space, the age of the documents
+/// folder, the time zone's offset).
 
 #include <vorna/base/Export.h>
 #include <vorna/base/Result.h>
@@ -61,7 +61,7 @@ struct SystemFacts {
     bool isBoldTextEnabled = false;
     bool isBiometricSupported = false;
     /// Upper-case hyphenated UUID, the same for all applications of one vendor on this device; std::nullopt
-    /// if the device has nothing to derive it from.
+    /// if the device offers nothing to derive it from.
     std::optional<std::string> identifierForVendor;
     /// Upper-case hyphenated UUID; all zeros if the platform has no advertising identifier.
     std::string advertisingIdentifier;
@@ -82,8 +82,8 @@ struct FileSystemSize {
 /// it cannot be read.
 using ItemCreation = Result<std::optional<Date>, std::string>;
 
-/// Called from any thread, concurrently, for every recorded event. Implementations must not wait for a disk
-/// beyond one system call, for D-Bus or for the network.
+/// Called from any thread, concurrently, for every recorded event. Implementations must not wait for D-Bus or
+/// the network, nor for a disk beyond one system call.
 class VORNA_EXPORT System {
   public:
     System() = default;
@@ -93,11 +93,11 @@ class VORNA_EXPORT System {
     System& operator=(System&&) = delete;
     virtual ~System() = default;
 
-    /// Returns the facts known so far; never null. The same object as long as nothing has changed, so that
-    /// records can share it. What is slow to read (battery, biometrics) is "unknown" until then.
+    /// Returns the facts known so far; never null. The same object until something changes, so that records
+    /// can share it. Facts that are slow to read (battery, biometrics) are "unknown" at first.
     virtual std::shared_ptr<const SystemFacts> facts() const = 0;
 
-    /// Keeps the battery facts current from now on. Returns at once; later calls do nothing.
+    /// Keeps the battery facts current from now on. Returns immediately; later calls do nothing.
     virtual void enableBatteryMonitoring() = 0;
 
     /// Sets the main screen. Called by the screens' module, again whenever it changes.
@@ -110,8 +110,8 @@ class VORNA_EXPORT System {
     /// Returns the size of the file system of the user's home folder; std::nullopt if it cannot be read.
     virtual std::optional<FileSystemSize> homeFileSystem() const = 0;
 
-    /// Returns the application's documents folder, creating it if necessary. std::nullopt only if the user
-    /// has no place for one. Always the same for the life of the process.
+    /// Returns the application's documents folder, creating it if necessary. std::nullopt only if there is
+    /// nowhere to put one. Never changes during the life of the process.
     virtual std::optional<std::string> documentsDirectory() const = 0;
 
     virtual ItemCreation creation(const std::string& path) const = 0;

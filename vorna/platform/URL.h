@@ -14,8 +14,8 @@ namespace vorna {
 
 class VORNA_EXPORT URL {
   public:
-    /// Returns std::nullopt if the text is not an absolute URL with a scheme and a host: empty, with blanks
-    /// or control characters, without a host, or with a port that is not a number.
+    /// Returns std::nullopt if the text is not an absolute URL with a scheme and a host: it is empty,
+    /// contains blanks or control characters, lacks a host, or has a port that is not a number.
     static std::optional<URL> parse(std::string_view text);
 
     /// The text as given.

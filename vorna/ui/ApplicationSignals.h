@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Posts the six notifications of the application's life cycle as Qt and the system report it.
+/// Posts the six notifications of the application's lifecycle as Qt and the system report it.
 
 #include <QtCore/QObject>
 #include <QtCore/QPointer>
@@ -11,9 +11,9 @@ namespace vorna::ui {
 /// Main thread.
 class ApplicationSignals {
   public:
-    /// Starts with the first call and goes on as long as the application object exists. An application that
-    /// is active already is reported at the next turn of the event loop, so that the host can initialise the
-    /// library first.
+    /// Starts on the first call and continues for as long as the application object exists. An application
+    /// that is active already is reported at the next turn of the event loop, so that the host can initialise
+    /// the library first.
     void deliver();
 
   private:

@@ -12,7 +12,8 @@ namespace vorna::ui {
 
 namespace {
 
-// Microseconds stalled, within a window of microseconds. Two seconds is what unprivileged processes may use.
+// Microseconds stalled, within a window of microseconds. Unprivileged processes may only use multiples of two
+// seconds.
 constexpr std::string_view trigger = "some 200000 2000000";
 
 }  // namespace

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Watches for memory shortage by the kernel's pressure stall information.
+/// Watches for memory shortage using the kernel's pressure stall information.
 
 #include <QtCore/QSocketNotifier>
 

@@ -24,7 +24,7 @@ class QuickScreens final : public Screens {
     /// The process's instance, installed behind the facade. Must first be called on the main thread.
     static QuickScreens& installed();
 
-    /// Reports the window's screen and the application's life cycle to the library from now on. Main thread.
+    /// Reports the window's screen and the application's lifecycle to the library from now on. Main thread.
     void follow(HostWindow& window);
 
     void start(const ScreenServices& services) override;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Reports to the library's system port what Qt knows: the main screen, and the application's identifier and
-/// version.
+/// Reports facts known to Qt to the library's system port: the main screen, and the application's identifier
+/// and version.
 
 #include <vorna/platform/System.h>
 #include <vorna/ui/common/HostWindow.h>

@@ -17,10 +17,10 @@ class QQuickWindow;
 namespace vorna::ui {
 
 /// Makes that window the key window: screens are presented in it from now on. The window's items are moved
-/// under one item of ours, of the window's size, so that they can be moved and hidden together; its root view
-/// controller represents them.
+/// under one item of ours, with the window's size, so that they can be moved and hidden together; its root
+/// view controller represents them.
 ///
-/// The first call also installs the screens behind the facade and reports the application's life cycle to the
+/// The first call also installs the screens behind the facade and reports the application's lifecycle to the
 /// library: launched, active, inactive, in the background, short of memory. The library learns the size of
 /// the main screen from Qt, and the application's identifier and version if the host's options do not give
 /// them.

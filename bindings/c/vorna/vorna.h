@@ -17,7 +17,8 @@
 /// terminator. A result not less than the capacity means that the text was truncated. Pass NULL and a
 /// capacity of 0 to get the length. If there is no value, they write an empty string and return VORNA_ABSENT.
 ///
-/// The symbols have the version VORNA_0; as long as it lasts, these declarations keep their meaning.
+/// The symbols have the version VORNA_0; as long as that version exists, these declarations keep their
+/// meaning.
 
 #include <stdbool.h>
 #include <stddef.h>
@@ -51,7 +52,7 @@ enum {
 ///     vorna_platform_options options = {0};
 ///     options.size = sizeof options;
 ///
-/// Later versions may append fields; the size tells which of them the caller knows.
+/// Later versions may append fields; the size indicates which of them the caller knows.
 typedef struct vorna_platform_options {
     size_t size;
     /// Scheme and authority of the service, such as "https://events.example.com". NULL for the address
@@ -89,7 +90,7 @@ size_t vorna_get_user_id(char* buffer, size_t capacity);
 /// Returns the identifier set by vorna_set_adid; VORNA_ABSENT before.
 size_t vorna_get_adid(char* buffer, size_t capacity);
 
-/// Sets the advertising or attribution identifier in all further records. It may be empty.
+/// Sets the advertising or attribution identifier of all later records. It may be empty.
 void vorna_set_adid(const char* adid);
 
 /// Stores when this installation's identity was created, in seconds since 1970, and returns true; returns
@@ -200,7 +201,7 @@ void vorna_post_signal(vorna_signal signal);
 
 /* Notifications from the library to its host */
 
-/// Fetching the remote configuration has ended: "remoteConfigFetched" (bool), whether successfully.
+/// A fetch of the remote configuration has finished: "remoteConfigFetched" (bool) says whether it succeeded.
 extern const char* const vorna_notification_remote_configs_ready;
 /// A product was tapped: "identifier" (string).
 extern const char* const vorna_notification_paid_product_clicked;

@@ -45,7 +45,7 @@ class AdmissionOfRequests : public testing::Test {
 
 constexpr std::string_view server = "https://service.test/v1/event";
 
-TEST_F(AdmissionOfRequests, LetsOneGoAheadUntilTheServerIsReached) {
+TEST_F(AdmissionOfRequests, AdmitsOneRequestUntilTheServerIsReached) {
     for (const char* const body : {"1", "2", "3"}) {
         add(server, body);
     }
@@ -54,7 +54,7 @@ TEST_F(AdmissionOfRequests, LetsOneGoAheadUntilTheServerIsReached) {
     EXPECT_THAT(admit(), ElementsAre("2", "3"));
 }
 
-TEST_F(AdmissionOfRequests, LetsOneAtATimeTryAServerThatIsNotReached) {
+TEST_F(AdmissionOfRequests, AdmitsOneAtATimeToAnUnreachableServer) {
     add(server, "1");
     add(server, "2");
     EXPECT_THAT(admit(), ElementsAre("1"));
@@ -62,7 +62,7 @@ TEST_F(AdmissionOfRequests, LetsOneAtATimeTryAServerThatIsNotReached) {
     EXPECT_THAT(admit(), ElementsAre("2"));
 }
 
-TEST_F(AdmissionOfRequests, BeginsAnewWhenAServerIsNoLongerReached) {
+TEST_F(AdmissionOfRequests, StartsOverWhenAServerBecomesUnreachable) {
     add(server, "1");
     admit();
     lane_->requestSent({});
@@ -100,7 +100,7 @@ TEST_F(AdmissionOfRequests, HasALaneForEachSchemeHostAndPort) {
     EXPECT_EQ(admit().size(), urls.size() - 1) << "the first two share a lane";
 }
 
-TEST_F(AdmissionOfRequests, RemovesTheCancelledThatWait) {
+TEST_F(AdmissionOfRequests, RemovesCancelledWaitingRequests) {
     std::stop_source source;
     add(server, "1", source.get_token());
     add(server, "2", source.get_token());
@@ -119,7 +119,7 @@ TEST_F(AdmissionOfRequests, RemovesTheCancelledThatWait) {
     EXPECT_THAT(admit(), ElementsAre("3"));
 }
 
-TEST_F(AdmissionOfRequests, CountsNoCancellableOnesOnceTheyAreAdmitted) {
+TEST_F(AdmissionOfRequests, DoesNotCountAdmittedRequestsAsCancellable) {
     {
         const std::stop_source source;
         add(server, "1", source.get_token());
@@ -129,7 +129,7 @@ TEST_F(AdmissionOfRequests, CountsNoCancellableOnesOnceTheyAreAdmitted) {
     EXPECT_FALSE(admission_.hasCancellable()) << "though its stop source has gone meanwhile";
 }
 
-TEST_F(AdmissionOfRequests, RemovesAll) {
+TEST_F(AdmissionOfRequests, RemovesAllWaitingRequests) {
     add(server, "1");
     add(server, "2");
     add("https://other.test/", "3");

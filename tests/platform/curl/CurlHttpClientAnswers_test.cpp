@@ -206,7 +206,7 @@ TEST(HttpRedirect, ThatFailsKeepsTheLastAnswer) {
 /// A reset may overtake data sent before it.
 constexpr int eitherWay = -1;
 
-/// What a faulty server does after it has read the request.
+/// A faulty server's behaviour after reading the request.
 struct Fault {
     const char* name;
     std::function<void(RawServer::Connection&)> answer;

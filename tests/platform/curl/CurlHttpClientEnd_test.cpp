@@ -180,7 +180,7 @@ TEST(HttpClientDestruction, MayHappenAtAnyTime) {
     EXPECT_EQ(outcomes.countWithStatus(200) + outcomes.countWithError(), 1000U);
 }
 
-/// Each test exits a process of its own. It is killed if it takes so long that only a hang explains it.
+/// Each test exits a separate process, which is killed if it takes so long that it must have hung.
 class ProcessExitUnderLoad : public testing::Test {
   protected:
     ProcessExitUnderLoad() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
@@ -224,7 +224,7 @@ TEST_F(ProcessExitUnderLoad, WithAServerThatHangsIsClean) {
         testing::ExitedWithCode(0), "");
 }
 
-TEST_F(ProcessExitUnderLoad, AtOnceIsClean) {
+TEST_F(ProcessExitUnderLoad, ImmediatelyAfterTheStartIsClean) {
     EXPECT_EXIT(
         {
             limitTheProcess();
@@ -256,7 +256,7 @@ TEST_F(ProcessExitUnderLoad, FromACompletionIsClean) {
         testing::ExitedWithCode(0), "");
 }
 
-TEST_F(ProcessExitUnderLoad, WhileACompletionTakesItsTimeCompletesNothingElse) {
+TEST_F(ProcessExitUnderLoad, DuringASlowCompletionCompletesNothingElse) {
     EXPECT_EXIT(
         {
             limitTheProcess();

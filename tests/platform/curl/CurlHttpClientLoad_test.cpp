@@ -43,7 +43,7 @@ using support::RawServer;
 
 constexpr std::string_view emptyAnswer = "HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n";
 
-/// Opens once that many threads wait at the same time.
+/// Opens once that many threads are waiting at the same time.
 class Gate {
   public:
     explicit Gate(std::size_t wanted) : wanted_(wanted) {}
@@ -103,7 +103,7 @@ TEST(Http1Connections, OverTlsAreSix) {
     for (int count = 0; count < 100; ++count) {
         client.start(posting(nginx.url("/v1/event"), "{}"), outcomes.next());
     }
-    // One goes ahead to find out the protocol; after its answer the others follow on six connections.
+    // One goes first to find out the protocol; after its answer the others follow on six connections.
     EXPECT_TRUE(outcomes.waitForAll());
     EXPECT_EQ(outcomes.countWithStatus(200), 100U) << outcomes.firstError();
     nginx.stop();
@@ -307,7 +307,7 @@ TEST(HttpTimeout, OfOneRequestLeavesTheOthersOfItsConnectionAlone) {
     EXPECT_EQ(connections.size(), 1U);
 }
 
-/// As after a change of network: nothing comes back, not even acknowledgements.
+/// As after a change of network: nothing arrives, not even acknowledgements.
 TEST(HttpConnection, ThatSwallowsDataIsDroppedBeforeTheRequestTimesOut) {
     std::promise<void> ended;
     const std::shared_future<void> hasEnded = ended.get_future().share();
@@ -379,7 +379,7 @@ TEST_F(Http1Delivery, LosesNothingWhenTheServerKeepsClosingConnections) {
     expectEachOnce(nginx, "HTTP/1.1", 2000, 1);
 }
 
-TEST_F(Http2Delivery, SendsManyRequestsAtOnceOnOneConnection) {
+TEST_F(Http2Delivery, SendsManyConcurrentRequestsOnOneConnection) {
     Gate gate(64);
     const RawServer behind([&](RawServer::Connection& connection) {
         connection.readRequest();
@@ -511,7 +511,7 @@ TEST(WaitingHttpRequests, CostLittleMoreThanTheirBodies) {
     constexpr std::size_t bodySize = 850;
     {
         CurlHttpClient client("");
-        // Six under way do not count as waiting.
+        // The six in flight do not count as waiting.
         for (int number = 0; number < 6; ++number) {
             client.start(posting(hanging.url("/v1/event"), "{}"), [](auto, auto, auto) {});
         }

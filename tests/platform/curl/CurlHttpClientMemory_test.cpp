@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 /// Runs out of memory on the client's thread. This file replaces the allocation functions of the whole
-/// program, so it is a program of its own.
+/// program, so it is a separate program.
 
 #include <vorna/platform/curl/CurlHttpClient.h>
 
@@ -95,7 +95,7 @@ TEST(HttpClientOutOfMemory, EndsTheRequestAffectedAndNoOther) {
                                  counts.count(request, body && !error);
                              });
             };
-            // The first completion sets the trap on the client's thread.
+            // The first completion arms the failure on the client's thread.
             client.start(to(server.url("/")), [&](const auto& body, auto&&, auto&&) {
                 allocationsLeft = number;
                 counts.count(0, body.has_value());
@@ -109,7 +109,7 @@ TEST(HttpClientOutOfMemory, EndsTheRequestAffectedAndNoOther) {
                 start(request);
             }
             EXPECT_TRUE(counts.waitFor(static_cast<int>(counts.completions.size())));
-            // What was set up for one request does not prevent the next.
+            // A partial set-up for one request does not prevent the next.
             EXPECT_GE(counts.succeeded, static_cast<int>(counts.completions.size()) - 2) << number;
         }
         for (const int completions : counts.completions) {

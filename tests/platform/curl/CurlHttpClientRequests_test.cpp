@@ -95,7 +95,7 @@ TEST(HttpRequestOnTheWire, OfPostHasTheGivenHeadersOnceAndTheBody) {
     EXPECT_EQ(bodyOf(received), R"({"name":"hello"})");
 }
 
-TEST(HttpRequestOnTheWire, OfPostWithoutContentTypeGetsNone) {
+TEST(HttpRequestOnTheWire, OfPostWithoutContentTypeHasNone) {
     const RawServer server(answerOk);
     CurlHttpClient client("");
     HttpRequest request = posting(server.url("/"), "text");

@@ -85,7 +85,7 @@ TEST_F(HttpsServer, WithACertificateForAnotherNameIsRefused) {
     expectRefusal(askServerWith(authority_.forAnotherName(), authority_.file()), HasSubstr("localhost"));
 }
 
-TEST_F(HttpsServer, IsRefusedWhenTheFileOfAuthoritiesIsMissing) {
+TEST_F(HttpsServer, IsRefusedIfTheFileOfAuthoritiesIsMissing) {
     expectRefusal(askServerWith(authority_.good(), "/nonexistent/ca.pem"), HasSubstr("/nonexistent/ca.pem"));
 }
 
@@ -222,7 +222,7 @@ TEST(OtherSchemes, AreRefused) {
     }
 }
 
-/// Changes the variables of this process; each test has a process of its own.
+/// Changes the variables of this process; each test has its own process.
 class HttpProxy : public testing::Test {
   protected:
     void SetUp() override {
@@ -251,7 +251,7 @@ TEST_F(HttpProxy, IsTakenFromTheEnvironmentForHttps) {
     EXPECT_THAT(proxy_.received().at(0), StartsWith("CONNECT service.vorna.invalid:443 HTTP/1.1\r\n"));
 }
 
-TEST_F(HttpProxy, IsBypassedForTheHostsOfNoProxy) {
+TEST_F(HttpProxy, IsBypassedForHostsInNoProxy) {
     set("https_proxy", proxy_.url(""));
     set("no_proxy", "service.vorna.invalid");
     CurlHttpClient client("");

@@ -24,7 +24,7 @@ class SystemTrustStore : public testing::TestWithParam<Layout> {
     void TearDown() override { std::filesystem::remove_all(root_); }
 };
 
-TEST_P(SystemTrustStore, IsFoundWhereTheSystemHasIt) {
+TEST_P(SystemTrustStore, IsFoundInTheSystemsUsualPlace) {
     const std::filesystem::path bundle = root_.string() + GetParam().bundle;
     std::filesystem::create_directories(bundle.parent_path());
     std::ofstream(bundle) << "certificates\n";

@@ -70,13 +70,13 @@ class FileStore : public ::testing::Test {
     }
 };
 
-TEST_F(FileStore, HasNothingAtFirstAndMakesNothingByReading) {
+TEST_F(FileStore, IsInitiallyEmptyAndCreatesNothingOnReading) {
     EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::itemNotFound));
     EXPECT_EQ(store.remove(service, account), Unexpected(CredentialStatus::itemNotFound));
     EXPECT_FALSE(std::filesystem::exists(data));
 }
 
-TEST_F(FileStore, GivesBackEveryByteThatWasAdded) {
+TEST_F(FileStore, PreservesEveryByte) {
     std::string everyByte;
     for (int byte = 0; byte < 256; ++byte) {
         everyByte += static_cast<char>(byte);
@@ -92,7 +92,7 @@ TEST_F(FileStore, GivesBackEveryByteThatWasAdded) {
     }
 }
 
-TEST_F(FileStore, NeitherTakesNorGivesMoreThanTheLargestValue) {
+TEST_F(FileStore, NeitherStoresNorReturnsMoreThanTheMaximumSize) {
     const std::string value(FileCredentialStore::largestValue + 1, 'x');
     EXPECT_EQ(store.add(service, account, value), Unexpected(CredentialStatus::notPermitted));
     makeFolder();
@@ -108,7 +108,7 @@ TEST_F(FileStore, NeverReplaces) {
     EXPECT_THAT(namesIn(folder), SizeIs(1));
 }
 
-TEST_F(FileStore, KeepsFolderAndFileToTheirOwnerWhateverTheProcessesMask) {
+TEST_F(FileStore, KeepsFolderAndFilePrivateRegardlessOfTheUmask) {
     for (const mode_t mask : {mode_t{0}, mode_t{022}, mode_t{077}}) {
         const mode_t before = umask(mask);
         const Result<void, CredentialStatus> result = store.add(service, account, "value");
@@ -121,14 +121,14 @@ TEST_F(FileStore, KeepsFolderAndFileToTheirOwnerWhateverTheProcessesMask) {
     }
 }
 
-TEST_F(FileStore, ClosesAFolderThatOthersMayLookInto) {
+TEST_F(FileStore, RestrictsAFolderThatOthersMayList) {
     makeFolder();
     chmod(folder.c_str(), 0755);
     ASSERT_TRUE(store.add(service, account, "value"));
     EXPECT_EQ(modeOf(folder), 0700U);
 }
 
-TEST_F(FileStore, MakesAllFoldersOnTheWay) {
+TEST_F(FileStore, CreatesAllMissingFolders) {
     for (const char* const way : {"a/b/c", "d/e/", "f//"}) {
         FileCredentialStore deep((data / way).string());
         EXPECT_TRUE(deep.add(service, account, "value")) << way;
@@ -136,7 +136,7 @@ TEST_F(FileStore, MakesAllFoldersOnTheWay) {
     }
 }
 
-TEST_F(FileStore, FollowsALinkThatTheUserPutInPlaceOfTheDataFolder) {
+TEST_F(FileStore, FollowsALinkInPlaceOfTheDataFolder) {
     const std::filesystem::path elsewhere = temporary.path() / "elsewhere";
     std::filesystem::create_directory(elsewhere);
     std::filesystem::create_directory_symlink(elsewhere, data);
@@ -157,7 +157,7 @@ TEST_F(FileStore, IsNotAvailableWithoutADataFolder) {
     EXPECT_EQ(store.add(service, account, "value"), Unexpected(CredentialStatus::notAvailable));
 }
 
-TEST_F(FileStore, KeepsEveryPairOfNamesApart) {
+TEST_F(FileStore, DistinguishesEveryPairOfNames) {
     using namespace std::string_literals;
     const std::vector<std::pair<std::string, std::string>> names = {
         {"a", "b"},    {"b", "a"},     {"ab", ""},  {"", "ab"},     {"", ""},       {"a@b", "c"},
@@ -177,7 +177,7 @@ TEST_F(FileStore, KeepsEveryPairOfNamesApart) {
     }
 }
 
-TEST_F(FileStore, TakesNoNameThatIsTooLongForAFile) {
+TEST_F(FileStore, RejectsANameTooLongForAFile) {
     const std::string name(300, 'x');
     EXPECT_EQ(store.add(name, account, "value"), Unexpected(CredentialStatus::notPermitted));
     EXPECT_EQ(store.read(name, account), Unexpected(CredentialStatus::notPermitted));
@@ -194,7 +194,7 @@ TEST_F(FileStore, RemovesOnlyTheItemOfThatName) {
 
 struct Intrusion {
     const char* name;
-    /// Puts something into the place of the item's file.
+    /// Puts something in place of the item's file.
     std::function<void(const std::filesystem::path& file)> put;
     Result<void, CredentialStatus> removal = {};
 };
@@ -212,7 +212,7 @@ std::function<void(const std::filesystem::path&)> fileOfMode(mode_t mode) {
 
 class UntrustedFile : public FileStore, public ::testing::WithParamInterface<Intrusion> {};
 
-TEST_P(UntrustedFile, IsNotReadButGivesWayToANewItem) {
+TEST_P(UntrustedFile, IsNotReadButReplacedByANewItem) {
     makeFolder();
     GetParam().put(file);
     const auto began = steady_clock::now();
@@ -258,7 +258,7 @@ INSTANTIATE_TEST_SUITE_P(
                   Unexpected(CredentialStatus::notTrusted)}),
     [](const auto& row) { return row.param.name; });
 
-TEST_F(FileStore, DoesNotTouchWhatALinkPointsTo) {
+TEST_F(FileStore, DoesNotTouchTheTargetOfALink) {
     makeFolder();
     const std::filesystem::path target = temporary.path() / "target";
     writeFile(target, "not ours");
@@ -268,7 +268,7 @@ TEST_F(FileStore, DoesNotTouchWhatALinkPointsTo) {
     EXPECT_EQ(contentsOf(target), "not ours");
 }
 
-TEST_F(FileStore, TrustsNoFileOfAnotherUser) {
+TEST_F(FileStore, DoesNotTrustAFileOfAnotherUser) {
     if (geteuid() != 0) {
         GTEST_SKIP() << "only root can give a file away";
     }
@@ -310,21 +310,21 @@ TEST_F(FileStore, TrustsNothingBehindALinkInPlaceOfItsFolder) {
     EXPECT_THAT(namesIn(moved), SizeIs(1));
 }
 
-TEST_F(FileStore, TrustsNothingWhereAFileStandsInPlaceOfAFolder) {
+TEST_F(FileStore, TrustsNothingIfAFileIsInPlaceOfTheFolder) {
     writeFile(data, "a file");
     EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::notTrusted));
     EXPECT_EQ(store.add(service, account, "value"), Unexpected(CredentialStatus::notTrusted));
     EXPECT_EQ(contentsOf(data), "a file");
 }
 
-TEST_F(FileStore, ClearsAwayWhatAKilledProcessLeftBehind) {
+TEST_F(FileStore, RemovesLeftoversOfAKilledProcess) {
     makeFolder();
     writeFile(folder / "~vorna-0123456789abcdef", "half a val");
     ASSERT_TRUE(store.add(service, account, "value"));
     EXPECT_THAT(namesIn(folder), ElementsAre(file.filename().string()));
 }
 
-TEST_F(FileStore, LeavesAloneWhatAnotherProcessIsStillWriting) {
+TEST_F(FileStore, LeavesAFileThatAnotherProcessIsStillWriting) {
     makeFolder();
     const std::filesystem::path unfinished = folder / "~vorna-0123456789abcdef";
     writeFile(unfinished, "half a val");
@@ -335,7 +335,7 @@ TEST_F(FileStore, LeavesAloneWhatAnotherProcessIsStillWriting) {
     close(writer);
 }
 
-TEST_F(FileStore, LetsOneOfTwoProcessesWin) {
+TEST_F(FileStore, LetsExactlyOneOfTwoProcessesAdd) {
     for (int round = 0; round < 100; ++round) {
         const std::string name = "round " + std::to_string(round);
         const auto adder = [&](const std::string& value) {
@@ -357,7 +357,7 @@ TEST_F(FileStore, LetsOneOfTwoProcessesWin) {
     EXPECT_THAT(namesIn(folder), SizeIs(100)) << "something unfinished was left";
 }
 
-TEST_F(FileStore, ShowsOtherProcessesTheWholeValueOrNone) {
+TEST_F(FileStore, ShowsOtherProcessesTheCompleteValueOrNone) {
     const std::string value(FileCredentialStore::largestValue, 'x');
     ForkedProcess adder([this, &value](const std::string&) {
         for (int round = 0; round < 20; ++round) {
@@ -385,7 +385,7 @@ TEST_F(FileStore, ShowsOtherProcessesTheWholeValueOrNone) {
     EXPECT_GT(absent, 0);
 }
 
-TEST_F(FileStore, HasTheWholeValueOrNoneAfterAProcessWasKilledWhileAdding) {
+TEST_F(FileStore, HasTheCompleteValueOrNoneAfterAKillDuringAdd) {
     const std::string value(FileCredentialStore::largestValue, 'x');
     const auto add = [this, &value](const std::string&) {
         return store.add(service, account, value) ? 0 : 1;
@@ -407,7 +407,7 @@ TEST_F(FileStore, HasTheWholeValueOrNoneAfterAProcessWasKilledWhileAdding) {
         process.start();
         const auto end = steady_clock::now() + microseconds(anyMoment(generator));
         while (steady_clock::now() < end) {
-            // A sleep would come to an end at some moments only.
+            // A sleep would end only at certain moments.
         }
         process.kill();
         process.wait();
@@ -426,7 +426,7 @@ TEST_F(FileStore, HasTheWholeValueOrNoneAfterAProcessWasKilledWhileAdding) {
     EXPECT_THAT(namesIn(folder), SizeIs(1));
 }
 
-TEST_F(FileStore, AddsAllOrNothingWhenTheLimitOnFilesIsReached) {
+TEST_F(FileStore, AddsAtomicallyAtTheLimitOnFiles) {
     makeFolder();
     const std::string value(10'000, 'x');
     ASSERT_NE(std::signal(SIGXFSZ, SIG_IGN), SIG_ERR);
@@ -453,7 +453,7 @@ class FileStoreOnASmallDisk : public ::testing::Test {
     }
 };
 
-TEST_F(FileStoreOnASmallDisk, AddsAllOrNothing) {
+TEST_F(FileStoreOnASmallDisk, AddsAtomically) {
     const std::string value(std::size_t{3} * 4096, 'x');
     bool hasFailed = false;
     bool hasSucceeded = false;
@@ -478,7 +478,7 @@ TEST_F(FileStoreOnASmallDisk, AddsAllOrNothing) {
     EXPECT_TRUE(hasSucceeded);
 }
 
-TEST_F(FileStoreOnASmallDisk, ChangesNothingThatIsReadOnly) {
+TEST_F(FileStoreOnASmallDisk, ChangesNothingOnAReadOnlyDisk) {
     const SmallDisk disk;
     FileCredentialStore store(disk.path().string());
     FileCredentialStore fresh((disk.path() / "fresh").string());

@@ -66,12 +66,12 @@ class PreferenceFiles : public testing::Test {
     FilePreferences preferences_{data_.string()};
 };
 
-TEST_F(PreferenceFiles, HaveNoTablesBeforeTheFirstSaveAndAreNotMadeByReading) {
+TEST_F(PreferenceFiles, HaveNoTablesAtFirstAndAreNotCreatedByReading) {
     EXPECT_EQ(preferences_.table(key), std::nullopt);
     EXPECT_FALSE(fs::exists(data_));
 }
 
-TEST_F(PreferenceFiles, GiveAnotherObjectWhatOneHasSaved) {
+TEST_F(PreferenceFiles, AreSharedBetweenObjects) {
     EXPECT_TRUE(preferences_.setTable(key, {{"theme", "dark"}}));
     EXPECT_TRUE(preferences_.setTable("other", {}));
     EXPECT_TRUE(preferences_.setTable(key, {{"a", ""}, {"ğ", "\"1\"\n"}}));
@@ -83,7 +83,7 @@ TEST_F(PreferenceFiles, GiveAnotherObjectWhatOneHasSaved) {
     EXPECT_THAT(namesIn(folder_), UnorderedElementsAre("VornaRemoteConfigs.json", "other.json"));
 }
 
-TEST_F(PreferenceFiles, KeepTheTablesOfAllKeysApartAndInTheirFolder) {
+TEST_F(PreferenceFiles, KeepEachKeysTableInItsOwnFile) {
     using namespace std::string_literals;
     const std::vector<std::string> keys = {"",      ".",    "..", "../x", "/etc/x", "a/b", "a%2Fb",
                                            "a\0b"s, "\xFF", "~",  "ğ",    "A",      "a ",  "a"};
@@ -98,7 +98,7 @@ TEST_F(PreferenceFiles, KeepTheTablesOfAllKeysApartAndInTheirFolder) {
     EXPECT_EQ(preferences_.setTable(std::string(300, 'x'), {}), failure(std::errc::filename_too_long));
 }
 
-TEST_F(PreferenceFiles, BelongToTheirOwnerAloneWhateverTheUmask) {
+TEST_F(PreferenceFiles, ArePrivateRegardlessOfTheUmask) {
     for (const mode_t mask : {mode_t{0}, mode_t{022}, mode_t{077}}) {
         fs::remove_all(data_);
         const mode_t former = umask(mask);
@@ -111,14 +111,14 @@ TEST_F(PreferenceFiles, BelongToTheirOwnerAloneWhateverTheUmask) {
     }
 }
 
-TEST_F(PreferenceFiles, BecomePrivateWhenTheyWereNot) {
+TEST_F(PreferenceFiles, BecomePrivateIfTheyWereNot) {
     put("{}");
     ASSERT_EQ(chmod(file_.c_str(), 0644), 0);
     EXPECT_TRUE(preferences_.setTable(key, {}));
     EXPECT_EQ(modeOf(file_), 0600U);
 }
 
-TEST_F(PreferenceFiles, RefuseWhatTheyCouldNotReadAgain) {
+TEST_F(PreferenceFiles, RejectTablesThatCouldNotBeReadAgain) {
     ASSERT_TRUE(preferences_.setTable(key, {{"a", "1"}}));
     EXPECT_EQ(preferences_.setTable(key, {{"a", "\xC3\x28"}}), failure(std::errc::illegal_byte_sequence));
     EXPECT_EQ(preferences_.setTable(key, {{"\xFF", "1"}}), failure(std::errc::illegal_byte_sequence));
@@ -164,7 +164,7 @@ INSTANTIATE_TEST_SUITE_P(Contents, ForeignPreferenceFile,
                                          Foreign{"TableWithATable", R"({"a":"1","b":{}})"}),
                          [](const auto& row) { return row.param.name; });
 
-TEST_F(PreferenceFiles, AreNotReadAboveTheLargestSize) {
+TEST_F(PreferenceFiles, AreNotReadAboveTheMaximumSize) {
     put("{\"a\":\"1\"}");
     fs::resize_file(file_, FilePreferences::largestFile + 1);
     EXPECT_EQ(preferences_.table(key), std::nullopt);
@@ -172,7 +172,7 @@ TEST_F(PreferenceFiles, AreNotReadAboveTheLargestSize) {
     EXPECT_EQ(preferences_.table(key), (Table{{"a", "1"}}));
 }
 
-TEST_F(PreferenceFiles, AreNotReadFromAPipeWhichTheyReplace) {
+TEST_F(PreferenceFiles, DoNotReadAPipeButReplaceIt) {
     fs::create_directories(folder_);
     ASSERT_EQ(mkfifo(file_.c_str(), 0600), 0);
     EXPECT_EQ(preferences_.table(key), std::nullopt);
@@ -207,7 +207,7 @@ TEST_F(PreferenceFiles, MayBeInADataFolderThatIsALink) {
     EXPECT_EQ(preferences_.table(key), (Table{{"a", "1"}}));
 }
 
-TEST_F(PreferenceFiles, CannotBeSavedWhereTheirFoldersCannotBeMade) {
+TEST_F(PreferenceFiles, CannotBeSavedIfTheirFoldersCannotBeCreated) {
     EXPECT_EQ(FilePreferences("").table(key), std::nullopt);
     EXPECT_EQ(FilePreferences("").setTable(key, {}), failure(std::errc::no_such_file_or_directory));
 
@@ -222,7 +222,7 @@ TEST_F(PreferenceFiles, CannotBeSavedWhereTheirFoldersCannotBeMade) {
     EXPECT_EQ(contentsOf(data_), "in the way");
 }
 
-TEST_F(PreferenceFiles, StayAsTheyAreOnAFullDisk) {
+TEST_F(PreferenceFiles, KeepTheOldTableIfTheDiskIsFull) {
     if (!SmallDisk::whyNot().empty()) {
         GTEST_SKIP() << SmallDisk::whyNot();
     }
@@ -235,7 +235,7 @@ TEST_F(PreferenceFiles, StayAsTheyAreOnAFullDisk) {
     EXPECT_THAT(namesIn(disk.path() / "preferences"), ElementsAre("VornaRemoteConfigs.json"));
 }
 
-TEST_F(PreferenceFiles, AreWholeForThreadsThatReadWhileOthersSave) {
+TEST_F(PreferenceFiles, AreCompleteForConcurrentReaders) {
     const auto tableOf = [](int generation) {
         Table table;
         for (int entry = 0; entry < 300; ++entry) {
@@ -273,7 +273,7 @@ class FormerPreferencesFile : public PreferenceFiles {
     }
 };
 
-TEST_F(FormerPreferencesFile, IsTakenOverAndRemoved) {
+TEST_F(FormerPreferencesFile, IsMigratedAndRemoved) {
     putFormer("{\"VornaRemoteConfigs\":{\"empty\":\"\",\"theme\":\"dark\",\"ğ\":\"\\\"1\\\"\\n\"}}\n");
     const Table table = {{"empty", ""}, {"theme", "dark"}, {"ğ", "\"1\"\n"}};
     EXPECT_EQ(preferences_.table(key), table);
@@ -293,7 +293,7 @@ TEST_F(FormerPreferencesFile, StaysIfItHasOtherEntriesButIsReadOnce) {
     EXPECT_EQ(contentsOf(formerFile_), document);
 }
 
-TEST_F(FormerPreferencesFile, GivesWayToATableThatWasSavedSince) {
+TEST_F(FormerPreferencesFile, IsIgnoredInFavourOfATableSavedSince) {
     putFormer(R"({"VornaRemoteConfigs":{"theme":"old"}})");
     ASSERT_TRUE(preferences_.setTable(key, {{"theme", "new"}}));
     EXPECT_EQ(preferences_.table(key), (Table{{"theme", "new"}}));
@@ -310,7 +310,7 @@ TEST_F(FormerPreferencesFile, GivesWayToATableThatIsSavedMeanwhile) {
     }
 }
 
-TEST_F(FormerPreferencesFile, IsLeftAloneIfItHasNoTableOfTexts) {
+TEST_F(FormerPreferencesFile, IsLeftAloneIfItHoldsNoTableOfTexts) {
     for (const char* const contents :
          {"", "{", "[]", "{}", R"({"VornaRemoteConfigs":null})", R"({"VornaRemoteConfigs":{"a":1}})",
           R"({"VornaRemoteConfigs":"a"})"}) {
@@ -353,7 +353,7 @@ TEST_F(FormerPreferencesFile, StaysIfTheTableCannotBeSaved) {
     ASSERT_EQ(chmod(data_.c_str(), 0700), 0);
 }
 
-TEST_F(FormerPreferencesFile, IsNotTakenOverBecauseTheNewOneCannotBeOpenedJustNow) {
+TEST_F(FormerPreferencesFile, IsNotMigratedIfTheNewFileIsTemporarilyUnreadable) {
     putFormer(R"({"VornaRemoteConfigs":{"theme":"old"},"other":1})");
     ASSERT_TRUE(preferences_.setTable(key, {{"theme", "new"}}));
     rlimit former{};

@@ -64,7 +64,7 @@ class MuteSystemBus {
 /// How the fingerprint service answers.
 enum class Fingers : std::uint8_t {
     enrolled,
-    /// None at the first reader, one at the second.
+    /// No finger at the first reader, one at the second.
     enrolledAtSecondReader,
     /// As an error, like fprintd's.
     none,

@@ -55,7 +55,7 @@ const auto rows = std::to_array<Row>({
 INSTANTIATE_TEST_SUITE_P(That, FingerprintService, testing::ValuesIn(rows),
                          [](const auto& row) { return std::string(row.param.name); });
 
-TEST(FingerprintQuery, QueriesOnlyAsMuchAsNecessaryForTheUserOfTheProcess) {
+TEST(FingerprintQuery, MakesOnlyTheNecessaryCallsForTheUserOfTheProcess) {
     const FakeSystemBus bus;
     const FakeFingerprintService service(bus.address(), Fingers::enrolled);
     isFingerEnrolled(bus.address(), {});
@@ -104,7 +104,7 @@ TEST(FingerprintQuery, CallsNothingOnceAStopIsRequested) {
 /// Long enough for a slow machine, short enough to tell a stopped query from one that gave up.
 constexpr std::chrono::milliseconds wellBeforeItGivesUp{1500};
 
-/// A query on a thread of its own.
+/// A query on a separate thread.
 class RunningQuery {
   public:
     explicit RunningQuery(const std::string& busAddress)
@@ -121,7 +121,7 @@ class RunningQuery {
     std::future<bool> isEnrolled_;
 };
 
-TEST(FingerprintQuery, ReturnsAtOnceWhenStoppedWhileTheServiceIsSilent) {
+TEST(FingerprintQuery, ReturnsImmediatelyWhenStoppedWhileTheServiceIsSilent) {
     const FakeSystemBus bus;
     const FakeFingerprintService service(bus.address(), Fingers::hanging);
     RunningQuery query(bus.address());
@@ -132,7 +132,7 @@ TEST(FingerprintQuery, ReturnsAtOnceWhenStoppedWhileTheServiceIsSilent) {
     EXPECT_LT(Clock::now() - stopped, wellBeforeItGivesUp);
 }
 
-TEST(FingerprintQuery, ReturnsAtOnceWhenStoppedWhileTheBusIsSilent) {
+TEST(FingerprintQuery, ReturnsImmediatelyWhenStoppedWhileTheBusIsSilent) {
     const MuteSystemBus bus;
     RunningQuery query(bus.address());
     EXPECT_TRUE(bus.waitForClient());
@@ -142,7 +142,7 @@ TEST(FingerprintQuery, ReturnsAtOnceWhenStoppedWhileTheBusIsSilent) {
     EXPECT_LT(Clock::now() - stopped, wellBeforeItGivesUp);
 }
 
-TEST(FingerprintQuery, EndsWhenTheBusGoesAwayAndTheProcessDoesNot) {
+TEST(FingerprintQuery, EndsWithoutTheProcessWhenTheBusDisappears) {
     FakeSystemBus bus;
     const FakeFingerprintService service(bus.address(), Fingers::hanging);
     RunningQuery query(bus.address());

@@ -117,7 +117,7 @@ TEST_F(SecretServiceStore, SeparatesTheItemsOfApplications) {
     EXPECT_EQ(store.read(service, account), "mine");
 }
 
-TEST_F(SecretServiceStore, SharesAnItemOfNoApplication) {
+TEST_F(SecretServiceStore, SharesAnItemWithoutAnApplication) {
     const KeyringSession session;
     SecretServiceCredentialStore store(application);
     session.addItem("io.vorna.vornasdk", "userDetails", "", "restored by hand");
@@ -255,7 +255,7 @@ TEST_F(SecretServiceStore, LetsTheProcessExitWhileCallsHang) {
     EXPECT_LT(since(began), milliseconds(1500));
 }
 
-TEST_F(SecretServiceStore, ServesSeveralThreadsAtOnce) {
+TEST_F(SecretServiceStore, ServesSeveralThreadsConcurrently) {
     const KeyringSession session;
     SecretServiceCredentialStore store(application);
     const auto use = [&store](const std::string& name) {
@@ -283,7 +283,7 @@ TEST_F(SecretServiceStore, RejectsNamesThatCannotBeAttributes) {
 }
 
 /// None of these addresses is a running bus. A program that was started to provide one would leave a trace.
-TEST(SecretServiceStoreWithoutABus, IsNotAvailableAtOnceAndStartsNone) {
+TEST(SecretServiceStoreWithoutABus, IsImmediatelyUnavailableAndStartsNone) {
     const support::TemporaryFolder temporary;
     const std::filesystem::path& folder = temporary.path();
     const std::filesystem::path trace = folder / "started";

@@ -10,7 +10,7 @@ namespace {
 
 using tests::environmentOf;
 
-TEST(HomeFolder, IsThatOfTheVariableElseOfTheAccount) {
+TEST(HomeFolder, ComesFromTheVariableElseFromTheAccount) {
     EXPECT_EQ(homeFolder(environmentOf({{"HOME", "/home/ayse"}}, "/home/account")), "/home/ayse");
     EXPECT_EQ(homeFolder(environmentOf({}, "/home/account")), "/home/account");
     EXPECT_EQ(homeFolder(environmentOf({{"HOME", ""}}, "/home/account")), "/home/account");
@@ -19,7 +19,7 @@ TEST(HomeFolder, IsThatOfTheVariableElseOfTheAccount) {
     EXPECT_EQ(homeFolder(environmentOf({}, "relative")), std::nullopt);
 }
 
-TEST(HomeFolder, OfThisProcessIsAnAbsolutePath) {
+TEST(HomeFolder, IsAnAbsolutePathInThisProcess) {
     const std::optional<std::string> home = homeFolder(processEnvironment());
     ASSERT_TRUE(home);
     EXPECT_TRUE(home->starts_with('/')) << *home;
@@ -56,7 +56,7 @@ TEST(DefaultDataDirectory, NeedsNoHomeIfTheUsersDataHasAFolder) {
     EXPECT_EQ(defaultDataDirectory("app", environmentOf({{"XDG_DATA_HOME", "/data"}})), "/data/app");
 }
 
-TEST(DefaultDataDirectory, DoesNotExistWithoutAHome) {
+TEST(DefaultDataDirectory, IsAbsentWithoutAHome) {
     EXPECT_EQ(defaultDataDirectory("app", environmentOf({})), std::nullopt);
 }
 

@@ -8,7 +8,7 @@
 namespace vorna {
 namespace {
 
-TEST(DeviceModel, IsThatOfTheDeviceTreeWithoutItsZeroByte) {
+TEST(DeviceModel, ComesFromTheDeviceTreeWithoutItsZeroByte) {
     EXPECT_EQ(deviceModel(std::string("Pine64 PinePhone (1.2)\0", 23), "Product", "aarch64"),
               "Pine64 PinePhone (1.2)");
 }
@@ -18,7 +18,7 @@ TEST(DeviceModel, IsTheProductNameWithoutADeviceTree) {
     EXPECT_EQ(deviceModel(std::string(1, '\0'), "XPS 13 9310\n", "x86_64"), "XPS 13 9310");
 }
 
-TEST(DeviceModel, IsTheMachineNameIfFirmwareHasNone) {
+TEST(DeviceModel, IsTheMachineNameIfFirmwareHasNoProductName) {
     EXPECT_EQ(deviceModel(std::nullopt, std::nullopt, "x86_64"), "x86_64");
     EXPECT_EQ(deviceModel("", " \n", "x86_64"), "x86_64");
 }
@@ -43,7 +43,7 @@ struct Row {
     const char* model;
 };
 
-TEST(DeviceModel, OfTheStoredSystems) {
+TEST(DeviceModel, IsCorrectForTheStoredSystems) {
     for (const Row& row :
          {Row{"pinephone-postmarketos", "Pine64 PinePhone (1.2)"}, Row{"librem5-pureos", "Purism Librem 5r4"},
           Row{"thinkpad-fedora", "20EXAMPLE0"}, Row{"desktop-debian", "x86_64"},

@@ -19,7 +19,7 @@ TEST(DeviceName, IsTheHostNameIfTheUserHasGivenNone) {
     EXPECT_EQ(deviceName("PRETTY_HOSTNAME=\"\"\n", "tablet"), "tablet");
 }
 
-TEST(DeviceName, OfTheStoredSystems) {
+TEST(DeviceName, IsCorrectForTheStoredSystems) {
     EXPECT_EQ(readDeviceName(tests::systemTree("pinephone-postmarketos"), "host"),
               "Ayşe'nin \"küçük\" telefonu");
     EXPECT_EQ(readDeviceName(tests::systemTree("laptop-opensuse"), "host"), "host");

@@ -56,7 +56,7 @@ struct Row {
     std::optional<ScreenFacts> screen;
 };
 
-TEST(MainDisplay, OfTheStoredSystems) {
+TEST(MainDisplay, IsCorrectForTheStoredSystems) {
     for (const Row& row :
          {Row{"pinephone-postmarketos", ScreenFacts{720, 1440, 1}},
           Row{"librem5-pureos", ScreenFacts{720, 1440, 1}},

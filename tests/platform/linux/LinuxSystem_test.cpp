@@ -41,7 +41,7 @@ using tests::MuteSystemBus;
 using tests::systemTree;
 using namespace std::chrono_literals;
 
-/// A system under this root folder, which is read again often.
+/// A system under this root folder, reread at short intervals.
 LinuxSystemOptions optionsFor(const std::string& root) {
     LinuxSystemOptions options;
     options.bundle.identifier = "com.example.app";
@@ -55,7 +55,7 @@ LinuxSystemOptions optionsFor(const std::string& root) {
 const ScreenFacts noScreen{.width = 0, .height = 0, .scale = 1};
 const ScreenFacts windowScreen{.width = 375, .height = 667, .scale = 2};
 
-TEST(LinuxSystemFacts, OfAPhone) {
+TEST(LinuxSystemFacts, MatchAPhone) {
     LinuxSystemOptions options = optionsFor(systemTree("pinephone-postmarketos"));
     options.bundle.shortVersion = "1.2";
     const LinuxSystem system(options);
@@ -70,7 +70,7 @@ TEST(LinuxSystemFacts, OfAPhone) {
     EXPECT_EQ(facts->bundle, options.bundle);
 }
 
-TEST(LinuxSystemFacts, OfABareContainer) {
+TEST(LinuxSystemFacts, MatchABareContainer) {
     const TemporaryFolder home;
     LinuxSystemOptions options = optionsFor(systemTree("alpine-container"));
     options.bundle = {};
@@ -93,7 +93,7 @@ TEST(LinuxSystemFacts, OfABareContainer) {
     EXPECT_EQ(facts->bundle, BundleFacts{});
 }
 
-TEST(LinuxSystemFacts, OfThisMachineExist) {
+TEST(LinuxSystemFacts, ExistOnThisMachine) {
     const LinuxSystem system;
     const auto facts = system.facts();
     EXPECT_FALSE(facts->deviceModel.empty());
@@ -263,7 +263,7 @@ TEST(LinuxSystemBiometrics, ASilentServiceDelaysNothing) {
     EXPECT_LT(std::chrono::steady_clock::now() - begin, 1500ms);
 }
 
-TEST(LinuxSystemDisks, AreTheFileSystemOfTheHomeFolder) {
+TEST(LinuxSystemDisks, DescribeTheFileSystemOfTheHomeFolder) {
     const TemporaryFolder home;
     const LinuxSystem system(optionsFor(home.path()));
     const std::optional<FileSystemSize> size = system.homeFileSystem();
@@ -299,7 +299,7 @@ TEST(LinuxSystemDocuments, AreInTheUsersDataAndCreatedOnFirstUse) {
     EXPECT_EQ(system.documentsDirectory(), expected);
 }
 
-TEST(LinuxSystemDocuments, AreWhereTheHostWantsThem) {
+TEST(LinuxSystemDocuments, AreInTheFolderGivenByTheHost) {
     const TemporaryFolder folder;
     LinuxSystemOptions options = optionsFor(systemTree("alpine-container"));
     options.dataDirectory = folder.path() / "data/app";
@@ -382,7 +382,7 @@ TEST(LinuxSystemCreation, IsNeitherADateNorAnErrorIfTheFileSystemRecordsNone) {
 
 class LinuxSystemTimeZone : public testing::Test {
   protected:
-    /// The test has a process of its own, whose environment it may change.
+    /// The test has its own process, whose environment it may change.
     static std::int32_t secondsIn(const char* zone, double moment) {
         setenv("TZ", zone, 1);  // NOLINT(concurrency-mt-unsafe)
         return LinuxSystem(optionsFor("/none")).secondsFromGMT(Date{moment});
@@ -413,7 +413,7 @@ TEST_F(LinuxSystemTimeZone, IsZeroForADateOutsideAnyCalendar) {
 }
 
 TEST(LinuxSystemTimeZoneOfTheSystem, MayChange) {
-    // In a mount namespace of its own, so that the time zone changes only for this thread and its children.
+    // In a private mount namespace, so that the time zone changes only for this thread and its children.
     const std::string zones = "/usr/share/zoneinfo/";
     if (!std::filesystem::exists(zones + "Asia/Kathmandu") || !std::filesystem::exists("/etc/localtime")) {
         GTEST_SKIP() << "needs the time zone database and /etc/localtime";
@@ -436,7 +436,7 @@ std::size_t countOf(const char* folder) {
     return count;
 }
 
-TEST(LinuxSystemLife, MayEndAtAnyTimeAndLeavesNothingBehind) {
+TEST(LinuxSystemLife, MayEndAtAnyTimeWithoutLeaks) {
     { const LinuxSystem first(optionsFor(systemTree("thinkpad-fedora"))); }
     const std::size_t threads = countOf("/proc/self/task");
     const std::size_t files = countOf("/proc/self/fd");
@@ -455,7 +455,7 @@ TEST(LinuxSystemLife, MayEndAtAnyTimeAndLeavesNothingBehind) {
     EXPECT_EQ(countOf("/proc/self/fd"), files);
 }
 
-TEST(LinuxSystemLife, MayBeUsedFromManyThreadsAtOnce) {
+TEST(LinuxSystemLife, CanBeUsedFromManyThreadsConcurrently) {
     const TemporaryFolder root;
     copySystemTree("pinephone-postmarketos", root.path());
     LinuxSystemOptions options = optionsFor(root.path());
@@ -522,7 +522,7 @@ void checkThatTheThreadIsAtRest() {
         std::cerr << "the bus was not used\n";
         std::_Exit(1);
     }
-    std::exit(0);  // NOLINT(concurrency-mt-unsafe): just this is tested
+    std::exit(0);  // NOLINT(concurrency-mt-unsafe): that is what is tested
 }
 
 TEST(LinuxSystemDeathTest, TheProcessMayExitWhileTheBusIsSilent) {

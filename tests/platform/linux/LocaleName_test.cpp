@@ -23,7 +23,7 @@ TEST(LocaleIdentifier, HasNeitherCodesetNorModifier) {
     }
 }
 
-TEST(LocaleIdentifier, OfTheCLocaleIsThePosixOne) {
+TEST(LocaleIdentifier, OfTheCLocaleIsThatOfPosix) {
     for (const char* const name : {"C", "POSIX", "", "C.UTF-8", "C.utf8", "POSIX.UTF-8", ".UTF-8"}) {
         EXPECT_EQ(localeIdentifier(name), "en_US_POSIX") << name;
     }

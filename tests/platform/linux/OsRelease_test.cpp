@@ -9,11 +9,11 @@
 namespace vorna {
 namespace {
 
-TEST(OsVersion, IsThatOfOsRelease) {
+TEST(OsVersion, ComesFromOsRelease) {
     EXPECT_EQ(osVersion("NAME=\"Debian GNU/Linux\"\nVERSION_ID=\"12\"\n", "6.1.0"), "12");
 }
 
-TEST(OsVersion, IsTheKernelsReleaseIfOsReleaseHasNone) {
+TEST(OsVersion, IsTheKernelsReleaseIfOsReleaseHasNoVersion) {
     EXPECT_EQ(osVersion("NAME=\"Arch Linux\"\nBUILD_ID=rolling\n", "6.1.0"), "6.1.0");
     EXPECT_EQ(osVersion("VERSION_ID=\"\"\n", "6.1.0"), "6.1.0");
     EXPECT_EQ(osVersion(std::nullopt, "6.1.0"), "6.1.0");
@@ -24,7 +24,7 @@ struct Row {
     const char* version;
 };
 
-TEST(OsVersion, OfTheStoredSystems) {
+TEST(OsVersion, IsCorrectForTheStoredSystems) {
     for (const Row& row :
          {Row{"pinephone-postmarketos", "edge"}, Row{"librem5-pureos", "10.3"}, Row{"thinkpad-fedora", "37"},
           Row{"desktop-debian", "12"}, Row{"raspberry-pi", "12"}, Row{"olimex-lime2-archlinuxarm", "6.1.0"},

@@ -97,7 +97,7 @@ struct Row {
     BatteryFacts battery;
 };
 
-TEST(BatteryOfTheDevice, OfTheStoredSystems) {
+TEST(BatteryOfTheDevice, IsCorrectForTheStoredSystems) {
     for (const Row& row :
          {Row{"pinephone-postmarketos", batteryFacts(0.43F, BatteryState::unplugged)},
           Row{"librem5-pureos", batteryFacts(0.81F, BatteryState::charging)},

@@ -74,7 +74,7 @@ struct Row {
     std::optional<std::string> identifier;
 };
 
-TEST(IdentifierForVendor, OfTheStoredSystems) {
+TEST(IdentifierForVendor, IsCorrectForTheStoredSystems) {
     for (const Row& row : {Row{"pinephone-postmarketos", "F67BFABE-847C-8FBD-8742-DCF2493F68C3"},
                            Row{"desktop-debian", "AB5A8C3B-83F0-8741-AA8A-0E82A332B6ED"},
                            // Only D-Bus has an identifier of this machine.

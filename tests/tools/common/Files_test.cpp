@@ -26,7 +26,7 @@ TEST(ReadFile, ReadsFilesLargerThanAChunk) {
     EXPECT_EQ(readFile(folder.write("large", text)).value_or("unreadable"), text);
 }
 
-TEST(ReadFile, SaysWhyAFileCannotBeRead) {
+TEST(ReadFile, ReportsWhyAFileCannotBeRead) {
     const TemporaryFolder folder;
     const auto missing = readFile(folder.path() / "none");
     ASSERT_FALSE(missing);

@@ -10,7 +10,7 @@ namespace vorna::devserver {
 
 /// The real program, started for one test on a free port.
 ///
-/// Nobody reads its output meanwhile, so a test that causes thousands of lines passes --quiet.
+/// Its output is not read in the meantime, so a test that causes thousands of lines passes --quiet.
 class DevServerProcess : public support::StartedProgram {
   public:
     /// Starts it on any free port unless the arguments name one.

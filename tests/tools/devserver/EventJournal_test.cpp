@@ -20,7 +20,7 @@ TEST(EventJournal, AppendsOneLinePerDocument) {
     EXPECT_EQ(contentsOf(path), "{\"old\":1}\n{\"a\":1}\n{\"b\":2}\n");
 }
 
-TEST(EventJournal, CreatesItsFileAndFolderAtOnce) {
+TEST(EventJournal, CreatesItsFileAndFolderImmediately) {
     const TemporaryFolder folder;
     const EventJournal journal(folder.path() / "a" / "b" / "events.ndjson");
     EXPECT_TRUE(std::filesystem::exists(journal.path()));
@@ -39,7 +39,7 @@ TEST(EventJournal, RecreatesAFileThatWasDeletedOrMoved) {
     EXPECT_EQ(contentsOf(journal.path()), "3\n");
 }
 
-TEST(EventJournal, ThrowsAtOnceIfItCannotWrite) {
+TEST(EventJournal, ThrowsImmediatelyIfItCannotWrite) {
     const TemporaryFolder folder;
     EXPECT_THROW(EventJournal(folder.path()), std::runtime_error);  // a folder
 }

@@ -45,7 +45,7 @@ class HttpClient {
     std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> handle_;
 };
 
-/// What a bare client does after sending.
+/// The behaviour of a bare client after sending.
 enum class Afterwards { waits, stopsSending, hangsUp };
 
 /// Sends `bytes` to a local port and returns what it receives until the peer closes (or resets, which adds

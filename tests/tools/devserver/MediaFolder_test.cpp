@@ -54,7 +54,7 @@ TEST_F(Media, HasATypeByItsExtension) {
     EXPECT_EQ(MediaFolder(root()).open("clip.mp4")->type, "video/mp4");
 }
 
-TEST_F(Media, IsNotFoundByNamesOfNoFile) {
+TEST_F(Media, IsNotFoundByNamesThatAreNotFiles) {
     for (const std::string_view name : {"", "none.png", "pictures", "pictures/", "/clip.mp4", "pictures//a",
                                         "./clip.mp4", "pictures/../clip.mp4", "pictures%2fa%20b+%C3%BC.png",
                                         "%", "%2", "%zz", "clip.mp4%00", "%2e/clip.mp4"}) {

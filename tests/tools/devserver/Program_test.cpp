@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The running program: libcurl does what clients do, a bare socket what none should.
+// The running program: libcurl behaves as clients do, a bare socket as none should.
 
 #include <tests/support/TemporaryFolder.h>
 #include <tests/tools/devserver/DevServerProcess.h>
@@ -169,7 +169,7 @@ TEST_F(Program, ListensOnTheOtherLoopbackAddressToo) {
     EXPECT_EQ(http.post("/v1/event", eventNamed("a")).status, 200);
 }
 
-TEST_F(Program, SaysWhyItCannotStart) {
+TEST_F(Program, ReportsWhyItCannotStart) {
     const auto running = start();
     const std::string port = std::to_string(running->port());
     const std::string file = folder_.write("file", "").string();
@@ -302,7 +302,7 @@ TEST_F(Program, RecordsAnEventNameOfAMebibyte) {
 TEST_F(Program, AcceptsBodiesUpToALimit) {
     const auto server = start({"--quiet"});
     auto http = client(*server);
-    http.setTimeout(200'000);  // so many bytes take long under a sanitizer on a busy machine
+    http.setTimeout(200'000);  // this many bytes take long under a sanitizer on a busy machine
     const std::string largest(mostBodyBytes, ' ');
     EXPECT_EQ(http.post("/v1/event", largest).status, 400) << "read to its end, and found to be no event";
     const Exchange refused = http.post("/v1/event", largest + " ");

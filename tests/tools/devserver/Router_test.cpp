@@ -96,7 +96,7 @@ TEST_F(RouterOfTheService, RecordsAnEventAndPrintsIt) {
     EXPECT_THAT(lines_, ElementsAre("event  a\\nb  v  1..2"));
 }
 
-TEST_F(RouterOfTheService, RejectsAWrongEventAndSaysWhy) {
+TEST_F(RouterOfTheService, RejectsAnInvalidEventWithAReason) {
     const Answer reply = answer("POST", "/v1/event", "{}");
     EXPECT_EQ(reply.status, 400U);
     EXPECT_THAT(bodyOf(reply), HasSubstr(R"({"error":"missing key \"name\")"));
@@ -207,7 +207,7 @@ TEST_F(RouterOfTheService, RecordsAnEventWhoseAnswerIsDelayedOrCut) {
     EXPECT_EQ(recorded(), event + "\n");
 }
 
-TEST_F(RouterOfTheService, LeavesRequestsWithoutAnAnswerOnDemand) {
+TEST_F(RouterOfTheService, LeavesRequestsUnansweredOnDemand) {
     fault(R"({"count":1,"drop":true})");
     fault(R"({"count":1,"reset":true})");
     fault(R"({"count":1,"hang":true})");

@@ -8,7 +8,7 @@ namespace {
 
 using testing::HasSubstr;
 
-TEST(Statistics, CountWhatHappened) {
+TEST(Statistics, CountConnectionsRequestsAndEvents) {
     Statistics statistics;
     statistics.connectionOpened();
     statistics.connectionOpened();
@@ -28,7 +28,7 @@ TEST(Statistics, CountWhatHappened) {
     EXPECT_EQ(statistics.summary(), "1 event recorded, 1 rejected; 3 requests on 2 connections");
 }
 
-TEST(Statistics, StayBoundedWhateverPathsAreTried) {
+TEST(Statistics, StayBoundedForAnyNumberOfPaths) {
     Statistics statistics;
     for (int i = 0; i < 5000; ++i) {
         statistics.countRequest(std::string("/").append(std::to_string(i)));

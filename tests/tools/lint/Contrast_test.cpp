@@ -39,7 +39,7 @@ TEST(Contrast, BlendsLayers) {
     EXPECT_NEAR(contrast(UIColor("#FFFFFF"), layers), between("#FFFFFF", "#7F7F7F"), 0.005);
 }
 
-TEST(Contrast, AssumesTheBetterOfBlackAndWhiteBelow) {
+TEST(Contrast, AssumesTheBetterOfBlackAndWhiteBelowTranslucentLayers) {
     EXPECT_NEAR(between("#FFFFFF", "#00000000"), 21.0, 0.005);
     EXPECT_NEAR(between("#000000", "#FFFFFF00"), 21.0, 0.005);
     EXPECT_NEAR(between("#808080", "#00000000"), 5.32, 0.005) << "grey on black, and not on white";

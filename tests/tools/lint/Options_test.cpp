@@ -59,7 +59,7 @@ TEST(LintOptions, HelpNamesThemAllAndSucceeds) {
     }
 }
 
-TEST(LintOptions, TheListOfRulesNamesThemAll) {
+TEST(LintOptions, TheListOfRulesNamesEveryRule) {
     const tools::EarlyExit list = exitOf({"--rules"});
     EXPECT_EQ(list.status, 0);
     for (const Rule& rule : rules()) {
@@ -68,7 +68,7 @@ TEST(LintOptions, TheListOfRulesNamesThemAll) {
     }
 }
 
-TEST(LintOptions, TheVersionIsThatOfTheProject) {
+TEST(LintOptions, TheVersionMatchesTheProject) {
     const tools::EarlyExit version = exitOf({"--version"});
     EXPECT_EQ(version.status, 0);
     EXPECT_EQ(version.output, "vorna-lint " VORNA_VERSION "\n");

@@ -28,7 +28,7 @@ TEST(HumanReport, HasALineForEachFindingAndASummary) {
                                       "1 error, 3 warnings in 2 of 3 documents\n");
 }
 
-TEST(HumanReport, SaysThatThereAreNoFindings) {
+TEST(HumanReport, ReportsThatThereAreNoFindings) {
     EXPECT_EQ(humanReport(std::vector{document("a.json", {})}), "1 document, no findings\n");
     EXPECT_EQ(humanReport(std::vector{document("a", {}), document("b", {})}), "2 documents, no findings\n");
 }
@@ -56,7 +56,7 @@ TEST(JsonReport, HoldsEverything) {
               "\n");
 }
 
-TEST(JsonReport, IsJsonWhateverTheNames) {
+TEST(JsonReport, IsValidJsonForAnyNames) {
     Finding finding = anError;
     finding.path = json::Path{"\xff"};
     const std::string report = jsonReport(std::vector{document("\"\n\xff.json", {finding})});

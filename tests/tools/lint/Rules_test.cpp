@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Each rule with documents that have the problem and with documents that have not.
+// Each rule with documents that have the problem and documents that do not.
 
 #include <tools/lint/Rules.h>
 
@@ -461,7 +461,7 @@ TEST(Rules, QuoteTheNameOnTheErrorScreen) {
                 hasMessage("missing-field", "\"paidProducts[0].title\""));
 }
 
-TEST(Rules, SayWhatHappensToAScreenThatLacksAField) {
+TEST(Rules, DescribeTheEffectOfAMissingField) {
     const auto messagesOf = [](const std::string& document) {
         std::vector<std::string> messages;
         for (const Finding& finding : lint(document).findings) {

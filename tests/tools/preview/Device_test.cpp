@@ -16,12 +16,12 @@ TEST(Devices, AreFoundByName) {
     EXPECT_EQ(text(device->safeArea), "47,0,34,0");
 }
 
-TEST(Devices, OfOtherNamesAreNone) {
+TEST(Devices, WithUnknownNamesAreNotFound) {
     EXPECT_FALSE(standardDevice("391x844"));
     EXPECT_FALSE(standardDevice(""));
 }
 
-TEST(Devices, AreCalledByTheirSizesSmallestFirst) {
+TEST(Devices, AreNamedByTheirSizesSmallestFirst) {
     std::set<std::string> names;
     int before = 0;
     for (const Device& device : standardDevices()) {

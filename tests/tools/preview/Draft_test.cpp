@@ -11,7 +11,7 @@ TEST(Draft, ThatLacksAFieldHasErrors) {
     EXPECT_TRUE(check("no JSON", std::nullopt).hasErrors());
 }
 
-TEST(Draft, WithWarningsAloneHasNoErrors) {
+TEST(Draft, WithOnlyWarningsHasNoErrors) {
     const Draft draft = check("[]", std::nullopt);
     EXPECT_FALSE(draft.verdict.findings.empty());
     EXPECT_FALSE(draft.hasErrors());
@@ -23,7 +23,7 @@ TEST(Draft, CountsTheStepsOfAnOnboarding) {
     EXPECT_EQ(check("[{", std::nullopt).steps, 0U);
 }
 
-TEST(MediaService, ReplacesThatOfTheExamplesEverywhere) {
+TEST(MediaService, ReplacesTheExamplesServiceEverywhere) {
     const std::string text = R"(["https://127.0.0.1:8443/a","https://127.0.0.1:8443/b","https://x.test/c"])";
     EXPECT_EQ(withMediaService(text, "https://media.test/"),
               R"(["https://media.test/a","https://media.test/b","https://x.test/c"])");

@@ -57,7 +57,7 @@ class LivePreview : public testing::Test {
 
     std::optional<std::string> line(std::string_view text) { return preview_->waitForLine(text); }
 
-    // As editors do that write a new file and rename it.
+    // As by editors that write a new file and rename it.
     void replaceFile(const std::string& document) { folder_.replace("a.json", document); }
 
     const support::TemporaryFolder folder_;
@@ -118,7 +118,7 @@ TEST_F(LivePreview, KeepsTheLastVersionWhileTheFileIsBroken) {
     EXPECT_TRUE(comesTo(4, 300, QColor(0x40, 0x60, 0x20)));
 }
 
-TEST_F(LivePreview, ShowsWhatIsMissingWhenReloadedByKey) {
+TEST_F(LivePreview, ShowsTheMissingFieldsWhenReloadedByKey) {
     begin(steps_);
     replaceFile(replaced(steps_, "\"heading\"", "\"headin\""));
     EXPECT_TRUE(line("kept the last version"));

@@ -26,7 +26,7 @@ Options options(const std::vector<const char*>& arguments) {
     return *std::move(options);
 }
 
-TEST(PreviewOptions, AreAWindowOfACommonPhoneByDefault) {
+TEST(PreviewOptions, RequestAWindowOfACommonPhoneByDefault) {
     const Options read = options({"a.json"});
     EXPECT_EQ(read.file, "a.json");
     EXPECT_EQ(read.device.name, "390x844");

@@ -126,7 +126,7 @@ TEST_F(Pictures, OfAStepThatDoesNotExistAreNotTaken) {
     EXPECT_EQ(take({example("paywall/plain"), "--step", "1"}, "a.png").status, 2);
 }
 
-TEST_F(Pictures, OfAnIncompleteDocumentShowWhatIsMissing) {
+TEST_F(Pictures, OfAnIncompleteDocumentShowTheMissingFields) {
     const auto end = take({example("paywall/bad-missing-fields")}, "a.png");
     EXPECT_EQ(end.status, 1) << end.problem;
     EXPECT_THAT(end.output, HasSubstr(":3:3: error: heading: empty;"));
@@ -136,14 +136,14 @@ TEST_F(Pictures, OfAnIncompleteDocumentShowWhatIsMissing) {
     EXPECT_GT(colours(picture), 10U) << "the names of the fields";
 }
 
-TEST_F(Pictures, OfAnOnboardingEndAtAStepThatIsIncomplete) {
+TEST_F(Pictures, OfAnOnboardingStopAtAnIncompleteStep) {
     const auto end = take({example("onboarding/bad-missing-heading"), "--step", "2"}, "a.png");
     EXPECT_EQ(end.status, 1);
     EXPECT_THAT(end.output, HasSubstr("the document is not shown\n"));
     EXPECT_EQ(read("a.png").pixelColor(4, 4), QColor(Qt::white));
 }
 
-TEST_F(Pictures, OfADocumentThatDoesNotDecodeShowTheHostAlone) {
+TEST_F(Pictures, OfADocumentThatDoesNotDecodeShowOnlyTheHost) {
     const auto light = take({example("paywall/bad-syntax")}, "a.png");
     EXPECT_EQ(light.status, 1);
     EXPECT_THAT(light.output, HasSubstr("[not-json]"));
@@ -153,7 +153,7 @@ TEST_F(Pictures, OfADocumentThatDoesNotDecodeShowTheHostAlone) {
     EXPECT_LT(read("b.png").pixelColor(4, 4).lightness(), 60);
 }
 
-TEST_F(Pictures, OfAnOnboardingWithoutStepsShowTheHostAlone) {
+TEST_F(Pictures, OfAnOnboardingWithoutStepsShowOnlyTheHost) {
     const auto end = take({example("onboarding/bad-no-steps")}, "a.png");
     EXPECT_EQ(end.status, 1);
     EXPECT_THAT(end.output, HasSubstr("the document is not shown\n"));

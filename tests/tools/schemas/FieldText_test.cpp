@@ -16,7 +16,7 @@ TEST(FieldText, DescribesEveryField) {
     }
 }
 
-TEST(FieldText, DescribesNothingElseAndNothingTwice) {
+TEST(FieldText, DescribesNoOtherFieldAndNoneTwice) {
     std::size_t fields = 0;
     for (const RecordType record : {RecordType::paywall, RecordType::step, RecordType::product}) {
         fields += lint::fieldsOf(record).size();

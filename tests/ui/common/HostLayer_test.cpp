@@ -53,7 +53,7 @@ TEST_F(Layers, OfScreensAreAboveAnythingOfTheHost) {
     EXPECT_EQ(stage->childItems().indexOf(second), 1) << "later ones are above";
 }
 
-TEST_F(Layers, GoWithTheWindow) {
+TEST_F(Layers, AreDestroyedWithTheWindow) {
     HostLayer host(*window);
     window.reset();
     EXPECT_TRUE(host.item().isNull());

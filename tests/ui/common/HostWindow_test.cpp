@@ -47,7 +47,7 @@ class HostWindow : public testing::Test {
     ScreenHost host{{400, 600}};
 };
 
-TEST_F(HostWindow, HasItsItemsUnderOneOfItsSize) {
+TEST_F(HostWindow, HasItsItemsUnderOneItemOfItsSize) {
     QQuickItem* const layer = host.content()->parentItem();
     EXPECT_NE(layer, host.quickWindow().contentItem());
     EXPECT_EQ(layer->parentItem(), host.quickWindow().contentItem());
@@ -146,7 +146,7 @@ TEST_F(HostWindow, GetsTheFocusBackAfterAnimations) {
     EXPECT_TRUE(item.hasActiveFocus());
 }
 
-TEST_F(HostWindow, MayLoseTheItemThatHadTheFocus) {
+TEST_F(HostWindow, SurvivesTheLossOfTheFocusedItem) {
     auto item = std::make_unique<TapCounter>();
     item->setParentItem(host.content());
     item->forceActiveFocus();

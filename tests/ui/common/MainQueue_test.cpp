@@ -37,7 +37,7 @@ TEST(MainQueue, RunsWorkLaterInTheOrderOfTheCalls) {
     EXPECT_THAT(order, ElementsAre(0, 1, 2, 3, 4));
 }
 
-TEST(MainQueue, RunsWorkOfOtherThreadsOnTheMainOne) {
+TEST(MainQueue, RunsWorkFromOtherThreadsOnTheMainThread) {
     EXPECT_TRUE(mainQueue::isCurrent());
     std::vector<int> order;
     QThread* where = nullptr;

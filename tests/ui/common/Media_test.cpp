@@ -265,7 +265,7 @@ TEST_F(Media, IsCancelledWhenTheScreenIsClosed) {
     EXPECT_TRUE(eventually([&] { return ended == 1; })) << "the server sees the connection end";
 }
 
-TEST_F(Media, IsCancelledWhenTheWindowGoes) {
+TEST_F(Media, IsCancelledWhenTheWindowIsDestroyed) {
     std::atomic<int> ended = 0;
     RawServer server([&](RawServer::Connection& connection) {
         connection.readRequest();
@@ -291,7 +291,7 @@ TEST_F(Media, IsNotDecodedForAClosedScreen) {
     letTimePass(milliseconds(300));
 }
 
-TEST_F(Media, OfMoreThanSixtyFourMegabytesIsRefused) {
+TEST_F(Media, OfMoreThanSixtyFourMegabytesIsRejected) {
     std::atomic<bool> refused = false;
     RawServer server([&](RawServer::Connection& connection) {
         for (std::string request = connection.readRequest(); !request.empty();

@@ -17,7 +17,7 @@ using support::PlainScreen;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Without a registry, a Window or anything on screen.
+/// A chain without a registry, a Window or anything on screen.
 class Chain : public testing::Test {
   protected:
     Result<void, PresentationFailure> present(const std::shared_ptr<ViewController>& over,
@@ -54,7 +54,7 @@ TEST_F(Chain, GrowsAtItsTop) {
     EXPECT_EQ(second->window(), &window);
 }
 
-TEST_F(Chain, SaysWhyItDoesNotPresent) {
+TEST_F(Chain, ReportsWhyItDoesNotPresent) {
     EXPECT_EQ(present(chain->root(), nullptr), failure(PresentationFailure::nothingToPresent));
     ASSERT_TRUE(present(chain->root(), first));
     EXPECT_EQ(present(chain->root(), second), failure(PresentationFailure::presenterCovered));
@@ -65,7 +65,7 @@ TEST_F(Chain, SaysWhyItDoesNotPresent) {
     EXPECT_THAT(chain->presented(), ElementsAre(first));
 }
 
-TEST_F(Chain, PresentsNothingOnceTheWindowHasGone) {
+TEST_F(Chain, PresentsNothingOnceTheWindowIsGone) {
     quickWindow.reset();
     EXPECT_EQ(present(chain->root(), first), failure(PresentationFailure::presenterNotOnScreen));
     EXPECT_EQ(first->timesLoaded(), 0);

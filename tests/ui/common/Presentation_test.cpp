@@ -62,7 +62,7 @@ class Presentation : public testing::Test {
     ScreenHost host{{400, 600}};
 };
 
-TEST_F(Presentation, IsInPlaceAtOnceWithoutAnAnimation) {
+TEST_F(Presentation, IsImmediateWithoutAnAnimation) {
     int completions = 0;
     const auto screen = PlainScreen::make();
     top()->present(screen, false, [&] { ++completions; });
@@ -265,7 +265,8 @@ TEST_F(Presentation, IsRefusedForAScreenThatIsOnScreen) {
     first->present(nullptr, true, [] { ADD_FAILURE(); });
     EXPECT_THAT(host.screens(), ElementsAre(first));
     const std::string start = "[VornaSDK] ❌ Failed to present a screen: ";
-    EXPECT_THAT(printed.take(), ElementsAre(start + "it is on screen already", start + "there is none"));
+    EXPECT_THAT(printed.take(),
+                ElementsAre(start + "it is already on screen", start + "there is no screen to present"));
 }
 
 TEST_F(Presentation, FailsIfTheViewCannotBeCreated) {
@@ -324,7 +325,7 @@ TEST_F(Presentation, DuringADepartureFinishesTheDepartureFirst) {
     EXPECT_THAT(host.screens(), ElementsAre(second));
 }
 
-TEST_F(Presentation, TakesNoTapsUntilItIsInPlace) {
+TEST_F(Presentation, IgnoresTapsUntilItIsInPlace) {
     const auto screen = PlainScreen::make(fullScreen, crossDissolve);
     top()->present(screen, true);
     int tries = 0;
@@ -347,7 +348,7 @@ TEST_F(Presentation, TakesNoTapsUntilItIsInPlace) {
     EXPECT_EQ(screen->counter()->keys(), keys + 1);
 }
 
-TEST_F(Presentation, FromAScreenOnItsWayOutIsRefused) {
+TEST_F(Presentation, FromAScreenBeingDismissedIsRefused) {
     const auto first = show();
     first->dismiss(true);
     first->present(PlainScreen::make(), false, [] { ADD_FAILURE(); });
@@ -365,7 +366,7 @@ TEST_F(Presentation, CompletionMayPresentTheNext) {
     EXPECT_THAT(host.screens(), ElementsAre(first, second));
 }
 
-TEST_F(Presentation, CompletionMayDismissWhatHasArrived) {
+TEST_F(Presentation, CompletionMayDismissTheScreenThatHasArrived) {
     const auto first = PlainScreen::make();
     top()->present(first, true, [&] { first->dismiss(false); });
     EXPECT_TRUE(eventually([&] { return first->timesGone() == 1; }));
@@ -452,7 +453,7 @@ TEST_F(Dismissal, DuringItsOwnArrivalCompletesTheArrivalFirst) {
     EXPECT_THAT(order, ElementsAre("there", "gone"));
 }
 
-TEST_F(Dismissal, ReallyEndsViewAndController) {
+TEST_F(Dismissal, DestroysViewAndController) {
     auto screen = show();
     const QPointer<QQuickItem> view = screen->view();
     const QPointer<QQuickItem> layer = screen->layer();
@@ -462,7 +463,7 @@ TEST_F(Dismissal, ReallyEndsViewAndController) {
     EXPECT_TRUE(eventually([&] { return view.isNull() && layer.isNull() && controller.expired(); }));
 }
 
-TEST_F(Dismissal, MovesAsTheAddedTransitionSays) {
+TEST_F(Dismissal, MovesByTheAddedTransition) {
     const auto screen = show();
     const QPointer<QQuickItem> layer = screen->layer();
     int completions = 0;
@@ -492,7 +493,7 @@ TEST_F(TheEndOfAWindow, EndsAPresentedScreen) {
     EXPECT_TRUE(controller.expired());
 }
 
-TEST_F(TheEndOfAWindow, EndsAScreenThatArrives) {
+TEST_F(TheEndOfAWindow, EndsAnArrivingScreen) {
     const auto below = show();
     const auto screen = PlainScreen::make();
     top()->present(screen, true, [] { ADD_FAILURE() << "it never arrives"; });
@@ -503,7 +504,7 @@ TEST_F(TheEndOfAWindow, EndsAScreenThatArrives) {
     letTimePass(milliseconds(500));
 }
 
-TEST_F(TheEndOfAWindow, EndsAScreenThatLeaves) {
+TEST_F(TheEndOfAWindow, EndsALeavingScreen) {
     const auto screen = show();
     screen->dismiss(true, [] { ADD_FAILURE() << "the window has gone"; });
     letTimePass(milliseconds(50));

@@ -79,7 +79,7 @@ TEST_P(Video, LoopsWithSoundUntilItsScreenIsClosed) {
     EXPECT_TRUE(player->property("hasAudio").toBool());
     EXPECT_EQ(player->property("playbackState").toInt(), 1);
 
-    // What is drawn changes.
+    // The picture changes.
     const QRectF area = ScreenHost::geometry(host.find("mediaView"));
     EXPECT_EQ(area.top(), 40);
     const auto* const item = host.find("mediaVideo")->property("item").value<QQuickItem*>();

@@ -27,7 +27,7 @@ TEST_F(Registry, IsEmptyAtFirst) {
     EXPECT_EQ(registry.find(*firstQuickWindow), nullptr);
 }
 
-TEST_F(Registry, FindsWindowsAndKnowsTheFirst) {
+TEST_F(Registry, FindsWindowsIncludingTheFirst) {
     HostWindow& first = add(*firstQuickWindow);
     HostWindow& second = add(*secondQuickWindow);
     EXPECT_EQ(registry.find(*firstQuickWindow), &first);
@@ -46,7 +46,7 @@ TEST_F(Registry, ReportsANewKeyWindowOnce) {
     EXPECT_EQ(changes, 1);
 }
 
-TEST_F(Registry, ReplacesAKeyWindowThatGoesByTheOneAddedLast) {
+TEST_F(Registry, ReplacesADestroyedKeyWindowWithTheOneAddedLast) {
     QQuickWindow thirdQuickWindow;
     add(*firstQuickWindow);
     HostWindow& second = add(*secondQuickWindow);
@@ -59,7 +59,7 @@ TEST_F(Registry, ReplacesAKeyWindowThatGoesByTheOneAddedLast) {
     EXPECT_EQ(changes, 1);
 }
 
-TEST_F(Registry, KeepsTheKeyWindowWhenAnotherGoes) {
+TEST_F(Registry, KeepsTheKeyWindowWhenAnotherIsDestroyed) {
     add(*firstQuickWindow);
     HostWindow& second = add(*secondQuickWindow);
     registry.makeKey(second);

@@ -237,11 +237,11 @@ INSTANTIATE_TEST_SUITE_P(
                           "first"}),
     [](const auto& testCase) { return testCase.param.name; });
 
-TEST(TopViewControllerOf, NoneIsNone) {
+TEST(TopViewControllerOf, NullIsNull) {
     EXPECT_EQ(topViewController(nullptr), nullptr);
 }
 
-TEST(TopViewControllerOf, AProgramWithoutWindowsIsNone) {
+TEST(TopViewControllerOf, AProgramWithoutWindowsIsNull) {
     EXPECT_EQ(topViewController(), nullptr);
 }
 
@@ -255,7 +255,7 @@ TEST(TopViewControllerOf, AContainerThatIsNotOnScreenIsItsContent) {
     EXPECT_EQ(topViewController(std::make_shared<NavigationController>(page)), page);
 }
 
-TEST(RootViewController, MayHaveBeenAPageOfAnotherBefore) {
+TEST(RootViewController, MayHaveBeenAnotherControllersPage) {
     ScreenHost host;
     const auto page = std::make_shared<ViewController>();
     const auto navigation = std::make_shared<NavigationController>([page] { return page; });

@@ -35,7 +35,7 @@ using testing::IsEmpty;
 using testing::internal::CaptureStdout;
 using testing::internal::GetCapturedStdout;
 
-/// Does what the worker does after handing an event to the network.
+/// Does the same as the worker after passing an event to the network.
 void record(std::string name, std::optional<std::string> customValue = std::nullopt) {
     SharedInstance::get().eventListManager->append({std::move(name), std::move(customValue)});
     NotificationCenter::defaultCenter().post(VornaCoreSDK::EventListUpdated);
@@ -98,7 +98,7 @@ TEST_F(EventListScreen, IsEmptyWithoutEvents) {
 
 TEST_F(EventListScreen, IsPresentedLaterAnimatedAndFullScreen) {
     VornaCoreSDK::ShowEventList();
-    EXPECT_THAT(host_.screens(), IsEmpty()) << "the call returns at once";
+    EXPECT_THAT(host_.screens(), IsEmpty()) << "the call returns immediately";
     ASSERT_TRUE(eventually([&] { return host_.screens().size() == 1; }));
     EXPECT_TRUE(host_.window().isMoving());
     host_.settle();

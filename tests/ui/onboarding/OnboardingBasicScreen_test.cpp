@@ -90,7 +90,7 @@ TEST_P(BasicScreenGeometry, MatchesTheDesign) {
     EXPECT_EQ(dots.size(), QSizeF(5, 5));
 
     const QRectF button = ScreenHost::geometry(host.find("actionButton"));
-    EXPECT_EQ(button.bottom(), expected.buttonBottom) << "from the view's bottom, whatever the inset";
+    EXPECT_EQ(button.bottom(), expected.buttonBottom) << "from the view's bottom, regardless of the inset";
     EXPECT_EQ(button.height(), expected.buttonHeight);
     EXPECT_EQ(button.width(), 350);
     EXPECT_NEAR(button.center().x(), middle, 0.51);
@@ -201,7 +201,7 @@ TEST_F(BasicScreen, DrawsItsButtonsInTheDocumentsColours) {
     show(basicStep("One", {{"buttonTitleColor", "#102030"}, {"exitButtonColor", "#405060"}}));
     ASSERT_TRUE(eventually([&] { return host.find("exitButton") != nullptr; }));
     EXPECT_EQ(color("actionButton", "titleColor"), QColor(0x10, 0x20, 0x30));
-    EXPECT_EQ(color("arrow", "color"), QColor(Qt::white)) << "whatever the title's colour";
+    EXPECT_EQ(color("arrow", "color"), QColor(Qt::white)) << "regardless of the title's colour";
     EXPECT_EQ(color("gradient", "firstColor"), QColor(0xff, 0, 0));
     EXPECT_EQ(color("gradient", "secondColor"), QColor(0, 0, 0xff));
     EXPECT_EQ(host.find("exitButton")->property("text").toString(), QStringLiteral("✕"));

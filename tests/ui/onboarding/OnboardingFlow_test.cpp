@@ -79,7 +79,7 @@ class Onboarding : public testing::Test {
     PrintedLines printed;
 };
 
-TEST_F(Onboarding, WithoutStepsFinishesAtOnce) {
+TEST_F(Onboarding, WithoutStepsFinishesImmediately) {
     VornaCoreSDK::ShowOnboarding("[]");
     EXPECT_THAT(host.screens(), IsEmpty());
     ASSERT_EQ(host.notifications().size(), 1U);
@@ -91,7 +91,7 @@ TEST_F(Onboarding, WithoutStepsFinishesAtOnce) {
 
 TEST_F(Onboarding, ShowsItsStepsInOrderAndReportsTheEnd) {
     VornaCoreSDK::ShowOnboarding(threeSteps());
-    EXPECT_THAT(titles(), ElementsAre("One")) << "at once";
+    EXPECT_THAT(titles(), ElementsAre("One")) << "immediately";
     EXPECT_TRUE(host.window().isMoving());
     tapButton();
     EXPECT_THAT(titles(), ElementsAre("One", "Two"));

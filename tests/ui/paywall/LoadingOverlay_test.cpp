@@ -58,7 +58,7 @@ class Overlay : public testing::Test {
 TEST_F(Overlay, IsShownAndClosedByTheHost) {
     PrintedLines printed;
     VornaCoreSDK::ShowPaidProductLoadingScreen();
-    EXPECT_THAT(host_->screens(), IsEmpty()) << "the call returns at once";
+    EXPECT_THAT(host_->screens(), IsEmpty()) << "the call returns immediately";
     ASSERT_TRUE(eventually([&] { return host_->screens().size() == 1; }));
     EXPECT_TRUE(host_->window().isMoving());
     host_->settle();
@@ -257,7 +257,7 @@ TEST_F(Overlay, HasASpinnerThatTurnsOncePerSecond) {
     }
 }
 
-/// Returns the arc painted on its own.
+/// Returns the arc painted alone.
 QImage paintedArc(QSize size, double lineWidth, const QColor& color) {
     ui::SpinningArc arc;
     arc.setSize(size);

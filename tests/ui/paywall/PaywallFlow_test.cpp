@@ -59,7 +59,7 @@ class Paywall : public testing::Test {
 TEST_F(Paywall, IsPresentedLaterAnimatedAndFullScreen) {
     PrintedLines printed;
     VornaCoreSDK::ShowPaywall(paywallText());
-    EXPECT_TRUE(host_.screens().empty()) << "the call returns at once";
+    EXPECT_TRUE(host_.screens().empty()) << "the call returns immediately";
     ASSERT_TRUE(eventually([&] { return host_.screens().size() == 1; }));
     EXPECT_TRUE(host_.window().isMoving());
     host_.settle();
@@ -80,7 +80,7 @@ TEST_F(Paywall, IsClosedOnlyByTheHost) {
 
     PrintedLines printed;
     VornaCoreSDK::ClosePaywall();
-    EXPECT_EQ(host_.screens().size(), 1U) << "the call returns at once";
+    EXPECT_EQ(host_.screens().size(), 1U) << "the call returns immediately";
     ASSERT_TRUE(eventually([&] { return host_.screens().empty(); }));
     EXPECT_TRUE(host_.window().isMoving());
     EXPECT_THAT(printed.take(), IsEmpty()) << "not before the end of the animation";
@@ -234,7 +234,7 @@ TEST_F(Paywall, ClosesTogetherWithTheOverlayAboveIt) {
     EXPECT_TRUE(host_.content()->isEnabled());
 }
 
-TEST_F(Paywall, LeavesTheOnboardingBelowPresentedWhenClosed) {
+TEST_F(Paywall, LeavesTheOnboardingBelowInPlaceWhenClosed) {
     const auto step = [&] { return support::documentOf({support::basicStep("Step")}); };
     VornaCoreSDK::ShowOnboarding(step());
     host_.settle();

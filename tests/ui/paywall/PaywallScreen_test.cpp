@@ -134,7 +134,7 @@ TEST_P(PaywallGeometry, MatchesTheDesign) {
 
     const QRectF glyph = ScreenHost::geometry(support::findItem(host.find("exitButton"), "glyph"));
     EXPECT_EQ(glyph.top(), insets.margins.top() + 10);
-    EXPECT_EQ(glyph.left(), 10) << "the view's edge, whatever the inset";
+    EXPECT_EQ(glyph.left(), 10) << "the view's edge, regardless of the inset";
     EXPECT_GE(ScreenHost::geometry(host.find("exitButton")).width(), 30) << "large enough for a finger";
 }
 
@@ -393,7 +393,7 @@ TEST_F(PaywallScreen, OpensThePolicyEvenIfTheTermsAreNotAnAddress) {
     EXPECT_THAT(links_.take(), ElementsAre("https://privacy.test/?a=b&c=%20d#e"));
 }
 
-TEST_F(PaywallScreen, ShowsItsCloseButtonAtOnceForAZeroOrNegativeDelay) {
+TEST_F(PaywallScreen, ShowsItsCloseButtonImmediatelyForAZeroOrNegativeDelay) {
     for (const std::int64_t delay : {std::int64_t{0}, std::int64_t{-1}, std::int64_t{-1'000'000'000'000},
                                      std::numeric_limits<std::int64_t>::min()}) {
         SCOPED_TRACE(delay);
@@ -512,7 +512,7 @@ class PaywallMedia : public testing::Test {
     ScreenHost host_{QSize(390, 844)};
 };
 
-TEST_F(PaywallMedia, IsAPictureUnlessItsTypeIsVideoInLowerCase) {
+TEST_F(PaywallMedia, IsAPictureUnlessItsTypeContainsVideoInLowerCase) {
     VornaCoreSDK::ShowPaywall(support::paywallText());
     answer(1, head("Video/MP4"));
     EXPECT_EQ(http_->requests()[0].method, HttpMethod::head);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Decides which request may start when: no libcurl, no clock, no thread.
+/// Decides which request may start when, without libcurl, clock or threads.
 
 #include <vorna/platform/curl/RequestPlan.h>
 #include <vorna/platform/curl/ServerLane.h>
@@ -20,7 +20,7 @@ namespace vorna {
 
 class Admission {
   public:
-    /// A request that may start now. Its lane counts it as under way; `requestEnded` ends that.
+    /// A request that may start now. Its lane counts it as in flight until `requestEnded`.
     struct Admitted {
         WaitingRequest request;
         ServerLane* lane = nullptr;
@@ -34,7 +34,8 @@ class Admission {
 
     bool canAdmit() const;
 
-    /// The next request that may start; std::nullopt if none may. Each server's start in the order added.
+    /// The next request that may start; std::nullopt if none may. Requests to the same server start in the
+    /// order added.
     std::optional<Admitted> next();
 
     bool hasCancellable() const noexcept { return cancellableCount_ > 0; }
@@ -45,7 +46,7 @@ class Admission {
     /// Removes all waiting requests, each after `end`, and forgets the servers.
     void removeAll(const End& end);
 
-    /// Forgets servers when they have become many. Only while nothing waits or is under way.
+    /// Forgets servers once there are many. Only while nothing waits or is in flight.
     void trim();
 
   private:

@@ -126,7 +126,7 @@ void CurlDriver::loadTrust() {
 void CurlDriver::perform() {
     {
         const ServiceThread::Self::Vital vital(*self_);
-        // Asked only now: exit either waits for us or is seen here.
+        // Checked only now: exit either waits for us or is seen here.
         if (!processIsExiting()) {
             int running = 0;
             curl_multi_perform(multi_.get(), &running);
@@ -140,7 +140,7 @@ void CurlDriver::queueIncoming() {
         const std::scoped_lock lock(mutex_);
         batch_.swap(incoming_);
     }
-    // One by one, so that memory moves with the requests and is never held twice.
+    // One by one, so that each request's memory moves with it and is never held twice.
     for (; !batch_.empty(); batch_.pop_front()) {
         queue(batch_.front());
         parkIfExiting();
@@ -169,7 +169,7 @@ void CurlDriver::startAdmitted() {
     }
 }
 
-/// False if the request has failed at once.
+/// False if the request has failed immediately.
 bool CurlDriver::startTransfer(Admission::Admitted& admitted) {
     if (idle_.empty()) {
         try {
@@ -228,8 +228,8 @@ bool CurlDriver::finishCompleted() {
             transfer.lane->multiplexes = version >= CURL_HTTP_VERSION_2_0;
         }
         if (transfer.sendCount > redirects + 1) {
-            // libcurl has repeated the request on another connection. It limits repetitions over the life of
-            // a handle; resetting the handle clears its count.
+            // libcurl has repeated the request on another connection. It limits repetitions over a handle's
+            // lifetime; resetting the handle clears the count.
             transfer.configuredFor.reset();
         }
         transfer.lane->progressed = std::chrono::steady_clock::now();
@@ -316,7 +316,7 @@ bool CurlDriver::isOverdue(CurlTransfer& transfer, Time now) {
     if (transfer.sendCount > 0 || !progressed || now - *progressed >= timeout) {
         return true;
     }
-    // It waits inside libcurl while others to its server are sent, which does not count. In case libcurl has
+    // While it waits inside libcurl for others to its server, its time does not count. In case libcurl has
     // overlooked it, it is queued there again.
     CURL* const easy = transfer.easy.get();
     curl_multi_remove_handle(multi_.get(), easy);
@@ -398,7 +398,7 @@ void CurlDriver::failAll() {
     multi_.reset();
 }
 
-/// Checked after each completion as well: exit may have gone far while it ran.
+/// Checked after each completion as well: exit may be well advanced by then.
 void CurlDriver::parkIfExiting() {
     if (processIsExiting()) {
         self_->park();

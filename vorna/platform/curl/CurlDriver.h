@@ -22,7 +22,7 @@
 
 namespace vorna {
 
-/// Shared by the client and the thread. When the process exits, the thread parks where it is: nothing is
+/// Shared by the client and the thread. When the process exits, the thread parks in place: nothing is
 /// completed or freed.
 class CurlDriver {
   public:
@@ -31,8 +31,8 @@ class CurlDriver {
     /// Trusts the authorities in the PEM file, or the system's if the name is empty.
     explicit CurlDriver(std::string certificateAuthorityFile);
 
-    /// Starts the thread in advance: started by the worker, it would inherit the worker's low priority for
-    /// good.
+    /// Starts the thread in advance: started by the worker, it would inherit the worker's low priority
+    /// permanently.
     static void startThread(const std::shared_ptr<CurlDriver>& self);
 
     static void start(const std::shared_ptr<CurlDriver>& self, HttpRequest request,
@@ -84,7 +84,7 @@ class CurlDriver {
     std::list<CurlTransfer> idle_;
     /// No deadline is earlier than this.
     Time nextDeadline_ = Time::max();
-    /// The answer to a request with a body has begun and not ended.
+    /// The answer to a request with a body has begun but not ended.
     bool hasAnsweredPost_ = false;
 };
 

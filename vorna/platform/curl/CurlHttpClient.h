@@ -7,11 +7,11 @@
 /// connections per server. Connections are kept alive and handles are reused. A request that waits for its
 /// turn is a small record, not a handle, so a hundred thousand of them cost little more than their bodies.
 ///
-/// Only https is sent, except to loopback addresses, and a redirect never leaves its scheme. TLS is 1.2 or
+/// Only https is used, except to loopback addresses, and a redirect never changes the scheme. TLS is 1.2 or
 /// newer and verifies the server's name. Proxies for https are taken from the usual environment variables.
 ///
-/// A request that the server refuses to process on a connection, or that finds a reused connection closed
-/// before any byte of an answer, is sent once more on another one; nothing else is ever repeated. While a
+/// A request that the server refuses to process on a connection, or whose reused connection closes before the
+/// first byte of an answer, is sent once more on another connection; nothing else is ever repeated. While a
 /// server cannot be reached, one request at a time is tried and the others wait.
 
 #include <vorna/platform/HttpClient.h>

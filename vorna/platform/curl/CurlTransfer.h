@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// One request under way, with as much of its answer as has arrived.
+/// One request in flight, with as much of its answer as has arrived.
 
 #include <vorna/platform/HttpClient.h>
 #include <vorna/platform/curl/CurlHandles.h>
@@ -47,13 +47,13 @@ struct CurlTransfer {
     const char* abortReason = nullptr;
     std::array<char, CURL_ERROR_SIZE> error{};
 
-    /// Clears what is left of an earlier answer.
+    /// Clears the remains of an earlier answer.
     void reset();
 
     /// Completes the request with the answer, or with the reason why there is none.
     void finish(CURLcode code);
 
-    /// Whether all bytes of the answer have arrived, as far as its headers tell how many there are.
+    /// Whether all bytes of the answer have arrived, as far as its headers give the length.
     bool isComplete() const;
 
     /// Whether the request's body has been sent.

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// What requests of one kind have in common. All events share one, so that a waiting request costs its body
-/// and a pointer.
+/// Everything that requests of one kind have in common. All events share one, so that a waiting request costs
+/// its body and a pointer.
 
 #include <vorna/platform/HttpClient.h>
 #include <vorna/platform/URL.h>
@@ -28,14 +28,14 @@ struct RequestPlan {
     std::chrono::milliseconds timeout{};
     std::size_t responseLimit = 0;
     std::stop_token stop;
-    /// Whether the stop could be requested at the start: a token loses that when its source goes.
+    /// Whether a stop was possible at the start: a token loses that when its source is destroyed.
     bool isCancellable = false;
     /// The headers in libcurl's form.
     HeaderList list;
 
     static std::shared_ptr<const RequestPlan> of(const HttpRequest& request);
 
-    /// Whether the request differs from those of this plan in nothing but its body.
+    /// Whether the request differs from those of this plan only in its body.
     bool serves(const HttpRequest& request) const;
 
     /// Whether the scheme is allowed: https, or http to a loopback address.

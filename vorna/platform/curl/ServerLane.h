@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The requests to one server: how many wait, how many are under way, and what is known about the server.
+/// The requests to one server: how many wait, how many are in flight, and what is known about the server.
 
 #include <vorna/platform/curl/WaitingRequest.h>
 
@@ -21,8 +21,8 @@ struct ServerLane {
 
     std::deque<WaitingRequest> waiting;
     std::size_t underWay = 0;
-    /// Until then one request goes ahead: how many may follow depends on the protocol of its connection, and
-    /// a server that cannot be reached costs one request its time-out, not all of them.
+    /// Until then one request goes first: how many may follow depends on its connection's protocol, and an
+    /// unreachable server makes one request time out, not all of them.
     bool isReachable = false;
     /// Known from the server's last answer.
     bool multiplexes = false;

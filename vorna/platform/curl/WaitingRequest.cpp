@@ -20,7 +20,7 @@ void WaitingRequest::fail(std::string_view description, std::optional<HttpRespon
     try {
         error.description = description;
     } catch (const std::exception&) {
-        // Short enough to need no memory of its own.
+        // Short enough to need no allocation.
         error.description = outOfMemory;
     }
     complete(std::nullopt, std::move(response), std::move(error));

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A request from its start until its completion is called. While it waits for its turn it is no more than
-/// this.
+/// A request from its start until its completion is called. While it waits for its turn, it is only this
+/// record.
 
 #include <vorna/platform/HttpClient.h>
 #include <vorna/platform/curl/RequestPlan.h>

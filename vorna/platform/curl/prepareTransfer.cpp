@@ -24,8 +24,8 @@ bool isLoopback(const sockaddr& address) {
 curl_socket_t openSocket(void* context, curlsocktype, curl_sockaddr* address) noexcept {
     const int opened = socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
 #ifdef TCP_USER_TIMEOUT
-    // A connection whose peer has silently gone (another network, a sleeping router) would swallow request
-    // after request. Dropped after half a time-out, it leaves them time for another connection.
+    // A connection whose peer has silently vanished (another network, a sleeping router) would swallow
+    // request after request. Dropping it after half a time-out leaves them time for another connection.
     const auto unacknowledged = static_cast<unsigned int>(
         static_cast<const CurlTransfer*>(context)->request.plan->timeout.count() / 2);
     if (opened >= 0) {
@@ -37,18 +37,18 @@ curl_socket_t openSocket(void* context, curlsocktype, curl_sockaddr* address) no
     return opened;
 }
 
-/// Without TLS nothing leaves this machine, whatever "localhost" or the host of a redirect resolves to.
+/// Without TLS nothing leaves this machine, regardless of what "localhost" or a redirect's host resolves to.
 curl_socket_t openLoopbackSocket(void* context, curlsocktype purpose, curl_sockaddr* address) noexcept {
     return isLoopback(address->addr) ? openSocket(context, purpose, address) : CURL_SOCKET_BAD;
 }
 
-/// The body is not among the options. The handle has none set yet.
+/// Sets everything except the body. The handle has no options set yet.
 Result<void, CURLcode> setOptions(CurlTransfer& transfer, const TrustStore& trust) {
     CURL* const easy = transfer.easy.get();
     const RequestPlan& plan = *transfer.request.plan;
     const bool secure = plan.url.scheme() == "https";
     CURLcode failure = CURLE_OK;
-    // For options that must not be missing.
+    // For mandatory options.
     const auto set = [&](CURLoption option, auto value) {
         const CURLcode code = curl_easy_setopt(easy, option, value);
         failure = failure == CURLE_OK ? code : failure;
@@ -59,7 +59,7 @@ Result<void, CURLcode> setOptions(CurlTransfer& transfer, const TrustStore& trus
     set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
     if (!trust.bundleFile.empty()) {
         set(CURLOPT_CAINFO, trust.bundleFile.c_str());
-        // A folder as well would add nothing, and would keep libcurl from sharing the parsed file between
+        // Adding a folder would gain nothing and would keep libcurl from sharing the parsed file between
         // connections.
         set(CURLOPT_CAPATH, static_cast<const char*>(nullptr));
     } else if (!trust.hashedFolder.empty()) {

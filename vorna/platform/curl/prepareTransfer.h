@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Sets up libcurl's handle for the request that it is to send.
+/// Sets up libcurl's handle for the request to be sent.
 
 #include <vorna/base/Result.h>
 #include <vorna/platform/curl/CurlTransfer.h>
@@ -11,7 +11,7 @@
 
 namespace vorna {
 
-/// Makes the transfer ready for its request. An error if libcurl refuses an option that must not be missing.
+/// Prepares the transfer for its request. An error if libcurl refuses a mandatory option.
 Result<void, CURLcode> prepare(CurlTransfer& transfer, const TrustStore& trust);
 
 }  // namespace vorna

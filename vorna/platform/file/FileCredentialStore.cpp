@@ -30,7 +30,7 @@ CredentialStatus statusOf(std::error_code error) {
     case EEXIST:
         return CredentialStatus::duplicateItem;
     case ELOOP:    // a symbolic link where none may be
-    case ENOTDIR:  // something else than a folder in the folder's place
+    case ENOTDIR:  // something other than a folder in its place
     case EISDIR:
     case ENXIO:  // a socket, or a pipe
         return CredentialStatus::notTrusted;
@@ -47,12 +47,12 @@ CredentialStatus statusOf(std::error_code error) {
     }
 }
 
-/// After folders were made, something missing does not mean that there is no item.
+/// Once the folders have been created, a missing file does not mean that there is no item.
 CredentialStatus statusOfFailedAddition(std::error_code error) {
     return error == std::errc::no_such_file_or_directory ? CredentialStatus::notAvailable : statusOf(error);
 }
 
-/// One file name for service and account that no other pair has.
+/// A file name unique to the pair of service and account.
 std::string itemName(std::string_view service, std::string_view account) {
     return fileNameOf(service) + '@' + fileNameOf(account);
 }
@@ -66,7 +66,7 @@ std::optional<struct stat> statusOf(const FileDescriptor& file) {
     return status;
 }
 
-/// Why nothing in the folder can be trusted or said; std::nullopt if all is well.
+/// Why nothing in the folder can be trusted or read; std::nullopt if it can.
 std::optional<CredentialStatus> objectionTo(const FileDescriptor& folder) {
     const std::optional<struct stat> status = statusOf(folder);
     if (!status) {
@@ -100,7 +100,7 @@ Result<FileDescriptor, CredentialStatus> folderMadeIfMissing(const std::string& 
     if (const std::optional<CredentialStatus> objection = objectionTo(*folder)) {
         return Unexpected(*objection);
     }
-    // Nobody else need know which items there are. Should this fail, the items themselves are still private.
+    // Hides from others which items there are. If this fails, the items themselves are still private.
     fchmod(folder->number(), folderMode);
     return *std::move(folder);
 }

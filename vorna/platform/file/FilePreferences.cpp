@@ -45,7 +45,7 @@ Result<std::string, std::error_code> readRegularFile(int folder, const std::stri
         });
 }
 
-/// Null for what is not JSON, as for null.
+/// Null for text that is not JSON, as for null.
 boost::json::value valueIn(std::string_view document) {
     return json::parse(document).value_or(boost::json::value());
 }
@@ -68,7 +68,7 @@ std::optional<Table> tableOf(const boost::json::value& value) {
     return table;
 }
 
-/// std::nullopt if some text is not UTF-8.
+/// std::nullopt if any text is not UTF-8.
 std::optional<std::string> documentOf(const Table& table) {
     std::string document;
     json::Writer writer(document);
@@ -99,7 +99,7 @@ Result<void, std::error_code> save(const std::string& dataDirectory, std::string
     });
 }
 
-/// Takes a table over from the document of earlier versions.
+/// Migrates a table from the document of earlier versions.
 std::optional<Table> takeOver(const std::string& dataDirectory, std::string_view key) {
     const std::string path = dataDirectory + "/preferences.json";
     const auto document = readRegularFile(AT_FDCWD, path, 0);

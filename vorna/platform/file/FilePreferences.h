@@ -14,24 +14,24 @@
 
 namespace vorna {
 
-/// Objects and processes may share a folder; the last writer of a table wins. A file that is torn, foreign or
-/// not a regular file counts as no table, and the next save replaces it.
+/// Objects and processes may share a folder; the last writer of a table wins. A file that is truncated,
+/// foreign or not a regular file counts as no table, and the next save replaces it.
 ///
 /// Earlier versions kept all tables in one document, "preferences.json" in the data directory. A table that
-/// is still there is taken over when it is first read, and the document is removed unless it has other
-/// entries.
+/// is still there is migrated when it is first read, and the document is removed unless it has other entries.
 class FilePreferences final : public Preferences {
   public:
     /// A larger file is not read.
     static constexpr std::size_t largestFile = std::size_t{64} * 1024 * 1024;
 
-    /// The folders are made by the first save, with mode 0700. If the data directory is empty text, there are
-    /// no tables and none can be saved.
+    /// The folders are created by the first save, with mode 0700. If the data directory is empty text, there
+    /// are no tables and none can be saved.
     explicit FilePreferences(std::string dataDirectory);
 
     std::optional<Table> table(std::string_view key) const override;
 
-    /// Text that is not UTF-8 is EILSEQ, a table that could not be read again EFBIG. Waits for the disk.
+    /// Fails with EILSEQ for text that is not UTF-8, with EFBIG for a table too large to be read again. Waits
+    /// for the disk.
     Result<void, std::error_code> setTable(std::string_view key, const Table& table) override;
 
   private:

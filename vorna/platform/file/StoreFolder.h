@@ -16,11 +16,11 @@ namespace vorna {
 /// Opens the subfolder of that name.
 Result<FileDescriptor, std::error_code> openStoreFolder(const std::string& dataDirectory, const char* name);
 
-/// Opens the subfolder, and makes it and the data directory with mode 0700 if they are missing.
+/// Opens the subfolder; creates it and the data directory with mode 0700 if they are missing.
 Result<FileDescriptor, std::error_code> makeStoreFolder(const std::string& dataDirectory, const char* name);
 
-/// The text as part of a file name, different for different texts: all but letters, digits, '.', '-' and '_'
-/// of ASCII is written as "%XX".
+/// The text as part of a file name, different for different texts: every byte except ASCII letters, digits,
+/// '.', '-' and '_' is written as "%XX".
 std::string fileNameOf(std::string_view text);
 
 }  // namespace vorna

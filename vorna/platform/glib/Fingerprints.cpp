@@ -20,7 +20,7 @@ bool isFingerEnrolled(const std::string& systemBusAddress, const std::stop_token
     const gsize readerCount = readers ? g_variant_n_children(readers.get()) : 0;
     for (gsize index = 0; index < readerCount; ++index) {
         const glib::Variant reader(g_variant_get_child_value(readers.get(), index));
-        // The empty name means the user who asks.
+        // The empty name means the calling user.
         const glib::Variant fingers =
             bus.call(service, g_variant_get_string(reader.get(), nullptr), "net.reactivated.Fprint.Device",
                      "ListEnrolledFingers", g_variant_new("(s)", ""), "(as)");

@@ -12,7 +12,7 @@ void initialiseSockets() {
     static std::once_flag once;
     std::call_once(once, [] {
         if (g_type_class_peek(G_TYPE_SOCKET) != nullptr) {
-            // The host has used GIO before us and lives with the consequences.
+            // The host has used GIO before us, so the disposition is its own affair.
             return;
         }
         struct sigaction before = {};

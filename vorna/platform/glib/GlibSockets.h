@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The one place where GLib would change how the host's process handles signals.
+/// Keeps GLib from changing how the host's process handles signals.
 
 namespace vorna::glib {
 
@@ -9,7 +9,7 @@ namespace vorna::glib {
 /// process first uses a socket of its kind; programs that the host starts would inherit that.
 ///
 /// A disposition that another thread sets during these microseconds may be lost. So `makePlatform` calls this
-/// on the host's own thread, before a thread of ours uses GLib. Any thread; later calls do nothing.
+/// on the host's own thread, before any of our threads uses GLib. Any thread; later calls do nothing.
 void initialiseSockets();
 
 }  // namespace vorna::glib

@@ -15,36 +15,37 @@
 
 namespace vorna::glib {
 
-/// One conversation with a message bus, on one thread of ours, from connecting to disconnecting. While it is
-/// connected, the thread has a main context of its own.
+/// One conversation with a message bus, on one of our threads, from connecting to disconnecting. While it is
+/// connected, the thread has its own main context.
 class PrivateBus {
   public:
     using Time = std::chrono::steady_clock::time_point;
 
     /// Connects. Calls, and connecting to a bus that accepts but does not answer, fail at the deadline; all
-    /// fail at once when a stop is requested. An address that would start a bus or another program is not
+    /// fail immediately when a stop is requested. An address that would start a bus or another program is not
     /// tried.
     PrivateBus(const std::string& address, const std::stop_token& stop, Time deadline);
     PrivateBus(const PrivateBus&) = delete;
     PrivateBus& operator=(const PrivateBus&) = delete;
     PrivateBus(PrivateBus&&) = delete;
     PrivateBus& operator=(PrivateBus&&) = delete;
-    /// On the same thread, after everything that uses the connection.
+    /// Must run on the same thread, after everything that uses the connection.
     ~PrivateBus() = default;
 
-    /// The error is null if connecting was not tried.
+    /// The error is null if no connection was attempted.
     const Result<Object<GDBusConnection>, Error>& connection() const noexcept { return connection_; }
 
     /// Cancelled when a stop is requested.
     GCancellable* cancellable() const noexcept { return cancellable_.get(); }
 
-    /// The only result of the method, which must have the given type; null if the call fails. Takes over
-    /// floating arguments. Starts the service if necessary.
+    /// Calls the method and returns its only result, which must have the given type; null if the call fails.
+    /// Takes over floating arguments. Starts the service if necessary.
     Variant call(const char* destination, const char* path, const char* interface, const char* method,
                  GVariant* arguments, const char* resultType) const;
 
   private:
-    /// Makes a new context the thread's default one; in the end releases what GIO has handed over to it.
+    /// Makes a new context the thread's default one; on destruction, releases everything that GIO has queued
+    /// in it.
     class ThreadContext {
       public:
         ThreadContext();

@@ -16,9 +16,9 @@ void setPromptRefused(GError** error) {
     g_set_error_literal(error, promptRefused(), 0, "the user would have to be prompted");
 }
 
-/// libsecret sets up its service object for the process's shared connection to the bus. That one ends the
-/// process when the bus goes away, and waits for its other users. Unsetting the bus type makes the object use
-/// the connection it is given.
+/// libsecret sets up its service object for the process's shared connection to the bus. That connection ends
+/// the process when the bus goes away, and waits for its other users. Unsetting the bus type makes the object
+/// use the connection it is given.
 GObject* constructForGivenConnection(GType type, guint count, GObjectConstructParam* properties) {
     auto* const parent = static_cast<GObjectClass*>(g_type_class_peek(secret_service_get_type()));
     GObject* const object = parent->constructor(type, count, properties);

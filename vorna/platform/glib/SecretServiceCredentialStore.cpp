@@ -235,11 +235,11 @@ class Conversation {
     }
 
     Result<void, CredentialStatus> create(SecretCollection* collection, std::string_view value) const {
-        // Making a collection would take a password from the user.
+        // Creating a collection would require a password from the user.
         if (collection == nullptr || secret_collection_get_locked(collection)) {
             return Unexpected(CredentialStatus::interactionNotAllowed);
         }
-        // Keyrings may re-encode what is called text, and display nothing that is not.
+        // Keyrings may re-encode data declared as text, and display nothing else.
         const bool isText = utf8::isValid(value) && value.find('\0') == std::string_view::npos;
         const Secret secret(secret_value_new(value.data(), static_cast<gssize>(value.size()),
                                              isText ? "text/plain" : "application/octet-stream"));
@@ -269,7 +269,7 @@ class Conversation {
     const Result<Object<SecretService>, CredentialStatus> service_;
 };
 
-/// Holds one conversation on a thread of its own and waits for it until the bound has passed.
+/// Holds one conversation on its own thread and waits for it until the time limit has passed.
 template <class Value>
 Result<Value, CredentialStatus>
 converse(const std::optional<std::string>& address, ItemName name, std::chrono::milliseconds bound,

@@ -6,7 +6,7 @@
 /// identity", with the attributes "service" and "account".
 ///
 /// All applications of the user share the keyring, so an item also has the attribute "application". One
-/// without it is taken for the item of every application.
+/// without it counts as the item of every application.
 ///
 /// The user is never prompted: an operation that would need to fails with `interactionNotAllowed`. Without a
 /// session bus, without the service on it, or without an answer in time it fails with `notAvailable`. No bus
@@ -21,14 +21,14 @@
 
 namespace vorna {
 
-/// Any thread, concurrently. Each call makes its own connection, on a thread of its own. A call that exceeds
-/// the bound is cancelled, but the service may still carry it out.
+/// Any thread, concurrently. Each call makes its own connection, on its own thread. A call that exceeds the
+/// bound is cancelled, but the service may still carry it out.
 class SecretServiceCredentialStore final : public CredentialStore {
   public:
     static constexpr std::chrono::milliseconds defaultBound{2000};
 
     /// The application's name is that of its data folder; if empty, items belong to all applications. The
-    /// bound applies to each call as a whole. The environment names the session bus at this moment.
+    /// bound applies to each whole call. The session bus's address is read from the environment now.
     explicit SecretServiceCredentialStore(std::string application,
                                           std::chrono::milliseconds bound = defaultBound);
 

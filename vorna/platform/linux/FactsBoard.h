@@ -11,19 +11,18 @@
 
 namespace vorna {
 
-/// Any thread, concurrently. Readers wait at most for the exchange of one pointer, never while a change is
-/// prepared.
+/// Any thread, concurrently. Readers wait at most for a pointer swap, never while a change is prepared.
 class FactsBoard {
   public:
     explicit FactsBoard(SystemFacts facts);
 
-    /// Never null; the same object as long as the facts are the same.
+    /// Never null; the same object until the facts change.
     std::shared_ptr<const SystemFacts> facts() const;
 
     /// Sets the screen as reported by the toolkit that draws on it.
     void reportScreen(const ScreenFacts& screen);
 
-    /// Sets what the options did not give of the application's description.
+    /// Sets the parts of the application's description that the options did not give.
     void supplyBundle(const BundleFacts& bundle);
 
     /// Sets the screen as reported by the kernel; ignored once the toolkit has reported one.
@@ -40,7 +39,7 @@ class FactsBoard {
   private:
     void change(const std::function<void(SystemFacts&)>& edit);
 
-    /// Held during a whole change; locked before the other one.
+    /// Held throughout a change; locked before the other one.
     std::mutex changing_;
     bool isScreenReported_ = false;
     bool isBatteryShown_ = false;

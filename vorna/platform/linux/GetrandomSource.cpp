@@ -14,7 +14,7 @@ namespace {
 template <class Number>
 Number randomNumber() {
     Number number = 0;
-    // So few bytes are returned completely or not at all.
+    // Reads this small are never partial.
     while (getrandom(&number, sizeof number, 0) != static_cast<ssize_t>(sizeof number)) {
         if (errno != EINTR) {
             fatalError("the system has no secure random numbers");

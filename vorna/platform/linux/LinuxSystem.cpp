@@ -35,7 +35,7 @@ std::string withoutTrailingSlash(std::string path) {
     return path;
 }
 
-/// One byte here that is not UTF-8 would keep every record from being sent.
+/// A single byte here that is not UTF-8 would keep every record from being sent.
 BundleFacts repaired(BundleFacts bundle) {
     for (std::optional<std::string>* const text :
          {&bundle.identifier, &bundle.shortVersion, &bundle.version}) {
@@ -99,7 +99,7 @@ void LinuxSystem::enableBatteryMonitoring() {
     if (isBatteryMonitored_.load(std::memory_order_acquire)) {
         return;
     }
-    // Two first callers may both get here; neither may return before the facts say so.
+    // Two concurrent first callers may both get here; neither may return before the facts say so.
     board_->showBattery();
     isBatteryMonitored_.store(true, std::memory_order_release);
 }
@@ -123,7 +123,7 @@ std::optional<FileSystemSize> LinuxSystem::homeFileSystem() const {
 
 std::optional<std::string> LinuxSystem::documentsDirectory() const {
     if (dataDirectory_) {
-        // Whatever uses the folder learns why it is missing.
+        // Users of the folder will see why it is missing.
         std::call_once(dataDirectoryMade_, [&] { std::ignore = makeFolders(*dataDirectory_); });
     }
     return dataDirectory_;
@@ -131,7 +131,7 @@ std::optional<std::string> LinuxSystem::documentsDirectory() const {
 
 ItemCreation LinuxSystem::creation(const std::string& path) const {
     struct statx item = {};
-    // What a network file system has cached is enough; a birth time does not change.
+    // A network file system's cached value will do; a birth time does not change.
     if (statx(AT_FDCWD, path.c_str(), AT_STATX_DONT_SYNC | AT_NO_AUTOMOUNT, STATX_BTIME, &item) != 0) {
         const int error = errno;
         return Unexpected(std::generic_category().message(error) + ": " + utf8::repaired(path));

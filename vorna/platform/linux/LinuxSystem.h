@@ -33,7 +33,7 @@ namespace vorna {
 
 struct LinuxSystemOptions {
     BundleFacts bundle;
-    /// The application's own folder, as an absolute path. std::nullopt or empty: defaultDataDirectory().
+    /// The application's folder, as an absolute path. std::nullopt or empty: defaultDataDirectory().
     std::optional<std::string> dataDirectory;
     /// The folder used as "/" when reading the system's own files.
     std::string root = "/";

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The background thread that reads what is slow to read, and keeps it current: the battery, the screen, the
-/// fingerprint reader and the system's time zone.
+/// The background thread that reads the facts that are slow to read, and keeps them current: the battery, the
+/// screen, the fingerprint reader and the system's time zone.
 
 #include <vorna/platform/ServiceThread.h>
 #include <vorna/platform/linux/FactsBoard.h>
@@ -25,7 +25,7 @@ struct SystemWatchSources {
     /// The folder that contains /sys; "" on a real system.
     std::string root;
     std::string systemBusAddress;
-    /// Called once, on the thread. Without it biometrics count as unsupported.
+    /// Called once, on the thread. If empty, biometrics count as unsupported.
     FingerprintQuery isFingerEnrolled;
     /// How often the sources are read again.
     std::chrono::milliseconds interval;

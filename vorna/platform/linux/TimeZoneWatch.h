@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Keeps the C library's local time right when the system's time zone changes: on its own, it reads
-/// the zone only once.
+/// Keeps the C library's local time correct when the system's time zone changes: by default it reads the zone
+/// only once.
 
 #include <sys/stat.h>
 
@@ -15,7 +15,7 @@ class TimeZoneWatch {
     TimeZoneWatch() noexcept;
 
     /// Makes the C library read the zone again if it has changed since the last call. If $TZ is set, that
-    /// zone stays in force.
+    /// zone stays in effect.
     void update() noexcept;
 
   private:

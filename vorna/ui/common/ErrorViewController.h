@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The screen that tells a developer what is missing from a document. It offers no way to close it.
+/// The screen that shows a developer what is missing from a document. It cannot be closed by the user.
 
 #include <vorna/ui/common/ViewController.h>
 

@@ -27,7 +27,7 @@ class FrameLayer : public vorna::ui::ImageLayer {
 
   private:
     /// The latest one, until it is drawn. Converting a frame on delivery would be too slow: players give up
-    /// for good when a delivery blocks, and the first conversion loads a graphics driver.
+    /// permanently if a delivery blocks, and the first conversion loads a graphics driver.
     QVideoFrame frame_;
     QVideoSink sink_;
 };

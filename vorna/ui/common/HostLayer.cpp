@@ -9,7 +9,7 @@ namespace vorna::ui {
 
 namespace {
 
-/// Above anything that a host stacks, below the popups of Qt Quick Controls at 1'000'001.
+/// Above any z value that a host is likely to use, below the popups of Qt Quick Controls at 1'000'001.
 constexpr qreal stageZ = 1'000'000;
 
 QQuickItem& makeLayer(QQuickItem& parent) {
@@ -20,7 +20,7 @@ QQuickItem& makeLayer(QQuickItem& parent) {
 }
 
 void adopt(const QQuickWindow& window, QQuickItem* hostItem, const QQuickItem* stage) {
-    // While a window is destroyed its items leave one by one, and it has no content item.
+    // While a window is being destroyed, its items are removed one by one, and it has no content item.
     if (window.contentItem() == nullptr || hostItem == nullptr || stage == nullptr) {
         return;
     }

@@ -11,16 +11,17 @@ class QQuickWindow;
 
 namespace vorna::ui {
 
-/// Main thread. The items belong to the window and go with it; every pointer here is null by then.
+/// Main thread. The items belong to the window and are destroyed with it; every pointer here is null by then.
 class HostLayer {
   public:
-    /// Moves the window's items under one, and from now on all that the host adds.
+    /// Moves the window's items under one, and does so from now on for every item that the host adds.
     explicit HostLayer(QQuickWindow& window);
 
     /// Holds what the host shows.
     QPointer<QQuickItem> item() const { return item_; }
 
-    /// Creates an item of the window's size on the stage, above the earlier ones. Null if the stage has gone.
+    /// Creates an item of the window's size on the stage, above the earlier ones. Null if the stage no longer
+    /// exists.
     QQuickItem* addScreenLayer();
 
   private:

@@ -39,15 +39,15 @@ class VORNA_EXPORT HostWindow : public QObject {
     QQuickWindow* quickWindow() const;
 
     /// The size of the main screen in logical pixels: that of the physical screen if this window fills it,
-    /// otherwise of this window, which takes the place of a screen on a desktop.
+    /// otherwise that of this window, which stands in for a screen on a desktop.
     QSizeF screenSize() const;
 
     qreal screenWidth() const { return screenSize().width(); }
 
     qreal screenHeight() const { return screenSize().height(); }
 
-    /// How far notches, rounded corners and system bars reach into the window, in logical pixels. Initially
-    /// zero.
+    /// Distance that notches, rounded corners and system bars extend into the window, in logical pixels.
+    /// Initially zero.
     QMarginsF safeAreaInsets() const { return safeAreaInsets_; }
 
     void setSafeAreaInsets(const QMarginsF& insets);

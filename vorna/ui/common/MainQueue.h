@@ -25,7 +25,7 @@ void async(std::function<void()> work);
 /// main thread.
 class DelayedTask {
   public:
-    /// Nothing to do.
+    /// No work.
     DelayedTask() noexcept;
     /// Any delay: zero or less means the next turn of the event loop; one of ten thousand years never ends.
     DelayedTask(std::int64_t seconds, std::function<void()> work);

@@ -38,7 +38,7 @@ WorkQueue& decodings() {
     return ScreensRuntime::part<Decodings>().queue;
 }
 
-/// Does nothing if the text is no URL, or the library has no instance yet.
+/// Does nothing if the text is not a URL or the library has no instance yet.
 void send(const std::string& mediaURL, HttpMethod method, std::stop_token stop,
           HttpClient::Completion completion) {
     const std::optional<URL> url = URL::parse(mediaURL);
@@ -54,7 +54,7 @@ void send(const std::string& mediaURL, HttpMethod method, std::stop_token stop,
     http->start(std::move(request), std::move(completion));
 }
 
-/// Nothing if the bytes are no picture. Any thread.
+/// std::nullopt if the bytes are not a picture. Any thread.
 std::optional<Picture> decoded(const std::string& bytes, int pixelWidth) {
     QByteArray array = QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size()));
     QBuffer buffer(&array);
@@ -79,7 +79,7 @@ std::optional<Picture> decoded(const std::string& bytes, int pixelWidth) {
     return Picture{std::move(image), size};
 }
 
-/// Null if the file cannot be written. Players work best with files: each round begins with a seek to the
+/// Null if the file cannot be written. Players work best with files: each loop begins with a seek to the
 /// start.
 std::unique_ptr<QTemporaryFile> storedVideo(const std::string& bytes) {
     auto file = std::make_unique<QTemporaryFile>(QDir::temp().filePath(QStringLiteral("vorna-media-XXXXXX")));

@@ -22,7 +22,7 @@ class MediaScreenViewController : public vorna::ui::ViewController {
     Q_PROPERTY(bool isExitButtonShown READ isExitButtonShown NOTIFY exitButtonShown)
     Q_PROPERTY(double firstWindowSafeAreaTop READ firstWindowSafeAreaTop NOTIFY firstWindowSafeAreaTopChanged)
     QML_ELEMENT
-    QML_UNCREATABLE("made by the flows")
+    QML_UNCREATABLE("created by the flows")
 
   public:
     MediaLoader* media() { return &media_; }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// A video that plays with sound in an endless loop.
+// A video that plays in an endless loop, with sound.
 import QtQuick
 import QtMultimedia
 import Vorna.Ui

@@ -29,10 +29,10 @@ class VORNA_EXPORT NavigationController : public vorna::ui::ViewController {
 
     /// Called on the main thread whenever a screen is to be shown; may return null.
     explicit NavigationController(Source topViewController);
-    /// Shows that controller under a navigation bar and loads its view within its own.
+    /// Shows that controller under a navigation bar and loads its view inside this one's.
     explicit NavigationController(std::shared_ptr<ViewController> rootViewController);
 
-    /// The controller presented over this one, or else the top of its stack. Null if there is neither.
+    /// Returns the controller presented over this one, else the top of its stack; null if there is neither.
     std::shared_ptr<ViewController> visibleViewController();
 
     std::shared_ptr<ViewController> topViewController();

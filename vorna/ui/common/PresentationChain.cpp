@@ -228,7 +228,7 @@ void PresentationChain::animate(const Transition& transition, TransitionAnimatio
                                 std::function<void()> done) {
     animation_ =
         std::make_unique<TransitionAnimation>(transition, std::move(items), [this, done = std::move(done)] {
-            // It calls this, so it cannot be deleted yet.
+            // It is the caller, so it cannot be deleted yet.
             if (animation_) {
                 animation_.release()->deleteLater();
             }
@@ -242,7 +242,7 @@ void PresentationChain::animate(const Transition& transition, TransitionAnimatio
         });
 }
 
-/// Ends the transition in progress, whose completion may destroy the window. Tells whether this chain still
+/// Ends the transition in progress, whose completion may destroy the window. Returns whether this chain still
 /// exists.
 bool PresentationChain::survivesEndOfTransition() {
     const QPointer<PresentationChain> self(this);

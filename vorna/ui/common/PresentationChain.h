@@ -36,19 +36,19 @@ class PresentationChain final : public Presenter {
     /// Never null.
     std::shared_ptr<ViewController> root() const { return root_; }
 
-    /// Null changes nothing. What has been presented stays.
+    /// Null changes nothing. Presented screens stay.
     void setRoot(std::shared_ptr<ViewController> controller);
 
-    /// The presented controllers, lowest first, without one that is on its way out.
+    /// The presented controllers, lowest first, except one that is being dismissed.
     std::vector<std::shared_ptr<ViewController>> presented() const;
 
-    /// Used by the next presentation or dismissal without an animation of its own within this turn of the
-    /// event loop.
+    /// Used by the next presentation or dismissal without its own animation within this turn of the event
+    /// loop.
     void addTransition(Transition transition);
 
     bool isMoving() const { return animation_ != nullptr; }
 
-    /// Removes every screen at once, topmost first, and runs no completions.
+    /// Removes every screen immediately, topmost first, and runs no completions.
     void removeAll();
 
     HostWindow& window() const override { return window_; }
@@ -63,7 +63,7 @@ class PresentationChain final : public Presenter {
     struct Entry {
         std::shared_ptr<ViewController> controller;
         QPointer<QQuickItem> layer;
-        /// What had the keyboard focus before.
+        /// The item that had the keyboard focus before.
         QPointer<QQuickItem> focusBefore;
         bool coversFully = true;
         bool isArriving = false;

@@ -32,27 +32,28 @@ enum class PresentationFailure : std::uint8_t {
     noView
 };
 
-/// Presents and dismisses screens in one window. Controllers given here are not contained in others. Main
+/// Presents and dismisses screens in one window. Controllers passed here are never contained in others. Main
 /// thread.
 class VORNA_EXPORT Presenter : public QObject {
   public:
     virtual HostWindow& window() const = 0;
 
-    /// The controller that is presented directly over that one and not on its way out; null if there is none.
+    /// Returns the controller that is presented directly over that one and not being dismissed; null if there
+    /// is none.
     virtual std::shared_ptr<ViewController> presentedOver(const ViewController& controller) const = 0;
 
     /// As `ViewController::present`. On failure nothing is shown and the completion never runs. This
-    /// presenter may be gone when the call returns.
+    /// presenter may be destroyed before the call returns.
     virtual Result<void, PresentationFailure> present(const ViewController& over,
                                                       const std::shared_ptr<ViewController>& controller,
                                                       bool animated, std::function<void()> completion) = 0;
 
-    /// As `ViewController::dismiss`. This presenter may be gone when the call returns.
+    /// As `ViewController::dismiss`. This presenter may be destroyed before the call returns.
     virtual void dismiss(const ViewController& controller, bool animated,
                          std::function<void()> completion) = 0;
 };
 
-/// A screen as its presenter uses it.
+/// A screen as its presenter sees it.
 class VORNA_EXPORT Presentable {
   public:
     /// Becomes the bottom of the presenter's chain, and leaves its container if it has one.
@@ -62,7 +63,7 @@ class VORNA_EXPORT Presentable {
     /// Loads the view into the item. On failure nothing has changed.
     virtual Result<void, PresentationFailure> enter(Presenter& presenter, QQuickItem& layer) = 0;
 
-    /// Ends the view and everything that works for it.
+    /// Destroys the view and everything that serves it.
     virtual void leave() = 0;
 
   protected:

@@ -7,11 +7,11 @@
 
 namespace vorna::ui {
 
-/// Each part is created by the first call that asks for it, on the calling thread, and never destroyed: other
-/// threads may use it until the process ends, and so may posts that arrive after the application object has
+/// Each part is created by the first call that requests it, on the calling thread, and never destroyed: other
+/// threads may use it until the process ends, and so may posts that arrive after the application object is
 /// gone. `vorna/ui` has no other static or global variables.
 ///
-/// Knows none of its parts, so that every folder can keep its own here.
+/// Does not depend on any of its parts, so that every folder can keep its own here.
 class ScreensRuntime {
   public:
     /// Any thread; the part says which threads may use it.

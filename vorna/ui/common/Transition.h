@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// How one screen visibly takes the place of another.
+/// How one screen visibly replaces another.
 
 #include <QtCore/QEasingCurve>
 

@@ -24,8 +24,8 @@ class TransitionAnimation final : public QObject {
         QList<QPointer<QQuickItem>> leaving;
     };
 
-    /// Starts at once. Items are as large as their parents and move within them; when `done` is called they
-    /// are back at the origin and opaque.
+    /// Starts immediately. Items are as large as their parents and move within them; when `done` is called
+    /// they are back at the origin and opaque.
     TransitionAnimation(const Transition& transition, Items items, std::function<void()> done);
 
     /// Skips to the end and calls `done`, unless that has been called already.

@@ -20,9 +20,9 @@ std::string_view reason(PresentationFailure failure) {
     case PresentationFailure::presenterCovered:
         return "another screen covers the presenting controller";
     case PresentationFailure::nothingToPresent:
-        return "there is none";
+        return "there is no screen to present";
     case PresentationFailure::alreadyOnScreen:
-        return "it is on screen already";
+        return "it is already on screen";
     case PresentationFailure::noView:
         return "its view could not be created";
     }
@@ -32,7 +32,7 @@ std::string_view reason(PresentationFailure failure) {
 }  // namespace
 
 ViewController::ViewController() {
-    // Views refer to their controllers; no engine must ever assume that it owns one.
+    // Views refer to their controllers; an engine must never assume that it owns one.
     QQmlEngine::setObjectOwnership(this, QQmlEngine::CppOwnership);
 }
 
@@ -129,7 +129,7 @@ void ViewController::setPresenter(Presenter* presenter) {
 void ViewController::leave() {
     const std::shared_ptr<ViewController> self = shared_from_this();
     if (view_) {
-        // The view refers to this controller until it is deleted, and one of its buttons may have led here.
+        // The view refers to this controller until it is deleted, and the caller may be one of its buttons.
         connect(view_, &QObject::destroyed, this, [self] {});
         view_->setVisible(false);
         view_->deleteLater();

@@ -4,8 +4,8 @@
 /// One screen: a view and the logic behind it. Screens are presented over one another, as a chain that begins
 /// with the root view controller of a window.
 ///
-/// Controllers are held by shared pointers and live on the main thread. While one is on screen its window
-/// holds it. Dismissing it ends its view and everything that works for it, even if others still hold the
+/// Controllers are held by shared pointers and live on the main thread. While one is on screen, its window
+/// holds it. Dismissing it destroys its view and everything that serves it, even if others still hold the
 /// controller.
 
 #include <vorna/base/Export.h>
@@ -61,22 +61,22 @@ class VORNA_EXPORT ViewController : public QObject,
     /// The container: a navigation or tab bar controller. Null if there is none.
     ViewController* parentViewController() const { return parent_; }
 
-    /// The controller that was presented over this one, or over the one that contains it, and is not on its
-    /// way out. Null if there is none.
+    /// The controller that was presented over this one, or over the one that contains it, and is not being
+    /// dismissed; null if there is none.
     std::shared_ptr<ViewController> presentedViewController() const;
 
     /// Shows another controller over this one. Logs why and does nothing if this controller is not on screen
     /// or is covered already, or if the other is null, on screen already or has no view.
     ///
-    /// Animated: the other arrives in its own transition style. Not animated: it is in place at once, or
-    /// moves as the transition added to the window beforehand says. The completion runs when the other is in
-    /// place: at the end of its animation, or else before this call returns; never if nothing is shown.
+    /// Animated: the other arrives in its own transition style. Not animated: it is in place immediately, or
+    /// moves according to the transition added to the window beforehand. The completion runs when the other
+    /// is in place: at the end of its animation, or else before this call returns; never if nothing is shown.
     void present(const std::shared_ptr<ViewController>& controller, bool animated,
                  std::function<void()> completion = {});
 
     /// Removes this screen and no other: screens presented over it stay. For a contained controller, its
-    /// container is removed. Does nothing, and runs no completion, if it is not presented or is on its way
-    /// out already.
+    /// container is removed. Does nothing, and runs no completion, if it is not presented or is already being
+    /// dismissed.
     void dismiss(bool animated, std::function<void()> completion = {});
 
     /// Shown by a navigation bar over this controller.
@@ -110,7 +110,7 @@ class VORNA_EXPORT ViewController : public QObject,
     /// An empty title means no button.
     void setLeftBarButtonTitle(const QString& title) { leftBarButtonTitle_ = title; }
 
-    /// Makes this the container of the other, loads the other's view into the item, and ends it with this
+    /// Makes this the container of the other, loads the other's view into the item, and destroys it with this
     /// one. Does nothing if this cannot contain it, or its view cannot be created.
     void embed(std::shared_ptr<ViewController> child, QQuickItem& parent);
 
@@ -129,7 +129,7 @@ class VORNA_EXPORT ViewController : public QObject,
     const ViewController& outermost() const;
 
     QPointer<ViewController> parent_;
-    /// Known to the outermost controller only.
+    /// Set only in the outermost controller.
     QPointer<Presenter> presenter_;
     QPointer<QQuickItem> view_;
     std::shared_ptr<ViewController> embedded_;

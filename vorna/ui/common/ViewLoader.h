@@ -12,11 +12,11 @@ class QQmlEngine;
 
 namespace vorna::ui {
 
-/// The engine of all our views, which exists as long as someone holds it. It is separate from any engine of
-/// the host's. Main thread.
+/// The engine of all our views, which exists for as long as it is held. It is separate from the host's
+/// engines. Main thread.
 std::shared_ptr<QQmlEngine> sharedEngine();
 
-/// The URL of a QML file of ours, given its path below `vorna/ui`.
+/// The URL of one of our QML files, given its path below `vorna/ui`.
 QUrl viewFile(const char* path);
 
 /// Creates the view in that file, with the controller as its property `controller`, as a child of the parent

@@ -39,7 +39,7 @@ Window::Window(QQuickWindow& quickWindow)
       chain_(std::make_unique<PresentationChain>(*this, *host_)) {}
 
 Window::~Window() {
-    // Screens that go may still use this window.
+    // Screens being removed may still use this window.
     chain_->removeAll();
 }
 

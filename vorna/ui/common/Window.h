@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// A window of the host's in which the library may show screens: its root view controller represents what the
-/// host shows, and a chain of presented screens covers it.
+/// One of the host's windows, in which the library may show screens: its root view controller represents what
+/// the host shows, and a chain of presented screens covers it.
 ///
-/// Created by `vorna::ui::attach`; ends with the QQuickWindow. Lives on the main thread.
+/// Created by `vorna::ui::attach`; destroyed with the QQuickWindow. Lives on the main thread.
 
 #include <vorna/base/Export.h>
 #include <vorna/ui/common/HostWindow.h>
@@ -30,7 +30,7 @@ class VORNA_EXPORT Window final : public HostWindow {
     static Window* keyWindow();
     /// The window attached first among those that still exist. Null if there are none.
     static Window* firstWindow();
-    /// The one for that window of the host's; created by the first call.
+    /// The one for that host window; created by the first call.
     static Window& forQuickWindow(QQuickWindow& quickWindow);
     /// The window that shows the controller, or null.
     static Window* of(const ViewController& controller);
@@ -47,18 +47,18 @@ class VORNA_EXPORT Window final : public HostWindow {
     /// Never null.
     std::shared_ptr<ViewController> rootViewController() const;
 
-    /// A navigation or tab bar controller that tells what the host shows. What has been presented stays; null
+    /// A navigation or tab bar controller that reports what the host shows. Presented screens stay; null
     /// changes nothing.
     void setRootViewController(std::shared_ptr<ViewController> controller);
 
-    /// Animates the next screen that is presented or dismissed without an animation of its own within this
-    /// turn of the event loop.
+    /// Animates the next screen that is presented or dismissed without its own animation within this turn of
+    /// the event loop.
     void addTransition(Transition transition);
 
     /// True while a screen visibly arrives or leaves.
     bool isMoving() const;
 
-    /// The presented screens, lowest first, without one that is on its way out.
+    /// The presented screens, lowest first, except one that is being dismissed.
     std::vector<std::shared_ptr<ViewController>> presentedViewControllers() const;
 
   private:

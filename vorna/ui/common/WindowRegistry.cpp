@@ -23,7 +23,7 @@ HostWindow& WindowRegistry::add(std::unique_ptr<HostWindow> window) {
             makeKey(added);
         }
     });
-    // By then the QQuickWindow has gone, with all items in it.
+    // By then the QQuickWindow is gone, with all items in it.
     QObject::connect(quickWindow, &QObject::destroyed, &added, [this, &added] { remove(added); });
     return added;
 }
@@ -48,7 +48,7 @@ void WindowRegistry::makeKey(HostWindow& window) {
 void WindowRegistry::remove(const HostWindow& window) {
     const auto found = std::find_if(windows_.begin(), windows_.end(),
                                     [&](const auto& other) { return other.get() == &window; });
-    // Destroyed last: its screens may ask for the key window while they go.
+    // Destroyed last: its screens may ask for the key window while being destroyed.
     const std::unique_ptr<HostWindow> ending = std::move(*found);
     windows_.erase(found);
     if (key_ == &window) {

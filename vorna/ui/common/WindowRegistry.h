@@ -35,8 +35,8 @@ class WindowRegistry {
     /// The window added first among those that still exist; null if there are none.
     HostWindow* first() const;
 
-    /// The window made key last; if that one has gone, the one added last. Null if there are none, or none
-    /// has been made key.
+    /// The window made key last; if that no longer exists, the one added last. Null if there are none, or
+    /// none has been made key.
     HostWindow* key() const { return key_; }
 
     void makeKey(HostWindow& window);

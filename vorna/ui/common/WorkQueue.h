@@ -3,8 +3,8 @@
 
 /// A queue of work between threads, first in, first out. Any thread.
 ///
-/// Qt could transport the work as well, but the thread sanitizer sees this lock and none of Qt's: it accepts
-/// what is handed over here and still finds what is shared by mistake.
+/// Qt could transport the work as well, but the thread sanitizer sees this lock and none of Qt's: so it
+/// accepts data handed over here and still finds data shared by mistake.
 
 #include <deque>
 #include <functional>

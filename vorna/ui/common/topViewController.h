@@ -14,7 +14,7 @@ namespace vorna::ui {
 /// there is no candidate, or a navigation controller shows nothing. Main thread.
 VORNA_EXPORT std::shared_ptr<ViewController> topViewController(std::shared_ptr<ViewController> candidate);
 
-/// The same, starting from the root of the key window. Null also if there is no window.
+/// As above, starting from the root of the key window. Null also if there is no window.
 VORNA_EXPORT std::shared_ptr<ViewController> topViewController();
 
 }  // namespace vorna::ui

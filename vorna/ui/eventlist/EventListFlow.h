@@ -11,7 +11,7 @@ class EventListFlow {
     /// Presents the list over the topmost screen, even if that is an event list too.
     static void showEventList();
 
-    /// Dismisses the topmost screen, whatever it is.
+    /// Dismisses the topmost screen, even if it is not an event list.
     static void closeEventList();
 };
 

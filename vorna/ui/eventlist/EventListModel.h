@@ -18,7 +18,7 @@ namespace vorna::ui {
 class EventListModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("made by the event list")
+    QML_UNCREATABLE("created by the event list")
 
   public:
     explicit EventListModel(std::shared_ptr<const EventListManager> manager);

@@ -19,7 +19,7 @@ class EventListViewController final : public vorna::ui::ViewController {
     Q_OBJECT
     Q_PROPERTY(vorna::ui::EventListModel* tableView READ tableView CONSTANT)
     QML_ELEMENT
-    QML_UNCREATABLE("made by the event list's flow")
+    QML_UNCREATABLE("created by the event list's flow")
 
   public:
     explicit EventListViewController(std::shared_ptr<const EventListManager> eventListManager);
@@ -46,7 +46,7 @@ class EventListViewController final : public vorna::ui::ViewController {
 
     EventListModel tableView_;
     NotificationCenter::Observation observation_;
-    /// Whether a request is on its way to the main thread.
+    /// Whether a request has been posted to the main thread but not yet handled.
     const std::shared_ptr<std::atomic<bool>> isRequested_ = std::make_shared<std::atomic<bool>>(false);
     /// Whether to reload before the next frame.
     bool isDue_ = false;

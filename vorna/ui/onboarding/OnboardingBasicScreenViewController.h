@@ -19,7 +19,7 @@ class OnboardingBasicScreenViewController final : public vorna::ui::MediaScreenV
     Q_OBJECT
     Q_PROPERTY(vorna::ui::StepLook look READ look CONSTANT)
     QML_ELEMENT
-    QML_UNCREATABLE("made by the onboarding flow")
+    QML_UNCREATABLE("created by the onboarding flow")
 
   public:
     /// Calls `buttonAction` on each tap of the button.

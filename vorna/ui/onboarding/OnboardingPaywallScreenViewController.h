@@ -24,7 +24,7 @@ class OnboardingPaywallScreenViewController final : public vorna::ui::MediaScree
     Q_PROPERTY(vorna::ui::StepLook look READ look CONSTANT)
     Q_PROPERTY(vorna::ui::ProductRow* productRow READ productRow CONSTANT)
     QML_ELEMENT
-    QML_UNCREATABLE("made by the onboarding flow")
+    QML_UNCREATABLE("created by the onboarding flow")
 
   public:
     /// Calls `buttonAction` on each tap of the button, with the identifier of the selected product; empty if

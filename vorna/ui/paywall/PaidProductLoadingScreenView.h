@@ -12,7 +12,7 @@ namespace vorna::ui {
 class PaidProductLoadingScreenView : public vorna::ui::ViewController {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("made by the overlay's flow")
+    QML_UNCREATABLE("created by the overlay's flow")
 
   public:
     PaidProductLoadingScreenView();

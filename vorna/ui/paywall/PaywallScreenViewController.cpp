@@ -15,7 +15,7 @@ namespace vorna::ui {
 
 namespace {
 
-/// What fits on one line of the narrowest phones.
+/// As many characters as fit on one line of the narrowest phones.
 constexpr std::size_t maxDetailCharacters = 37;
 
 QString shortened(const std::string& line) {

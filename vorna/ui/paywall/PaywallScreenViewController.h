@@ -59,7 +59,7 @@ class PaywallScreenViewController final : public vorna::ui::MediaScreenViewContr
     Q_PROPERTY(vorna::ui::PaywallLook look READ look CONSTANT)
     Q_PROPERTY(vorna::ui::ProductRow* productRow READ productRow CONSTANT)
     QML_ELEMENT
-    QML_UNCREATABLE("made by the paywall flow")
+    QML_UNCREATABLE("created by the paywall flow")
 
   public:
     explicit PaywallScreenViewController(const PaywallParameters& paywall);

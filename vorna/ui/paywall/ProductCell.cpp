@@ -11,7 +11,7 @@ namespace vorna::ui {
 
 namespace {
 
-/// Background of tags and badges without a colour of their own.
+/// Background of tags and badges that have no colour.
 constexpr std::string_view defaultAccent = "#0A84FF";
 
 bool hasText(const std::optional<std::string>& text) {

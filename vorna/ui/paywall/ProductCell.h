@@ -75,18 +75,18 @@ struct ProductLook {
     friend bool operator==(const ProductLook&, const ProductLook&) = default;
 };
 
-/// One cell of the row. It can be configured repeatedly, and keeps whatever the next product does not set.
+/// One cell of the row. It can be configured repeatedly, and keeps values that the next product does not set.
 class ProductCell : public QObject {
     Q_OBJECT
     Q_PROPERTY(vorna::ui::ProductLook look READ look NOTIFY configured)
     Q_PROPERTY(bool isSelected READ isSelected NOTIFY configured)
     QML_ELEMENT
-    QML_UNCREATABLE("made by the product row")
+    QML_UNCREATABLE("created by the product row")
 
   public:
     ProductCell();
 
-    /// An absent colour, possible only in products made in code, stands for a default; an empty one is black.
+    /// An absent colour, possible only in products made in code, means a default; an empty one is black.
     void configure(const PaidProduct& product, bool isSelected);
 
     ProductLook look() const { return look_; }

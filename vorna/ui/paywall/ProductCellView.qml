@@ -4,7 +4,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Vorna.Ui
 
-// Not a TapButton: Qt 6.4 reports role and state of the template to assistive technology, whatever is set here.
+// Not a TapButton: Qt 6.4 reports the template's role and state to assistive technology, regardless of any
+// set here.
 T.RadioButton {
     id: root
 

@@ -22,7 +22,7 @@ namespace vorna::ui {
 class ProductRow : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("made by the screens")
+    QML_UNCREATABLE("created by the screens")
 
   public:
     /// Selects the first product with the identifier, or none if there is no such product.
