@@ -3,6 +3,7 @@
 
 #include <vorna/documents/OnboardingValidation.h>
 #include <vorna/documents/PaywallValidation.h>
+#include <vorna/documents/StepKind.h>
 
 #include <boost/json/parse.hpp>
 #include <boost/json/value.hpp>
@@ -117,10 +118,11 @@ void Document::findScreens() {
 
 ScreenKind Document::kindOfStep(const Object& step) const {
     const std::optional<std::string> type = string(step, "type");
-    if (type == basicStep) {
-        return ScreenKind::basicStep;
+    const std::optional<StepKind> known = type ? stepKindOf(*type) : std::nullopt;
+    if (!known) {
+        return ScreenKind::unknownStep;
     }
-    return type == paywallStep ? ScreenKind::paywallStep : ScreenKind::unknownStep;
+    return *known == StepKind::basic ? ScreenKind::basicStep : ScreenKind::paywallStep;
 }
 
 void Document::decode() {

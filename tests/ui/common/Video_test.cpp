@@ -8,7 +8,9 @@
 #include <tests/support/ui/PrintedLines.h>
 #include <tests/support/ui/ScreenHost.h>
 
+#include <QtCore/QDir>
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 #include <QtCore/QPointer>
 #include <QtCore/QUrl>
 
@@ -38,6 +40,14 @@ struct Codec {
 
 void PrintTo(const Codec& codec, std::ostream* stream) {
     *stream << codec.name;
+}
+
+/// Whether this process has a descriptor of the file.
+bool isOpen(const QString& file) {
+    const QFileInfoList descriptors =
+        QDir(QStringLiteral("/proc/self/fd")).entryInfoList(QDir::AllEntries | QDir::System);
+    return std::any_of(descriptors.begin(), descriptors.end(),
+                       [&](const QFileInfo& info) { return info.symLinkTarget() == file; });
 }
 
 /// From the local service, over TLS.
@@ -95,11 +105,11 @@ TEST_P(Video, LoopsWithSoundUntilItsScreenIsClosed) {
         EXPECT_FALSE(output->property("muted").toBool());
     }
 
-    const QString file = player->property("source").toUrl().toLocalFile();
-    EXPECT_TRUE(QFile::exists(file));
+    const QString file = QFile::symLinkTarget(player->property("source").toUrl().toLocalFile());
+    EXPECT_TRUE(file.contains(QStringLiteral("(deleted)")));
+    EXPECT_TRUE(isOpen(file));
     VornaCoreSDK::CloseOnboarding();
-    EXPECT_TRUE(eventually([&] { return player.isNull(); }));
-    EXPECT_TRUE(eventually([&] { return !QFile::exists(file); }));
+    EXPECT_TRUE(eventually([&] { return player.isNull() && !isOpen(file); }));
 }
 
 TEST_P(Video, EndsWithItsWindow) {
@@ -113,9 +123,10 @@ TEST_P(Video, EndsWithItsWindow) {
         player = item == nullptr ? nullptr : item->property("player").value<QObject*>();
         return player != nullptr && player->property("position").toInt() > 0;
     }));
-    const QString file = player->property("source").toUrl().toLocalFile();
+    const QString file = QFile::symLinkTarget(player->property("source").toUrl().toLocalFile());
+    EXPECT_TRUE(isOpen(file));
     host.close();
-    EXPECT_TRUE(eventually([&] { return player.isNull() && !QFile::exists(file); }));
+    EXPECT_TRUE(eventually([&] { return player.isNull() && !isOpen(file); }));
 }
 
 INSTANTIATE_TEST_SUITE_P(Formats, Video,

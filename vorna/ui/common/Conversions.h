@@ -1,30 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Converts the library's values to Qt's: UTF-8 text, lists of lines, colours.
+/// Converts the library's values to Qt's: UTF-8 text and colours.
 
 #include <vorna/documents/UIColor.h>
 
 #include <QtCore/QString>
-#include <QtCore/QStringList>
 #include <QtGui/QColor>
 
-#include <string>
 #include <string_view>
-#include <vector>
 
 namespace vorna::ui {
 
 inline QString toQString(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-inline QStringList toQStringList(const std::vector<std::string>& lines) {
-    QStringList list;
-    for (const std::string& line : lines) {
-        list.append(toQString(line));
-    }
-    return list;
 }
 
 inline QColor toQColor(const UIColor& color) {

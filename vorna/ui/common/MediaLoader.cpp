@@ -88,6 +88,17 @@ std::unique_ptr<QTemporaryFile> storedVideo(const std::string& bytes) {
     return isStored ? std::move(file) : nullptr;
 }
 
+/// Removes the file's name, so that nothing is left behind however the process ends, and returns the path by
+/// which this process can still open it. Without /proc the file keeps its name.
+QString unnamed(QTemporaryFile& file) {
+    QString path = QStringLiteral("/proc/self/fd/%1").arg(file.handle());
+    if (!QFile::exists(path) || !QFile::remove(file.fileName())) {
+        return file.fileName();
+    }
+    file.setAutoRemove(false);
+    return path;
+}
+
 }  // namespace
 
 bool MediaLoader::isVideo(const std::optional<HttpResponse>& response) {
@@ -186,7 +197,7 @@ void MediaLoader::fetchVideo() {
     fetch([this](const std::string& bytes) {
         videoFile_ = storedVideo(bytes);
         if (videoFile_) {
-            video_ = QUrl::fromLocalFile(videoFile_->fileName());
+            video_ = QUrl::fromLocalFile(unnamed(*videoFile_));
             Q_EMIT videoChanged();
         }
     });

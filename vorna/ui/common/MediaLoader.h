@@ -54,7 +54,7 @@ class MediaLoader : public QObject {
     /// The size of the picture as received, upright.
     QSizeF imageSize() const { return imageSize_; }
 
-    /// A temporary file; empty until the video has been downloaded.
+    /// A temporary file that only this process can open; empty until the video has been downloaded.
     QUrl video() const { return video_; }
 
     /// Whether the response's content type is that of a video. Without a response or a content type, the
