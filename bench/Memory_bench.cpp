@@ -26,7 +26,6 @@
 #include <string>
 #include <thread>
 #include <utility>
-#include <variant>
 
 namespace vorna::bench {
 namespace {

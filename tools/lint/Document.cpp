@@ -131,13 +131,13 @@ void Document::decode() {
         if (decoded) {
             screens_.front().missing = missingFields(*decoded);
         } else {
-            decodingError_ = decoded.error();
+            decodingError_ = std::move(decoded).error();
         }
         return;
     }
     auto decoded = decodeOnboardingSteps(text_);
     if (!decoded) {
-        decodingError_ = decoded.error();
+        decodingError_ = std::move(decoded).error();
         return;
     }
     for (std::size_t index = 0; index < decoded->size(); ++index) {
