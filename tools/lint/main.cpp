@@ -13,8 +13,6 @@
 namespace {
 
 using namespace vorna::lint;
-using vorna::Result;
-using vorna::Unexpected;
 
 constexpr const char* programName = "vorna-lint";
 constexpr int findingsStatus = 1;
