@@ -4,9 +4,9 @@
 //
 // Arguments: the number of keys. "Swapped" lookups run while another thread keeps replacing the table.
 
+#include <vorna/config/ActiveRemoteConfigs.h>
 #include <vorna/config/RemoteConfigResponse.h>
 #include <vorna/config/RemoteConfigTable.h>
-#include <vorna/config/RemoteConfigsInForce.h>
 #include <vorna/json/Encoding.h>
 
 #include <benchmark/benchmark.h>
@@ -51,7 +51,7 @@ std::vector<std::string> keysOf(std::int64_t count) {
 
 /// The table in force for one run, and the keys to look up. Made by the first thread, used by all.
 struct Shared {
-    RemoteConfigsInForce inForce;
+    ActiveRemoteConfigs inForce;
     std::vector<std::string> keys;
 };
 
@@ -104,7 +104,7 @@ void lookUpAbsentKey(benchmark::State& state) {
 
 void putInForce(benchmark::State& state) {
     const Configs configs = configsOf(state.range(0));
-    RemoteConfigsInForce inForce;
+    ActiveRemoteConfigs inForce;
     for (auto _ : state) {
         inForce.replace(configs);
     }

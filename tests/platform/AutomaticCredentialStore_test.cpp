@@ -57,7 +57,7 @@ class AutomaticStore : public ::testing::Test {
     AutomaticCredentialStore store{file, keyring, longerThanAnyTest};
     AutomaticCredentialStore hastyStore{file, keyring, brief};
 
-    void TearDown() override { keyring->letGo(); }
+    void TearDown() override { keyring->resume(); }
 
     static bool comesToHold(const std::shared_ptr<InMemoryCredentialStore>& where,
                             const std::optional<std::string>& value) {
@@ -188,7 +188,7 @@ TEST_F(AutomaticStore, KeepsTheNewIdentityWhenASlowKeyringReturnsAnOldOne) {
     EXPECT_EQ(hastyStore.remove(service, account), Unexpected(CredentialStatus::notAvailable));
     EXPECT_TRUE(hastyStore.add(service, account, "new"));
     EXPECT_EQ(hastyStore.read(service, account), "new");
-    keyring->letGo();
+    keyring->resume();
     EXPECT_TRUE(comesToHold(keyring, "new"));
     EXPECT_EQ(file->value(service, account), "new");
     EXPECT_EQ(hastyStore.read(service, account), "new");
@@ -211,7 +211,7 @@ TEST_F(AutomaticStore, NeverMakesAnAbandonedCall) {
     std::ignore = hastyStore.read(service, account);
     std::ignore = hastyStore.remove(service, account);
     std::ignore = hastyStore.add(service, account, "new");
-    keyring->letGo();
+    keyring->resume();
     ASSERT_TRUE(comesToHold(keyring, "new"));
     // The abandoned read had already begun; the other calls are the repair's.
     EXPECT_THAT(keyring->operations(), ElementsAre("read", "read", "add"));
@@ -225,7 +225,7 @@ TEST_F(AutomaticStore, ARunningRepairDoesNotRestoreARemovedItem) {
     // The repair has found no item in the file, and is now waiting for the keyring.
     ASSERT_TRUE(comesToHave(keyring, {"read", "read"}));
     std::ignore = slowStore.remove(service, account);
-    keyring->letGo();
+    keyring->resume();
     // Calls to the keyring are made in turn, so after this one the repair is over.
     EXPECT_EQ(slowStore.read(service, "another"), Unexpected(CredentialStatus::itemNotFound));
     EXPECT_EQ(file->value(service, account), std::nullopt);
@@ -242,7 +242,7 @@ TEST_F(AutomaticStore, ARunningRepairEndsWithTheAddedItem) {
     ASSERT_TRUE(comesToHave(keyring, {"read"}));
     std::ignore = hastyStore.remove(service, account);
     EXPECT_TRUE(hastyStore.add(service, account, "new"));
-    keyring->letGo();
+    keyring->resume();
     EXPECT_TRUE(comesToHold(keyring, "new"));
     EXPECT_EQ(file->value(service, account), "new");
     // Two repairs. The removal was abandoned before its turn.
@@ -257,7 +257,7 @@ TEST_F(AutomaticStore, DoesNotWaitForAHungKeyringOnDestruction) {
         std::ignore = shortLived.read(service, account);
     }
     EXPECT_LT(steady_clock::now() - began, std::chrono::seconds(10));
-    keyring->letGo();
+    keyring->resume();
 }
 
 TEST(AutomaticStoreProcess, ExitsWhileTheKeyringHangs) {

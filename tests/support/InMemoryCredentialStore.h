@@ -7,7 +7,7 @@
 ///   put, take          what is stored, without a call being recorded
 ///   readStatus, removeStatus, addStatus
 ///                      an operation then does nothing but answer that status
-///   hold, letGo        operations wait in between, as with a service that hangs, from the first one on or
+///   hold, resume       operations wait in between, as with a service that hangs, from the first one on or
 ///                      after some have gone through
 /// and it remembers every call with its thread.
 
@@ -73,7 +73,7 @@ class InMemoryCredentialStore final : public CredentialStore {
         goThrough_ = after;
     }
 
-    void letGo() {
+    void resume() {
         const std::scoped_lock lock(mutex_);
         isHeld_ = false;
         changed_.notify_all();

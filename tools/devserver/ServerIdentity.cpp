@@ -58,7 +58,7 @@ bool isStillValid(const CertificateAuthority& authority, const ServerIdentity& f
 }  // namespace
 
 ServerIdentity serverIdentity(const std::filesystem::path& folder,
-                              const std::vector<std::string>& furtherNames,
+                              const std::vector<std::string>& additionalNames,
                               std::chrono::system_clock::time_point now) {
     std::error_code error;
     std::filesystem::create_directories(folder, error);
@@ -79,7 +79,7 @@ ServerIdentity serverIdentity(const std::filesystem::path& folder,
 
     CertificateSubject subject{
         "localhost", {"localhost"}, {"127.0.0.1", "::1"}, now - clockTolerance, now + serverLifetime};
-    for (const std::string& name : furtherNames) {
+    for (const std::string& name : additionalNames) {
         (isAddress(name) ? subject.ipAddresses : subject.dnsNames).push_back(name);
     }
     if (!isStillValid(*authority, files, subject, now)) {

@@ -19,10 +19,10 @@ struct ServerIdentity {
 
 /// Loads the identity in `folder` (ca.pem, ca.key, server.pem, server.key), so that a client need be
 /// configured only once. Replaces files that are missing, unreadable, expired at `now`, or do not name
-/// localhost, both loopback addresses and `furtherNames` (DNS names or addresses); the authority only if it
-/// is itself missing, unreadable or expired. Throws std::runtime_error if a file cannot be written.
+/// localhost, both loopback addresses and `additionalNames` (DNS names or addresses); the authority only if
+/// it is itself missing, unreadable or expired. Throws std::runtime_error if a file cannot be written.
 [[nodiscard]] ServerIdentity serverIdentity(const std::filesystem::path& folder,
-                                            const std::vector<std::string>& furtherNames,
+                                            const std::vector<std::string>& additionalNames,
                                             std::chrono::system_clock::time_point now);
 
 }  // namespace vorna::devserver

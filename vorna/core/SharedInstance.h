@@ -4,8 +4,8 @@
 /// The instance behind the facade's static operations: created by the first operation that needs it, never
 /// destroyed.
 
+#include <vorna/config/ActiveRemoteConfigs.h>
 #include <vorna/config/RemoteConfigHelper.h>
-#include <vorna/config/RemoteConfigsInForce.h>
 #include <vorna/core/EventRecorder.h>
 #include <vorna/core/FacadeState.h>
 #include <vorna/core/Lifecycle.h>
@@ -42,7 +42,7 @@ class SharedInstance {
     const std::shared_ptr<RemoteConfigHelper> remoteConfigHelper;
     const std::shared_ptr<VornaQueueWorker> worker;
     const std::shared_ptr<FacadeState> state;
-    RemoteConfigsInForce remoteConfigs;
+    ActiveRemoteConfigs remoteConfigs;
     const std::shared_ptr<EventRecorder> recorder;
     KeychainHelper keychain;
     Lifecycle lifecycle;

@@ -39,7 +39,7 @@ QColor pixel(int x, int y) {
     return QGuiApplication::primaryScreen()->grabWindow(0, x, y, 1, 1).toImage().pixelColor(0, 0);
 }
 
-bool comesTo(int x, int y, const QColor& colour) {
+bool eventuallyShows(int x, int y, const QColor& colour) {
     return eventually([&] { return pixel(x, y) == colour; });
 }
 
@@ -69,12 +69,12 @@ class LivePreview : public testing::Test {
 
 TEST_F(LivePreview, FollowsAFileThatIsWritten) {
     begin(steps_);
-    EXPECT_TRUE(comesTo(4, 300, firstColour_));
+    EXPECT_TRUE(eventuallyShows(4, 300, firstColour_));
     folder_.write("a.json", replaced(steps_, "#0B1026", "#204060"));
     EXPECT_TRUE(line("changed "));
     EXPECT_THAT(line("document"), Optional(HasSubstr("no findings")));
     EXPECT_TRUE(line("shown at 390x844, step 0, 3 in all"));
-    EXPECT_TRUE(comesTo(4, 300, QColor(0x20, 0x40, 0x60)));
+    EXPECT_TRUE(eventuallyShows(4, 300, QColor(0x20, 0x40, 0x60)));
 }
 
 TEST_F(LivePreview, FollowsAFileThatIsReplacedRepeatedly) {
@@ -84,11 +84,11 @@ TEST_F(LivePreview, FollowsAFileThatIsReplacedRepeatedly) {
                              "\"backgroundColor\": \"" + std::string(colour) + "\""));
         EXPECT_TRUE(line("changed "));
         EXPECT_TRUE(line("shown at"));
-        EXPECT_TRUE(comesTo(4, 300, QColor(QString::fromUtf8(colour))));
+        EXPECT_TRUE(eventuallyShows(4, 300, QColor(QString::fromUtf8(colour))));
     }
     folder_.write("a.json", paywall_);
     EXPECT_TRUE(line("changed "));
-    EXPECT_TRUE(comesTo(4, 300, firstColour_));
+    EXPECT_TRUE(eventuallyShows(4, 300, firstColour_));
 }
 
 TEST_F(LivePreview, FollowsAFileThatWasMissingForAWhile) {
@@ -98,12 +98,12 @@ TEST_F(LivePreview, FollowsAFileThatWasMissingForAWhile) {
     EXPECT_EQ(pixel(4, 300), firstColour_);
     folder_.write("a.json", replaced(paywall_, "#0B1026", "#204060"));
     EXPECT_TRUE(line("changed "));
-    EXPECT_TRUE(comesTo(4, 300, QColor(0x20, 0x40, 0x60)));
+    EXPECT_TRUE(eventuallyShows(4, 300, QColor(0x20, 0x40, 0x60)));
 }
 
 TEST_F(LivePreview, KeepsTheLastVersionWhileTheFileIsBroken) {
     begin(steps_);
-    EXPECT_TRUE(comesTo(4, 300, firstColour_));
+    EXPECT_TRUE(eventuallyShows(4, 300, firstColour_));
     replaceFile(replaced(replaced(steps_, "\"heading\"", "\"headin\""), "#0B1026", "#204060"));
     EXPECT_TRUE(line("changed "));
     EXPECT_THAT(line("error: [0].heading"), Optional(HasSubstr(":2:3: error: [0].heading: missing;")));
@@ -115,7 +115,7 @@ TEST_F(LivePreview, KeepsTheLastVersionWhileTheFileIsBroken) {
     EXPECT_TRUE(line("kept the last version"));
     replaceFile(replaced(steps_, "#0B1026", "#406020"));
     EXPECT_TRUE(line("shown at"));
-    EXPECT_TRUE(comesTo(4, 300, QColor(0x40, 0x60, 0x20)));
+    EXPECT_TRUE(eventuallyShows(4, 300, QColor(0x40, 0x60, 0x20)));
 }
 
 TEST_F(LivePreview, ShowsTheMissingFieldsWhenReloadedByKey) {
@@ -124,17 +124,18 @@ TEST_F(LivePreview, ShowsTheMissingFieldsWhenReloadedByKey) {
     EXPECT_TRUE(line("kept the last version"));
     use("key r");
     EXPECT_TRUE(line("the document is not shown"));
-    EXPECT_TRUE(comesTo(4, 300, QColor(Qt::white)));
+    EXPECT_TRUE(eventuallyShows(4, 300, QColor(Qt::white)));
     replaceFile(steps_);
     EXPECT_TRUE(line("shown at"));
-    EXPECT_TRUE(comesTo(4, 300, firstColour_)) << "the screen that says what is missing does not stay";
+    EXPECT_TRUE(eventuallyShows(4, 300, firstColour_))
+        << "the screen that says what is missing does not stay";
 }
 
 TEST_F(LivePreview, SwitchesFromAnOnboardingToAPaywall) {
     begin(steps_);
     replaceFile(replaced(paywall_, "#0B1026", "#204060"));
     EXPECT_TRUE(line("shown at 390x844"));
-    EXPECT_TRUE(comesTo(4, 300, QColor(0x20, 0x40, 0x60)));
+    EXPECT_TRUE(eventuallyShows(4, 300, QColor(0x20, 0x40, 0x60)));
 }
 
 TEST_F(LivePreview, SwitchesDevicesByKeys) {
@@ -142,13 +143,13 @@ TEST_F(LivePreview, SwitchesDevicesByKeys) {
     use("key n");
     EXPECT_TRUE(line("device 414x896, safe area 44,0,34,0"));
     EXPECT_TRUE(line("shown at 414x896"));
-    EXPECT_TRUE(comesTo(410, 890, firstColour_));
+    EXPECT_TRUE(eventuallyShows(410, 890, firstColour_));
     use("key p key p");
     EXPECT_TRUE(line("device 390x844"));
     EXPECT_TRUE(line("device 414x736"));
     EXPECT_TRUE(line("shown at 414x736"));
-    EXPECT_TRUE(comesTo(410, 730, firstColour_));
-    EXPECT_TRUE(comesTo(4, 800, QColor(Qt::black))) << "nothing below the window but the display";
+    EXPECT_TRUE(eventuallyShows(410, 730, firstColour_));
+    EXPECT_TRUE(eventuallyShows(4, 800, QColor(Qt::black))) << "nothing below the window but the display";
     use("key s");
     EXPECT_TRUE(line("device 414x736, no safe area"));
     EXPECT_TRUE(line("shown at 414x736"));
@@ -159,10 +160,10 @@ TEST_F(LivePreview, SwitchesDevicesByKeys) {
 TEST_F(LivePreview, SwitchesToADarkDesktopAndQuits) {
     begin(paywall_);
     const int besideThePicture = 390 + 16 + 300;
-    EXPECT_TRUE(comesTo(besideThePicture, 400, QColor(Qt::white)));
+    EXPECT_TRUE(eventuallyShows(besideThePicture, 400, QColor(Qt::white)));
     use("key d");
     EXPECT_TRUE(line("dark desktop"));
-    EXPECT_TRUE(comesTo(besideThePicture, 400, QColor(0x16, 0x18, 0x1d)));
+    EXPECT_TRUE(eventuallyShows(besideThePicture, 400, QColor(0x16, 0x18, 0x1d)));
     use("key q");
     const auto end = preview_->end();
     EXPECT_EQ(end.status, 0) << end.problem;
@@ -172,14 +173,14 @@ TEST_F(LivePreview, KeepsTheStepWhenTheFileChangesAndRestartsByKey) {
     begin(steps_);
     const std::string tapTheButton = "mousemove 195 770 click 1";
     use(tapTheButton);
-    EXPECT_TRUE(comesTo(4, 300, QColor(0x1C, 0x0B, 0x2A)));
+    EXPECT_TRUE(eventuallyShows(4, 300, QColor(0x1C, 0x0B, 0x2A)));
     letTimePass(std::chrono::milliseconds(500));
     replaceFile(replaced(steps_, "Never get lost", "Never again"));
     EXPECT_TRUE(line("shown at 390x844, step 1, 3 in all"));
-    EXPECT_TRUE(comesTo(4, 300, QColor(0x1C, 0x0B, 0x2A)));
+    EXPECT_TRUE(eventuallyShows(4, 300, QColor(0x1C, 0x0B, 0x2A)));
     use("key o");
     EXPECT_TRUE(line("shown at 390x844, step 0, 3 in all"));
-    EXPECT_TRUE(comesTo(4, 300, firstColour_));
+    EXPECT_TRUE(eventuallyShows(4, 300, firstColour_));
 }
 
 TEST_F(LivePreview, ClosesAFinishedOnboardingAndShowsItAgain) {
@@ -191,7 +192,7 @@ TEST_F(LivePreview, ClosesAFinishedOnboardingAndShowsItAgain) {
     EXPECT_THAT(line("posted"),
                 Optional(std::string("posted Vorna_OnboardingScreensFinished  identifier = \"\"")));
     EXPECT_TRUE(line("shown at 390x844, step 0, 3 in all"));
-    EXPECT_TRUE(comesTo(4, 300, firstColour_));
+    EXPECT_TRUE(eventuallyShows(4, 300, firstColour_));
 }
 
 TEST_F(LivePreview, PrintsTapsOnAPaywallAndClosesItAsHostsDo) {
@@ -207,7 +208,7 @@ TEST_F(LivePreview, PrintsTapsOnAPaywallAndClosesItAsHostsDo) {
     use("mousemove 20 73 click 1");
     EXPECT_THAT(line("posted"), Optional(std::string("posted Vorna_PaywallScreenClosed  success = true")));
     EXPECT_TRUE(line("shown at 390x844")) << "again";
-    EXPECT_TRUE(comesTo(4, 300, firstColour_));
+    EXPECT_TRUE(eventuallyShows(4, 300, firstColour_));
 }
 
 }  // namespace

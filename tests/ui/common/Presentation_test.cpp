@@ -478,9 +478,9 @@ TEST_F(Dismissal, MovesByTheAddedTransition) {
     EXPECT_EQ(hostLayer()->opacity(), 1);
 }
 
-using TheEndOfAWindow = Presentation;
+using ClosingAWindow = Presentation;
 
-TEST_F(TheEndOfAWindow, EndsAPresentedScreen) {
+TEST_F(ClosingAWindow, EndsAPresentedScreen) {
     auto screen = show();
     const std::weak_ptr<PlainScreen> controller = screen;
     host.close();
@@ -493,7 +493,7 @@ TEST_F(TheEndOfAWindow, EndsAPresentedScreen) {
     EXPECT_TRUE(controller.expired());
 }
 
-TEST_F(TheEndOfAWindow, EndsAnArrivingScreen) {
+TEST_F(ClosingAWindow, EndsAnArrivingScreen) {
     const auto below = show();
     const auto screen = PlainScreen::make();
     top()->present(screen, true, [] { ADD_FAILURE() << "it never arrives"; });
@@ -504,7 +504,7 @@ TEST_F(TheEndOfAWindow, EndsAnArrivingScreen) {
     letTimePass(milliseconds(500));
 }
 
-TEST_F(TheEndOfAWindow, EndsALeavingScreen) {
+TEST_F(ClosingAWindow, EndsALeavingScreen) {
     const auto screen = show();
     screen->dismiss(true, [] { ADD_FAILURE() << "the window has gone"; });
     letTimePass(milliseconds(50));
@@ -513,14 +513,14 @@ TEST_F(TheEndOfAWindow, EndsALeavingScreen) {
     letTimePass(milliseconds(500));
 }
 
-TEST_F(TheEndOfAWindow, MayComeWithinACompletion) {
+TEST_F(ClosingAWindow, MayComeWithinACompletion) {
     const auto first = PlainScreen::make();
     top()->present(first, true, [&] { host.close(); });
     EXPECT_TRUE(eventually([&] { return first->timesGone() == 1; }));
     EXPECT_EQ(Window::keyWindow(), nullptr);
 }
 
-TEST_F(TheEndOfAWindow, MayComeWithinACompletionTriggeredByAnotherPresentation) {
+TEST_F(ClosingAWindow, MayComeWithinACompletionTriggeredByAnotherPresentation) {
     const auto first = PlainScreen::make();
     const auto second = PlainScreen::make();
     top()->present(first, true, [&] { host.close(); });
@@ -530,7 +530,7 @@ TEST_F(TheEndOfAWindow, MayComeWithinACompletionTriggeredByAnotherPresentation) 
     EXPECT_EQ(Window::keyWindow(), nullptr);
 }
 
-TEST_F(TheEndOfAWindow, MayComeWithinACompletionTriggeredByADismissal) {
+TEST_F(ClosingAWindow, MayComeWithinACompletionTriggeredByADismissal) {
     const auto first = show();
     const auto second = PlainScreen::make();
     top()->present(second, true, [&] { host.close(); });
@@ -539,7 +539,7 @@ TEST_F(TheEndOfAWindow, MayComeWithinACompletionTriggeredByADismissal) {
     EXPECT_EQ(Window::keyWindow(), nullptr);
 }
 
-TEST_F(TheEndOfAWindow, MayComeWithinTheCompletionOfADismissal) {
+TEST_F(ClosingAWindow, MayComeWithinTheCompletionOfADismissal) {
     const auto screen = show();
     screen->dismiss(false, [&] { host.close(); });
     EXPECT_EQ(Window::keyWindow(), nullptr);

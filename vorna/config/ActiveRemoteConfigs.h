@@ -13,7 +13,7 @@
 namespace vorna {
 
 /// All operations may be called from any thread.
-class RemoteConfigsInForce {
+class ActiveRemoteConfigs {
   public:
     /// True from the first `replace` on, whether the table came from the cache or the service.
     bool isReady() const noexcept { return table_.hasValue(); }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <vorna/config/RemoteConfigsInForce.h>
+#include <vorna/config/ActiveRemoteConfigs.h>
 
 #include <gtest/gtest.h>
 
@@ -16,15 +16,15 @@ namespace {
 
 using Configs = std::map<std::string, std::string>;
 
-TEST(RemoteConfigsInForce, ReturnTheDefaultUntilReady) {
-    const RemoteConfigsInForce configs;
+TEST(ActiveRemoteConfigs, ReturnTheDefaultUntilReady) {
+    const ActiveRemoteConfigs configs;
     EXPECT_FALSE(configs.isReady());
     EXPECT_EQ(configs.lookup("theme", "light"), "light");
     EXPECT_EQ(configs.lookup("", ""), "");
 }
 
-TEST(RemoteConfigsInForce, ReturnTheValueOfTheExactKeyElseTheDefault) {
-    RemoteConfigsInForce configs;
+TEST(ActiveRemoteConfigs, ReturnTheValueOfTheExactKeyElseTheDefault) {
+    ActiveRemoteConfigs configs;
     configs.replace({{"theme", "dark"}, {"empty", ""}});
     EXPECT_TRUE(configs.isReady());
     EXPECT_EQ(configs.lookup("theme", "light"), "dark");
@@ -33,24 +33,24 @@ TEST(RemoteConfigsInForce, ReturnTheValueOfTheExactKeyElseTheDefault) {
     EXPECT_EQ(configs.lookup("other", "default"), "default");
 }
 
-TEST(RemoteConfigsInForce, AreReadyWithAnEmptyTableAndReturnDefaults) {
-    RemoteConfigsInForce configs;
+TEST(ActiveRemoteConfigs, AreReadyWithAnEmptyTableAndReturnDefaults) {
+    ActiveRemoteConfigs configs;
     configs.replace({{"theme", "dark"}});
     configs.replace({});
     EXPECT_TRUE(configs.isReady());
     EXPECT_EQ(configs.lookup("theme", "light"), "light");
 }
 
-TEST(RemoteConfigsInForce, ReplaceTheWholeTable) {
-    RemoteConfigsInForce configs;
+TEST(ActiveRemoteConfigs, ReplaceTheWholeTable) {
+    ActiveRemoteConfigs configs;
     configs.replace({{"a", "1"}, {"b", "1"}});
     configs.replace({{"b", "2"}});
     EXPECT_EQ(configs.lookup("a", "gone"), "gone");
     EXPECT_EQ(configs.lookup("b", ""), "2");
 }
 
-TEST(RemoteConfigsInForce, NeverMixTablesWhileTheyAreSwapped) {
-    RemoteConfigsInForce configs;
+TEST(ActiveRemoteConfigs, NeverMixTablesWhileTheyAreSwapped) {
+    ActiveRemoteConfigs configs;
     const auto tableOf = [](int generation) {
         Configs table;
         // Too long for the small-string optimisation.
