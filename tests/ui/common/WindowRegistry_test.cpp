@@ -68,6 +68,14 @@ TEST_F(Registry, KeepsTheKeyWindowWhenAnotherIsDestroyed) {
     EXPECT_EQ(registry.first(), &second);
 }
 
+TEST_F(Registry, ForgetsAKeyWindowThatWasNeverAdded) {
+    auto window = std::make_unique<HostWindow>(*firstQuickWindow);
+    registry.makeKey(*window);
+    EXPECT_EQ(registry.key(), window.get());
+    window.reset();
+    EXPECT_EQ(registry.key(), nullptr);
+}
+
 TEST_F(Registry, DestroysAWindowWithItsQuickWindow) {
     const QPointer<HostWindow> window = &add(*firstQuickWindow);
     registry.makeKey(*window);

@@ -40,7 +40,8 @@ HostWindow* WindowRegistry::first() const {
 }
 
 void WindowRegistry::makeKey(HostWindow& window) {
-    if (std::exchange(key_, &window) != &window) {
+    if (key_ != &window) {
+        key_ = &window;
         Q_EMIT window.screenChanged();
     }
 }

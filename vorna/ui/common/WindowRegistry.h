@@ -5,6 +5,8 @@
 
 #include <vorna/ui/common/HostWindow.h>
 
+#include <QtCore/QPointer>
+
 #include <memory>
 #include <vector>
 
@@ -46,7 +48,8 @@ class WindowRegistry {
 
     /// In the order of adding.
     std::vector<std::unique_ptr<HostWindow>> windows_;
-    HostWindow* key_ = nullptr;
+    /// Null once it is destroyed, even if it was never added.
+    QPointer<HostWindow> key_;
 };
 
 }  // namespace vorna::ui
