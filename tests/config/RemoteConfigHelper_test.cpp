@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/config/RemoteConfigHelper.h>
 
+#include <tests/support/ConfigTables.h>
 #include <tests/support/InMemoryPreferences.h>
 #include <tests/support/RecordingHttpClient.h>
 #include <tests/support/Samples.h>
@@ -33,6 +34,7 @@ namespace {
 using Configs = std::map<std::string, std::string>;
 using Lines = std::vector<std::string>;
 using support::HttpAnswer;
+using support::entriesOf;
 using support::InMemoryPreferences;
 using support::RecordingHttpClient;
 
@@ -56,7 +58,7 @@ class RemoteConfigFetch : public testing::Test {
         fetched_ = NotificationCenter::defaultCenter().addObserver(
             remoteConfigsFetchedNotification, [this](const Notification& notification) {
                 happened_.emplace_back("fetched");
-                tables_.push_back(std::get<Configs>(notification.userInfo.at("configs")));
+                tables_.push_back(support::announcedIn(notification));
                 EXPECT_EQ(notification.userInfo.size(), 1U);
             });
         ready_ = NotificationCenter::defaultCenter().addObserver(
@@ -134,7 +136,7 @@ TEST_F(RemoteConfigFetch, OverwritesTheSavedTableWithAnEmptyOne) {
     client_->answer(HttpAnswer::status(200, R"({"configs":{}})"));
     EXPECT_EQ(tables_, std::vector<Configs>{{}});
     EXPECT_EQ(preferences_->table("VornaRemoteConfigs"), Configs{});
-    EXPECT_EQ(remote.loadConfigsFromLocal(), Configs{});
+    EXPECT_EQ(entriesOf(remote.loadConfigsFromLocal()), Configs{});
 }
 
 TEST_F(RemoteConfigFetch, LogsThatTheTableCouldNotBeSaved) {
@@ -232,7 +234,7 @@ TEST_P(RemoteConfigFailure, LeavesTheSavedTableUnchanged) {
     RemoteConfigHelper remote = helper();
     remote.fetchRemoteConfigs(data_, 0);
     EXPECT_EQ(happened_, (Lines{"not ready"}));
-    EXPECT_EQ(remote.loadConfigsFromLocal(), (Configs{{"theme", "dark"}}));
+    EXPECT_EQ(entriesOf(remote.loadConfigsFromLocal()), (Configs{{"theme", "dark"}}));
 }
 
 constexpr const char* received = "Config received successfully!";
@@ -408,9 +410,9 @@ class RemoteConfigCache : public RemoteConfigFetch {};
 
 TEST_F(RemoteConfigCache, ReturnsTheLastSavedTable) {
     RemoteConfigHelper remote = helper();
-    remote.saveToLocal({{"a", "1"}, {"b", "2"}});
-    remote.saveToLocal({{"b", ""}});
-    EXPECT_EQ(helper().loadConfigsFromLocal(), (Configs{{"b", ""}}));
+    remote.saveToLocal(support::tableOf({{"a", "1"}, {"b", "2"}}));
+    remote.saveToLocal(support::tableOf({{"b", ""}}));
+    EXPECT_EQ(entriesOf(helper().loadConfigsFromLocal()), (Configs{{"b", ""}}));
     EXPECT_EQ(lines(),
               (Lines{"[VornaSDK] Configs saved to UserDefaults", "[VornaSDK] Configs saved to UserDefaults",
                      "[VornaSDK] Configs loaded from UserDefaults"}));
@@ -418,12 +420,12 @@ TEST_F(RemoteConfigCache, ReturnsTheLastSavedTable) {
 
 TEST_F(RemoteConfigCache, MayBeAnEmptyTable) {
     preferences_->put("VornaRemoteConfigs", Configs{});
-    EXPECT_EQ(helper().loadConfigsFromLocal(), Configs{});
+    EXPECT_EQ(entriesOf(helper().loadConfigsFromLocal()), Configs{});
     EXPECT_EQ(lines(), (Lines{"[VornaSDK] Configs loaded from UserDefaults"}));
 }
 
 TEST_F(RemoteConfigCache, IsInitiallyAbsent) {
-    EXPECT_EQ(helper().loadConfigsFromLocal(), std::nullopt);
+    EXPECT_EQ(entriesOf(helper().loadConfigsFromLocal()), std::nullopt);
     EXPECT_EQ(lines(), (Lines{"[VornaSDK] No configs found in UserDefaults"}));
 }
 

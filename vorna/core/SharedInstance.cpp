@@ -7,10 +7,8 @@
 #include <vorna/platform/Log.h>
 #include <vorna/platform/NeverDestroyed.h>
 
-#include <map>
 #include <optional>
 #include <utility>
-#include <variant>
 
 namespace vorna {
 
@@ -137,21 +135,17 @@ void SharedInstance::initialise(std::string appID) {
 }
 
 void SharedInstance::loadConfigsFromLocal() {
-    if (const auto configs = remoteConfigHelper->loadConfigsFromLocal()) {
-        remoteConfigs.replace(*configs);
+    if (auto configs = remoteConfigHelper->loadConfigsFromLocal()) {
+        remoteConfigs.publish(std::move(configs));
     }
 }
 
 void SharedInstance::remoteConfigsFetched(const Notification& notification) {
-    const auto entry = notification.userInfo.find(configsEntry);
-    if (entry == notification.userInfo.end()) {
+    auto configs = fetchedTable(notification);
+    if (!configs) {
         return;
     }
-    const auto* const configs = std::get_if<std::map<std::string, std::string>>(&entry->second);
-    if (configs == nullptr) {
-        return;
-    }
-    remoteConfigs.replace(*configs);
+    remoteConfigs.publish(std::move(configs));
     NotificationCenter::defaultCenter().post(remoteConfigsReadyNotification,
                                              {{std::string(remoteConfigFetchedEntry), true}});
 }
