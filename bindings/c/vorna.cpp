@@ -55,7 +55,7 @@ bool isGiven(std::string_view operation, std::string_view argument, const void* 
 }
 
 void withText(std::string_view operation, std::string_view argument, const char* text,
-              void (*run)(std::string_view)) {
+              void (*run)(vorna::TextArgument)) {
     if (isGiven(operation, argument, text)) {
         run(text);
     }
@@ -179,8 +179,14 @@ const char* const vorna_notification_restore_purchase_clicked = VornaCoreSDK::Re
 const char* const vorna_notification_event_list_updated = VornaCoreSDK::EventListUpdated.data();
 
 void vorna_use_platform(const vorna_platform_options* options) {
-    if (isGiven("vorna_use_platform", "options", options)) {
-        ignoringExceptions([&] { usePlatform(*options); });
+    if (!isGiven("vorna_use_platform", "options", options)) {
+        return;
+    }
+    try {
+        usePlatform(*options);
+    } catch (const std::exception&) {
+        // Out of memory. The defaults must not stand for what was asked for.
+        VornaCoreSDK::UsePlatform(vorna::unusablePlatform());
     }
 }
 

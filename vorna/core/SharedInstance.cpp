@@ -8,6 +8,8 @@
 #include <vorna/platform/NeverDestroyed.h>
 
 #include <optional>
+#include <stdexcept>
+#include <string>
 #include <utility>
 
 namespace vorna {
@@ -33,19 +35,26 @@ void useDefault(std::shared_ptr<Port>& port, const std::shared_ptr<Port>& standa
     }
 }
 
-/// Returns the chosen platform with default ports in place of missing ones.
+Platform usable(Platform platform) {
+    if (platform.isUnusable) {
+        throw std::runtime_error("the platform that the application wants could not be made");
+    }
+    return platform;
+}
+
+/// Returns the chosen platform with default ports in place of missing ones. Throws if a platform is unusable.
 Platform completed(std::optional<Platform> chosen) {
     if (!chosen) {
-        return makePlatform();
+        return usable(makePlatform());
     }
-    Platform platform = std::move(*chosen);
+    Platform platform = usable(std::move(*chosen));
     const bool isComplete = platform.httpClient && platform.credentialStore && platform.preferences &&
                             platform.system && platform.clock && platform.randomSource &&
                             !platform.eventURL.empty() && !platform.configURL.empty();
     if (isComplete) {
         return platform;
     }
-    const Platform standard = makePlatform();
+    const Platform standard = usable(makePlatform());
     useDefault(platform.httpClient, standard.httpClient);
     useDefault(platform.credentialStore, standard.credentialStore);
     useDefault(platform.preferences, standard.preferences);
@@ -79,12 +88,15 @@ SharedInstance& SharedInstance::get() {
     return *instance;
 }
 
-bool SharedInstance::choose(Platform platform) {
+bool SharedInstance::choose(const Platform& platform) {
     const std::scoped_lock lock(choice().mutex);
     if (choice().isFinal) {
         return false;
     }
-    choice().platform = std::move(platform);
+    // In force if there is no memory for the copy.
+    choice().platform = unusablePlatform();
+    Platform copy = platform;
+    choice().platform = std::move(copy);
     return true;
 }
 
@@ -132,6 +144,11 @@ void SharedInstance::initialise(std::string appID) {
     log::debug({"VornaSDK initialized"});
     recorder->event("sdk_initialized", "");
     isInitialised_ = true;
+}
+
+bool SharedInstance::isInitialised() {
+    const std::scoped_lock lock(initialising_);
+    return isInitialised_;
 }
 
 void SharedInstance::loadConfigsFromLocal() {
