@@ -4,6 +4,7 @@
 #include <tests/support/ConfigTables.h>
 #include <tests/support/InMemoryPreferences.h>
 #include <tests/support/RecordingHttpClient.h>
+#include <tests/support/RefusedURLs.h>
 #include <tests/support/Samples.h>
 
 #include <vorna/config/RemoteConfigNotifications.h>
@@ -33,8 +34,8 @@ namespace {
 
 using Configs = std::map<std::string, std::string>;
 using Lines = std::vector<std::string>;
-using support::HttpAnswer;
 using support::entriesOf;
+using support::HttpAnswer;
 using support::InMemoryPreferences;
 using support::RecordingHttpClient;
 
@@ -112,6 +113,20 @@ TEST_F(RemoteConfigFetch, PostsTheDeviceDataWithAFiveSecondTimeoutAndOnlyAConten
     EXPECT_EQ(request.body, json::encode(RemoteConfigRequest{data_.deviceData}).value());
     EXPECT_EQ(request.responseLimit, 16U * 1024 * 1024);
     EXPECT_EQ(lines(), Lines{});
+}
+
+TEST_F(RemoteConfigFetch, TriesAgainToParseAnAddressThatCouldNotBeParsed) {
+    std::optional<RemoteConfigHelper> remote;
+    {
+        const support::RefusedURLs refused;
+        remote.emplace(client_, preferences_, address);
+        remote->fetchRemoteConfigs(data_, 0);
+        EXPECT_EQ(client_->requestCount(), 0U);
+    }
+    remote->fetchRemoteConfigs(data_, 0);
+    ASSERT_EQ(client_->requestCount(), 1U);
+    EXPECT_EQ(client_->requests().front().url.text(), address);
+    EXPECT_EQ(lines(), Lines{"[VornaSDK] Invalid URL"});
 }
 
 TEST_F(RemoteConfigFetch, AnnouncesTheTableBeforeSavingIt) {

@@ -76,7 +76,10 @@ void returnMemory([[maybe_unused]] std::size_t tableSize) {
 struct RemoteConfigHelper::Exchange {
     std::shared_ptr<HttpClient> httpClient;
     std::shared_ptr<Preferences> preferences;
-    std::optional<URL> url;
+    std::string address;
+    /// The address, parsed; std::nullopt if that failed. Each fetch then tries again, since memory may just
+    /// have run out.
+    std::optional<URL> parsedAddress;
 
     static void fetch(const std::shared_ptr<Exchange>& self, RemoteConfigData data, int retryCount);
     static void retry(const std::shared_ptr<Exchange>& self, RemoteConfigData data, int retryCount);
@@ -85,7 +88,8 @@ struct RemoteConfigHelper::Exchange {
 
 void RemoteConfigHelper::Exchange::fetch(const std::shared_ptr<Exchange>& self, RemoteConfigData data,
                                          int retryCount) {
-    if (!self->url) {
+    std::optional<URL> url = self->parsedAddress ? self->parsedAddress : URL::parse(self->address);
+    if (!url) {
         log::debug({"Invalid URL"});
         return;
     }
@@ -94,7 +98,7 @@ void RemoteConfigHelper::Exchange::fetch(const std::shared_ptr<Exchange>& self, 
         log::debug({"Error serializing request body: ", json::describe(body.error())});
         return;
     }
-    HttpRequest request{.url = *self->url,
+    HttpRequest request{.url = *std::move(url),
                         .method = HttpMethod::post,
                         .headers = {{"Content-Type", "application/json"}},
                         .body = *std::move(body),
@@ -116,11 +120,11 @@ void RemoteConfigHelper::Exchange::fetch(const std::shared_ptr<Exchange>& self, 
         } else {
             retry(exchange, data, retryCount);
         }
+        returnMemory(size);
     });
 }
 
 void RemoteConfigHelper::Exchange::retry(const std::shared_ptr<Exchange>& self, RemoteConfigData data,
-        returnMemory(size);
                                          int retryCount) {
     if (retryCount >= maxRetryCount) {
         log::debug({"Max retry attempts reached. Failed to fetch remote configs."});
@@ -163,6 +167,7 @@ Configs RemoteConfigHelper::loadConfigsFromLocal() const {
     };
     if (!exchange_->preferences->readTable(userDefaultsKey, add)) {
         log::debug({"No configs found in UserDefaults"});
+        return nullptr;
     }
     log::debug({"Configs loaded from UserDefaults"});
     Configs configs = std::make_shared<const RemoteConfigTable>(std::move(entries));
@@ -170,5 +175,4 @@ Configs RemoteConfigHelper::loadConfigsFromLocal() const {
     return configs;
 }
 
-        return nullptr;
 }  // namespace vorna
