@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <exception>
+#include <functional>
 #include <iterator>
 #include <map>
 #include <memory>
@@ -24,6 +26,8 @@ using vorna::bindings::report;
 /// The opaque types of the header.
 struct vorna_notification {
     const vorna::Notification& notification;
+    /// Large tables under their keys, once they have been requested as maps.
+    mutable std::map<std::string, std::map<std::string, std::string>, std::less<>> maps;
 };
 
 struct vorna_observation {
@@ -51,7 +55,7 @@ bool isGiven(std::string_view operation, std::string_view argument, const void* 
 }
 
 void withText(std::string_view operation, std::string_view argument, const char* text,
-              void (*run)(std::string_view)) {
+              void (*run)(vorna::TextArgument)) {
     if (isGiven(operation, argument, text)) {
         run(text);
     }
@@ -94,6 +98,25 @@ const Value* find(const vorna_notification* notification, const char* key) {
 }
 
 using Map = std::map<std::string, std::string>;
+
+/// Returns the map with that key; nullptr if there is none.
+const Map* findMap(const vorna_notification* notification, const char* key) {
+    const auto* const table = find<std::shared_ptr<const vorna::TextTable>>(notification, key);
+    if (table == nullptr) {
+        return find<Map>(notification, key);
+    }
+    return ignoringExceptions([&]() -> const Map* {
+        if (const auto made = notification->maps.find(std::string_view(key));
+            made != notification->maps.end()) {
+            return &made->second;
+        }
+        Map map;
+        (*table)->forEach([&map](std::string_view entry, std::string_view value) {
+            map.emplace(std::string(entry), std::string(value));
+        });
+        return &notification->maps.emplace(key, std::move(map)).first->second;
+    });
+}
 
 constexpr std::array<std::string_view, 6> signalNames = {
     vorna::UIApplicationDidFinishLaunchingNotification,
@@ -156,8 +179,14 @@ const char* const vorna_notification_restore_purchase_clicked = VornaCoreSDK::Re
 const char* const vorna_notification_event_list_updated = VornaCoreSDK::EventListUpdated.data();
 
 void vorna_use_platform(const vorna_platform_options* options) {
-    if (isGiven("vorna_use_platform", "options", options)) {
-        ignoringExceptions([&] { usePlatform(*options); });
+    if (!isGiven("vorna_use_platform", "options", options)) {
+        return;
+    }
+    try {
+        usePlatform(*options);
+    } catch (const std::exception&) {
+        // Out of memory. The defaults must not stand for what was asked for.
+        VornaCoreSDK::UsePlatform(vorna::unusablePlatform());
     }
 }
 
@@ -390,7 +419,7 @@ vorna_observation* vorna_add_observer(const char* name, vorna_observer observer,
         auto observation = std::make_unique<vorna_observation>();
         observation->observation = vorna::NotificationCenter::defaultCenter().addObserver(
             name, [observer, user_data](const vorna::Notification& posted) {
-                const vorna_notification notification{posted};
+                const vorna_notification notification{posted, {}};
                 observer(&notification, user_data);
             });
         return observation.release();
@@ -421,13 +450,13 @@ const char* vorna_notification_get_string(const vorna_notification* notification
 }
 
 size_t vorna_notification_get_map_size(const vorna_notification* notification, const char* key) {
-    const Map* const found = find<Map>(notification, key);
+    const Map* const found = findMap(notification, key);
     return found == nullptr ? 0 : found->size();
 }
 
 const char* vorna_notification_get_map_value(const vorna_notification* notification, const char* key,
                                              const char* entry) {
-    const Map* const map = find<Map>(notification, key);
+    const Map* const map = findMap(notification, key);
     if (map == nullptr || entry == nullptr) {
         return nullptr;
     }
@@ -439,7 +468,7 @@ const char* vorna_notification_get_map_value(const vorna_notification* notificat
 
 bool vorna_notification_get_map_entry(const vorna_notification* notification, const char* key, size_t index,
                                       const char** entry, const char** value) {
-    const Map* const map = find<Map>(notification, key);
+    const Map* const map = findMap(notification, key);
     if (map == nullptr || index >= map->size()) {
         return false;
     }

@@ -13,6 +13,7 @@
 
 #include <array>
 #include <cstdint>
+#include <exception>
 #include <memory>
 #include <optional>
 #include <string>
@@ -38,7 +39,7 @@ std::optional<std::string> converted(std::string_view operation, const QString& 
     return utf8(text);
 }
 
-void withText(std::string_view operation, const QString& text, void (*run)(std::string_view)) {
+void withText(std::string_view operation, const QString& text, void (*run)(TextArgument)) {
     if (const std::optional<std::string> given = converted(operation, text)) {
         run(*given);
     }
@@ -203,15 +204,20 @@ void VornaSingleton::setDebug(bool debug) {
 }
 
 void VornaSingleton::UsePlatformWithOptions(const QVariantMap& options) {
-    PlatformOptions platform;
-    for (auto option = options.begin(); option != options.end(); ++option) {
-        if (!setOption(platform, option.key(), option.value())) {
-            report({"UsePlatformWithOptions: unknown option or value: ", utf8(option.key()),
-                    "; nothing is done"});
-            return;
+    try {
+        PlatformOptions platform;
+        for (auto option = options.begin(); option != options.end(); ++option) {
+            if (!setOption(platform, option.key(), option.value())) {
+                report({"UsePlatformWithOptions: unknown option or value: ", utf8(option.key()),
+                        "; nothing is done"});
+                return;
+            }
         }
+        VornaCoreSDK::UsePlatform(makePlatform(platform));
+    } catch (const std::exception&) {
+        // Out of memory. The defaults must not stand for what was asked for.
+        VornaCoreSDK::UsePlatform(unusablePlatform());
     }
-    VornaCoreSDK::UsePlatform(makePlatform(platform));
 }
 
 void VornaSingleton::Attach(QQuickWindow* window) {
@@ -260,7 +266,7 @@ QString VornaSingleton::GetRemoteConfigWithKeyDefaultValue(const QString& key, c
 }
 
 void VornaSingleton::EventWithName(const QString& name) {
-    withText("EventWithName", name, [](std::string_view text) { VornaCoreSDK::Event(text); });
+    withText("EventWithName", name, [](TextArgument text) { VornaCoreSDK::Event(text); });
 }
 
 void VornaSingleton::EventWithNameCustomValue(const QString& name, const QVariant& customValue) {

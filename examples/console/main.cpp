@@ -72,7 +72,7 @@ class CountingHttpClient final : public vorna::HttpClient {
 };
 
 using Plain = void (*)();
-using WithText = void (*)(std::string_view);
+using WithText = void (*)(vorna::TextArgument);
 
 const std::map<std::string_view, std::variant<Plain, WithText>>& operations() {
     static const std::map<std::string_view, std::variant<Plain, WithText>> table = {

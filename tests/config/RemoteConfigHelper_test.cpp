@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/config/RemoteConfigHelper.h>
 
+#include <tests/support/ConfigTables.h>
 #include <tests/support/InMemoryPreferences.h>
 #include <tests/support/RecordingHttpClient.h>
+#include <tests/support/RefusedURLs.h>
 #include <tests/support/Samples.h>
 
 #include <vorna/config/RemoteConfigNotifications.h>
@@ -32,6 +34,7 @@ namespace {
 
 using Configs = std::map<std::string, std::string>;
 using Lines = std::vector<std::string>;
+using support::entriesOf;
 using support::HttpAnswer;
 using support::InMemoryPreferences;
 using support::RecordingHttpClient;
@@ -56,7 +59,7 @@ class RemoteConfigFetch : public testing::Test {
         fetched_ = NotificationCenter::defaultCenter().addObserver(
             remoteConfigsFetchedNotification, [this](const Notification& notification) {
                 happened_.emplace_back("fetched");
-                tables_.push_back(std::get<Configs>(notification.userInfo.at("configs")));
+                tables_.push_back(support::announcedIn(notification));
                 EXPECT_EQ(notification.userInfo.size(), 1U);
             });
         ready_ = NotificationCenter::defaultCenter().addObserver(
@@ -112,6 +115,20 @@ TEST_F(RemoteConfigFetch, PostsTheDeviceDataWithAFiveSecondTimeoutAndOnlyAConten
     EXPECT_EQ(lines(), Lines{});
 }
 
+TEST_F(RemoteConfigFetch, TriesAgainToParseAnAddressThatCouldNotBeParsed) {
+    std::optional<RemoteConfigHelper> remote;
+    {
+        const support::RefusedURLs refused;
+        remote.emplace(client_, preferences_, address);
+        remote->fetchRemoteConfigs(data_, 0);
+        EXPECT_EQ(client_->requestCount(), 0U);
+    }
+    remote->fetchRemoteConfigs(data_, 0);
+    ASSERT_EQ(client_->requestCount(), 1U);
+    EXPECT_EQ(client_->requests().front().url.text(), address);
+    EXPECT_EQ(lines(), Lines{"[VornaSDK] Invalid URL"});
+}
+
 TEST_F(RemoteConfigFetch, AnnouncesTheTableBeforeSavingIt) {
     RemoteConfigHelper remote = helper();
     remote.fetchRemoteConfigs(data_, 0);
@@ -134,7 +151,7 @@ TEST_F(RemoteConfigFetch, OverwritesTheSavedTableWithAnEmptyOne) {
     client_->answer(HttpAnswer::status(200, R"({"configs":{}})"));
     EXPECT_EQ(tables_, std::vector<Configs>{{}});
     EXPECT_EQ(preferences_->table("VornaRemoteConfigs"), Configs{});
-    EXPECT_EQ(remote.loadConfigsFromLocal(), Configs{});
+    EXPECT_EQ(entriesOf(remote.loadConfigsFromLocal()), Configs{});
 }
 
 TEST_F(RemoteConfigFetch, LogsThatTheTableCouldNotBeSaved) {
@@ -232,7 +249,7 @@ TEST_P(RemoteConfigFailure, LeavesTheSavedTableUnchanged) {
     RemoteConfigHelper remote = helper();
     remote.fetchRemoteConfigs(data_, 0);
     EXPECT_EQ(happened_, (Lines{"not ready"}));
-    EXPECT_EQ(remote.loadConfigsFromLocal(), (Configs{{"theme", "dark"}}));
+    EXPECT_EQ(entriesOf(remote.loadConfigsFromLocal()), (Configs{{"theme", "dark"}}));
 }
 
 constexpr const char* received = "Config received successfully!";
@@ -408,9 +425,9 @@ class RemoteConfigCache : public RemoteConfigFetch {};
 
 TEST_F(RemoteConfigCache, ReturnsTheLastSavedTable) {
     RemoteConfigHelper remote = helper();
-    remote.saveToLocal({{"a", "1"}, {"b", "2"}});
-    remote.saveToLocal({{"b", ""}});
-    EXPECT_EQ(helper().loadConfigsFromLocal(), (Configs{{"b", ""}}));
+    remote.saveToLocal(support::tableOf({{"a", "1"}, {"b", "2"}}));
+    remote.saveToLocal(support::tableOf({{"b", ""}}));
+    EXPECT_EQ(entriesOf(helper().loadConfigsFromLocal()), (Configs{{"b", ""}}));
     EXPECT_EQ(lines(),
               (Lines{"[VornaSDK] Configs saved to UserDefaults", "[VornaSDK] Configs saved to UserDefaults",
                      "[VornaSDK] Configs loaded from UserDefaults"}));
@@ -418,12 +435,12 @@ TEST_F(RemoteConfigCache, ReturnsTheLastSavedTable) {
 
 TEST_F(RemoteConfigCache, MayBeAnEmptyTable) {
     preferences_->put("VornaRemoteConfigs", Configs{});
-    EXPECT_EQ(helper().loadConfigsFromLocal(), Configs{});
+    EXPECT_EQ(entriesOf(helper().loadConfigsFromLocal()), Configs{});
     EXPECT_EQ(lines(), (Lines{"[VornaSDK] Configs loaded from UserDefaults"}));
 }
 
 TEST_F(RemoteConfigCache, IsInitiallyAbsent) {
-    EXPECT_EQ(helper().loadConfigsFromLocal(), std::nullopt);
+    EXPECT_EQ(entriesOf(helper().loadConfigsFromLocal()), std::nullopt);
     EXPECT_EQ(lines(), (Lines{"[VornaSDK] No configs found in UserDefaults"}));
 }
 

@@ -5,7 +5,6 @@
 #include <tests/support/RealFetch.h>
 
 #include <vorna/config/RemoteConfigRequest.h>
-#include <vorna/config/RemoteConfigResponse.h>
 #include <vorna/json/Encoding.h>
 
 #include <gtest/gtest.h>
@@ -122,7 +121,7 @@ TEST_F(RemoteConfigOverTheNetwork, AcceptsATableOfAHundredThousandKeys) {
         const std::string key = "key_" + std::to_string(index);
         configs.emplace(key, "value of " + key);
     }
-    const auto body = json::encode(RemoteConfigResponse{configs}).value();
+    const std::string body = support::configAnswer(configs);
     RawServer server([&](RawServer::Connection& connection) {
         connection.readRequest();
         connection.send(RawServer::httpAnswer(200, body));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/config/RemoteConfigResponse.h>
 
-#include <vorna/json/Encoding.h>
+#include <tests/support/ConfigTables.h>
 
 #include <gtest/gtest.h>
 
@@ -17,15 +17,15 @@ using Configs = std::map<std::string, std::string>;
 
 /// The table, or a table with only the error, so that a failing expectation shows it.
 Configs decoded(std::string_view body) {
-    json::Decoded<RemoteConfigResponse> result = decodeRemoteConfigResponse(body);
+    const auto result = decodeRemoteConfigResponse(body);
     if (!result) {
         return {{"(error)", json::describe(result.error(), body)}};
     }
-    return std::move(result->configs);
+    return support::entriesOf(*result->configs);
 }
 
 std::string errorIn(std::string_view body) {
-    const json::Decoded<RemoteConfigResponse> result = decodeRemoteConfigResponse(body);
+    const auto result = decodeRemoteConfigResponse(body);
     return result ? "(no error)" : json::describe(result.error(), body);
 }
 
@@ -59,6 +59,36 @@ TEST(RemoteConfigResponseBody, UsesTheLastOfDuplicateKeys) {
     EXPECT_EQ(decoded(R"({"configs":{"a":"1"},"configs":{"b":"2"}})"), (Configs{{"b", "2"}}));
 }
 
+TEST(RemoteConfigResponseBody, UsesOnlyTheLastOfDuplicateTables) {
+    EXPECT_EQ(decoded(R"({"configs":7,"configs":{"b":"2"}})"), (Configs{{"b", "2"}}));
+    EXPECT_EQ(decoded(R"({"configs":{"a":1},"configs":{"b":"2"}})"), (Configs{{"b", "2"}}));
+    EXPECT_EQ(errorIn(R"({"configs":{"b":"2"},"configs":[]})"),
+              "configs: expected an object, found an array");
+}
+
+TEST(RemoteConfigResponseBody, IsRefusedForAWrongValueEvenIfTheKeyHasAnother) {
+    EXPECT_EQ(errorIn(R"({"configs":{"a":1,"a":"2"}})"), "configs.a: expected a string, found a number");
+}
+
+TEST(RemoteConfigResponseBody, IsNotConfusedByTheNameOfTheTableElsewhere) {
+    EXPECT_EQ(
+        decoded(
+            R"({"a":{"configs":{"x":"1"}},"configs":{"configs":"2","b":"3"},"c":["configs",{"configs":4}]})"),
+        (Configs{{"b", "3"}, {"configs", "2"}}));
+    EXPECT_EQ(errorIn(R"({"a":{"configs":{"x":"1"}}})"), "configs: missing");
+    EXPECT_EQ(errorIn(R"({"configs":{"a":{"b":"1"},"c":[{"d":"2"}]}})"),
+              "configs.a: expected a string, found an object");
+}
+
+TEST(RemoteConfigResponseBody, MayHoldLongTextsWithEscapes) {
+    Configs configs;
+    for (const std::size_t length : {0U, 1U, 127U, 128U, 16'383U, 16'384U, 300'000U}) {
+        const std::string text(length, '"');
+        configs.emplace(text + "key", "\n" + text);
+    }
+    EXPECT_TRUE(decoded(support::configAnswer(configs)) == configs);
+}
+
 TEST(RemoteConfigResponseBody, AllowsIgnoredValuesNestedUpTo512Levels) {
     EXPECT_EQ(decoded(R"({"configs":{"a":"1"},"more":)" + nested(511) + "}"), (Configs{{"a", "1"}}));
 }
@@ -69,7 +99,7 @@ TEST(RemoteConfigResponseBody, MayHoldAHundredThousandKeys) {
         const std::string key = "key_" + std::to_string(index);
         configs.emplace(key, "value of " + key);
     }
-    auto body = json::encode(RemoteConfigResponse{configs}).value();
+    std::string body = support::configAnswer(configs);
     EXPECT_TRUE(decoded(body) == configs);
     body.replace(body.size() - 2, 2, R"(,"last":5}})");
     EXPECT_EQ(errorIn(body), "configs.last: expected a string, found a number");

@@ -8,11 +8,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <filesystem>
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -312,6 +314,22 @@ TEST(Init, IgnoresAnIdentifierThatIsNotUtf8AndCanBeCalledAgain) {
     EXPECT_TRUE(host.http->waitForRequests(2));
 }
 
+TEST(Init, CalledAgainIgnoresItsIdentifierWhateverItIs) {
+    const RecordedEvents host;
+    VornaCoreSDK::Init("A");
+    ASSERT_TRUE(host.http->waitForRequests(2));
+    VornaCoreSDK::debug = true;
+    testing::internal::CaptureStdout();
+    VornaCoreSDK::Init("\xFF\xFE");
+    VornaCoreSDK::Init(nullptr);
+    VornaCoreSDK::Init("");
+    ASSERT_TRUE(host.http->waitForRequests(5));
+    EXPECT_THAT(testing::internal::GetCapturedStdout(), testing::Not(HasSubstr("ignored")));
+    EXPECT_THAT(requestsTo(host, configURL), SizeIs(4));
+    EXPECT_THAT(requestsTo(host, eventURL), SizeIs(1));
+    EXPECT_EQ(VornaCoreSDK::GetAppID(), "A");
+}
+
 TEST(Init, AbortsIfTheIdentityCannotBeDecoded) {
     const RecordedEvents host;
     std::ignore = host.credentials->add("io.vorna.vornasdk", "userDetails", "{}");
@@ -354,6 +372,67 @@ TEST(Event, RecordsAMissingCustomValueAsEmpty) {
     ASSERT_THAT(events, SizeIs(3));
     EXPECT_EQ(events[0], events[1]);
     EXPECT_EQ(events[1], events[2]);
+}
+
+TEST(Event, RecordsANullCustomValueAsEmpty) {
+    const RecordedEvents host;
+    const char* const none = nullptr;
+    VornaCoreSDK::Event("a", nullptr);
+    VornaCoreSDK::Event("a", none);
+    VornaCoreSDK::Event("a", 1, 2, nullptr);
+    VornaCoreSDK::Event("a", 1, 2, none);
+    VornaCoreSDK::Event("a", {});
+    VornaCoreSDK::Event("a", std::optional<std::string>());
+    const std::vector<EventData> events = RecordedEvents::take();
+    ASSERT_THAT(events, SizeIs(6));
+    for (const EventData& event : events) {
+        EXPECT_EQ(event.name, "a");
+        EXPECT_EQ(event.customValue, "");
+    }
+}
+
+TEST(NullText, InPlaceOfRequiredTextIsLoggedAndTheCallIgnored) {
+    struct Row {
+        const char* what;
+        void (*call)();
+    };
+
+    const RecordedEvents host;
+    VornaCoreSDK::SetAdid("kept");
+    VornaCoreSDK::debug = true;
+    for (const Row& row : std::to_array<Row>({
+             {"Init: appID", [] { VornaCoreSDK::Init(nullptr); }},
+             {"SetAdid: adid", [] { VornaCoreSDK::SetAdid(nullptr); }},
+             {"Event: name", [] { VornaCoreSDK::Event(nullptr); }},
+             {"Event: name", [] { VornaCoreSDK::Event(nullptr, "value"); }},
+             {"Event: name", [] { VornaCoreSDK::Event(nullptr, 1, 2, "value"); }},
+             {"OnboardingStep: step", [] { VornaCoreSDK::OnboardingStep(nullptr); }},
+             {"LoginSuccess: source", [] { VornaCoreSDK::LoginSuccess(nullptr); }},
+             {"PaywallShown: paywall", [] { VornaCoreSDK::PaywallShown(nullptr); }},
+             {"PaywallClosed: paywall", [] { VornaCoreSDK::PaywallClosed(nullptr); }},
+             {"PaywallAttempted: paywall", [] { VornaCoreSDK::PaywallAttempted(nullptr); }},
+             {"PaywallPurchased: paywall", [] { VornaCoreSDK::PaywallPurchased(nullptr); }},
+             {"PaywallCancelled: paywall", [] { VornaCoreSDK::PaywallCancelled(nullptr); }},
+             {"TabClicked: tab", [] { VornaCoreSDK::TabClicked(nullptr); }},
+             {"FeatureClicked: feature", [] { VornaCoreSDK::FeatureClicked(nullptr); }},
+             {"ShowPaywall: jsonString", [] { VornaCoreSDK::ShowPaywall(nullptr); }},
+             {"ShowOnboarding: jsonString", [] { VornaCoreSDK::ShowOnboarding(nullptr); }},
+         })) {
+        testing::internal::CaptureStdout();
+        row.call();
+        EXPECT_EQ(testing::internal::GetCapturedStdout(),
+                  "[VornaSDK] " + std::string(row.what) + " is null; the call is ignored\n");
+    }
+    EXPECT_THAT(RecordedEvents::take(), SizeIs(0));
+    EXPECT_EQ(VornaCoreSDK::GetAdid(), "kept");
+    EXPECT_FALSE(VornaCoreSDK::GetAppID());
+}
+
+TEST(NullText, AsADefaultValueIsTheEmptyText) {
+    const RecordedEvents host;
+    EXPECT_EQ(VornaCoreSDK::GetRemoteConfig("key", nullptr), "");
+    EXPECT_EQ(VornaCoreSDK::GetRemoteConfig(nullptr, "default"), "default");
+    EXPECT_EQ(VornaCoreSDK::GetRemoteConfig(nullptr, nullptr), "");
 }
 
 TEST(Event, RecordsTheGivenDatesUnchecked) {

@@ -332,6 +332,47 @@ struct Ticket {
     }
 };
 
+TEST(ULIDOfADate, HasItsTimeAndSecureRandomBits) {
+    std::unordered_set<ULID> made;
+    ULID::Bytes everSet{};
+    for (int count = 0; count < 1000; ++count) {
+        const ULID ulid(Date{0.001});
+        EXPECT_EQ(ulid.ulidString().substr(0, 10), "0000000001");
+        made.insert(ulid);
+        for (std::size_t place = 6; place < everSet.size(); ++place) {
+            everSet[place] = static_cast<std::uint8_t>(everSet[place] | ulid.ulid()[place]);
+        }
+    }
+    EXPECT_EQ(made.size(), 1000U);
+    EXPECT_EQ(everSet, (ULID::Bytes{0, 0, 0, 0, 0, 0, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255}));
+}
+
+TEST(ULIDAsJSON, IsOneString) {
+    EXPECT_EQ(encode(ULID(allOnes)), R"("7ZZZZZZZZZZZZZZZZZZZZZZZZZ")");
+    EXPECT_EQ(encode(ULID()), R"("00000000000000000000000000")");
+    EXPECT_EQ(ULID::decode(R"("7ZZZZZZZZZZZZZZZZZZZZZZZZZ")"), ULID(allOnes));
+    EXPECT_EQ(ULID::decode(" \"7zzzzzzzzzzzzzzzzzzzzzzzzz\"\n"), ULID(allOnes));
+    EXPECT_EQ(ULID::decode(R"("\u0037ZZZZZZZZZZZZZZZZZZZZZZZZZ")"), ULID(allOnes));
+    const ULID random(Date{1'704'067'200.25});
+    EXPECT_EQ(ULID::decode(encode(random)), random);
+}
+
+TEST(ULIDAsJSON, IsRefusedIfItIsAnythingElse) {
+    const auto errorOf = [](std::string_view text) { return json::describe(ULID::decode(text).error()); };
+    for (const std::string_view text :
+         {R"("")", R"("7ZZZ")", R"("U0000000000000000000000000")", R"("000000000000000000000000000")",
+          R"("0000000000000000000000000\u0000")", R"("ÇÇÇÇÇÇÇÇÇÇÇÇÇ")"}) {
+        EXPECT_EQ(errorOf(text), "Attempted to decode ULID from invalid ULID string.") << text;
+    }
+    EXPECT_EQ(errorOf("7"), "expected a string, found a number");
+    EXPECT_EQ(errorOf("null"), "expected a string, found null");
+    EXPECT_EQ(errorOf(R"(["7ZZZZZZZZZZZZZZZZZZZZZZZZZ"])"), "expected a string, found an array");
+    for (const std::string_view text :
+         {"", "7ZZZZZZZZZZZZZZZZZZZZZZZZZ", "\"7ZZZ", R"("7ZZZZZZZZZZZZZZZZZZZZZZZZZ" x)", "\xFF"}) {
+        EXPECT_FALSE(ULID::decode(text)) << text;
+    }
+}
+
 TEST(ULIDInJSON, IsItsText) {
     const json::Encoded encoded = json::encode(Ticket{ULID(allOnes), {ULID(), ULID(allOnes)}});
     EXPECT_EQ(encoded.value(), R"({"ulid":"7ZZZZZZZZZZZZZZZZZZZZZZZZZ",)"

@@ -3,6 +3,7 @@
 
 #include <tests/support/InMemoryPreferences.h>
 #include <tests/support/RecordingHttpClient.h>
+#include <tests/support/RefusedURLs.h>
 #include <tests/support/Samples.h>
 
 #include <vorna/platform/Log.h>
@@ -67,6 +68,20 @@ TEST_F(QueueWorker, PostsAnEventAsOneJsonDocument) {
     EXPECT_THAT(request.headers, ElementsAre(HttpHeader{"Content-Type", "application/json"}));
     EXPECT_EQ(request.body, bodyOf(event));
     EXPECT_EQ(request.timeout, std::chrono::seconds(60));
+}
+
+TEST_F(QueueWorker, TriesAgainToParseAnAddressThatCouldNotBeParsed) {
+    const auto http = std::make_shared<RecordingHttpClient>();
+    std::shared_ptr<VornaQueueWorker> worker;
+    {
+        const support::RefusedURLs refused;
+        worker = std::make_shared<VornaQueueWorker>(queue_, list_, http, nullptr, std::string(eventURL));
+        worker->sendEvent(support::sampleEvent(), eventURL);
+        EXPECT_EQ(http->requestCount(), 0U);
+    }
+    worker->sendEvent(support::sampleEvent(), eventURL);
+    ASSERT_EQ(http->requestCount(), 1U);
+    EXPECT_EQ(http->requests().front().url.text(), eventURL);
 }
 
 TEST_F(QueueWorker, ListsAndAnnouncesAnEventBeforeItsRequestIsMade) {

@@ -3,6 +3,7 @@
 
 /// Fixture that fetches the remote configuration with the real HTTP client and records the outcome.
 
+#include <tests/support/ConfigTables.h>
 #include <tests/support/InMemoryPreferences.h>
 #include <tests/support/Samples.h>
 
@@ -49,7 +50,7 @@ class RealFetch : public testing::Test {
         fetched_ = NotificationCenter::defaultCenter().addObserver(
             remoteConfigsFetchedNotification, [this](const Notification& notification) {
                 const std::scoped_lock lock(mutex_);
-                tables_.push_back(std::get<Configs>(notification.userInfo.at("configs")));
+                tables_.push_back(announcedIn(notification));
             });
         ready_ = NotificationCenter::defaultCenter().addObserver(
             remoteConfigsReadyNotification, [this](const Notification& notification) {

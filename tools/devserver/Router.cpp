@@ -3,6 +3,8 @@
 
 #include <tools/devserver/EventDocument.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <string>
 #include <utility>
 
@@ -11,15 +13,25 @@ namespace {
 
 constexpr std::string_view mediaPath = "/media/";
 
-// The path without scheme and host (as in a request to a proxy) and without query.
-std::string_view pathOf(std::string_view target) {
+// A target in its parts. The authority is empty unless the target is absolute, as in a request to a proxy.
+struct Target {
+    std::string_view authority;
+    std::string_view path;
+};
+
+Target partsOf(std::string_view target) {
+    Target parts;
     for (const std::string_view scheme : {"https://", "http://"}) {
         if (target.starts_with(scheme)) {
-            const std::size_t slash = target.find('/', scheme.size());
-            target = slash == std::string_view::npos ? std::string_view("/") : target.substr(slash);
+            target.remove_prefix(scheme.size());
+            const std::size_t end = std::min(target.find('/'), target.size());
+            parts.authority = target.substr(0, end);
+            target = end == target.size() ? std::string_view("/") : target.substr(end);
+            break;
         }
     }
-    return target.substr(0, target.find_first_of("?#"));
+    parts.path = target.substr(0, target.find_first_of("?#"));
+    return parts;
 }
 
 Answer methodNotAllowed(std::string_view allowed) {
@@ -59,16 +71,17 @@ Outcome outcomeOf(const FaultAction& action) {
 }  // namespace
 
 Router::Router(EventJournal& journal, const ConfigFile& config, std::optional<MediaFolder> media,
-               Faults& faults, Statistics& statistics, Console console)
+               Faults& faults, Statistics& statistics, Console console, OwnAddress ownAddress)
     : journal_(journal),
       config_(config),
       media_(std::move(media)),
       faults_(faults),
       statistics_(statistics),
-      console_(std::move(console)) {}
+      console_(std::move(console)),
+      ownAddress_(std::move(ownAddress)) {}
 
 Outcome Router::handle(const Request& request) {
-    const std::string_view path = pathOf(request.target);
+    const std::string_view path = partsOf(request.target).path;
     if (isControlPath(path)) {
         return control(request, path);
     }
@@ -184,10 +197,26 @@ Answer Router::media(const Request& request, std::string_view name) const {
     return answer;
 }
 
+// Why the request may not control the server. A browser sends requests from the same machine too, for any
+// page.
+std::optional<std::string> Router::whyNotControlled(const Request& request) const {
+    if (!request.fromLoopback) {
+        return "/control accepts requests from the same machine only";
+    }
+    const std::string_view authority = partsOf(request.target).authority;
+    if (!ownAddress_.isHost(request.host) || !(authority.empty() || ownAddress_.isHost(authority))) {
+        return "/control accepts requests to the server's own address only";
+    }
+    if (request.origin && !OwnAddress::isSameOrigin(*request.origin, request.host)) {
+        return "/control accepts no requests from other origins";
+    }
+    return std::nullopt;
+}
+
 Outcome Router::control(const Request& request, std::string_view path) {
     Outcome outcome;
-    if (!request.fromLoopback) {
-        outcome.action = errorAnswer(403, "/control accepts requests from the same machine only");
+    if (const std::optional<std::string> reason = whyNotControlled(request)) {
+        outcome.action = errorAnswer(403, *reason);
     } else if (path == "/control/faults") {
         if (request.method == "POST") {
             Result<Fault, FaultError> fault = readFaultJson(request.body);

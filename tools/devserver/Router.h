@@ -9,6 +9,7 @@
 #include <tools/devserver/EventJournal.h>
 #include <tools/devserver/Faults.h>
 #include <tools/devserver/MediaFolder.h>
+#include <tools/devserver/OwnAddress.h>
 #include <tools/devserver/Statistics.h>
 
 #include <chrono>
@@ -24,8 +25,10 @@ struct Request {
     std::string_view method;
     std::string_view target;
     std::string_view body;
-    std::string_view range;         ///< value of the Range header
-    bool conditionalRange = false;  ///< there is an If-Range header too
+    std::string_view range;                  ///< value of the Range header
+    bool conditionalRange = false;           ///< there is an If-Range header too
+    std::string_view host;                   ///< value of the Host header; empty unless there is exactly one
+    std::optional<std::string_view> origin;  ///< value of the Origin header
     bool fromLoopback = true;
 };
 
@@ -47,7 +50,7 @@ struct Outcome {
 class Router {
   public:
     Router(EventJournal& journal, const ConfigFile& config, std::optional<MediaFolder> media, Faults& faults,
-           Statistics& statistics, Console console);
+           Statistics& statistics, Console console, OwnAddress ownAddress = OwnAddress());
 
     [[nodiscard]] Outcome handle(const Request& request);
 
@@ -58,6 +61,7 @@ class Router {
     [[nodiscard]] Answer media(const Request& request, std::string_view name) const;
     [[nodiscard]] Answer rejected(std::string_view path, const DocumentError& error) const;
     [[nodiscard]] Answer troubled(const std::string& problem) const;
+    [[nodiscard]] std::optional<std::string> whyNotControlled(const Request& request) const;
     [[nodiscard]] Outcome control(const Request& request, std::string_view path);
 
     EventJournal& journal_;
@@ -66,6 +70,7 @@ class Router {
     Faults& faults_;
     Statistics& statistics_;
     Console console_;
+    OwnAddress ownAddress_;
 };
 
 }  // namespace vorna::devserver

@@ -173,6 +173,12 @@ class Connection : public std::enable_shared_from_this<Connection<Stream>> {
         request.body = message.body();
         request.range = view(message[http::field::range]);
         request.conditionalRange = message.count(http::field::if_range) > 0;
+        if (message.count(http::field::host) == 1) {
+            request.host = view(message[http::field::host]);
+        }
+        if (const auto origin = message.find(http::field::origin); origin != message.end()) {
+            request.origin = view(origin->value());
+        }
         request.fromLoopback = fromLoopback_;
         keepAlive_ = message.keep_alive();
         headOnly_ = message.method() == http::verb::head;

@@ -7,6 +7,7 @@
 #include <tools/devserver/Faults.h>
 #include <tools/devserver/MediaFolder.h>
 #include <tools/devserver/Options.h>
+#include <tools/devserver/OwnAddress.h>
 #include <tools/devserver/Router.h>
 #include <tools/devserver/Server.h>
 #include <tools/devserver/ServerIdentity.h>
@@ -35,9 +36,9 @@ void raiseDescriptorLimit() {
     }
 }
 
-// The names in our own certificate other than loopback: those given, and the address we listen on if it is a
-// specific one.
-std::vector<std::string> certificateNames(const Options& options) {
+// Our names other than loopback, for the certificate and for requests to control the server: those given, and
+// the address we listen on if it is a specific one.
+std::vector<std::string> ownNames(const Options& options) {
     std::vector<std::string> names = options.names;
     if (options.address != "0.0.0.0" && options.address != "::") {
         names.push_back(options.address);
@@ -58,7 +59,8 @@ int serve(const Options& options) {
     if (options.media) {
         media.emplace(*options.media);
     }
-    Router router(journal, config, std::move(media), faults, statistics, console);
+    Router router(journal, config, std::move(media), faults, statistics, console,
+                  OwnAddress(ownNames(options)));
 
     ServerSettings settings{options.address, options.port, std::nullopt};
     std::optional<std::filesystem::path> authority;
@@ -66,7 +68,7 @@ int serve(const Options& options) {
         settings.tls = TlsFiles{*options.certificate, *options.key};
     } else if (!options.plainHttp) {
         const ServerIdentity identity =
-            serverIdentity(options.state, certificateNames(options), std::chrono::system_clock::now());
+            serverIdentity(options.state, ownNames(options), std::chrono::system_clock::now());
         settings.tls = TlsFiles{identity.certificate, identity.key};
         authority = identity.authority;
     }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/config/ActiveRemoteConfigs.h>
 
-#include <memory>
 #include <optional>
+#include <utility>
 
 namespace vorna {
 
@@ -13,8 +13,12 @@ std::string ActiveRemoteConfigs::lookup(std::string_view key, std::string_view d
     });
 }
 
+void ActiveRemoteConfigs::publish(std::shared_ptr<const RemoteConfigTable> table) {
+    table_.replace(std::move(table));
+}
+
 void ActiveRemoteConfigs::replace(const std::map<std::string, std::string>& configs) {
-    table_.replace(std::make_unique<const RemoteConfigTable>(configs));
+    publish(std::make_shared<const RemoteConfigTable>(RemoteConfigTableEntries(configs)));
 }
 
 }  // namespace vorna

@@ -7,6 +7,7 @@
 #include <vorna/config/RemoteConfigTable.h>
 
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -22,7 +23,11 @@ class ActiveRemoteConfigs {
     /// and for a missing key. Never waits; allocates only its result.
     std::string lookup(std::string_view key, std::string_view defaultValue) const;
 
-    /// Replaces the table in force. A lookup sees either the former table or the new one, never a mixture.
+    /// Replaces the table in force by this one, which must not be null. A lookup sees either the former table
+    /// or the new one, never a mixture.
+    void publish(std::shared_ptr<const RemoteConfigTable> table);
+
+    /// Does the same with a table of these entries.
     void replace(const std::map<std::string, std::string>& configs);
 
   private:

@@ -37,9 +37,9 @@ class ReadMostly {
         return std::forward<Look>(look)(current_.load());
     }
 
-    /// Publishes a value for later reads. The former one is destroyed when its last reader has left; if that
-    /// takes longer than 100 ms, a later call destroys it. Any thread.
-    void replace(std::unique_ptr<const T> value) {
+    /// Publishes a value for later reads. The former one is released when its last reader has left; if that
+    /// takes longer than 100 ms, a later call releases it. Any thread.
+    void replace(std::shared_ptr<const T> value) {
         const std::scoped_lock lock(mutex_);
         current_.store(value.get());
         if (owner_ != nullptr) {
@@ -55,8 +55,8 @@ class ReadMostly {
     mutable ReadersGate gate_;
     std::atomic<const T*> current_ = nullptr;
     std::mutex mutex_;
-    std::unique_ptr<const T> owner_;
-    std::vector<std::unique_ptr<const T>> former_;
+    std::shared_ptr<const T> owner_;
+    std::vector<std::shared_ptr<const T>> former_;
 };
 
 }  // namespace vorna

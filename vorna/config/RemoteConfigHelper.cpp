@@ -9,50 +9,66 @@
 #include <vorna/platform/NotificationCenter.h>
 #include <vorna/platform/URL.h>
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 #include <chrono>
+#include <cstddef>
+#include <optional>
+#include <string>
 #include <utility>
-#include <variant>
 
 namespace vorna {
 
 namespace {
 
-using Configs = std::map<std::string, std::string>;
+using Configs = std::shared_ptr<const RemoteConfigTable>;
 
-void save(Preferences& preferences, const Configs& configs) {
-    if (const auto saved = preferences.setTable(RemoteConfigHelper::userDefaultsKey, configs)) {
+void save(Preferences& preferences, const RemoteConfigTable& configs) {
+    if (const auto saved = preferences.writeTable(RemoteConfigHelper::userDefaultsKey, configs)) {
         log::debug({"Configs saved to UserDefaults"});
     } else {
         log::debug({"Configs could not be saved to UserDefaults: ", saved.error().message()});
     }
 }
 
-/// The configuration in a response; std::nullopt after logging why there is none.
-std::optional<Configs> configsIn(const std::optional<std::string>& body,
-                                 const std::optional<HttpResponse>& response,
-                                 const std::optional<HttpError>& error) {
+/// The configuration in a response; null after logging why there is none.
+Configs configsIn(const std::optional<std::string>& body, const std::optional<HttpResponse>& response,
+                  const std::optional<HttpError>& error) {
     constexpr int ok = 200;
     if (error) {
         log::debug({"Error fetching remote configs: ", error->description});
-        return std::nullopt;
+        return nullptr;
     }
     if (response) {
         if (response->statusCode != ok) {
             log::debug({"HTTP Error: ", debugDescription(response)});
-            return std::nullopt;
+            return nullptr;
         }
         log::debug({"Config received successfully!"});
     }
     if (!body) {
         log::debug({"No data received"});
-        return std::nullopt;
+        return nullptr;
     }
-    json::Decoded<RemoteConfigResponse> decoded = decodeRemoteConfigResponse(*body);
+    Result<RemoteConfigResponse, json::DecodingError> decoded = decodeRemoteConfigResponse(*body);
     if (!decoded) {
         log::debug({"Decoding error: ", json::describe(decoded.error(), *body)});
-        return std::nullopt;
+        return nullptr;
     }
     return std::move(decoded->configs);
+}
+
+/// Returns to the system what reading a large table has taken: the C library would keep tens of megabytes for
+/// the next one.
+void returnMemory([[maybe_unused]] std::size_t tableSize) {
+#ifdef __GLIBC__
+    constexpr std::size_t large = std::size_t{1} << 20U;
+    if (tableSize >= large) {
+        malloc_trim(0);
+    }
+#endif
 }
 
 }  // namespace
@@ -60,7 +76,10 @@ std::optional<Configs> configsIn(const std::optional<std::string>& body,
 struct RemoteConfigHelper::Exchange {
     std::shared_ptr<HttpClient> httpClient;
     std::shared_ptr<Preferences> preferences;
-    std::optional<URL> url;
+    std::string address;
+    /// The address, parsed; std::nullopt if that failed. Each fetch then tries again, since memory may just
+    /// have run out.
+    std::optional<URL> parsedAddress;
 
     static void fetch(const std::shared_ptr<Exchange>& self, RemoteConfigData data, int retryCount);
     static void retry(const std::shared_ptr<Exchange>& self, RemoteConfigData data, int retryCount);
@@ -69,7 +88,8 @@ struct RemoteConfigHelper::Exchange {
 
 void RemoteConfigHelper::Exchange::fetch(const std::shared_ptr<Exchange>& self, RemoteConfigData data,
                                          int retryCount) {
-    if (!self->url) {
+    std::optional<URL> url = self->parsedAddress ? self->parsedAddress : URL::parse(self->address);
+    if (!url) {
         log::debug({"Invalid URL"});
         return;
     }
@@ -78,24 +98,29 @@ void RemoteConfigHelper::Exchange::fetch(const std::shared_ptr<Exchange>& self, 
         log::debug({"Error serializing request body: ", json::describe(body.error())});
         return;
     }
-    HttpRequest request{.url = *self->url,
+    HttpRequest request{.url = *std::move(url),
                         .method = HttpMethod::post,
                         .headers = {{"Content-Type", "application/json"}},
                         .body = *std::move(body),
                         .timeout = std::chrono::seconds(5)};
     self->httpClient->start(std::move(request), [weakSelf = std::weak_ptr(self), data = std::move(data),
-                                                 retryCount](const std::optional<std::string>& received,
+                                                 retryCount](std::optional<std::string> received,
                                                              const std::optional<HttpResponse>& response,
                                                              const std::optional<HttpError>& error) {
         const std::shared_ptr<Exchange> exchange = weakSelf.lock();
         if (exchange == nullptr) {
             return;
         }
-        if (const std::optional<Configs> configs = configsIn(received, response, error)) {
-            exchange->succeed(*configs);
+        const std::size_t size = received ? received->size() : 0;
+        const Configs configs = configsIn(received, response, error);
+        // A large body's memory is of more use for what follows.
+        received.reset();
+        if (configs) {
+            exchange->succeed(configs);
         } else {
             retry(exchange, data, retryCount);
         }
+        returnMemory(size);
     });
 }
 
@@ -114,33 +139,40 @@ void RemoteConfigHelper::Exchange::retry(const std::shared_ptr<Exchange>& self, 
 
 void RemoteConfigHelper::Exchange::succeed(const Configs& configs) const {
     UserInfo userInfo;
-    userInfo.emplace(configsEntry, configs);
+    userInfo.emplace(configsEntry, std::shared_ptr<const TextTable>(configs));
     // Announced before it is saved: the host need not wait for the disk.
     NotificationCenter::defaultCenter().post(remoteConfigsFetchedNotification, std::move(userInfo));
-    save(*preferences, configs);
+    save(*preferences, *configs);
 }
 
 RemoteConfigHelper::RemoteConfigHelper(std::shared_ptr<HttpClient> httpClient,
                                        std::shared_ptr<Preferences> preferences, const std::string& configURL)
     : exchange_(std::make_shared<Exchange>(
-          Exchange{std::move(httpClient), std::move(preferences), URL::parse(configURL)})) {}
+          Exchange{std::move(httpClient), std::move(preferences), configURL, URL::parse(configURL)})) {}
 
 void RemoteConfigHelper::fetchRemoteConfigs(RemoteConfigData remoteConfigData, int retryCount) {
     Exchange::fetch(exchange_, std::move(remoteConfigData), retryCount);
 }
 
-void RemoteConfigHelper::saveToLocal(const std::map<std::string, std::string>& configs) {
+void RemoteConfigHelper::saveToLocal(const RemoteConfigTable& configs) {
     save(*exchange_->preferences, configs);
 }
 
-std::optional<std::map<std::string, std::string>> RemoteConfigHelper::loadConfigsFromLocal() const {
-    std::optional<Configs> loaded = exchange_->preferences->table(userDefaultsKey);
-    if (loaded) {
-        log::debug({"Configs loaded from UserDefaults"});
-    } else {
+Configs RemoteConfigHelper::loadConfigsFromLocal() const {
+    RemoteConfigTableEntries entries;
+    std::size_t size = 0;
+    const auto add = [&](std::string_view key, std::string_view value) {
+        entries.add(key, value);
+        size += key.size() + value.size();
+    };
+    if (!exchange_->preferences->readTable(userDefaultsKey, add)) {
         log::debug({"No configs found in UserDefaults"});
+        return nullptr;
     }
-    return loaded;
+    log::debug({"Configs loaded from UserDefaults"});
+    Configs configs = std::make_shared<const RemoteConfigTable>(std::move(entries));
+    returnMemory(size);
+    return configs;
 }
 
 }  // namespace vorna

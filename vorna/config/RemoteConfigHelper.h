@@ -7,12 +7,11 @@
 /// `remoteConfigsReadyNotification` (RemoteConfigNotifications.h), both on the HTTP client's thread.
 
 #include <vorna/config/RemoteConfigData.h>
+#include <vorna/config/RemoteConfigTable.h>
 #include <vorna/platform/HttpClient.h>
 #include <vorna/platform/Preferences.h>
 
-#include <map>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -39,10 +38,10 @@ class RemoteConfigHelper {
     void fetchRemoteConfigs(RemoteConfigData remoteConfigData, int retryCount);
 
     /// Replaces the saved table.
-    void saveToLocal(const std::map<std::string, std::string>& configs);
+    void saveToLocal(const RemoteConfigTable& configs);
 
-    /// Returns the saved table; std::nullopt if there is none, or it is not a table of texts.
-    std::optional<std::map<std::string, std::string>> loadConfigsFromLocal() const;
+    /// Returns the saved table; null if there is none, or it is not a table of texts.
+    std::shared_ptr<const RemoteConfigTable> loadConfigsFromLocal() const;
 
   private:
     struct Exchange;

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/config/RemoteConfigTable.h>
 
-#include <algorithm>
-#include <bit>
-#include <functional>
+#include <stdexcept>
+#include <utility>
 
 namespace vorna {
 
@@ -17,36 +16,70 @@ std::uint32_t checkOf(std::uint64_t hash) noexcept {
     return static_cast<std::uint32_t>(hash >> 32U);
 }
 
+void appendSize(std::string& records, std::size_t size) {
+    for (; size >= 0x80; size >>= 7U) {
+        records += static_cast<char>((size & 0x7FU) | 0x80U);
+    }
+    records += static_cast<char>(size);
+}
+
+std::size_t takeSize(const char*& at) noexcept {
+    std::size_t size = 0;
+    for (unsigned shift = 0;; shift += 7) {
+        const auto byte = static_cast<unsigned char>(*at++);
+        size |= static_cast<std::size_t>(byte & 0x7FU) << shift;
+        if (byte < 0x80) {
+            return size;
+        }
+    }
+}
+
+struct Record {
+    std::string_view key;
+    std::string_view value;
+    const char* end;
+};
+
+Record recordAt(const char* at) noexcept {
+    const std::size_t keySize = takeSize(at);
+    const std::size_t valueSize = takeSize(at);
+    return {{at, keySize}, {at + keySize, valueSize}, at + keySize + valueSize};
+}
+
 }  // namespace
 
-RemoteConfigTable::RemoteConfigTable(const std::map<std::string, std::string>& configs) {
-    if (configs.empty()) {
+RemoteConfigTable::RemoteConfigTable(RemoteConfigTableEntries entries)
+    : records_(std::move(entries.records_)) {
+    const std::size_t count = entries.count_;
+    if (count == 0) {
         return;
     }
-    std::size_t bytes = 0;
-    for (const auto& [key, value] : configs) {
-        bytes += key.size() + value.size();
-    }
-    text_ = std::make_unique<char[]>(bytes);  // NOLINT(modernize-avoid-c-arrays)
-    entries_.reserve(configs.size());
-    slots_.resize(std::bit_ceil(2 * configs.size()));
-
-    char* end = text_.get();
-    const auto keep = [&end](std::string_view text) {
-        char* const begin = end;
-        end = std::copy(text.begin(), text.end(), begin);
-        return std::string_view(begin, text.size());
-    };
-    const std::size_t mask = slots_.size() - 1;
-    for (const auto& [key, value] : configs) {
-        const std::uint64_t hash = hashOf(key);
-        std::size_t at = hash & mask;
-        while (slots_[at].entry != vacant) {
-            at = (at + 1) & mask;
+    records_.shrink_to_fit();
+    slots_.resize(count + count / 2 + 1);
+    const char* const begin = records_.data();
+    for (const char* at = begin; at != begin + records_.size();) {
+        const auto offset = static_cast<std::uint32_t>(at - begin);
+        const Record record = recordAt(at);
+        const std::uint64_t hash = hashOf(record.key);
+        const std::uint32_t check = checkOf(hash);
+        std::size_t slot = firstSlot(hash);
+        while (slots_[slot].record != vacant &&
+               (slots_[slot].check != check || recordAt(begin + slots_[slot].record).key != record.key)) {
+            slot = slotAfter(slot);
         }
-        slots_[at] = {checkOf(hash), static_cast<std::uint32_t>(entries_.size())};
-        entries_.push_back({keep(key), keep(value)});
+        size_ += slots_[slot].record == vacant ? 1 : 0;
+        slots_[slot] = {check, offset};
+        at = record.end;
     }
+}
+
+std::size_t RemoteConfigTable::firstSlot(std::uint64_t hash) const noexcept {
+    // The lower half of the hash as a fraction of the number of slots.
+    return static_cast<std::size_t>(((hash & 0xFFFFFFFFU) * slots_.size()) >> 32U);
+}
+
+std::size_t RemoteConfigTable::slotAfter(std::size_t slot) const noexcept {
+    return slot + 1 == slots_.size() ? 0 : slot + 1;
 }
 
 std::optional<std::string_view> RemoteConfigTable::find(std::string_view key) const noexcept {
@@ -55,16 +88,52 @@ std::optional<std::string_view> RemoteConfigTable::find(std::string_view key) co
     }
     const std::uint64_t hash = hashOf(key);
     const std::uint32_t check = checkOf(hash);
-    const std::size_t mask = slots_.size() - 1;
-    for (std::size_t at = hash & mask; slots_[at].entry != vacant; at = (at + 1) & mask) {
-        if (slots_[at].check == check) {
-            const Entry& entry = entries_[slots_[at].entry];
-            if (entry.key == key) {
-                return entry.value;
+    for (std::size_t slot = firstSlot(hash); slots_[slot].record != vacant; slot = slotAfter(slot)) {
+        if (slots_[slot].check == check) {
+            const Record record = recordAt(records_.data() + slots_[slot].record);
+            if (record.key == key) {
+                return record.value;
             }
         }
     }
     return std::nullopt;
+}
+
+void RemoteConfigTable::forEach(
+    const std::function<void(std::string_view key, std::string_view value)>& visit) const {
+    for (const Slot& slot : slots_) {
+        if (slot.record != vacant) {
+            const Record record = recordAt(records_.data() + slot.record);
+            visit(record.key, record.value);
+        }
+    }
+}
+
+RemoteConfigTableEntries::RemoteConfigTableEntries(std::size_t expectedBytes) {
+    records_.reserve(expectedBytes);
+}
+
+RemoteConfigTableEntries::RemoteConfigTableEntries(const std::map<std::string, std::string>& configs) {
+    for (const auto& [key, value] : configs) {
+        RemoteConfigTableEntries::add(key, value);
+    }
+}
+
+void RemoteConfigTableEntries::clear() {
+    records_.clear();
+    count_ = 0;
+}
+
+void RemoteConfigTableEntries::add(std::string_view key, std::string_view value) {
+    constexpr std::size_t longestSizes = 20;
+    constexpr std::size_t longestRecords = UINT32_MAX;
+    if (key.size() + value.size() + longestSizes > longestRecords - records_.size()) {
+        throw std::length_error("the configuration is too large");
+    }
+    appendSize(records_, key.size());
+    appendSize(records_, value.size());
+    records_.append(key).append(value);
+    ++count_;
 }
 
 }  // namespace vorna

@@ -7,10 +7,10 @@
 #include <vorna/platform/Log.h>
 #include <vorna/platform/NeverDestroyed.h>
 
-#include <map>
 #include <optional>
+#include <stdexcept>
+#include <string>
 #include <utility>
-#include <variant>
 
 namespace vorna {
 
@@ -35,19 +35,26 @@ void useDefault(std::shared_ptr<Port>& port, const std::shared_ptr<Port>& standa
     }
 }
 
-/// Returns the chosen platform with default ports in place of missing ones.
+Platform usable(Platform platform) {
+    if (platform.isUnusable) {
+        throw std::runtime_error("the platform that the application wants could not be made");
+    }
+    return platform;
+}
+
+/// Returns the chosen platform with default ports in place of missing ones. Throws if a platform is unusable.
 Platform completed(std::optional<Platform> chosen) {
     if (!chosen) {
-        return makePlatform();
+        return usable(makePlatform());
     }
-    Platform platform = std::move(*chosen);
+    Platform platform = usable(std::move(*chosen));
     const bool isComplete = platform.httpClient && platform.credentialStore && platform.preferences &&
                             platform.system && platform.clock && platform.randomSource &&
                             !platform.eventURL.empty() && !platform.configURL.empty();
     if (isComplete) {
         return platform;
     }
-    const Platform standard = makePlatform();
+    const Platform standard = usable(makePlatform());
     useDefault(platform.httpClient, standard.httpClient);
     useDefault(platform.credentialStore, standard.credentialStore);
     useDefault(platform.preferences, standard.preferences);
@@ -81,12 +88,15 @@ SharedInstance& SharedInstance::get() {
     return *instance;
 }
 
-bool SharedInstance::choose(Platform platform) {
+bool SharedInstance::choose(const Platform& platform) {
     const std::scoped_lock lock(choice().mutex);
     if (choice().isFinal) {
         return false;
     }
-    choice().platform = std::move(platform);
+    // In force if there is no memory for the copy.
+    choice().platform = unusablePlatform();
+    Platform copy = platform;
+    choice().platform = std::move(copy);
     return true;
 }
 
@@ -136,22 +146,23 @@ void SharedInstance::initialise(std::string appID) {
     isInitialised_ = true;
 }
 
+bool SharedInstance::isInitialised() {
+    const std::scoped_lock lock(initialising_);
+    return isInitialised_;
+}
+
 void SharedInstance::loadConfigsFromLocal() {
-    if (const auto configs = remoteConfigHelper->loadConfigsFromLocal()) {
-        remoteConfigs.replace(*configs);
+    if (auto configs = remoteConfigHelper->loadConfigsFromLocal()) {
+        remoteConfigs.publish(std::move(configs));
     }
 }
 
 void SharedInstance::remoteConfigsFetched(const Notification& notification) {
-    const auto entry = notification.userInfo.find(configsEntry);
-    if (entry == notification.userInfo.end()) {
+    auto configs = fetchedTable(notification);
+    if (!configs) {
         return;
     }
-    const auto* const configs = std::get_if<std::map<std::string, std::string>>(&entry->second);
-    if (configs == nullptr) {
-        return;
-    }
-    remoteConfigs.replace(*configs);
+    remoteConfigs.publish(std::move(configs));
     NotificationCenter::defaultCenter().post(remoteConfigsReadyNotification,
                                              {{std::string(remoteConfigFetchedEntry), true}});
 }

@@ -28,13 +28,17 @@ class SharedInstance {
     /// Creates the instance on the first call, with the chosen platform or else the default one.
     static SharedInstance& get();
 
-    /// Sets the platform of the instance. False, without effect, once the instance is being created.
-    [[nodiscard]] static bool choose(Platform platform);
+    /// Sets the platform of the instance. False, without effect, once the instance is being created. If this
+    /// throws, the instance cannot be created until another platform has been chosen.
+    [[nodiscard]] static bool choose(const Platform& platform);
 
     explicit SharedInstance(Platform platform);
 
     /// See `VornaCoreSDK::Init`.
     void initialise(std::string appID);
+
+    /// True once `initialise` has completed; waits for one that is under way.
+    bool isInitialised();
 
     const Platform platform;
     const std::shared_ptr<VornaTaskQueue> queue;

@@ -9,8 +9,6 @@
 #include <vorna/platform/Log.h>
 #include <vorna/text/Utf8.h>
 
-#include <utility>
-
 namespace vorna {
 
 static_assert(VornaCoreSDK::EventListUpdated == eventListUpdatedNotification);
@@ -40,13 +38,31 @@ bool isText(std::string_view operation, std::string_view argument, std::string_v
     return false;
 }
 
-void record(const PredefinedEvent& event, std::string_view argument = {}) {
+/// The text of an argument that an operation requires; std::nullopt, after a log line, if there is none.
+std::optional<std::string_view> required(std::string_view operation, std::string_view argument,
+                                         TextArgument given) {
+    const std::optional<std::string_view> text = given.text();
+    if (!text) {
+        log::debug({operation, ": ", argument, " is null; the call is ignored"});
+    }
+    return text;
+}
+
+void record(const PredefinedEvent& event) {
+    quietly(event.operation, [&] { SharedInstance::get().recorder->event(event.name, ""); });
+}
+
+void record(const PredefinedEvent& event, TextArgument argument) {
     quietly(event.operation, [&] {
+        const auto text = required(event.operation, event.argument, argument);
+        if (!text) {
+            return;
+        }
         EventRecorder& recorder = *SharedInstance::get().recorder;
         if (event.use == EventArgument::nameSuffix) {
-            recorder.event(std::string(event.name).append(argument), "");
+            recorder.event(std::string(event.name).append(*text), "");
         } else {
-            recorder.event(event.name, argument);
+            recorder.event(event.name, *text);
         }
     });
 }
@@ -59,31 +75,42 @@ void operate(std::string_view operation, void (Screens::*run)()) {
     });
 }
 
-void show(std::string_view operation, std::string_view jsonString, void (Screens::*run)(std::string)) {
+void show(std::string_view operation, TextArgument jsonString, void (Screens::*run)(std::string)) {
     quietly(operation, [&] {
-        if (!utf8::isValid(jsonString)) {
+        const auto document = required(operation, "jsonString", jsonString);
+        if (!document) {
+            return;
+        }
+        if (!utf8::isValid(*document)) {
             log::debug({"❌ Failed to convert JSON string to Data"});
             return;
         }
         SharedInstance::get();
-        (*screens::installed().*run)(std::string(jsonString));
+        (*screens::installed().*run)(std::string(*document));
     });
 }
 
 }  // namespace
 
-void VornaCoreSDK::UsePlatform(Platform platform) {
+void VornaCoreSDK::UsePlatform(const Platform& platform) {
     quietly("UsePlatform", [&] {
-        if (!SharedInstance::choose(std::move(platform))) {
+        if (!SharedInstance::choose(platform)) {
             log::debug({"UsePlatform was called after another operation; the call is ignored"});
         }
     });
 }
 
-void VornaCoreSDK::Init(std::string_view appID) {
+void VornaCoreSDK::Init(TextArgument appID) {
     quietly("Init", [&] {
-        if (isText("Init", "appID", appID)) {
-            SharedInstance::get().initialise(std::string(appID));
+        SharedInstance& instance = SharedInstance::get();
+        // Later calls ignore their identifier, whatever it is.
+        if (instance.isInitialised()) {
+            instance.initialise({});
+            return;
+        }
+        const auto text = required("Init", "appID", appID);
+        if (text && isText("Init", "appID", *text)) {
+            instance.initialise(std::string(*text));
         }
     });
 }
@@ -100,10 +127,11 @@ std::optional<std::string> VornaCoreSDK::GetAdid() {
     return quietly("GetAdid", [] { return SharedInstance::get().state->adid(); });
 }
 
-void VornaCoreSDK::SetAdid(std::string_view adid) {
+void VornaCoreSDK::SetAdid(TextArgument adid) {
     quietly("SetAdid", [&] {
-        if (isText("SetAdid", "adid", adid)) {
-            SharedInstance::get().state->setAdid(std::string(adid));
+        const auto text = required("SetAdid", "adid", adid);
+        if (text && isText("SetAdid", "adid", *text)) {
+            SharedInstance::get().state->setAdid(std::string(*text));
         }
     });
 }
@@ -117,29 +145,40 @@ std::uint64_t VornaCoreSDK::CurrentTimestamp() {
                    [] { return wholeSeconds(SharedInstance::get().platform.clock->now()); });
 }
 
-std::string VornaCoreSDK::GetRemoteConfig(std::string_view key, std::string_view defaultValue) {
-    return quietly("GetRemoteConfig",
-                   [&] { return SharedInstance::get().remoteConfigs.lookup(key, defaultValue); });
+std::string VornaCoreSDK::GetRemoteConfig(TextArgument key, TextArgument defaultValue) {
+    return quietly("GetRemoteConfig", [&] {
+        const auto text = required("GetRemoteConfig", "key", key);
+        const std::string_view fallback = defaultValue.text().value_or("");
+        return text ? SharedInstance::get().remoteConfigs.lookup(*text, fallback) : std::string(fallback);
+    });
 }
 
-void VornaCoreSDK::Event(std::string_view name) {
+void VornaCoreSDK::Event(TextArgument name) {
     Event(name, std::nullopt);
 }
 
-void VornaCoreSDK::Event(std::string_view name, std::optional<std::string_view> customValue) {
-    quietly("Event", [&] { SharedInstance::get().recorder->event(name, customValue); });
+void VornaCoreSDK::Event(TextArgument name, TextArgument customValue) {
+    quietly("Event", [&] {
+        if (const auto text = required("Event", "name", name)) {
+            SharedInstance::get().recorder->event(*text, customValue.text());
+        }
+    });
 }
 
-void VornaCoreSDK::Event(std::string_view name, std::uint64_t startTime, std::uint64_t endtime,
-                         std::optional<std::string_view> customValue) {
-    quietly("Event", [&] { SharedInstance::get().recorder->event(name, startTime, endtime, customValue); });
+void VornaCoreSDK::Event(TextArgument name, std::uint64_t startTime, std::uint64_t endtime,
+                         TextArgument customValue) {
+    quietly("Event", [&] {
+        if (const auto text = required("Event", "name", name)) {
+            SharedInstance::get().recorder->event(*text, startTime, endtime, customValue.text());
+        }
+    });
 }
 
 void VornaCoreSDK::OnboardingStart() {
     record(predefinedEvent("OnboardingStart"));
 }
 
-void VornaCoreSDK::OnboardingStep(std::string_view step) {
+void VornaCoreSDK::OnboardingStep(TextArgument step) {
     record(predefinedEvent("OnboardingStep"), step);
 }
 
@@ -147,7 +186,7 @@ void VornaCoreSDK::OnboardingFinish() {
     record(predefinedEvent("OnboardingFinish"));
 }
 
-void VornaCoreSDK::LoginSuccess(std::string_view source) {
+void VornaCoreSDK::LoginSuccess(TextArgument source) {
     record(predefinedEvent("LoginSuccess"), source);
 }
 
@@ -203,31 +242,31 @@ void VornaCoreSDK::ATTPermissionDenied() {
     record(predefinedEvent("ATTPermissionDenied"));
 }
 
-void VornaCoreSDK::PaywallShown(std::string_view paywall) {
+void VornaCoreSDK::PaywallShown(TextArgument paywall) {
     record(predefinedEvent("PaywallShown"), paywall);
 }
 
-void VornaCoreSDK::PaywallClosed(std::string_view paywall) {
+void VornaCoreSDK::PaywallClosed(TextArgument paywall) {
     record(predefinedEvent("PaywallClosed"), paywall);
 }
 
-void VornaCoreSDK::PaywallAttempted(std::string_view paywall) {
+void VornaCoreSDK::PaywallAttempted(TextArgument paywall) {
     record(predefinedEvent("PaywallAttempted"), paywall);
 }
 
-void VornaCoreSDK::PaywallPurchased(std::string_view paywall) {
+void VornaCoreSDK::PaywallPurchased(TextArgument paywall) {
     record(predefinedEvent("PaywallPurchased"), paywall);
 }
 
-void VornaCoreSDK::PaywallCancelled(std::string_view paywall) {
+void VornaCoreSDK::PaywallCancelled(TextArgument paywall) {
     record(predefinedEvent("PaywallCancelled"), paywall);
 }
 
-void VornaCoreSDK::TabClicked(std::string_view tab) {
+void VornaCoreSDK::TabClicked(TextArgument tab) {
     record(predefinedEvent("TabClicked"), tab);
 }
 
-void VornaCoreSDK::FeatureClicked(std::string_view feature) {
+void VornaCoreSDK::FeatureClicked(TextArgument feature) {
     record(predefinedEvent("FeatureClicked"), feature);
 }
 
@@ -243,7 +282,7 @@ void VornaCoreSDK::DailyStreakClosed() {
     record(predefinedEvent("DailyStreakClosed"));
 }
 
-void VornaCoreSDK::ShowPaywall(std::string_view jsonString) {
+void VornaCoreSDK::ShowPaywall(TextArgument jsonString) {
     show("ShowPaywall", jsonString, &Screens::showPaywall);
 }
 
@@ -259,7 +298,7 @@ void VornaCoreSDK::ClosePaidProductLoadingScreen() {
     operate("ClosePaidProductLoadingScreen", &Screens::closePaidProductLoadingScreen);
 }
 
-void VornaCoreSDK::ShowOnboarding(std::string_view jsonString) {
+void VornaCoreSDK::ShowOnboarding(TextArgument jsonString) {
     show("ShowOnboarding", jsonString, &Screens::showOnboarding);
 }
 

@@ -9,7 +9,8 @@
 ///
 /// Every operation may be called from any thread unless it says otherwise, returns without waiting for the
 /// network, never throws and reports no errors: a failure drops the work and, while `debug` is on, is logged.
-/// All text is UTF-8. There is no shutdown; returning from `main` at any moment is fine, and events that have
+/// All text is UTF-8; a null pointer in place of text that an operation requires is logged, and the call is
+/// ignored. There is no shutdown; returning from `main` at any moment is fine, and events that have
 /// not been sent by then are lost.
 ///
 /// The process is aborted, with a line on standard error, only where continuing would do harm: if the clock
@@ -17,6 +18,7 @@
 /// identity cannot be decoded, or if the user has no folder for documents.
 
 #include <vorna/base/Export.h>
+#include <vorna/core/TextArgument.h>
 #include <vorna/platform/NotificationCenter.h>
 #include <vorna/platform/Platform.h>
 
@@ -40,17 +42,19 @@ class VORNA_EXPORT VornaCoreSDK {
     // Set-up
 
     /// Sets how the library uses the system: the service's address, the stores, the HTTP client. Call it
-    /// before any other operation; after one the call is logged and ignored.
-    static void UsePlatform(Platform platform);
+    /// before any other operation; after one the call is logged and ignored. If memory runs out here or while
+    /// the platform is made, the operations that follow are refused with a log line each, until a later call
+    /// succeeds.
+    static void UsePlatform(const Platform& platform);
 
     /// Starts the library for the application with this identifier: loads or creates the installation's
     /// identity, observes the application's lifecycle, starts sending in the background, loads the cached
     /// remote configuration and requests a new one, and records "sdk_initialized". Call it on the main
     /// thread.
     ///
-    /// Later calls only load the cached configuration and request a new one; their identifier is ignored. An
-    /// identifier that is not UTF-8 is logged, and nothing is done.
-    static void Init(std::string_view appID);
+    /// Later calls only load the cached configuration and request a new one; their identifier is ignored. A
+    /// first identifier that is not UTF-8 is logged, and nothing is done.
+    static void Init(TextArgument appID);
 
     /// Returns the identifier passed to the first `Init`; std::nullopt before.
     static std::optional<std::string> GetAppID();
@@ -63,7 +67,7 @@ class VORNA_EXPORT VornaCoreSDK {
 
     /// Sets the advertising or attribution identifier of the records that follow. It may be empty; one that
     /// is not UTF-8 is logged and ignored.
-    static void SetAdid(std::string_view adid);
+    static void SetAdid(TextArgument adid);
 
     /// Returns when this installation's identity was created, in seconds since 1970; std::nullopt before
     /// `Init`.
@@ -75,33 +79,34 @@ class VORNA_EXPORT VornaCoreSDK {
     // Remote configuration
 
     /// Returns the configured value of the key, even if it is empty; the default value if no configuration is
-    /// known or the key is not in it. Reads memory only, never waits.
-    static std::string GetRemoteConfig(std::string_view key, std::string_view defaultValue);
+    /// known or the key is not in it. A null default is the empty text. Reads memory only, never waits.
+    static std::string GetRemoteConfig(TextArgument key, TextArgument defaultValue);
 
     // Events. Each record has a name, two dates, a custom value, and the state of device, application and
     // identity at the time of the call. Events recorded before `Init` are sent after it. An event with text
     // that is not UTF-8 is dropped when it is due to be sent.
 
     /// Records an event with the current time as both dates and an empty custom value.
-    static void Event(std::string_view name);
+    static void Event(TextArgument name);
 
-    /// Records an event with the current time as both dates; without a custom value an empty one is recorded.
-    static void Event(std::string_view name, std::optional<std::string_view> customValue);
+    /// Records an event with the current time as both dates. Without a custom value (nullptr, std::nullopt)
+    /// an empty one is recorded, here and in the next.
+    static void Event(TextArgument name, TextArgument customValue);
 
     /// Records an event with dates in seconds since 1970. They are not checked: the end may precede the
     /// start.
-    static void Event(std::string_view name, std::uint64_t startTime, std::uint64_t endtime,
-                      std::optional<std::string_view> customValue);
+    static void Event(TextArgument name, std::uint64_t startTime, std::uint64_t endtime,
+                      TextArgument customValue);
 
     // Predefined events; see EventCatalogue.h for the names under which they are recorded.
 
     static void OnboardingStart();
     /// Records "onboarding_" followed by the step.
-    static void OnboardingStep(std::string_view step);
+    static void OnboardingStep(TextArgument step);
     static void OnboardingFinish();
 
     /// Records the source, such as "mail", as the custom value.
-    static void LoginSuccess(std::string_view source);
+    static void LoginSuccess(TextArgument source);
 
     static void InterstitialAdShown();
     static void InterstitialAdClosed();
@@ -119,16 +124,16 @@ class VORNA_EXPORT VornaCoreSDK {
     static void ATTPermissionDenied();
 
     /// Records the paywall's name as the custom value, as do the next four.
-    static void PaywallShown(std::string_view paywall);
-    static void PaywallClosed(std::string_view paywall);
-    static void PaywallAttempted(std::string_view paywall);
-    static void PaywallPurchased(std::string_view paywall);
-    static void PaywallCancelled(std::string_view paywall);
+    static void PaywallShown(TextArgument paywall);
+    static void PaywallClosed(TextArgument paywall);
+    static void PaywallAttempted(TextArgument paywall);
+    static void PaywallPurchased(TextArgument paywall);
+    static void PaywallCancelled(TextArgument paywall);
 
     /// Records the tab's name as the custom value.
-    static void TabClicked(std::string_view tab);
+    static void TabClicked(TextArgument tab);
     /// Records the feature's name as the custom value.
-    static void FeatureClicked(std::string_view feature);
+    static void FeatureClicked(TextArgument feature);
 
     static void DailyStreakShown();
     static void DailyStreakClaimed();
@@ -140,7 +145,7 @@ class VORNA_EXPORT VornaCoreSDK {
     // as the notifications below; only these operations close a screen.
 
     /// Shows the paywall described by the document over the current content.
-    static void ShowPaywall(std::string_view jsonString);
+    static void ShowPaywall(TextArgument jsonString);
     /// Closes the most recently shown paywall.
     static void ClosePaywall();
 
@@ -151,7 +156,7 @@ class VORNA_EXPORT VornaCoreSDK {
 
     /// Shows the first of the steps described by the document, an array; each step's button shows the next.
     /// Call it on the main thread.
-    static void ShowOnboarding(std::string_view jsonString);
+    static void ShowOnboarding(TextArgument jsonString);
     /// Closes all visible steps, newest first. Call it on the main thread.
     static void CloseOnboarding();
 

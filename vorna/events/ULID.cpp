@@ -1,13 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/events/ULID.h>
 
+#include <vorna/events/ULIDCoding.h>
+#include <vorna/json/Value.h>
+
 #include <algorithm>
+#include <utility>
 
 namespace vorna {
 
 ULID ULID::fromParts(Date timestamp, std::uint16_t first, std::uint64_t second) {
     return fromHalves({wholeMilliseconds(timestamp) << 16 | first, second});
 }
+
+ULID::ULID(Date timestamp) : ULID(timestamp, systemRandomSource()) {}
 
 ULID::ULID(Date timestamp, RandomSource& generator) {
     const std::uint16_t first = generator.next16();
@@ -24,6 +30,22 @@ std::optional<ULID> ULID::fromRandomPart(Date timestamp, std::span<const std::ui
     ULID ulid = fromParts(timestamp, 0, 0);
     std::copy_n(randomPartData.begin(), randomSize, ulid.bytes_.begin() + timeSize);
     return ulid;
+}
+
+Result<ULID, json::DecodingError> ULID::decode(std::string_view json) {
+    return json::parse(json).and_then(
+        [](const boost::json::value& tree) -> Result<ULID, json::DecodingError> {
+            ULID ulid;
+            if (json::detail::Read result = read(tree, ulid); !result) {
+                return Unexpected(std::move(result).error());
+            }
+            return ulid;
+        });
+}
+
+std::string encode(const ULID& ulid) {
+    // Nothing in it needs escaping.
+    return '"' + ulid.ulidString() + '"';
 }
 
 std::string ULID::ulidString() const {

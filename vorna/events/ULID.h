@@ -6,6 +6,8 @@
 /// sessions.
 
 #include <vorna/base/Export.h>
+#include <vorna/base/Result.h>
+#include <vorna/json/DecodingError.h>
 #include <vorna/platform/Date.h>
 #include <vorna/platform/RandomSource.h>
 
@@ -73,8 +75,12 @@ class VORNA_EXPORT ULID {
 
     constexpr explicit ULID(const Bytes& ulid) noexcept : bytes_(ulid) {}
 
-    /// Made from the low 48 bits of the date's milliseconds and fresh random bits. Two from the same
-    /// millisecond are in random order. A date that cannot be expressed in unsigned milliseconds is fatal.
+    /// Made from the low 48 bits of the date's milliseconds and fresh random bits of the system's secure
+    /// source. Two from the same millisecond are in random order. A date that cannot be expressed in unsigned
+    /// milliseconds is fatal.
+    explicit ULID(Date timestamp);
+
+    /// As above, with random bits from this source.
     ULID(Date timestamp, RandomSource& generator);
 
     /// As above, with any generator, which yields one 16-bit and then one 64-bit integer, each uniformly
@@ -129,6 +135,10 @@ class VORNA_EXPORT ULID {
     /// Made from the date and the first 10 bytes of the random part; further bytes are ignored. std::nullopt
     /// if there are fewer.
     static std::optional<ULID> fromRandomPart(Date timestamp, std::span<const std::uint8_t> randomPartData);
+
+    /// Decodes a JSON text that consists of one string, the identifier's text; see `fromString`. For any
+    /// other string the error is "Attempted to decode ULID from invalid ULID string.". Any thread; any bytes.
+    static Result<ULID, json::DecodingError> decode(std::string_view json);
 
     constexpr const Bytes& ulid() const noexcept { return bytes_; }
 
@@ -192,6 +202,9 @@ class VORNA_EXPORT ULID {
 
     Bytes bytes_{};
 };
+
+/// The JSON text of one string, the identifier's text.
+VORNA_EXPORT std::string encode(const ULID& ulid);
 
 }  // namespace vorna
 

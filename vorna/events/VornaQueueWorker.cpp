@@ -89,7 +89,7 @@ void VornaQueueWorker::perform(VornaTask task) {
 }
 
 void VornaQueueWorker::sendEvent(const EventData& event, std::string_view url) {
-    std::optional<URL> address = url == eventURL_ ? eventAddress_ : URL::parse(url);
+    std::optional<URL> address = url == eventURL_ && eventAddress_ ? eventAddress_ : URL::parse(url);
     if (!address) {
         log::debug({"Invalid URL"});
         return;

@@ -49,7 +49,8 @@ class VornaQueueWorker : public std::enable_shared_from_this<VornaQueueWorker> {
     const std::shared_ptr<HttpClient> httpClient_;
     const std::shared_ptr<RemoteConfigHelper> remoteConfigHelper_;
     const std::string eventURL_;
-    /// The address, parsed; std::nullopt if it is not a URL.
+    /// The address, parsed; std::nullopt if that failed. Each event then tries again, since memory may just
+    /// have run out.
     const std::optional<URL> eventAddress_;
     std::optional<ServiceThread> thread_;
 };

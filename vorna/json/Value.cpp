@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/json/Value.h>
 
-#include <boost/json/parse_options.hpp>
 #include <boost/json/stream_parser.hpp>
 
 #include <array>
@@ -11,20 +10,19 @@
 
 namespace vorna::json {
 
-namespace {
+boost::json::parse_options parseOptions() {
+    boost::json::parse_options options;
+    options.max_depth = 512;
+    return options;
+}
 
 DecodingError notJson(std::size_t offset, std::string reason) {
     return {.offset = offset, .expected = "JSON", .found = DecodingError::Malformed{std::move(reason)}};
 }
 
-}  // namespace
-
 Result<boost::json::value, DecodingError> parse(std::string_view text, boost::json::storage_ptr memory) {
-    constexpr std::size_t deepestNesting = 512;
-    boost::json::parse_options options;
-    options.max_depth = deepestNesting;
     try {
-        boost::json::stream_parser parser({}, options);
+        boost::json::stream_parser parser({}, parseOptions());
         parser.reset(std::move(memory));
         boost::json::error_code error;
         const std::size_t read = text.empty() ? 0 : parser.write_some(text.data(), text.size(), error);

@@ -7,9 +7,11 @@
 #include <vorna/json/DecodingError.h>
 #include <vorna/json/Kind.h>
 
+#include <boost/json/parse_options.hpp>
 #include <boost/json/storage_ptr.hpp>
 #include <boost/json/value.hpp>
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -19,6 +21,12 @@ namespace vorna::json {
 /// after it, at most 512 levels deep. The last of duplicate keys wins. The tree is allocated from the given
 /// memory resource, which must outlive it, or from the default one. Any thread.
 Result<boost::json::value, DecodingError> parse(std::string_view text, boost::json::storage_ptr memory = {});
+
+/// The options with which all of the library's JSON is parsed.
+boost::json::parse_options parseOptions();
+
+/// The error of a text that is not JSON: the byte at which that shows, and why.
+DecodingError notJson(std::size_t offset, std::string reason);
 
 Kind kindOf(const boost::json::value& value) noexcept;
 

@@ -5,6 +5,7 @@
 /// library's events to its host. The names that the library posts are constants of `VornaCoreSDK`.
 
 #include <vorna/base/Export.h>
+#include <vorna/platform/TextTable.h>
 
 #include <functional>
 #include <map>
@@ -30,8 +31,9 @@ inline constexpr std::string_view UIApplicationWillEnterForegroundNotification =
 inline constexpr std::string_view UIApplicationDidReceiveMemoryWarningNotification =
     "UIApplicationDidReceiveMemoryWarningNotification";
 
-/// A value in a notification's user information.
-using NotificationValue = std::variant<bool, std::string, std::map<std::string, std::string>>;
+/// A value in a notification's user information. A TextTable is never null.
+using NotificationValue =
+    std::variant<bool, std::string, std::map<std::string, std::string>, std::shared_ptr<const TextTable>>;
 using UserInfo = std::map<std::string, NotificationValue, std::less<>>;
 
 struct Notification {

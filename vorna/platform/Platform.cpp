@@ -2,6 +2,7 @@
 #include <vorna/platform/Platform.h>
 
 #include <vorna/platform/AutomaticCredentialStore.h>
+#include <vorna/platform/NeverDestroyed.h>
 #include <vorna/platform/curl/CurlHttpClient.h>
 #include <vorna/platform/file/FileCredentialStore.h>
 #include <vorna/platform/file/FilePreferences.h>
@@ -12,6 +13,8 @@
 #include <vorna/platform/linux/GetrandomSource.h>
 #include <vorna/platform/linux/LinuxSystem.h>
 #include <vorna/platform/linux/SystemClock.h>
+
+#include <exception>
 
 namespace vorna {
 
@@ -40,9 +43,7 @@ std::string withoutTrailingSlash(std::string text) {
     return text;
 }
 
-}  // namespace
-
-Platform makePlatform(const PlatformOptions& options) {
+Platform assembled(const PlatformOptions& options) {
     const std::string service =
         withoutTrailingSlash(options.serviceURL.empty() ? VORNA_SERVICE_URL : options.serviceURL);
     const std::string dataDirectory = options.dataDirectory.empty()
@@ -66,6 +67,27 @@ Platform makePlatform(const PlatformOptions& options) {
     platform.system = std::make_shared<LinuxSystem>(system);
     platform.clock = std::make_shared<SystemClock>();
     platform.randomSource = std::make_shared<GetrandomSource>();
+    return platform;
+}
+
+}  // namespace
+
+RandomSource& systemRandomSource() {
+    static NeverDestroyed<GetrandomSource> source;
+    return *source;
+}
+
+Platform makePlatform(const PlatformOptions& options) noexcept {
+    try {
+        return assembled(options);
+    } catch (const std::exception&) {
+        return unusablePlatform();
+    }
+}
+
+Platform unusablePlatform() noexcept {
+    Platform platform;
+    platform.isUnusable = true;
     return platform;
 }
 

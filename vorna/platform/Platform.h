@@ -58,10 +58,18 @@ struct Platform {
     std::shared_ptr<System> system;
     std::shared_ptr<const Clock> clock;
     std::shared_ptr<RandomSource> randomSource;
+
+    /// The platform that the host wanted could not be made. The library then refuses every operation with a
+    /// log line: the defaults would send to another address and store in another folder than the host chose.
+    bool isUnusable = false;
 };
 
-/// Creates the default ports with these options. Never fails: an invalid option is logged when it is used.
-/// Returns within milliseconds; slower work is done in the background.
-VORNA_EXPORT Platform makePlatform(const PlatformOptions& options = {});
+/// Creates the default ports with these options. An invalid option is logged when it is used; if memory runs
+/// out, the result is marked as unusable. Never throws. Returns within milliseconds; slower work is done in
+/// the background.
+VORNA_EXPORT Platform makePlatform(const PlatformOptions& options = {}) noexcept;
+
+/// A platform that is marked as unusable, for a host that fails to describe the one it wants.
+VORNA_EXPORT Platform unusablePlatform() noexcept;
 
 }  // namespace vorna

@@ -6,7 +6,9 @@
 
 #include <vorna/base/Export.h>
 #include <vorna/base/Result.h>
+#include <vorna/platform/TextTable.h>
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -34,6 +36,18 @@ class VORNA_EXPORT Preferences {
     /// Replaces the table under the key atomically, even across a loss of power. On an error the former table
     /// is unchanged.
     virtual Result<void, std::error_code> setTable(std::string_view key, const Table& table) = 0;
+
+    // The same without a Table, which takes ten times the memory of its texts. By default these use the two
+    // above.
+
+    /// Calls the function for each entry of the table under the key; the last call for a key counts. Returns
+    /// false, perhaps after some calls, where `table` returns std::nullopt.
+    virtual bool
+    readTable(std::string_view key,
+              const std::function<void(std::string_view entry, std::string_view text)>& visit) const;
+
+    /// As `setTable`.
+    virtual Result<void, std::error_code> writeTable(std::string_view key, const TextTable& table);
 };
 
 }  // namespace vorna

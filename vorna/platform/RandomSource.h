@@ -27,4 +27,7 @@ class VORNA_EXPORT RandomSource {
     virtual std::uint64_t next64() = 0;
 };
 
+/// The default implementation, for all of the process's life.
+VORNA_EXPORT RandomSource& systemRandomSource();
+
 }  // namespace vorna

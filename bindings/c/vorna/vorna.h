@@ -71,6 +71,7 @@ typedef struct vorna_platform_options {
 
 /// Configures how the library uses the system. Call it before any other function except vorna_set_debug;
 /// later calls are refused with a log line, as are options whose size is too small or whose store is unknown.
+/// If memory runs out, the functions that follow are refused with a log line each.
 void vorna_use_platform(const vorna_platform_options* options);
 
 /// Starts the library for the application with that identifier and records "sdk_initialized". Later calls

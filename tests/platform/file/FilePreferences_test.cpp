@@ -14,12 +14,14 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
 #include <system_error>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace vorna {
@@ -39,6 +41,37 @@ using ::testing::UnorderedElementsAre;
 using Table = Preferences::Table;
 
 constexpr const char* key = "VornaRemoteConfigs";
+
+/// A table over a map.
+class MapTable final : public TextTable {
+  public:
+    explicit MapTable(Table entries) : entries_(std::move(entries)) {}
+
+    std::size_t size() const noexcept override { return entries_.size(); }
+
+    std::optional<std::string_view> find(std::string_view /*key*/) const noexcept override {
+        return std::nullopt;
+    }
+
+    void
+    forEach(const std::function<void(std::string_view key, std::string_view value)>& visit) const override {
+        for (const auto& [name, value] : entries_) {
+            visit(name, value);
+        }
+    }
+
+  private:
+    const Table entries_;
+};
+
+/// The same table, entry by entry.
+std::optional<Table> entriesIn(const FilePreferences& preferences, std::string_view name) {
+    Table entries;
+    const bool isRead = preferences.readTable(name, [&](std::string_view entry, std::string_view text) {
+        entries.insert_or_assign(std::string(entry), std::string(text));
+    });
+    return isRead ? std::optional(entries) : std::nullopt;
+}
 
 Result<void, std::error_code> failure(std::errc reason) {
     return Unexpected(std::make_error_code(reason));
@@ -83,6 +116,19 @@ TEST_F(PreferenceFiles, AreSharedBetweenObjects) {
     EXPECT_THAT(namesIn(folder_), UnorderedElementsAre("VornaRemoteConfigs.json", "other.json"));
 }
 
+TEST_F(PreferenceFiles, AreTheSameEntryByEntry) {
+    const Table table = {{"", ""}, {"a", "\"1\"\n"}, {"ğ", std::string(100'000, 'x')}};
+    EXPECT_EQ(entriesIn(preferences_, key), std::nullopt);
+    EXPECT_TRUE(preferences_.writeTable(key, MapTable(table)));
+    EXPECT_EQ(entriesIn(preferences_, key), table);
+    EXPECT_EQ(preferences_.table(key), table);
+    const std::string written = contentsOf(file_);
+    EXPECT_TRUE(preferences_.setTable(key, table));
+    EXPECT_EQ(contentsOf(file_), written);
+    put(R"({"a":"1","b":"2","a":"3"})");
+    EXPECT_EQ(entriesIn(preferences_, key), (Table{{"a", "3"}, {"b", "2"}}));
+}
+
 TEST_F(PreferenceFiles, KeepEachKeysTableInItsOwnFile) {
     using namespace std::string_literals;
     const std::vector<std::string> keys = {"",      ".",    "..", "../x", "/etc/x", "a/b", "a%2Fb",
@@ -124,6 +170,12 @@ TEST_F(PreferenceFiles, RejectTablesThatCouldNotBeReadAgain) {
     EXPECT_EQ(preferences_.setTable(key, {{"\xFF", "1"}}), failure(std::errc::illegal_byte_sequence));
     EXPECT_EQ(preferences_.setTable(key, {{"a", std::string(FilePreferences::largestFile, 'x')}}),
               failure(std::errc::file_too_large));
+    EXPECT_EQ(preferences_.writeTable(key, MapTable(Table{{"a", "\xC3\x28"}})),
+              failure(std::errc::illegal_byte_sequence));
+    EXPECT_EQ(preferences_.writeTable(key, MapTable(Table{{"\xFF", "1"}, {"\xFF\xFF", "1"}})),
+              failure(std::errc::illegal_byte_sequence));
+    EXPECT_EQ(preferences_.writeTable(key, MapTable(Table{{"a", std::string(FilePreferences::largestFile, 'x')}})),
+              failure(std::errc::file_too_large));
     EXPECT_EQ(preferences_.table(key), (Table{{"a", "1"}}));
     EXPECT_THAT(namesIn(folder_), ElementsAre("VornaRemoteConfigs.json"));
 }
@@ -142,6 +194,7 @@ class ForeignPreferenceFile : public PreferenceFiles, public testing::WithParamI
 TEST_P(ForeignPreferenceFile, CountsAsNoTableAndIsReplacedByTheNextSave) {
     put(GetParam().contents);
     EXPECT_EQ(preferences_.table(key), std::nullopt);
+    EXPECT_EQ(entriesIn(preferences_, key), std::nullopt);
     EXPECT_EQ(contentsOf(file_), GetParam().contents);
     EXPECT_TRUE(preferences_.setTable(key, {{"a", "1"}}));
     EXPECT_EQ(contentsOf(file_), "{\"a\":\"1\"}\n");
@@ -279,6 +332,12 @@ TEST_F(FormerPreferencesFile, IsMigratedAndRemoved) {
     EXPECT_EQ(preferences_.table(key), table);
     EXPECT_THAT(namesIn(data_), ElementsAre("preferences"));
     EXPECT_EQ(preferences_.table(key), table);
+}
+
+TEST_F(FormerPreferencesFile, IsMigratedWhenItIsReadEntryByEntryToo) {
+    putFormer(R"({"VornaRemoteConfigs":{"theme":"dark"}})");
+    EXPECT_EQ(entriesIn(preferences_, key), (Table{{"theme", "dark"}}));
+    EXPECT_THAT(namesIn(data_), ElementsAre("preferences"));
 }
 
 TEST_F(FormerPreferencesFile, StaysIfItHasOtherEntriesButIsReadOnce) {

@@ -8,6 +8,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <array>
 #include <chrono>
 #include <future>
 #include <stdexcept>
@@ -34,6 +35,17 @@ std::string busConfiguration(const std::string& address) {
   </policy>
 </busconfig>
 )";
+}
+
+int listeningSocket(const std::string& path) {
+    const int made = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_un place = {};
+    place.sun_family = AF_UNIX;
+    path.copy(place.sun_path, sizeof place.sun_path - 1);
+    if (bind(made, reinterpret_cast<const sockaddr*>(&place), sizeof place) != 0 || listen(made, 5) != 0) {
+        throw std::runtime_error("cannot listen");
+    }
+    return made;
 }
 
 constexpr const char* interfaces = R"(
@@ -68,16 +80,9 @@ FakeSystemBus::FakeSystemBus() {
     }
 }
 
-MuteSystemBus::MuteSystemBus() : socket_(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+MuteSystemBus::MuteSystemBus() {
     std::filesystem::create_directories(root() + "/run/dbus");
-    sockaddr_un place = {};
-    place.sun_family = AF_UNIX;
-    const std::string path = root() + socketPath;
-    path.copy(place.sun_path, sizeof place.sun_path - 1);
-    if (bind(socket_, reinterpret_cast<const sockaddr*>(&place), sizeof place) != 0 ||
-        listen(socket_, 5) != 0) {
-        throw std::runtime_error("cannot listen");
-    }
+    socket_ = listeningSocket(root() + socketPath);
 }
 
 MuteSystemBus::~MuteSystemBus() {
@@ -93,6 +98,31 @@ bool MuteSystemBus::waitForClient() const {
     // The client stays connected until the process exits.
     waiting.fd = accept4(socket_, nullptr, nullptr, SOCK_CLOEXEC);
     return waiting.fd >= 0 && poll(&waiting, 1, bound) == 1;
+}
+
+RudeBus::RudeBus(std::vector<std::string> lines)
+    : lines_(std::move(lines)),
+      socket_(listeningSocket(folder_.path() / "bus")),
+      thread_([this] { serve(); }) {}
+
+RudeBus::~RudeBus() {
+    shutdown(socket_, SHUT_RDWR);
+    thread_.join();
+    close(socket_);
+}
+
+void RudeBus::serve() const {
+    int client = -1;
+    while ((client = accept4(socket_, nullptr, nullptr, SOCK_CLOEXEC)) >= 0) {
+        std::array<char, 4096> heard{};
+        for (const std::string& line : lines_) {
+            if (recv(client, heard.data(), heard.size(), 0) <= 0 ||
+                send(client, line.data(), line.size(), MSG_NOSIGNAL) < 0) {
+                break;
+            }
+        }
+        close(client);
+    }
 }
 
 struct FakeFingerprintService::Server {

@@ -61,6 +61,28 @@ class MuteSystemBus {
     int socket_ = -1;
 };
 
+/// A socket in place of a bus, which says these lines, each once its client has said something, and then
+/// hangs up. Serves on its own thread until it is destroyed.
+class RudeBus {
+  public:
+    explicit RudeBus(std::vector<std::string> lines);
+    RudeBus(const RudeBus&) = delete;
+    RudeBus& operator=(const RudeBus&) = delete;
+    RudeBus(RudeBus&&) = delete;
+    RudeBus& operator=(RudeBus&&) = delete;
+    ~RudeBus();
+
+    std::string address() const { return "unix:path=" + (folder_.path() / "bus").string(); }
+
+  private:
+    void serve() const;
+
+    support::TemporaryFolder folder_;
+    const std::vector<std::string> lines_;
+    int socket_ = -1;
+    std::thread thread_;
+};
+
 /// How the fingerprint service answers.
 enum class Fingers : std::uint8_t {
     enrolled,

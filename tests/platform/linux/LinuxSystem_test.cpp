@@ -162,6 +162,28 @@ TEST(LinuxSystemFacts, OnceReturnedNeverChange) {
     EXPECT_NE(system.facts(), before);
 }
 
+TEST(LinuxSystemFacts, FollowANewNameOfTheDevice) {
+    const TemporaryFolder root;
+    copySystemTree("pinephone-postmarketos", root.path());
+    const LinuxSystem system(optionsFor(root.path()));
+    const std::string before = system.facts()->deviceName;
+    root.replace("etc/machine-info", "PRETTY_HOSTNAME=\"Ayşe'nin telefonu\"\n");
+    EXPECT_TRUE(eventually([&] { return system.facts()->deviceName == "Ayşe'nin telefonu"; }));
+    EXPECT_NE(system.facts()->deviceName, before);
+    root.replace("etc/machine-info", "PRETTY_HOSTNAME=\"\xFF\"\n");
+    EXPECT_TRUE(eventually([&] { return system.facts()->deviceName == "\uFFFD"; }));
+}
+
+TEST(LinuxSystemFacts, FollowAnUpgradeOfTheSystem) {
+    const TemporaryFolder root;
+    copySystemTree("desktop-debian", root.path());
+    root.replace("etc/os-release", "VERSION_ID=\"12\"\n");
+    const LinuxSystem system(optionsFor(root.path()));
+    EXPECT_EQ(system.facts()->osVersion, "12");
+    root.replace("etc/os-release", "VERSION_ID=\"13\"\n");
+    EXPECT_TRUE(eventually([&] { return system.facts()->osVersion == "13"; }));
+}
+
 TEST(LinuxSystemBundle, IsSuppliedOnlyIfTheOptionsDoNotGiveIt) {
     LinuxSystemOptions options = optionsFor(systemTree("alpine-container"));
     options.bundle = {std::nullopt, "2.0", std::nullopt};

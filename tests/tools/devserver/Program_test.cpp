@@ -74,6 +74,41 @@ void setFault(HttpClient& client, std::string_view fault) {
     ASSERT_EQ(client.post("/control/faults", fault).status, 200) << fault;
 }
 
+TEST_F(Program, IsNotControlledByWebPages) {
+    const auto server = start({"--http"});
+    auto http = client(*server);
+    const auto statusWith = [&](const std::vector<std::string>& headers) {
+        return http.send("GET", "/control/faults", {}, headers).status;
+    };
+    EXPECT_EQ(statusWith({}), 200);
+    EXPECT_EQ(statusWith({"Origin: " + server->url()}), 200);
+    EXPECT_EQ(statusWith({"Host: evil.test"}), 403);
+    EXPECT_EQ(statusWith({"Origin: http://evil.test"}), 403);
+    EXPECT_EQ(statusWith({"Origin: null"}), 403);
+    const std::string twoHosts = "GET /control/faults HTTP/1.1\r\nHost: localhost\r\nHost: evil.test\r\n"
+                                 "Connection: close\r\n\r\n";
+    EXPECT_THAT(speakRaw(server->port(), twoHosts), StartsWith("HTTP/1.1 403 "));
+}
+
+TEST_F(Program, RefusesAnEndlesslyNestedDocument) {
+    const auto server = start({"--http"});
+    auto http = client(*server);
+    const std::string nested(60'000'000, '[');
+    for (const char* const path : {"/v1/event", "/v1/config", "/control/faults"}) {
+        const Exchange exchange = http.post(path, nested);
+        EXPECT_EQ(exchange.result, CURLE_OK) << path;
+        EXPECT_EQ(exchange.status, 400) << path;
+    }
+    EXPECT_EQ(http.post("/v1/event", eventNamed("afterwards")).status, 200);
+}
+
+TEST_F(Program, IsControlledUnderItsOtherNames) {
+    const auto server = start({"--name", "devserver.test"});
+    auto http = client(*server);
+    EXPECT_EQ(http.send("GET", "/control/faults", {}, {"Host: devserver.test"}).status, 200);
+    EXPECT_EQ(http.send("GET", "/control/faults", {}, {"Host: other.test"}).status, 403);
+}
+
 // --- starting and stopping
 
 TEST_F(Program, PrintsItsAddressAndAuthority) {

@@ -30,7 +30,8 @@ class RouterOfTheService : public testing::Test {
         journal_ = std::make_unique<EventJournal>(folder_.path() / "events.ndjson");
         config_ = std::make_unique<ConfigFile>(folder_.path() / "config.json");
         router_ = std::make_unique<Router>(*journal_, *config_, MediaFolder(folder_.path() / "media"),
-                                           faults_, statistics_, console);
+                                           faults_, statistics_, console,
+                                           OwnAddress({"phone.test", "192.0.2.7", "2001:db8::7"}));
     }
 
     Outcome outcome(std::string_view method, std::string_view target, std::string_view body = {}) {
@@ -38,6 +39,7 @@ class RouterOfTheService : public testing::Test {
         request.method = method;
         request.target = target;
         request.body = body;
+        request.host = "127.0.0.1:8443";
         return router_->handle(request);
     }
 
@@ -233,12 +235,82 @@ TEST_F(RouterOfTheService, IsControlledFromTheSameMachineOnly) {
     Request request;
     request.method = "POST";
     request.target = "/control/shutdown";
+    request.host = "127.0.0.1:8443";
     request.fromLoopback = false;
     const Outcome refused = router().handle(request);
     EXPECT_EQ(std::get<Answer>(refused.action).status, 403U);
     EXPECT_FALSE(refused.stopServer);
     request.fromLoopback = true;
     EXPECT_TRUE(router().handle(request).stopServer);
+}
+
+// Whether a request with these headers may control the server.
+struct Visit {
+    const char* host;
+    const char* origin;
+    bool isAccepted;
+    const char* target = "/control/shutdown";
+};
+
+TEST_F(RouterOfTheService, IsControlledUnderItsOwnAddressAndNotByAnotherOrigin) {
+    for (const Visit& visit : {
+             Visit{"127.0.0.1:8443", nullptr, true},
+             Visit{"127.9.9.9:1", nullptr, true},
+             Visit{"localhost", nullptr, true},
+             Visit{"LocalHost:8443", nullptr, true},
+             Visit{"[::1]:8443", nullptr, true},
+             Visit{"[0:0:0:0:0:0:0:1]", nullptr, true},
+             Visit{"phone.test:8443", nullptr, true},
+             Visit{"192.0.2.7:8443", nullptr, true},
+             Visit{"[2001:db8::7]:8443", nullptr, true},
+             // A name that its owner has made point to this machine.
+             Visit{"evil.test:8443", nullptr, false},
+             Visit{"127.0.0.1.evil.test:8443", nullptr, false},
+             Visit{"localhost.evil.test", nullptr, false},
+             Visit{"192.0.2.8:8443", nullptr, false},
+             Visit{"127.0.0.1@evil.test", nullptr, false},
+             Visit{"evil.test#localhost", nullptr, false},
+             Visit{"localhost:evil.test", nullptr, false},
+             Visit{"[::1", nullptr, false},
+             Visit{"[::1]evil.test", nullptr, false},
+             Visit{"", nullptr, false},
+             Visit{"localhost", nullptr, false, "http://evil.test/control/shutdown"},
+             Visit{"evil.test", nullptr, false, "http://localhost/control/shutdown"},
+             Visit{"localhost", nullptr, true, "http://localhost/control/shutdown"},
+             // A page from elsewhere that sends a request to us.
+             Visit{"127.0.0.1:8443", "https://127.0.0.1:8443", true},
+             Visit{"127.0.0.1:8443", "http://127.0.0.1:8443", true},
+             Visit{"127.0.0.1:8443", "https://evil.test", false},
+             Visit{"127.0.0.1:8443", "https://127.0.0.1:3000", false},
+             Visit{"127.0.0.1:8443", "https://localhost:8443", false},
+             Visit{"127.0.0.1:8443", "null", false},
+             Visit{"127.0.0.1:8443", "", false},
+             Visit{"127.0.0.1:8443", "127.0.0.1:8443", false},
+             Visit{"evil.test:8443", "https://evil.test:8443", false},
+         }) {
+        Request request;
+        request.method = "POST";
+        request.target = visit.target;
+        request.host = visit.host;
+        if (visit.origin != nullptr) {
+            request.origin = visit.origin;
+        }
+        const Outcome outcome = router().handle(request);
+        const std::string described =
+            std::string(visit.host) + " from " + (visit.origin == nullptr ? "nowhere" : visit.origin);
+        EXPECT_EQ(std::get<Answer>(outcome.action).status, visit.isAccepted ? 200U : 403U) << described;
+        EXPECT_EQ(outcome.stopServer, visit.isAccepted) << described;
+    }
+}
+
+TEST_F(RouterOfTheService, ServesTheServiceUnderAnyNameToAnyOrigin) {
+    Request request;
+    request.method = "POST";
+    request.target = "/v1/event";
+    request.body = event;
+    request.host = "events.example.com";
+    request.origin = "https://app.example.com";
+    EXPECT_EQ(std::get<Answer>(router().handle(request).action).status, 200U);
 }
 
 TEST_F(RouterOfTheService, CountsRequestsButNotThoseToControl) {

@@ -2,6 +2,7 @@
 #include <vorna/platform/curl/CurlDriver.h>
 
 #include <vorna/platform/ProcessExit.h>
+#include <vorna/platform/curl/MultiHandle.h>
 #include <vorna/platform/curl/prepareTransfer.h>
 
 #include <algorithm>
@@ -23,7 +24,7 @@ constexpr const char* cancelled = "The request was cancelled";
 
 CurlDriver::CurlDriver(std::string certificateAuthorityFile)
     : certificateAuthorityFile_(std::move(certificateAuthorityFile)),
-      multi_(curl_multi_init()) {
+      multi_(makeMultiHandle()) {
     if (!multi_) {
         throw std::bad_alloc();
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/file/FilePreferences.h>
 
+#include <vorna/json/TextTableReader.h>
 #include <vorna/json/Value.h>
 #include <vorna/json/Writer.h>
 #include <vorna/platform/AtomicFile.h>
@@ -14,6 +15,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstddef>
+#include <functional>
 #include <utility>
 #include <variant>
 
@@ -68,6 +71,22 @@ std::optional<Table> tableOf(const boost::json::value& value) {
     return table;
 }
 
+/// Passes on the entries of a table.
+class VisitorSink final : public json::TextTableSink {
+  public:
+    using Visit = std::function<void(std::string_view entry, std::string_view text)>;
+
+    explicit VisitorSink(const Visit& visit) noexcept : visit_(visit) {}
+
+    /// There is one table in a document.
+    void clear() override {}
+
+    void add(std::string_view key, std::string_view value) override { visit_(key, value); }
+
+  private:
+    const Visit& visit_;
+};
+
 /// std::nullopt if any text is not UTF-8.
 std::optional<std::string> documentOf(const Table& table) {
     std::string document;
@@ -83,11 +102,29 @@ std::optional<std::string> documentOf(const Table& table) {
     return document;
 }
 
+/// Likewise. A document of this size is not left to grow by doubling.
+std::optional<std::string> documentOf(const TextTable& table) {
+    constexpr std::size_t punctuation = 6;
+    std::size_t size = punctuation;
+    table.forEach(
+        [&](std::string_view key, std::string_view text) { size += key.size() + text.size() + punctuation; });
+    std::string document;
+    document.reserve(size);
+    json::Writer writer(document);
+    bool isWritten = true;
+    writer.beginObject();
+    table.forEach([&](std::string_view key, std::string_view text) {
+        isWritten = isWritten && writer.key(key) && writer.text(text);
+    });
+    writer.endObject();
+    document += '\n';
+    return isWritten ? std::optional(std::move(document)) : std::nullopt;
+}
+
 using Write = Result<void, std::error_code> (AtomicFile::*)(std::string_view contents, mode_t mode) const;
 
-Result<void, std::error_code> save(const std::string& dataDirectory, std::string_view key, const Table& table,
-                                   Write write) {
-    const std::optional<std::string> document = documentOf(table);
+Result<void, std::error_code> save(const std::string& dataDirectory, std::string_view key,
+                                   const std::optional<std::string>& document, Write write) {
     if (!document) {
         return Unexpected(std::make_error_code(std::errc::illegal_byte_sequence));
     }
@@ -112,7 +149,7 @@ std::optional<Table> takeOver(const std::string& dataDirectory, std::string_view
         return std::nullopt;
     }
     // Never in place of a table saved in the meantime: that one is newer.
-    const auto saved = save(dataDirectory, key, *table, &AtomicFile::create);
+    const auto saved = save(dataDirectory, key, documentOf(*table), &AtomicFile::create);
     const bool isObsolete = saved || saved.error() == std::errc::file_exists;
     if (isObsolete && entries->size() == 1) {
         unlink(path.c_str());
@@ -124,11 +161,14 @@ std::optional<Table> takeOver(const std::string& dataDirectory, std::string_view
 
 FilePreferences::FilePreferences(std::string dataDirectory) : dataDirectory_(std::move(dataDirectory)) {}
 
+Result<std::string, std::error_code> FilePreferences::readDocument(std::string_view key) const {
+    return openStoreFolder(dataDirectory_, folderName).and_then([key](const FileDescriptor& folder) {
+        return readRegularFile(folder.number(), fileNameFor(key), O_NOFOLLOW);
+    });
+}
+
 std::optional<Table> FilePreferences::table(std::string_view key) const {
-    const auto document =
-        openStoreFolder(dataDirectory_, folderName).and_then([key](const FileDescriptor& folder) {
-            return readRegularFile(folder.number(), fileNameFor(key), O_NOFOLLOW);
-        });
+    const auto document = readDocument(key);
     if (document) {
         return tableOf(valueIn(*document));
     }
@@ -137,7 +177,23 @@ std::optional<Table> FilePreferences::table(std::string_view key) const {
 }
 
 Result<void, std::error_code> FilePreferences::setTable(std::string_view key, const Table& table) {
-    return save(dataDirectory_, key, table, &AtomicFile::replace);
+    return save(dataDirectory_, key, documentOf(table), &AtomicFile::replace);
+}
+
+bool FilePreferences::readTable(
+    std::string_view key,
+    const std::function<void(std::string_view entry, std::string_view text)>& visit) const {
+    const auto document = readDocument(key);
+    if (!document) {
+        // Perhaps there is one to be migrated.
+        return Preferences::readTable(key, visit);
+    }
+    VisitorSink sink(visit);
+    return json::readTextTable(*document, std::nullopt, sink).has_value();
+}
+
+Result<void, std::error_code> FilePreferences::writeTable(std::string_view key, const TextTable& table) {
+    return save(dataDirectory_, key, documentOf(table), &AtomicFile::replace);
 }
 
 }  // namespace vorna

@@ -7,6 +7,7 @@
 #include <vorna/platform/Preferences.h>
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -34,7 +35,15 @@ class FilePreferences final : public Preferences {
     /// for the disk.
     Result<void, std::error_code> setTable(std::string_view key, const Table& table) override;
 
+    bool
+    readTable(std::string_view key,
+              const std::function<void(std::string_view entry, std::string_view text)>& visit) const override;
+
+    Result<void, std::error_code> writeTable(std::string_view key, const TextTable& table) override;
+
   private:
+    Result<std::string, std::error_code> readDocument(std::string_view key) const;
+
     const std::string dataDirectory_;
 };
 

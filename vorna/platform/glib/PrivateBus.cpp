@@ -2,10 +2,12 @@
 #include <vorna/platform/glib/PrivateBus.h>
 
 #include <vorna/platform/glib/GlibSockets.h>
+#include <vorna/platform/glib/GlibThreads.h>
 
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -13,22 +15,33 @@ namespace vorna::glib {
 
 namespace {
 
-bool startsAProgram(const std::string& address) {
-    return address.find("autolaunch:") != std::string::npos || address.find("unixexec:") != std::string::npos;
-}
-
-/// True if the address names a single socket and there is none, as in a container. GLib need not be set up
-/// to find that out.
-bool isMissing(const std::string& address) {
+/// True if the entry names a socket and there is none, as in a container. GLib need not be set up to find
+/// that out.
+bool isMissing(std::string_view entry) {
     constexpr std::string_view prefix = "unix:path=";
-    if (!address.starts_with(prefix) || address.find_first_of("%;") != std::string::npos) {
+    if (!entry.starts_with(prefix) || entry.find('%') != std::string_view::npos) {
         return false;
     }
-    const std::string path = address.substr(prefix.size(), address.find(',') - prefix.size());
+    const std::string path(entry.substr(prefix.size(), entry.find(',') - prefix.size()));
 
     struct stat status {};
 
     return stat(path.c_str(), &status) != 0;
+}
+
+/// Returns the entries of an address that are worth trying: the local sockets. Those of other kinds start a
+/// bus or another program, or wait for a network.
+std::string localEntries(std::string_view address) {
+    std::string kept;
+    while (!address.empty()) {
+        const std::size_t end = std::min(address.find(';'), address.size());
+        const std::string_view entry = address.substr(0, end);
+        address.remove_prefix(std::min(end + 1, address.size()));
+        if (entry.starts_with("unix:") && !isMissing(entry)) {
+            kept.append(kept.empty() ? "" : ";").append(entry);
+        }
+    }
+    return kept;
 }
 
 }  // namespace
@@ -46,19 +59,19 @@ PrivateBus::ThreadContext::~ThreadContext() {
 PrivateBus::PrivateBus(const std::string& address, const std::stop_token& stop, Time deadline)
     : deadline_(deadline),
       cancelOnStop_(stop, [this] { g_cancellable_cancel(cancellable_.get()); }) {
-    if (!startsAProgram(address) && !isMissing(address)) {
+    if (const std::string entries = localEntries(address); !entries.empty()) {
         initialiseSockets();
         context_.emplace();
-        connection_ = connectTo(address);
+        if (startGlibThreads()) {
+            connection_ = connectTo(entries);
+        }
     }
 }
 
 Result<Object<GDBusConnection>, Error> PrivateBus::connectTo(const std::string& address) const {
     ErrorSlot error;
-    char* guid = nullptr;
     const Object<GIOStream> stream(
-        g_dbus_address_get_stream_sync(address.c_str(), &guid, cancellable_.get(), error.out()));
-    const Text ownedGuid(guid);
+        g_dbus_address_get_stream_sync(address.c_str(), nullptr, cancellable_.get(), error.out()));
     if (!stream) {
         return Unexpected(error.take());
     }
@@ -69,9 +82,10 @@ Result<Object<GDBusConnection>, Error> PrivateBus::connectTo(const std::string& 
         g_socket_set_timeout(g_socket_connection_get_socket(G_SOCKET_CONNECTION(stream.get())),
                              static_cast<guint>(std::max<std::int64_t>(left.count(), 1)));
     }
-    // Unlike the process's shared connection, this one does not end the process when the bus goes away.
+    // Unlike the process's shared connection, this one does not end the process when the bus goes away. GLib
+    // aborts if a client passes a guid, such as the one in the address: the bus tells its own.
     Object<GDBusConnection> connection(g_dbus_connection_new_sync(
-        stream.get(), guid,
+        stream.get(), nullptr,
         static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                           G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
         nullptr, cancellable_.get(), error.out()));

@@ -21,9 +21,9 @@ class PrivateBus {
   public:
     using Time = std::chrono::steady_clock::time_point;
 
-    /// Connects. Calls, and connecting to a bus that accepts but does not answer, fail at the deadline; all
-    /// fail immediately when a stop is requested. An address that would start a bus or another program is not
-    /// tried.
+    /// Connects to the first of the address's local sockets that answers; entries that would start a bus or
+    /// another program, or need a network, are not tried. Calls, and connecting to a bus that accepts but
+    /// does not answer, fail at the deadline; all fail immediately when a stop is requested.
     PrivateBus(const std::string& address, const std::stop_token& stop, Time deadline);
     PrivateBus(const PrivateBus&) = delete;
     PrivateBus& operator=(const PrivateBus&) = delete;
@@ -32,7 +32,7 @@ class PrivateBus {
     /// Must run on the same thread, after everything that uses the connection.
     ~PrivateBus() = default;
 
-    /// The error is null if no connection was attempted.
+    /// The error is null if no connection was attempted: for want of an entry worth trying, or of threads.
     const Result<Object<GDBusConnection>, Error>& connection() const noexcept { return connection_; }
 
     /// Cancelled when a stop is requested.

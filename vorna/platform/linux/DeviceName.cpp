@@ -3,6 +3,9 @@
 
 #include <vorna/platform/linux/ShellAssignments.h>
 #include <vorna/platform/linux/SystemFile.h>
+#include <vorna/text/Utf8.h>
+
+#include <sys/utsname.h>
 
 namespace vorna {
 
@@ -14,6 +17,12 @@ std::string deviceName(const std::optional<std::string>& machineInfo, std::strin
 
 std::string readDeviceName(const std::string& root, std::string_view hostName) {
     return deviceName(readSystemFile(root + "/etc/machine-info"), hostName);
+}
+
+std::string currentDeviceName(const std::string& root) {
+    utsname kernel = {};
+    uname(&kernel);
+    return utf8::repaired(readDeviceName(root, kernel.nodename));
 }
 
 }  // namespace vorna

@@ -16,4 +16,7 @@ std::string deviceName(const std::optional<std::string>& machineInfo, std::strin
 /// Does the same for the file of the system under the root folder.
 std::string readDeviceName(const std::string& root, std::string_view hostName);
 
+/// Does the same with the host name of this machine; always valid UTF-8.
+std::string currentDeviceName(const std::string& root);
+
 }  // namespace vorna

@@ -77,4 +77,12 @@ void FactsBoard::setBiometricSupported(bool isSupported) {
     change([&](SystemFacts& facts) { facts.isBiometricSupported = isSupported; });
 }
 
+void FactsBoard::setNameAndVersion(const std::string& deviceName, const std::string& osVersion) {
+    const std::scoped_lock lock(changing_);
+    change([&](SystemFacts& facts) {
+        facts.deviceName = deviceName;
+        facts.osVersion = osVersion;
+    });
+}
+
 }  // namespace vorna

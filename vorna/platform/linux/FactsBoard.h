@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <string>
 
 namespace vorna {
 
@@ -35,6 +36,8 @@ class FactsBoard {
     void setBattery(const BatteryFacts& battery);
 
     void setBiometricSupported(bool isSupported);
+
+    void setNameAndVersion(const std::string& deviceName, const std::string& osVersion);
 
   private:
     void change(const std::function<void(SystemFacts&)>& edit);

@@ -63,8 +63,8 @@ SystemFacts factsAtStart(const LinuxSystemOptions& options) {
 
     SystemFacts facts;
     facts.deviceModel = utf8::repaired(readDeviceModel(root, kernel.machine));
-    facts.deviceName = utf8::repaired(readDeviceName(root, kernel.nodename));
-    facts.osVersion = utf8::repaired(readOsVersion(root, kernel.release));
+    facts.deviceName = currentDeviceName(root);
+    facts.osVersion = currentOsVersion(root);
     facts.locale = utf8::repaired(messagesLocale(options.environment));
     facts.identifierForVendor =
         readIdentifierForVendor(root, vendorOf(identifier.empty() ? program : identifier));

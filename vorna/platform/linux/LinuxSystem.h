@@ -15,7 +15,8 @@
 ///   advertising id    all zeros: Linux has none
 ///
 /// Construction reads a handful of small files from kernel memory. The battery, the display and the
-/// fingerprint reader are queried on a background thread.
+/// fingerprint reader are queried on a background thread, which also follows changes of the device's name and
+/// the system's version.
 
 #include <vorna/platform/System.h>
 #include <vorna/platform/linux/Environment.h>
@@ -40,7 +41,8 @@ struct LinuxSystemOptions {
     Environment environment = processEnvironment();
     /// See SystemWatchSources.
     FingerprintQuery isFingerEnrolled;
-    /// How often the battery, the display and the time zone are read again.
+    /// How often the battery, the display, the time zone, the device's name and the system's version are read
+    /// again.
     std::chrono::milliseconds pollInterval{30'000};
 };
 

@@ -3,6 +3,9 @@
 
 #include <vorna/platform/linux/ShellAssignments.h>
 #include <vorna/platform/linux/SystemFile.h>
+#include <vorna/text/Utf8.h>
+
+#include <sys/utsname.h>
 
 namespace vorna {
 
@@ -18,6 +21,12 @@ std::string readOsVersion(const std::string& root, std::string_view kernelReleas
         osRelease = readSystemFile(root + "/usr/lib/os-release");
     }
     return osVersion(osRelease, kernelRelease);
+}
+
+std::string currentOsVersion(const std::string& root) {
+    utsname kernel = {};
+    uname(&kernel);
+    return utf8::repaired(readOsVersion(root, kernel.release));
 }
 
 }  // namespace vorna

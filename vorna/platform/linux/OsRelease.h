@@ -17,4 +17,7 @@ std::string osVersion(const std::optional<std::string>& osRelease, std::string_v
 /// does not exist.
 std::string readOsVersion(const std::string& root, std::string_view kernelRelease);
 
+/// Does the same with the release of this machine's kernel; always valid UTF-8.
+std::string currentOsVersion(const std::string& root);
+
 }  // namespace vorna

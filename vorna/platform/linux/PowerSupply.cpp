@@ -25,9 +25,33 @@ std::optional<double> readNumber(const std::string& path) {
     return static_cast<double>(number);
 }
 
-bool powersTheDevice(const std::string& supply) {
-    return readSystemValue(supply + "/type") == "Battery" && readSystemValue(supply + "/scope") != "Device" &&
+bool belongsToTheDevice(const std::string& supply) {
+    return readSystemValue(supply + "/scope") != "Device";
+}
+
+bool isBattery(const std::string& supply) {
+    return readSystemValue(supply + "/type") == "Battery" && belongsToTheDevice(supply) &&
            readSystemValue(supply + "/present") != "0";
+}
+
+bool isPluggedIn(const std::string& supply) {
+    const std::optional<std::string> type = readSystemValue(supply + "/type");
+    if (!type || *type == "Battery" || *type == "UPS" || !belongsToTheDevice(supply)) {
+        return false;
+    }
+    const std::optional<std::string> online = readSystemValue(supply + "/online");
+    // 2: at a voltage that has been negotiated.
+    return online == "1" || online == "2";
+}
+
+/// The folders of all power supplies, batteries included.
+std::vector<std::string> powerSupplies(const std::string& root) {
+    const std::string folder = root + "/sys/class/power_supply/";
+    std::vector<std::string> supplies = namesInFolder(folder);
+    for (std::string& supply : supplies) {
+        supply.insert(0, folder);
+    }
+    return supplies;
 }
 
 std::optional<double> ratio(std::optional<double> part, std::optional<double> whole) {
@@ -98,7 +122,7 @@ ChargingStatus chargingStatus(std::string_view text) {
     return status == "Full" ? ChargingStatus::full : ChargingStatus::unknown;
 }
 
-BatteryFacts combined(const std::vector<Battery>& batteries) {
+BatteryFacts combined(const std::vector<Battery>& batteries, bool hasExternalPower) {
     const auto any = [&](ChargingStatus status) {
         return std::ranges::any_of(batteries,
                                    [&](const Battery& battery) { return battery.status == status; });
@@ -106,7 +130,7 @@ BatteryFacts combined(const std::vector<Battery>& batteries) {
     BatteryFacts facts;
     // Later ones take precedence.
     if (any(ChargingStatus::notCharging)) {
-        facts.state = BatteryState::unplugged;
+        facts.state = hasExternalPower ? BatteryState::charging : BatteryState::unplugged;
     }
     if (any(ChargingStatus::full)) {
         facts.state = BatteryState::full;
@@ -131,15 +155,22 @@ BatteryFacts combined(const std::vector<Battery>& batteries) {
 }
 
 std::vector<Battery> readBatteries(const std::string& root) {
-    const std::string folder = root + "/sys/class/power_supply/";
     std::vector<Battery> batteries;
-    for (const std::string& name : namesInFolder(folder)) {
-        const std::string supply = folder + name;
-        if (powersTheDevice(supply)) {
+    for (const std::string& supply : powerSupplies(root)) {
+        if (isBattery(supply)) {
             batteries.push_back(readBattery(supply));
         }
     }
     return batteries;
+}
+
+bool hasExternalPower(const std::string& root) {
+    const std::vector<std::string> supplies = powerSupplies(root);
+    return std::ranges::any_of(supplies, isPluggedIn);
+}
+
+BatteryFacts readBatteryFacts(const std::string& root) {
+    return combined(readBatteries(root), hasExternalPower(root));
 }
 
 }  // namespace vorna

@@ -31,12 +31,20 @@ ChargingStatus chargingStatus(std::string_view text);
 
 /// Combines all batteries into one, as the user sees them. The level is the mean weighted by capacity if all
 /// report it in the same unit, else the plain mean. The state is that of the most active battery: charging,
-/// then discharging, then full. Without a battery the level is -1 and the state unknown. Monitoring is left
-/// false.
-BatteryFacts combined(const std::vector<Battery>& batteries);
+/// then discharging, then full. One that is not charging is between its limits for charging while the device
+/// has external power, which counts as charging, and otherwise unplugged. Without a battery the level is -1
+/// and the state unknown. Monitoring is left false.
+BatteryFacts combined(const std::vector<Battery>& batteries, bool hasExternalPower);
 
 /// Reads the batteries of the system under the root folder. Those of mice, headsets and other devices are not
 /// queried, since that may wake them; an empty battery bay does not count.
 std::vector<Battery> readBatteries(const std::string& root);
+
+/// Reads whether the device is supplied by the mains, a USB port or a charging pad. A UPS does not count: it
+/// is a battery itself.
+bool hasExternalPower(const std::string& root);
+
+/// Reads all of that and combines it.
+BatteryFacts readBatteryFacts(const std::string& root);
 
 }  // namespace vorna

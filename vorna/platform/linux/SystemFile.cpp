@@ -3,6 +3,7 @@
 
 #include <vorna/platform/FileDescriptor.h>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 
@@ -10,14 +11,18 @@
 #include <array>
 #include <cerrno>
 #include <cstddef>
-#include <filesystem>
-#include <system_error>
+#include <memory>
+#include <utility>
 
 namespace vorna {
 
 namespace {
 
 constexpr std::size_t maxFileSize = 65536;
+
+struct FolderCloser {
+    void operator()(DIR* folder) const noexcept { closedir(folder); }
+};
 
 constexpr bool isSpace(char character) noexcept {
     const auto byte = static_cast<unsigned char>(character);
@@ -61,11 +66,11 @@ std::optional<std::string> readSystemValue(const std::string& path) {
 }
 
 std::vector<std::string> namesInFolder(const std::string& path) {
+    // Not std::filesystem::directory_iterator, which ends the process if memory runs out.
+    const std::unique_ptr<DIR, FolderCloser> folder(opendir(path.c_str()));
     std::vector<std::string> names;
-    std::error_code error;
-    for (std::filesystem::directory_iterator item(path, error), end; !error && item != end;
-         item.increment(error)) {
-        std::string name = item->path().filename().string();
+    while (const dirent* const entry = folder ? readdir(folder.get()) : nullptr) {
+        std::string name = entry->d_name;
         if (!name.starts_with('.')) {
             names.push_back(std::move(name));
         }

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/linux/SystemWatch.h>
 
+#include <vorna/platform/linux/DeviceName.h>
 #include <vorna/platform/linux/Display.h>
+#include <vorna/platform/linux/OsRelease.h>
 #include <vorna/platform/linux/PowerSupply.h>
 #include <vorna/platform/linux/TimeZoneWatch.h>
 
@@ -16,7 +18,12 @@ void readScreenAndBattery(const std::string& root, FactsBoard& board) {
     if (const auto screen = mainDisplay(readDisplayConnectors(root))) {
         board.detectScreen(*screen);
     }
-    board.setBattery(combined(readBatteries(root)));
+    board.setBattery(readBatteryFacts(root));
+}
+
+/// The user may rename the device, and an upgrade may replace the system under a running application.
+void readNameAndVersion(const std::string& root, FactsBoard& board) {
+    board.setNameAndVersion(currentDeviceName(root), currentOsVersion(root));
 }
 
 void watch(ServiceThread::Self& self, FactsBoard& board, const SystemWatchSources& sources,
@@ -30,6 +37,7 @@ void watch(ServiceThread::Self& self, FactsBoard& board, const SystemWatchSource
     lowerThreadPriority();
     for (self.sleepFor(sources.interval); !self.stopRequested(); self.sleepFor(sources.interval)) {
         timeZone.update();
+        readNameAndVersion(sources.root, board);
         readScreenAndBattery(sources.root, board);
     }
 }

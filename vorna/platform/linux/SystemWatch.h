@@ -2,7 +2,7 @@
 #pragma once
 
 /// The background thread that reads the facts that are slow to read, and keeps them current: the battery, the
-/// screen, the fingerprint reader and the system's time zone.
+/// screen and the fingerprint reader; and the system's time zone, the device's name and the system's version.
 
 #include <vorna/platform/ServiceThread.h>
 #include <vorna/platform/linux/FactsBoard.h>
