@@ -16,6 +16,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -243,6 +244,39 @@ TEST_F(KeychainFaults, AFileThatOthersMayReadIsReplaced) {
     EXPECT_NE(next, made);
     EXPECT_EQ(run(temporary.path()), next);
     EXPECT_EQ(output(), "Error reading from Keychain: -25300\nError reading from Keychain: -67054\n");
+}
+
+TEST_F(KeychainFaults, ARunThatFindsNoFreeDescriptorLeavesTheIdentityForTheNext) {
+    const KeyChainData made = run(temporary.path());
+    rlimit former{};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &former), 0);
+    const rlimit none{0, former.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+    const KeyChainData next = run(temporary.path());
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &former), 0);
+    EXPECT_TRUE(ULID::fromString(next.userId));
+    EXPECT_NE(next, made);
+    EXPECT_EQ(run(temporary.path()), made);
+    EXPECT_EQ(output(), "Error reading from Keychain: -25300\nError reading from Keychain: -25291\n"
+                        "Error saving to Keychain: -25291\n");
+}
+
+TEST_F(KeychainFaults, ARunDuringWhichADescriptorBecomesFreeLeavesTheIdentityForTheNext) {
+    const KeyChainData made = run(temporary.path());
+    rlimit former{};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &former), 0);
+    const KeychainHelper helper(std::make_shared<FileCredentialStore>(temporary.path().string()),
+                                std::make_shared<SettableClock>(now), [&former](Date /*date*/) {
+                                    // Between the reading and the saving.
+                                    setrlimit(RLIMIT_NOFILE, &former);
+                                    return std::string("another");
+                                });
+    const rlimit none{0, former.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+    EXPECT_EQ(helper.loadOrCreateIdentity().userId, "another");
+    EXPECT_EQ(run(temporary.path()), made);
+    EXPECT_EQ(output(), "Error reading from Keychain: -25300\nError reading from Keychain: -25291\n"
+                        "Error saving to Keychain: -25299\n");
 }
 
 TEST_F(KeychainFaults, AbortsIfTheStoredTextIsNotARecord) {

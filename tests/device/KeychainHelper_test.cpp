@@ -18,6 +18,7 @@
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace vorna {
 
@@ -188,6 +189,39 @@ TEST_F(Keychain, ExplainsAnInvalidRecordOnlyWhileDebugIsOn) {
     EXPECT_EQ(KeychainHelper::decode("{}"), std::nullopt);
     EXPECT_EQ(::testing::internal::GetCapturedStdout(),
               "[VornaSDK] Error decoding keyChainData: userId: missing\n");
+}
+
+TEST_F(Keychain, TellsTheStoreWhatARecordIsWithoutLoggingAnything) {
+    class Curious final : public CredentialStore {
+      public:
+        Result<std::string, CredentialStatus> read(std::string_view, std::string_view) override {
+            return Unexpected(CredentialStatus::itemNotFound);
+        }
+
+        Result<void, CredentialStatus> remove(std::string_view, std::string_view) override { return {}; }
+
+        Result<void, CredentialStatus> add(std::string_view, std::string_view, std::string_view) override {
+            return {};
+        }
+
+        void recogniseWholeValues(IsWhole isWhole) override { isWholeValue = std::move(isWhole); }
+
+        IsWhole isWholeValue;
+    };
+
+    const auto curious = std::make_shared<Curious>();
+    const KeychainHelper another(curious, clock, [](Date) { return identifier; });
+    ASSERT_TRUE(curious->isWholeValue);
+    log::enabled = true;
+    ::testing::internal::CaptureStdout();
+    EXPECT_TRUE(curious->isWholeValue(record));
+    EXPECT_TRUE(curious->isWholeValue(R"({"userId":"","installTime":0})"));
+    for (const std::string_view text : {"", "{}", "{\"userId\":\"a\"}", "\xFF"}) {
+        EXPECT_FALSE(curious->isWholeValue(text)) << text;
+    }
+    EXPECT_FALSE(curious->isWholeValue(std::string_view(record).substr(0, record.size() - 1)));
+    EXPECT_FALSE(curious->isWholeValue("{\"userId\":\"\xC3\",\"installTime\":1}"));
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "");
 }
 
 TEST_F(Keychain, EncodesTheTwoKeysAndNothingElse) {

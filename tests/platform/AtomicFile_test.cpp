@@ -2,8 +2,8 @@
 #include <vorna/platform/AtomicFile.h>
 
 #include <tests/support/ForkedProcess.h>
+#include <tests/support/InTemporaryFolder.h>
 #include <tests/support/SmallDisk.h>
-#include <tests/support/TemporaryFolder.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,12 +12,14 @@
 #include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <chrono>
 #include <csignal>
 #include <cstddef>
 #include <filesystem>
+#include <ostream>
 #include <string>
 #include <system_error>
 #include <tuple>
@@ -28,10 +30,11 @@ namespace {
 namespace fs = std::filesystem;
 
 using support::contentsOf;
+using support::failure;
 using support::ForkedProcess;
+using support::modeOf;
 using support::namesIn;
 using support::SmallDisk;
-using support::TemporaryFolder;
 using support::writeFile;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -39,22 +42,10 @@ using ::testing::UnorderedElementsAre;
 
 using Written = Result<void, std::error_code>;
 
-Written failure(std::errc reason) {
-    return Unexpected(std::make_error_code(reason));
-}
-
 constexpr const char* leftoverName = "~vorna-0123456789abcdef";
 
-class AtomicFileInAFolder : public testing::Test {
+class AtomicFileInAFolder : public support::InTemporaryFolder {
   protected:
-    mode_t mode() const {
-        struct stat status = {};
-
-        return lstat(path_.c_str(), &status) == 0 ? status.st_mode & 07777U : 0;
-    }
-
-    const TemporaryFolder temporary_;
-    const fs::path root_ = temporary_.path();
     const fs::path path_ = root_ / "file";
     const AtomicFile file_{path_};
 };
@@ -78,12 +69,12 @@ TEST_F(AtomicFileInAFolder, HasTheGivenModeRegardlessOfTheUmask) {
     for (const mode_t mask : {mode_t{0}, mode_t{022}, mode_t{0277}}) {
         const mode_t former = umask(mask);
         const Written written = file_.replace("private");
-        const mode_t ofPrivate = mode();
+        const mode_t ofPrivate = modeOf(path_);
         const Written shared = file_.replace("shared", 0644);
         umask(former);
         EXPECT_TRUE(written && shared) << mask;
         EXPECT_EQ(ofPrivate, 0600U) << mask;
-        EXPECT_EQ(mode(), 0644U) << mask;
+        EXPECT_EQ(modeOf(path_), 0644U) << mask;
     }
 }
 
@@ -125,23 +116,56 @@ TEST_F(AtomicFileInAFolder, NeedsItsFolder) {
               failure(std::errc::no_such_file_or_directory));
 }
 
-TEST_F(AtomicFileInAFolder, DoesNotFollowALink) {
-    const fs::path target = root_ / "target";
-    writeFile(target, "not ours");
-    fs::create_symlink(target, path_);
-    EXPECT_EQ(file_.create("new"), failure(std::errc::file_exists));
-    EXPECT_TRUE(file_.replace("new"));
-    EXPECT_FALSE(fs::is_symlink(path_));
-    EXPECT_EQ(contentsOf(target), "not ours");
-    EXPECT_EQ(contentsOf(path_), "new");
+struct InTheWay {
+    const char* name;
+    /// Puts it in the file's place.
+    void (*put)(const fs::path& path);
+    std::errc reason;
+};
+
+std::ostream& operator<<(std::ostream& stream, const InTheWay& row) {
+    return stream << row.name;
 }
 
-TEST_F(AtomicFileInAFolder, DoesNotReplaceAFolder) {
-    fs::create_directories(path_ / "within");
-    EXPECT_EQ(file_.replace(""), failure(std::errc::is_a_directory));
-    EXPECT_EQ(file_.create(""), failure(std::errc::file_exists));
-    EXPECT_THAT(namesIn(root_), ElementsAre("file"));
+class NoRegularFile : public AtomicFileInAFolder, public testing::WithParamInterface<InTheWay> {};
+
+TEST_P(NoRegularFile, IsNeverReplaced) {
+    const fs::path target = root_ / "target";
+    writeFile(target, "theirs");
+    GetParam().put(path_);
+    struct stat before = {};
+    if (lstat(path_.c_str(), &before) != 0) {
+        GTEST_SKIP() << "only root can make one";
+    }
+    EXPECT_EQ(file_.replace("new"), failure(GetParam().reason));
+    EXPECT_EQ(file_.create("new"), failure(std::errc::file_exists));
+    struct stat after = {};
+    ASSERT_EQ(lstat(path_.c_str(), &after), 0);
+    EXPECT_EQ(after.st_ino, before.st_ino);
+    EXPECT_EQ(after.st_mode, before.st_mode);
+    EXPECT_EQ(contentsOf(target), "theirs");
+    EXPECT_THAT(namesIn(root_), UnorderedElementsAre("file", "target"));
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    AtomicFile, NoRegularFile,
+    testing::Values(
+        InTheWay{"Link", [](const fs::path& path) { fs::create_symlink("target", path); },
+                 std::errc::too_many_symbolic_link_levels},
+        InTheWay{"LinkToNowhere", [](const fs::path& path) { fs::create_symlink("/nonexistent/x", path); },
+                 std::errc::too_many_symbolic_link_levels},
+        InTheWay{"LinkToADevice", [](const fs::path& path) { fs::create_symlink("/dev/null", path); },
+                 std::errc::too_many_symbolic_link_levels},
+        InTheWay{"Folder", [](const fs::path& path) { fs::create_directories(path / "within"); },
+                 std::errc::is_a_directory},
+        InTheWay{"EmptyFolder", [](const fs::path& path) { fs::create_directory(path); },
+                 std::errc::is_a_directory},
+        InTheWay{"Pipe", [](const fs::path& path) { mkfifo(path.c_str(), 0600); },
+                 std::errc::no_such_device_or_address},
+        InTheWay{"Socket", support::makeSocket, std::errc::no_such_device_or_address},
+        InTheWay{"Device", [](const fs::path& path) { mknod(path.c_str(), S_IFCHR | 0600, makedev(1, 3)); },
+                 std::errc::no_such_device_or_address}),
+    [](const auto& row) { return row.param.name; });
 
 TEST_F(AtomicFileInAFolder, RemovesLeftoversOfKilledProcessesAndNothingElse) {
     const std::string others[] = {"~vorna-0123456789abcde", "~vorna-0123456789abcdeg", "~vorna-",
@@ -164,6 +188,28 @@ TEST_F(AtomicFileInAFolder, LeavesATemporaryFileThatAnotherProcessIsStillWriting
     writeFile(unfinished, "half a val");
     const FileDescriptor writer(open(unfinished.c_str(), O_WRONLY | O_CLOEXEC));
     ASSERT_EQ(flock(writer.number(), LOCK_EX), 0);
+    EXPECT_TRUE(file_.replace("value"));
+    EXPECT_THAT(namesIn(root_), UnorderedElementsAre("file", leftoverName));
+}
+
+TEST_F(AtomicFileInAFolder, DoesNotWaitForAForeignLock) {
+    ASSERT_TRUE(file_.replace("old"));
+    const FileDescriptor folder(open(root_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const FileDescriptor file(open(path_.c_str(), O_RDWR | O_CLOEXEC));
+    ASSERT_EQ(flock(folder.number(), LOCK_EX), 0);
+    ASSERT_EQ(flock(file.number(), LOCK_EX), 0);
+    struct flock whole = {};
+    whole.l_type = F_WRLCK;
+    ASSERT_EQ(fcntl(file.number(), F_OFD_SETLK, &whole), 0);
+    const auto began = std::chrono::steady_clock::now();
+    EXPECT_TRUE(file_.replace("new"));
+    EXPECT_TRUE(AtomicFile(root_ / "another").create("new"));
+    EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::seconds(5)) << "it waited";
+    EXPECT_EQ(contentsOf(path_), "new");
+}
+
+TEST_F(AtomicFileInAFolder, LeavesAPipeWithATemporaryName) {
+    ASSERT_EQ(mkfifo((root_ / leftoverName).c_str(), 0600), 0);
     EXPECT_TRUE(file_.replace("value"));
     EXPECT_THAT(namesIn(root_), UnorderedElementsAre("file", leftoverName));
 }

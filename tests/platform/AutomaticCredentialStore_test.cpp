@@ -17,7 +17,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -136,7 +139,7 @@ TEST_F(AutomaticStore, DoesNotRemoveAFileThatIsTemporarilyUnreadable) {
     file->readStatus(CredentialStatus::notAvailable);
     keyring->put(service, account, "the keyring's");
     EXPECT_EQ(store.read(service, account), "the keyring's");
-    EXPECT_TRUE(comesToHave(file, {"read", "read", "add", "read"}));
+    EXPECT_TRUE(comesToHave(file, {"read", "read", "read", "add", "read"}));
     EXPECT_EQ(file->value(service, account), "unreadable now");
 }
 
@@ -313,6 +316,196 @@ INSTANTIATE_TEST_SUITE_P(
                       Outcome{"ReadOnlyFileAndLockedKeyring", readOnly, locked, readOnly, readOnly, readOnly},
                       Outcome{"PlantedFileAndNoKeyring", planted, noKeyring, planted, planted, planted}),
     [](const auto& row) { return row.param.name; });
+
+// What is in the two places, as the reader of a whole record finds it.
+
+constexpr const char* wholeA = "whole A";
+constexpr const char* wholeB = "whole B";
+constexpr const char* damaged = "wh";
+/// No item.
+constexpr const char* nothing = nullptr;
+
+struct Places {
+    const char* name;
+    const char* file;
+    const char* keyring;
+    /// What a reader gets, and what is in both at last.
+    const char* read;
+    const char* fileLater;
+    const char* keyringLater;
+    std::optional<CredentialStatus> fileStatus = std::nullopt;
+    std::optional<CredentialStatus> keyringStatus = std::nullopt;
+};
+
+std::ostream& operator<<(std::ostream& stream, const Places& row) {
+    return stream << row.name;
+}
+
+class WholeItems : public AutomaticStore {
+  protected:
+    WholeItems() {
+        for (AutomaticCredentialStore* const each : {&store, &hastyStore}) {
+            each->recogniseWholeValues([](std::string_view value) { return value.starts_with("whole"); });
+        }
+    }
+};
+
+class TwoPlaces : public WholeItems, public ::testing::WithParamInterface<Places> {
+  protected:
+    static std::optional<std::string> optional(const char* text) {
+        return text == nullptr ? std::nullopt : std::optional<std::string>(text);
+    }
+
+    static void put(InMemoryCredentialStore& where, const char* text) {
+        if (text != nullptr) {
+            where.put(service, account, text);
+        }
+    }
+};
+
+TEST_P(TwoPlaces, RepairEachOtherWithWholeItemsOnly) {
+    put(*file, GetParam().file);
+    put(*keyring, GetParam().keyring);
+    file->readStatus(GetParam().fileStatus);
+    keyring->readStatus(GetParam().keyringStatus);
+    const Result<std::string, CredentialStatus> read = store.read(service, account);
+    EXPECT_EQ(read ? std::optional(*read) : std::nullopt, optional(GetParam().read));
+    // Calls to the keyring are made in turn, so after this one the repair is over.
+    std::ignore = store.read(service, "another");
+    EXPECT_EQ(file->value(service, account), optional(GetParam().fileLater));
+    EXPECT_EQ(keyring->value(service, account), optional(GetParam().keyringLater));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    AutomaticStore, TwoPlaces,
+    ::testing::Values(
+        Places{"BothEmpty", nothing, nothing, nothing, nothing, nothing},
+        Places{"OnlyTheFile", wholeA, nothing, wholeA, wholeA, wholeA},
+        Places{"OnlyTheKeyring", nothing, wholeB, wholeB, wholeB, wholeB},
+        Places{"DamagedFile", damaged, wholeB, wholeB, wholeB, wholeB},
+        Places{"EmptyFile", "", wholeB, wholeB, wholeB, wholeB},
+        Places{"DamagedKeyring", wholeA, damaged, wholeA, wholeA, wholeA},
+        Places{"EmptyItemInTheKeyring", wholeA, "", wholeA, wholeA, wholeA},
+        Places{"BothDamaged", damaged, "who", damaged, damaged, "who"},
+        Places{"DamagedFileAndEmptyKeyring", damaged, nothing, damaged, damaged, nothing},
+        Places{"EmptyFileAndEmptyKeyring", "", nothing, "", "", nothing},
+        Places{"NoFileAndDamagedKeyring", nothing, damaged, damaged, nothing, damaged},
+        Places{"DifferentItems", wholeA, wholeB, wholeA, wholeA, wholeA},
+        Places{"DamagedFileAndLockedKeyring", damaged, wholeB, damaged, damaged, wholeB, std::nullopt,
+               locked},
+        Places{"UnreadableFile", wholeA, wholeB, wholeB, wholeA, wholeB, CredentialStatus::notAvailable},
+        Places{"UnreadableFileAndDamagedKeyring", wholeA, damaged, damaged, wholeA, damaged,
+               CredentialStatus::notAvailable},
+        Places{"UntrustedFileAndDamagedKeyring", "planted", damaged, damaged, "planted", damaged, planted}),
+    [](const auto& row) { return row.param.name; });
+
+TEST_F(WholeItems, RepairADamagedFileOnceASlowKeyringAnswers) {
+    file->put(service, account, damaged);
+    keyring->put(service, account, wholeB);
+    keyring->hold();
+    EXPECT_EQ(hastyStore.read(service, account), damaged);
+    keyring->resume();
+    EXPECT_TRUE(comesToHold(file, wholeB));
+    EXPECT_EQ(hastyStore.read(service, account), wholeB);
+    EXPECT_EQ(keyring->value(service, account), wholeB);
+}
+
+TEST_F(WholeItems, OfAnotherProcessAreNotReplacedByARepair) {
+    file->put(service, account, damaged);
+    keyring->put(service, account, wholeB);
+    // The first read goes through; the repair's waits.
+    keyring->hold(1);
+    EXPECT_EQ(store.read(service, account), wholeB);
+    ASSERT_TRUE(comesToHave(keyring, {"read", "read"}));
+    file->put(service, account, wholeA);
+    keyring->resume();
+    EXPECT_TRUE(comesToHold(keyring, wholeA));
+    EXPECT_EQ(file->value(service, account), wholeA);
+}
+
+TEST_F(WholeItems, AreAddedToTheKeyringIfSomethingElseIsInTheFilesPlace) {
+    file->readStatus(CredentialStatus::notTrusted);
+    file->removeStatus(CredentialStatus::notTrusted);
+    file->addStatus(CredentialStatus::duplicateItem);
+    EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::notTrusted));
+    EXPECT_EQ(store.remove(service, account), Unexpected(CredentialStatus::notTrusted));
+    EXPECT_TRUE(store.add(service, account, wholeA));
+    EXPECT_EQ(keyring->value(service, account), wholeA);
+    EXPECT_EQ(store.read(service, account), wholeA);
+}
+
+TEST_F(WholeItems, StayInTheKeyringWhileTheFileCannotBeRead) {
+    keyring->put(service, account, wholeB);
+    file->put(service, account, wholeA);
+    file->readStatus(CredentialStatus::notAvailable);
+    file->removeStatus(CredentialStatus::notAvailable);
+    keyring->readStatus(CredentialStatus::notAvailable);
+    EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::notAvailable));
+    EXPECT_EQ(store.remove(service, account), Unexpected(CredentialStatus::notAvailable));
+    EXPECT_EQ(store.add(service, account, "whole C"), Unexpected(CredentialStatus::duplicateItem));
+    file->readStatus(std::nullopt);
+    keyring->readStatus(std::nullopt);
+    EXPECT_EQ(file->value(service, account), wholeA);
+    EXPECT_EQ(store.read(service, account), wholeA);
+}
+
+/// The identity in two files, the second of which stands in for the keyring.
+class IdentityInTwoFiles : public ::testing::Test {
+  protected:
+    static KeyChainData load(const std::shared_ptr<CredentialStore>& store) {
+        const KeychainHelper helper(store, std::make_shared<SettableClock>(),
+                                    [](Date) { return std::string("a new user"); });
+        return helper.loadOrCreateIdentity();
+    }
+
+    std::shared_ptr<AutomaticCredentialStore> newStore() const {
+        return std::make_shared<AutomaticCredentialStore>(first, second, longerThanAnyTest);
+    }
+
+    TemporaryFolder temporary;
+    std::shared_ptr<FileCredentialStore> first =
+        std::make_shared<FileCredentialStore>((temporary.path() / "first").string());
+    std::shared_ptr<FileCredentialStore> second =
+        std::make_shared<FileCredentialStore>((temporary.path() / "second").string());
+    const std::string record = R"({"userId":"an old user","installTime":5})";
+};
+
+TEST_F(IdentityInTwoFiles, IsReadFromTheWholeOneAndRepairsTheOther) {
+    for (const std::string& damage : {std::string(), std::string("{}"), record.substr(0, 20),
+                                      std::string("\xFF\xFE"), std::string(4096, '\0')}) {
+        for (const bool isFirstDamaged : {true, false}) {
+            ASSERT_TRUE(first->add(service, account, isFirstDamaged ? damage : record));
+            ASSERT_TRUE(second->add(service, account, isFirstDamaged ? record : damage));
+            const std::shared_ptr<CredentialStore> store = newStore();
+            EXPECT_EQ(load(store).userId, "an old user") << damage;
+            std::ignore = store->read(service, "another");
+            EXPECT_EQ(first->read(service, account), record) << damage;
+            EXPECT_EQ(second->read(service, account), record) << damage;
+            ASSERT_TRUE(first->remove(service, account));
+            ASSERT_TRUE(second->remove(service, account));
+        }
+    }
+}
+
+/// As a crash reporter does that sends its report before the process ends.
+void lingerOnAbort(int /*signal*/) {
+    usleep(500'000);
+    _exit(99);
+}
+
+TEST_F(IdentityInTwoFiles, IsFatalOnlyIfNeitherIsWholeAndThenNothingChangesAfterwards) {
+    ForkedProcess process([this](const std::string&) {
+        std::signal(SIGABRT, lingerOnAbort);
+        load(newStore());
+        return 0;
+    });
+    ASSERT_TRUE(first->add(service, account, "{}"));
+    ASSERT_TRUE(second->add(service, account, record.substr(0, 20)));
+    process.start();
+    EXPECT_EQ(process.wait(), 99);
+    EXPECT_EQ(first->read(service, account), "{}");
+    EXPECT_EQ(second->read(service, account), record.substr(0, 20));
+}
 
 // The remaining tests use the real parts: a private file, gnome-keyring, and the identity stored in them.
 

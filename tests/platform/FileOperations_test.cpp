@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/FileOperations.h>
 
-#include <tests/support/TemporaryFolder.h>
+#include <tests/support/InTemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
@@ -9,29 +9,26 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
+#include <cstddef>
 #include <filesystem>
 #include <string>
 #include <system_error>
+#include <thread>
 
 namespace vorna {
 namespace {
 
 namespace fs = std::filesystem;
 
+using support::failure;
+using support::modeOf;
 using support::TemporaryFolder;
 using support::writeFile;
 
 using Made = Result<void, std::error_code>;
 
-Made failure(std::errc reason) {
-    return Unexpected(std::make_error_code(reason));
-}
-
-class MakeFolders : public testing::Test {
-  protected:
-    const TemporaryFolder temporary_;
-    const fs::path root_ = temporary_.path();
-};
+class MakeFolders : public support::InTemporaryFolder {};
 
 TEST_F(MakeFolders, CreatesMissingFoldersForTheOwnerOnly) {
     const mode_t before = umask(0);
@@ -39,10 +36,8 @@ TEST_F(MakeFolders, CreatesMissingFoldersForTheOwnerOnly) {
     umask(before);
     EXPECT_TRUE(made);
     for (const char* const folder : {".local", ".local/share", ".local/share/app"}) {
-        struct stat status = {};
-        ASSERT_EQ(stat((root_ / folder).c_str(), &status), 0) << folder;
-        EXPECT_TRUE(S_ISDIR(status.st_mode)) << folder;
-        EXPECT_EQ(status.st_mode & 07777U, 0700U) << folder;
+        EXPECT_TRUE(fs::is_directory(root_ / folder)) << folder;
+        EXPECT_EQ(modeOf(root_ / folder), 0700U) << folder;
     }
 }
 
@@ -135,6 +130,72 @@ TEST_F(MakeFolders, RejectsAPathThatIsTooLong) {
     }
     EXPECT_EQ(makeFolders(deep), failure(std::errc::filename_too_long));
     EXPECT_FALSE(fs::exists(root_ / "x"));
+}
+
+class OpenRegularFile : public support::InTemporaryFolder {
+  protected:
+    Result<void, std::error_code> open(const char* name) const {
+        const auto file = openRegularFile(AT_FDCWD, (root_ / name).c_str(), O_RDONLY);
+        return file ? Result<void, std::error_code>() : Unexpected(file.error());
+    }
+};
+
+TEST_F(OpenRegularFile, OpensNothingElseAndNeverWaits) {
+    writeFile(root_ / "file", "contents");
+    fs::create_symlink("file", root_ / "link");
+    fs::create_symlink("/nonexistent/x", root_ / "dangling");
+    fs::create_directory(root_ / "folder");
+    ASSERT_EQ(mkfifo((root_ / "pipe").c_str(), 0600), 0);
+    support::makeSocket(root_ / "socket");
+    EXPECT_TRUE(open("file"));
+    EXPECT_EQ(open("link"), failure(std::errc::too_many_symbolic_link_levels));
+    EXPECT_EQ(open("dangling"), failure(std::errc::too_many_symbolic_link_levels));
+    EXPECT_EQ(open("folder"), failure(std::errc::is_a_directory));
+    EXPECT_EQ(open("pipe"), failure(std::errc::no_such_device_or_address));
+    EXPECT_EQ(open("socket"), failure(std::errc::no_such_device_or_address));
+    EXPECT_EQ(open("/dev/null"), failure(std::errc::no_such_device_or_address));
+    EXPECT_EQ(open("missing"), failure(std::errc::no_such_file_or_directory));
+    EXPECT_EQ(open("file/within"), failure(std::errc::not_a_directory));
+}
+
+/// What the check sees is not always what is then opened.
+TEST_F(OpenRegularFile, DoesNotWaitForAPipeThatTakesTheFilesPlace) {
+    const fs::path file = root_ / "file";
+    const fs::path pipe = root_ / "pipe";
+    std::atomic<bool> isOver = false;
+    std::thread swapping([&] {
+        while (!isOver) {
+            writeFile(root_ / "draft", "contents");
+            fs::rename(root_ / "draft", file);
+            ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+            fs::rename(pipe, file);
+        }
+    });
+    int opened = 0;
+    int refused = 0;
+    for (int count = 0; count < 20'000; ++count) {
+        const Result<void, std::error_code> result = open("file");
+        opened += result ? 1 : 0;
+        refused += result == failure(std::errc::no_such_device_or_address) ? 1 : 0;
+    }
+    isOver = true;
+    swapping.join();
+    EXPECT_GT(opened, 0);
+    EXPECT_GT(refused, 0);
+}
+
+class RenameToFreeName : public support::InTemporaryFolder {};
+
+TEST_F(RenameToFreeName, NeverReplaces) {
+    const std::string from = root_ / "from";
+    const std::string to = root_ / "to";
+    writeFile(from, "one");
+    EXPECT_TRUE(renameToFreeName(AT_FDCWD, from.c_str(), to.c_str()));
+    EXPECT_FALSE(fs::exists(from));
+    writeFile(from, "two");
+    EXPECT_EQ(renameToFreeName(AT_FDCWD, from.c_str(), to.c_str()), failure(std::errc::file_exists));
+    EXPECT_EQ(support::contentsOf(from), "two");
+    EXPECT_EQ(support::contentsOf(to), "one");
 }
 
 TEST(ReadAll, FailsBeyondTheMaximumSize) {

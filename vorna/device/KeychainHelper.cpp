@@ -24,7 +24,9 @@ KeychainHelper::KeychainHelper(std::shared_ptr<CredentialStore> store, std::shar
                                MakeUserIdentifier makeUserIdentifier)
     : store_(std::move(store)),
       clock_(std::move(clock)),
-      makeUserIdentifier_(std::move(makeUserIdentifier)) {}
+      makeUserIdentifier_(std::move(makeUserIdentifier)) {
+    store_->recogniseWholeValues(isRecord);
+}
 
 KeyChainData KeychainHelper::loadOrCreateIdentity() const {
     if (const std::optional<std::string> text = read()) {
@@ -62,6 +64,10 @@ void KeychainHelper::save(std::string_view value) const {
     if (const Result<void, CredentialStatus> added = store_->add(service, account, value); !added) {
         log::always({"Error saving to Keychain: ", number(added.error())});
     }
+}
+
+bool KeychainHelper::isRecord(std::string_view text) {
+    return utf8::isValid(text) && json::decode<KeyChainData>(text);
 }
 
 std::optional<std::string> KeychainHelper::encode(std::string_view userId, std::uint64_t installTime) {

@@ -29,12 +29,14 @@ class VORNA_EXPORT KeychainHelper {
     /// Generates a new user identifier with the given time in it.
     using MakeUserIdentifier = std::function<std::string(Date)>;
 
+    /// Tells the store what a record is.
     KeychainHelper(std::shared_ptr<CredentialStore> store, std::shared_ptr<const Clock> clock,
                    MakeUserIdentifier makeUserIdentifier);
 
     /// Loads the stored identity. If it cannot be read for any reason, creates one and stores it instead. The
-    /// new one is used for this run even if it cannot be saved. A stored record that cannot be decoded is
-    /// fatal: replacing it would lose the user's identity.
+    /// new one is used for this run even if it cannot be saved, as when the store keeps what it cannot read
+    /// at the moment. A stored record that cannot be decoded is fatal: replacing it would lose the user's
+    /// identity.
     KeyChainData loadOrCreateIdentity() const;
 
     /// Returns the stored text; std::nullopt if it cannot be read or is not UTF-8, which is always printed.
@@ -42,6 +44,9 @@ class VORNA_EXPORT KeychainHelper {
 
     /// Replaces the stored text. A failure is always printed. Text that is not UTF-8 is ignored.
     void save(std::string_view value) const;
+
+    /// True for JSON text of a record. Logs nothing.
+    static bool isRecord(std::string_view text);
 
     /// Returns the record as JSON text; std::nullopt after an error, which is logged.
     static std::optional<std::string> encode(std::string_view userId, std::uint64_t installTime);

@@ -12,7 +12,6 @@
 
 #include <cerrno>
 #include <cstdint>
-#include <cstdio>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -68,7 +67,7 @@ void removeLeftovers(const FileDescriptor& folder) {
         }
     }
     for (const std::string& name : leftovers) {
-        const auto file = openAt(folder.number(), name.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK);
+        const auto file = openRegularFile(folder.number(), name.c_str(), O_RDWR);
         if (file && lock(*file)) {
             unlinkat(folder.number(), name.c_str(), 0);
         }
@@ -77,7 +76,12 @@ void removeLeftovers(const FileDescriptor& folder) {
 
 using Rename = Done (*)(const FileDescriptor& folder, const std::string& from, const std::string& to);
 
+/// Fails if the name belongs to anything but a regular file.
 Done renameReplacing(const FileDescriptor& folder, const std::string& from, const std::string& to) {
+    if (const Done found = findRegularFile(folder.number(), to.c_str());
+        !found && found.error() != std::errc::no_such_file_or_directory) {
+        return found;
+    }
     if (renameat(folder.number(), from.c_str(), folder.number(), to.c_str()) != 0) {
         return lastError();
     }
@@ -86,19 +90,9 @@ Done renameReplacing(const FileDescriptor& folder, const std::string& from, cons
 
 /// Fails if the name is taken.
 Done renameToNew(const FileDescriptor& folder, const std::string& from, const std::string& to) {
-    if (renameat2(folder.number(), from.c_str(), folder.number(), to.c_str(), RENAME_NOREPLACE) == 0) {
-        return {};
-    }
-    if (errno != EINVAL && errno != ENOSYS) {
-        return lastError();
-    }
-    // The file system cannot rename without replacing. A second link will do; if the process is killed
-    // between the two calls, the next write removes the first.
-    if (linkat(folder.number(), from.c_str(), folder.number(), to.c_str(), 0) != 0) {
-        return lastError();
-    }
-    unlinkat(folder.number(), from.c_str(), 0);
-    return {};
+    // On a file system where this takes two calls, a kill between them leaves a second name for the new file;
+    // the next write removes it.
+    return renameToFreeName(folder.number(), from.c_str(), to.c_str());
 }
 
 /// On an error the folder is left as it was.

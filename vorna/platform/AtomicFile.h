@@ -17,7 +17,10 @@
 
 namespace vorna {
 
-/// The path of a file. Its folder must exist. If the file itself is a link, the link is never followed.
+/// The path of a file. Its folder must exist.
+///
+/// Only a regular file is ever replaced. Where something else has the name, it stays as it is and the write
+/// fails: with ELOOP at a link, wherever it leads, EISDIR at a folder, ENXIO at a device, a pipe or a socket.
 ///
 /// Any thread, and any number of processes for one file. Each write removes temporary files that killed
 /// processes have left in the folder; their names begin with "~vorna-".

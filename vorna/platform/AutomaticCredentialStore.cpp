@@ -13,6 +13,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <tuple>
 #include <utility>
 
@@ -31,25 +32,42 @@ class AutomaticCredentialStore::State : public std::enable_shared_from_this<Stat
           keyringTimeout_(keyringTimeout),
           keyringTimeLeft_(keyringTimeout) {}
 
+    void recogniseWholeValues(IsWhole isWhole) {
+        const std::scoped_lock lock(mutex_);
+        isWhole_ = std::move(isWhole);
+    }
+
     Outcome<std::string> read(std::string service, std::string account) {
         keyringTimeLeft_ = keyringTimeout_;
         Outcome<std::string> fromFile = readFile(service, account);
-        if (fromFile) {
+        if (hasWhole(fromFile)) {
             repairLater(std::move(service), std::move(account));
             return fromFile;
         }
         auto fromKeyring = callKeyring<std::string>(
             [service, account](CredentialStore& keyring) { return keyring.read(service, account); });
-        if (!fromKeyring) {
-            return Unexpected(statusOfNeither(fromFile.error(), fromKeyring.error()));
+        if (fromKeyring && isWhole(*fromKeyring)) {
+            repairLater(std::move(service), std::move(account));
+            return *std::move(fromKeyring);
         }
-        repairLater(std::move(service), std::move(account));
-        return *std::move(fromKeyring);
+        if (fromFile) {
+            // The keyring may still answer, in time for the next run.
+            repairLater(std::move(service), std::move(account));
+            return fromFile;
+        }
+        if (fromKeyring) {
+            return *std::move(fromKeyring);
+        }
+        return Unexpected(statusOfNeither(fromFile.error(), fromKeyring.error()));
     }
 
     Outcome<void> remove(const std::string& service, const std::string& account) {
-        const Outcome<void> fromFile =
+        Outcome<void> fromFile =
             changeFile([&](CredentialStore& file) { return file.remove(service, account); });
+        if (!fromFile && fromFile.error() != CredentialStatus::itemNotFound) {
+            // The keyring keeps its copy of what may still be in the file.
+            return fromFile;
+        }
         const auto fromKeyring = callKeyring<void>(
             [service, account](CredentialStore& keyring) { return keyring.remove(service, account); });
         if (fromFile || fromKeyring) {
@@ -61,7 +79,9 @@ class AutomaticCredentialStore::State : public std::enable_shared_from_this<Stat
     Outcome<void> add(std::string service, std::string account, std::string value) {
         const Outcome<void> toFile =
             changeFile([&](CredentialStore& file) { return file.add(service, account, value); });
-        if (!toFile && toFile.error() == CredentialStatus::duplicateItem) {
+        // A file that is in the way, but holds no item, does not count.
+        const bool isTaken = !toFile && toFile.error() == CredentialStatus::duplicateItem;
+        if (isTaken && hasWhole(readFile(service, account))) {
             repairLater(std::move(service), std::move(account));
             return toFile;
         }
@@ -140,6 +160,17 @@ class AutomaticCredentialStore::State : public std::enable_shared_from_this<Stat
         }
     }
 
+    bool isWhole(std::string_view value) const {
+        IsWhole check;
+        {
+            const std::scoped_lock lock(mutex_);
+            check = isWhole_;
+        }
+        return !check || check(value);
+    }
+
+    bool hasWhole(const Outcome<std::string>& item) const { return item && isWhole(*item); }
+
     Outcome<std::string> readFile(const std::string& service, const std::string& account) {
         const std::scoped_lock lock(fileMutex_);
         return file_->read(service, account);
@@ -157,33 +188,25 @@ class AutomaticCredentialStore::State : public std::enable_shared_from_this<Stat
             [this, service = std::move(service), account = std::move(account)] { repair(service, account); });
     }
 
-    /// Makes both stores hold the same item, as far as both can be reached. It starts from their current
-    /// contents, not the caller's, since another process may have changed them in between.
+    /// Makes both stores hold the same whole item, as far as both can be reached. It starts from their
+    /// current contents, not the caller's, since another process may have changed them in between.
     void repair(const std::string& service, const std::string& account) {
         std::unique_lock lock(fileMutex_);
         const std::uint64_t changesSeen = fileChanges_;
         Outcome<std::string> fromFile = file_->read(service, account);
         lock.unlock();
         const Outcome<std::string> fromKeyring = keyring_->read(service, account);
-        if (!fromFile) {
+        if (!hasWhole(fromFile)) {
             lock.lock();
             // A caller that has changed the file in the meantime takes precedence.
-            if (!fromKeyring || changesSeen != fileChanges_) {
+            if (!hasWhole(fromKeyring) || changesSeen != fileChanges_) {
                 return;
             }
-            if (fromFile.error() == CredentialStatus::notTrusted) {
-                std::ignore = file_->remove(service, account);
-            }
-            const Outcome<void> toFile = file_->add(service, account, *fromKeyring);
-            if (toFile || toFile.error() != CredentialStatus::duplicateItem) {
-                return;
-            }
-            // Another process has added its item first, so that one counts.
-            fromFile = file_->read(service, account);
-            if (!fromFile) {
-                return;
-            }
+            fromFile = restoredFile(service, account, *fromKeyring);
             lock.unlock();
+            if (!hasWhole(fromFile)) {
+                return;
+            }
         }
         if (fromKeyring == fromFile) {
             return;
@@ -194,6 +217,26 @@ class AutomaticCredentialStore::State : public std::enable_shared_from_this<Stat
             return;
         }
         std::ignore = keyring_->add(service, account, *fromFile);
+    }
+
+    /// Writes the value to the file, unless another process has put a whole one there meanwhile: then that
+    /// one counts. Returns what the file holds. The caller has locked it.
+    Outcome<std::string> restoredFile(const std::string& service, const std::string& account,
+                                      const std::string& value) {
+        Outcome<std::string> current = file_->read(service, account);
+        if (hasWhole(current)) {
+            return current;
+        }
+        if (current || current.error() == CredentialStatus::notTrusted) {
+            std::ignore = file_->remove(service, account);
+        }
+        const Outcome<void> written = file_->add(service, account, value);
+        if (written) {
+            return value;
+        }
+        return written.error() == CredentialStatus::duplicateItem
+                   ? file_->read(service, account)
+                   : Outcome<std::string>(Unexpected(written.error()));
     }
 
     /// Passes the job to the thread, starting it if necessary. False if no thread can be started.
@@ -240,7 +283,8 @@ class AutomaticCredentialStore::State : public std::enable_shared_from_this<Stat
     std::mutex fileMutex_;
     std::uint64_t fileChanges_ = 0;
 
-    std::mutex mutex_;
+    mutable std::mutex mutex_;
+    IsWhole isWhole_;
     std::deque<Job> jobs_;
     bool isRunning_ = false;
     std::optional<ServiceThread> thread_;
@@ -253,6 +297,10 @@ AutomaticCredentialStore::AutomaticCredentialStore(std::shared_ptr<CredentialSto
 
 AutomaticCredentialStore::~AutomaticCredentialStore() {
     state_->dropJobs();
+}
+
+void AutomaticCredentialStore::recogniseWholeValues(IsWhole isWhole) {
+    state_->recogniseWholeValues(std::move(isWhole));
 }
 
 Result<std::string, CredentialStatus> AutomaticCredentialStore::read(std::string_view service,

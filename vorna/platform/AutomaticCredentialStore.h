@@ -5,10 +5,11 @@
 /// start-up fast and independent of the keyring; the keyring restores the item if the application's folder is
 /// deleted.
 ///
-/// Reading tries the file first, and the keyring only if the file has no item. Adding and removing apply to
-/// both. A keyring that is absent, locked or slow is skipped, and so is a file that cannot be written. After
-/// each successful read and each add, the two are reconciled in the background: an item that only one has is
-/// copied to the other, and if both differ the file's is copied to the keyring.
+/// Reading tries the file first, and the keyring only if the file has no whole item. Adding and removing
+/// apply to both. A keyring that is absent, locked or slow is skipped, and so is a file that cannot be
+/// written. After each successful read and each add, the two are reconciled in the background: a whole item
+/// that only one has is copied to the other, in place of a damaged one too, and if both have different ones
+/// the file's is copied to the keyring. A damaged item is never copied.
 ///
 /// So the file always takes precedence: once it holds an identity, no answer from a keyring replaces it. A
 /// keyring that was locked when the file was made, and is unlocked later with an older identity, is
@@ -38,20 +39,23 @@ class AutomaticCredentialStore final : public CredentialStore {
     AutomaticCredentialStore(AutomaticCredentialStore&&) = delete;
     AutomaticCredentialStore& operator=(AutomaticCredentialStore&&) = delete;
 
+    void recogniseWholeValues(IsWhole isWhole) override;
+
     /// Does not wait: work in progress is completed, pending work is dropped.
     ~AutomaticCredentialStore() override;
 
-    /// The file's item, or else the keyring's. If neither provides one: the file's own status, such as
-    /// `notTrusted`, if the file may have the item; `interactionNotAllowed` if the keyring is locked and
-    /// `notAvailable` if it did not answer in time, since it may have the item; `itemNotFound` otherwise,
-    /// also if there is no keyring.
+    /// The file's whole item, or else the keyring's, or else a damaged one. If neither provides any: the
+    /// file's own status, such as `notTrusted`, if the file may have the item; `interactionNotAllowed` if the
+    /// keyring is locked and `notAvailable` if it did not answer in time, since it may have the item;
+    /// `itemNotFound` otherwise, also if there is no keyring.
     Result<std::string, CredentialStatus> read(std::string_view service, std::string_view account) override;
 
-    /// Succeeds if at least one of them had the item and removed it.
+    /// Succeeds if at least one of them had the item and removed it. While what is in the file cannot be
+    /// read, nothing is removed.
     Result<void, CredentialStatus> remove(std::string_view service, std::string_view account) override;
 
-    /// Succeeds if at least one stored the item. `duplicateItem` if the file already had one; the keyring is
-    /// then not changed.
+    /// Succeeds if at least one stored the item. `duplicateItem` if the file already had a whole one; the
+    /// keyring is then not changed.
     Result<void, CredentialStatus> add(std::string_view service, std::string_view account,
                                        std::string_view value) override;
 

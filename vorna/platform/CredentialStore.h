@@ -8,6 +8,7 @@
 #include <vorna/base/Result.h>
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -42,11 +43,20 @@ class VORNA_EXPORT CredentialStore {
     CredentialStore& operator=(CredentialStore&&) = delete;
     virtual ~CredentialStore() = default;
 
+    /// Tells whether a value is a whole one: neither cut off nor damaged.
+    using IsWhole = std::function<bool(std::string_view value)>;
+
+    /// Sets how whole values are recognised. Called once, before anything else. Only a store that keeps the
+    /// same item in several places needs it, to know which copy to return and to spread. The function may be
+    /// called on any thread.
+    virtual void recogniseWholeValues(IsWhole /*isWhole*/) {}
+
     /// Returns the value's bytes as they were added.
     virtual Result<std::string, CredentialStatus> read(std::string_view service,
                                                        std::string_view account) = 0;
 
-    /// Removes the item; `itemNotFound` if there is none.
+    /// Removes the item; `itemNotFound` if there is none. A store may refuse to remove what it could not read
+    /// just before: the identity that is there serves again once it can be read.
     virtual Result<void, CredentialStatus> remove(std::string_view service, std::string_view account) = 0;
 
     /// Stores the bytes unchanged and atomically.

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -27,6 +28,18 @@ Result<void, std::error_code> makeFolder(const std::filesystem::path& path) {
     return {};
 }
 
+/// By the error that opening it as a regular file deserves.
+Result<void, std::error_code> expectRegularFile(const struct stat& status) {
+    if (S_ISREG(status.st_mode)) {
+        return {};
+    }
+    if (S_ISLNK(status.st_mode)) {
+        return Unexpected(std::make_error_code(std::errc::too_many_symbolic_link_levels));
+    }
+    return Unexpected(std::make_error_code(S_ISDIR(status.st_mode) ? std::errc::is_a_directory
+                                                                   : std::errc::no_such_device_or_address));
+}
+
 }  // namespace
 
 Unexpected<std::error_code> lastError() noexcept {
@@ -40,6 +53,52 @@ Result<FileDescriptor, std::error_code> openAt(int folder, const char* name, int
         return lastError();
     }
     return file;
+}
+
+Result<void, std::error_code> findRegularFile(int folder, const char* name) {
+    struct stat status {};
+
+    if (fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) != 0) {
+        return lastError();
+    }
+    return expectRegularFile(status);
+}
+
+Result<FileDescriptor, std::error_code> openRegularFile(int folder, const char* name, int flags) {
+    if (const Result<void, std::error_code> found = findRegularFile(folder, name); !found) {
+        return Unexpected(found.error());
+    }
+    // What was a file may be a pipe by now, and opening that would wait for its other end.
+    Result<FileDescriptor, std::error_code> file = openAt(folder, name, flags | O_NOFOLLOW | O_NONBLOCK);
+    if (!file) {
+        return file;
+    }
+
+    struct stat status {};
+
+    if (fstat(file->number(), &status) != 0) {
+        return lastError();
+    }
+    if (const Result<void, std::error_code> expected = expectRegularFile(status); !expected) {
+        return Unexpected(expected.error());
+    }
+    return file;
+}
+
+Result<void, std::error_code> renameToFreeName(int folder, const char* from, const char* to) {
+    if (renameat2(folder, from, folder, to, RENAME_NOREPLACE) == 0) {
+        return {};
+    }
+    if (errno != EINVAL && errno != ENOSYS) {
+        return lastError();
+    }
+    // The file system cannot rename without replacing. A second link will do; if the process is killed
+    // between the two calls, the file has both names.
+    if (linkat(folder, from, folder, to, 0) != 0) {
+        return lastError();
+    }
+    unlinkat(folder, from, 0);
+    return {};
 }
 
 Result<void, std::error_code> makeFolders(const std::filesystem::path& path) {

@@ -13,6 +13,7 @@
 #include <vorna/platform/linux/GetrandomSource.h>
 #include <vorna/platform/linux/LinuxSystem.h>
 #include <vorna/platform/linux/SystemClock.h>
+#include <vorna/text/Utf8.h>
 
 #include <exception>
 
@@ -46,14 +47,18 @@ std::string withoutTrailingSlash(std::string text) {
 Platform assembled(const PlatformOptions& options) {
     const std::string service =
         withoutTrailingSlash(options.serviceURL.empty() ? VORNA_SERVICE_URL : options.serviceURL);
+    std::optional<std::string> bundleIdentifier = options.bundleIdentifier;
+    if (bundleIdentifier && bundleIdentifier->empty()) {
+        bundleIdentifier.reset();
+    }
     const std::string dataDirectory = options.dataDirectory.empty()
-                                          ? defaultDataDirectory(options.bundleIdentifier).value_or("")
+                                          ? defaultDataDirectory(bundleIdentifier).value_or("")
                                           : options.dataDirectory;
 
     glib::initialiseSockets();
 
     LinuxSystemOptions system;
-    system.bundle = {options.bundleIdentifier, options.bundleShortVersion, options.bundleVersion};
+    system.bundle = {bundleIdentifier, options.bundleShortVersion, options.bundleVersion};
     system.dataDirectory = dataDirectory;
     system.isFingerEnrolled = isFingerEnrolled;
 
@@ -62,7 +67,7 @@ Platform assembled(const PlatformOptions& options) {
     platform.configURL = service + "/v1/config";
     platform.httpClient = std::make_shared<CurlHttpClient>(options.certificateAuthorityFile);
     platform.credentialStore = makeCredentialStore(options.credentialStore, dataDirectory,
-                                                   options.bundleIdentifier.value_or(programName()));
+                                                   utf8::repaired(applicationName(bundleIdentifier)));
     platform.preferences = std::make_shared<FilePreferences>(dataDirectory);
     platform.system = std::make_shared<LinuxSystem>(system);
     platform.clock = std::make_shared<SystemClock>();

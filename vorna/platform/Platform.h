@@ -35,8 +35,8 @@ struct PlatformOptions {
     std::string serviceURL;
     /// A PEM file to trust instead of the system's trust store. Empty: the system's.
     std::string certificateAuthorityFile;
-    /// The application's identifier in reverse-domain form. std::nullopt: folder names use the program's
-    /// name, and records say that it is unknown.
+    /// The application's identifier in reverse-domain form. std::nullopt or empty: folder names use the
+    /// program's name, and records say that it is unknown.
     std::optional<std::string> bundleIdentifier;
     std::optional<std::string> bundleShortVersion;
     std::optional<std::string> bundleVersion;

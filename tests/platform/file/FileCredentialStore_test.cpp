@@ -2,8 +2,10 @@
 #include <vorna/platform/file/FileCredentialStore.h>
 
 #include <tests/support/ForkedProcess.h>
+#include <tests/support/InTemporaryFolder.h>
 #include <tests/support/SmallDisk.h>
-#include <tests/support/TemporaryFolder.h>
+
+#include <vorna/platform/FileDescriptor.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -11,16 +13,14 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/resource.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <chrono>
 #include <csignal>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <filesystem>
 #include <functional>
 #include <iostream>
@@ -38,9 +38,9 @@ using std::chrono::microseconds;
 using std::chrono::steady_clock;
 using support::contentsOf;
 using support::ForkedProcess;
+using support::modeOf;
 using support::namesIn;
 using support::SmallDisk;
-using support::TemporaryFolder;
 using support::writeFile;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -49,16 +49,9 @@ using ::testing::SizeIs;
 constexpr std::string_view service = "io.vorna.vornasdk";
 constexpr std::string_view account = "userDetails";
 
-mode_t modeOf(const std::filesystem::path& path) {
-    struct stat status {};
-
-    return lstat(path.c_str(), &status) == 0 ? status.st_mode & 07777U : 0;
-}
-
-class FileStore : public ::testing::Test {
+class FileStore : public support::InTemporaryFolder {
   protected:
-    TemporaryFolder temporary;
-    std::filesystem::path data = temporary.path() / "data";
+    std::filesystem::path data = root_ / "data";
     std::filesystem::path folder = data / "credentials";
     std::filesystem::path file = folder / "io.vorna.vornasdk@userDetails";
     FileCredentialStore store{data.string()};
@@ -137,7 +130,7 @@ TEST_F(FileStore, CreatesAllMissingFolders) {
 }
 
 TEST_F(FileStore, FollowsALinkInPlaceOfTheDataFolder) {
-    const std::filesystem::path elsewhere = temporary.path() / "elsewhere";
+    const std::filesystem::path elsewhere = root_ / "elsewhere";
     std::filesystem::create_directory(elsewhere);
     std::filesystem::create_directory_symlink(elsewhere, data);
     ASSERT_TRUE(store.add(service, account, "value"));
@@ -196,7 +189,6 @@ struct Intrusion {
     const char* name;
     /// Puts something in place of the item's file.
     std::function<void(const std::filesystem::path& file)> put;
-    Result<void, CredentialStatus> removal = {};
 };
 
 std::ostream& operator<<(std::ostream& stream, const Intrusion& intrusion) {
@@ -212,26 +204,69 @@ std::function<void(const std::filesystem::path&)> fileOfMode(mode_t mode) {
 
 class UntrustedFile : public FileStore, public ::testing::WithParamInterface<Intrusion> {};
 
-TEST_P(UntrustedFile, IsNotReadButReplacedByANewItem) {
+TEST_P(UntrustedFile, IsNotReadAndMakesWayForANewItemWithoutBeingLost) {
     makeFolder();
     GetParam().put(file);
+    EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::notTrusted));
+    EXPECT_EQ(store.add(service, account, "new"), Unexpected(CredentialStatus::duplicateItem));
+    EXPECT_EQ(contentsOf(file), "planted");
+    EXPECT_TRUE(store.remove(service, account));
+    EXPECT_EQ(contentsOf(file.string() + "~untrusted1"), "planted");
+    EXPECT_TRUE(store.add(service, account, "new"));
+    EXPECT_EQ(store.read(service, account), "new");
+}
+
+TEST_F(FileStore, KeepsNineUntrustedFiles) {
+    makeFolder();
+    for (int count = 1; count <= 10; ++count) {
+        writeFile(file, std::to_string(count));
+        chmod(file.c_str(), 0644);
+        EXPECT_EQ(store.remove(service, account).has_value(), count < 10) << count;
+    }
+    EXPECT_EQ(contentsOf(file.string() + "~untrusted1"), "1");
+    EXPECT_EQ(contentsOf(file.string() + "~untrusted9"), "9");
+    EXPECT_EQ(contentsOf(file), "10");
+    EXPECT_TRUE(store.add(service, std::string(account) + "~untrusted1", "another item"));
+    EXPECT_EQ(contentsOf(file.string() + "~untrusted1"), "1");
+}
+
+INSTANTIATE_TEST_SUITE_P(FileStore, UntrustedFile,
+                         ::testing::Values(Intrusion{"ReadableByTheGroup", fileOfMode(0640)},
+                                           Intrusion{"ReadableByOthers", fileOfMode(0604)},
+                                           Intrusion{"WritableByTheGroup", fileOfMode(0620)},
+                                           Intrusion{"WritableByOthers", fileOfMode(0602)},
+                                           Intrusion{"ExecutableByOthers", fileOfMode(0601)}),
+                         [](const auto& row) { return row.param.name; });
+
+class NoFile : public FileStore, public ::testing::WithParamInterface<Intrusion> {};
+
+TEST_P(NoFile, IsNeitherReadNorRemovedNorReplaced) {
+    makeFolder();
+    GetParam().put(file);
+
+    struct stat before {};
+
+    if (lstat(file.c_str(), &before) != 0) {
+        GTEST_SKIP() << "only root can make one";
+    }
+    const std::vector<std::string> names = namesIn(folder);
     const auto began = steady_clock::now();
     EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::notTrusted));
-    EXPECT_LT(steady_clock::now() - began, std::chrono::seconds(5)) << "it waited";
+    EXPECT_EQ(store.remove(service, account), Unexpected(CredentialStatus::notTrusted));
     EXPECT_EQ(store.add(service, account, "new"), Unexpected(CredentialStatus::duplicateItem));
-    EXPECT_EQ(store.remove(service, account), GetParam().removal);
-    if (GetParam().removal) {
-        EXPECT_TRUE(store.add(service, account, "new"));
-        EXPECT_EQ(store.read(service, account), "new");
-    }
+    EXPECT_LT(steady_clock::now() - began, std::chrono::seconds(5)) << "it waited";
+
+    struct stat after {};
+
+    ASSERT_EQ(lstat(file.c_str(), &after), 0);
+    EXPECT_EQ(after.st_ino, before.st_ino);
+    EXPECT_EQ(after.st_mode, before.st_mode);
+    EXPECT_THAT(namesIn(folder), ::testing::UnorderedElementsAreArray(names));
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    FileStore, UntrustedFile,
+    FileStore, NoFile,
     ::testing::Values(
-        Intrusion{"ReadableByTheGroup", fileOfMode(0640)}, Intrusion{"ReadableByOthers", fileOfMode(0604)},
-        Intrusion{"WritableByTheGroup", fileOfMode(0620)}, Intrusion{"WritableByOthers", fileOfMode(0602)},
-        Intrusion{"ExecutableByOthers", fileOfMode(0601)},
         Intrusion{"Link",
                   [](const std::filesystem::path& file) {
                       const std::filesystem::path target = file.parent_path() / "target";
@@ -243,29 +278,97 @@ INSTANTIATE_TEST_SUITE_P(
                   [](const std::filesystem::path& file) {
                       std::filesystem::create_symlink("/nonexistent/x", file);
                   }},
+        Intrusion{
+            "LinkToADevice",
+            [](const std::filesystem::path& file) { std::filesystem::create_symlink("/dev/null", file); }},
         Intrusion{"Pipe", [](const std::filesystem::path& file) { mkfifo(file.c_str(), 0600); }},
-        Intrusion{"Socket",
-                  [](const std::filesystem::path& file) {
-                      const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-                      sockaddr_un address{};
-                      address.sun_family = AF_UNIX;
-                      std::strncpy(address.sun_path, file.c_str(), sizeof address.sun_path - 1);
-                      ASSERT_EQ(bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
-                      close(socket);
-                  }},
+        Intrusion{"Socket", support::makeSocket},
+        Intrusion{
+            "Device",
+            [](const std::filesystem::path& file) { mknod(file.c_str(), S_IFCHR | 0600, makedev(1, 3)); }},
         Intrusion{"Folder",
-                  [](const std::filesystem::path& file) { std::filesystem::create_directory(file); },
-                  Unexpected(CredentialStatus::notTrusted)}),
+                  [](const std::filesystem::path& file) { std::filesystem::create_directory(file); }}),
     [](const auto& row) { return row.param.name; });
 
-TEST_F(FileStore, DoesNotTouchTheTargetOfALink) {
-    makeFolder();
-    const std::filesystem::path target = temporary.path() / "target";
-    writeFile(target, "not ours");
-    std::filesystem::create_symlink(target, file);
-    ASSERT_TRUE(store.remove(service, account));
-    ASSERT_TRUE(store.add(service, account, "new"));
-    EXPECT_EQ(contentsOf(target), "not ours");
+/// The store while the process may open no further file.
+class FileStoreWithoutDescriptors : public FileStore {
+  protected:
+    void SetUp() override { ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &former_), 0); }
+
+    void TearDown() override { allowDescriptors(); }
+
+    /// Forbids opening more files than this from now on.
+    void allowOnly(rlim_t room) const {
+        const int next = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+        ASSERT_GE(next, 0);
+        close(next);
+        const rlimit small{static_cast<rlim_t>(next) + room, former_.rlim_max};
+        ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &small), 0);
+    }
+
+    void allowDescriptors() const { EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &former_), 0); }
+
+  private:
+    rlimit former_{};
+};
+
+TEST_F(FileStoreWithoutDescriptors, NeverRemovesTheItemThatItCouldNotRead) {
+    ASSERT_TRUE(store.add(service, account, "value"));
+    for (const rlim_t room : {rlim_t{0}, rlim_t{1}}) {
+        allowOnly(room);
+        const Result<std::string, CredentialStatus> item = store.read(service, account);
+        const Result<void, CredentialStatus> withoutDescriptors = store.remove(service, account);
+        allowDescriptors();
+        EXPECT_EQ(item, Unexpected(CredentialStatus::notAvailable)) << room;
+        EXPECT_EQ(withoutDescriptors, Unexpected(CredentialStatus::notAvailable)) << room;
+        // The reader has taken another identity by now, for this run.
+        EXPECT_EQ(store.remove(service, account), Unexpected(CredentialStatus::notAvailable)) << room;
+        EXPECT_EQ(store.add(service, account, "new"), Unexpected(CredentialStatus::duplicateItem)) << room;
+        EXPECT_EQ(store.read(service, account), "value") << room;
+    }
+    EXPECT_TRUE(store.remove(service, account)) << "it has been read since";
+}
+
+TEST_F(FileStoreWithoutDescriptors, RemovesNothingThatItCannotReadFirst) {
+    ASSERT_TRUE(store.add(service, account, "value"));
+    for (const rlim_t room : {rlim_t{0}, rlim_t{1}}) {
+        allowOnly(room);
+        const Result<void, CredentialStatus> removed = store.remove(service, account);
+        allowDescriptors();
+        EXPECT_EQ(removed, Unexpected(CredentialStatus::notAvailable)) << room;
+        EXPECT_EQ(contentsOf(file), "value") << room;
+    }
+}
+
+TEST_F(FileStore, DoesNotRemoveAnItemThatItMayNotRead) {
+    constexpr uid_t nobody = 65534;
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only root can become another user";
+    }
+    ASSERT_EQ(chmod(root_.c_str(), 0777), 0);
+    ASSERT_EQ(seteuid(nobody), 0);
+    EXPECT_TRUE(store.add(service, account, "value"));
+    EXPECT_EQ(chmod(file.c_str(), 0), 0);
+    EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::notPermitted));
+    EXPECT_EQ(store.remove(service, account), Unexpected(CredentialStatus::notPermitted));
+    EXPECT_EQ(store.add(service, account, "new"), Unexpected(CredentialStatus::duplicateItem));
+    EXPECT_EQ(chmod(file.c_str(), 0600), 0);
+    EXPECT_EQ(store.read(service, account), "value");
+    ASSERT_EQ(seteuid(0), 0);
+}
+
+TEST_F(FileStore, DoesNotWaitForAForeignLock) {
+    ASSERT_TRUE(store.add(service, account, "value"));
+    std::vector<FileDescriptor> locked;
+    for (const std::filesystem::path& path : {root_, data, folder, file}) {
+        locked.emplace_back(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+        ASSERT_EQ(flock(locked.back().number(), LOCK_EX), 0) << path;
+    }
+    const auto began = steady_clock::now();
+    EXPECT_EQ(store.read(service, account), "value");
+    EXPECT_TRUE(store.remove(service, account));
+    EXPECT_TRUE(store.add(service, account, "new"));
+    EXPECT_LT(steady_clock::now() - began, std::chrono::seconds(5)) << "it waited";
 }
 
 TEST_F(FileStore, DoesNotTrustAFileOfAnotherUser) {
@@ -301,7 +404,7 @@ TEST_F(FileStore, TrustsNothingInAFolderThatOthersMayWriteTo) {
 
 TEST_F(FileStore, TrustsNothingBehindALinkInPlaceOfItsFolder) {
     ASSERT_TRUE(store.add(service, account, "value"));
-    const std::filesystem::path moved = temporary.path() / "moved";
+    const std::filesystem::path moved = root_ / "moved";
     std::filesystem::rename(folder, moved);
     std::filesystem::create_directory_symlink(moved, folder);
     EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::notTrusted));

@@ -1,17 +1,22 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/file/FilePreferences.h>
 
+#include <tests/support/InTemporaryFolder.h>
 #include <tests/support/SmallDisk.h>
-#include <tests/support/TemporaryFolder.h>
+
+#include <vorna/platform/FileDescriptor.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstddef>
 #include <filesystem>
 #include <functional>
@@ -30,9 +35,10 @@ namespace {
 namespace fs = std::filesystem;
 
 using support::contentsOf;
+using support::failure;
+using support::modeOf;
 using support::namesIn;
 using support::SmallDisk;
-using support::TemporaryFolder;
 using support::writeFile;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -73,25 +79,13 @@ std::optional<Table> entriesIn(const FilePreferences& preferences, std::string_v
     return isRead ? std::optional(entries) : std::nullopt;
 }
 
-Result<void, std::error_code> failure(std::errc reason) {
-    return Unexpected(std::make_error_code(reason));
-}
-
-class PreferenceFiles : public testing::Test {
+class PreferenceFiles : public support::InTemporaryFolder {
   protected:
     void put(std::string_view contents) const {
         fs::create_directories(folder_);
         writeFile(file_, contents);
     }
 
-    static mode_t modeOf(const fs::path& path) {
-        struct stat status = {};
-
-        return lstat(path.c_str(), &status) == 0 ? status.st_mode & 07777U : 0;
-    }
-
-    const TemporaryFolder temporary_;
-    const fs::path root_ = temporary_.path();
     const fs::path data_ = root_ / "app";
     const fs::path folder_ = data_ / "preferences";
     const fs::path file_ = folder_ / "VornaRemoteConfigs.json";
@@ -174,8 +168,9 @@ TEST_F(PreferenceFiles, RejectTablesThatCouldNotBeReadAgain) {
               failure(std::errc::illegal_byte_sequence));
     EXPECT_EQ(preferences_.writeTable(key, MapTable(Table{{"\xFF", "1"}, {"\xFF\xFF", "1"}})),
               failure(std::errc::illegal_byte_sequence));
-    EXPECT_EQ(preferences_.writeTable(key, MapTable(Table{{"a", std::string(FilePreferences::largestFile, 'x')}})),
-              failure(std::errc::file_too_large));
+    EXPECT_EQ(
+        preferences_.writeTable(key, MapTable(Table{{"a", std::string(FilePreferences::largestFile, 'x')}})),
+        failure(std::errc::file_too_large));
     EXPECT_EQ(preferences_.table(key), (Table{{"a", "1"}}));
     EXPECT_THAT(namesIn(folder_), ElementsAre("VornaRemoteConfigs.json"));
 }
@@ -225,12 +220,39 @@ TEST_F(PreferenceFiles, AreNotReadAboveTheMaximumSize) {
     EXPECT_EQ(preferences_.table(key), (Table{{"a", "1"}}));
 }
 
-TEST_F(PreferenceFiles, DoNotReadAPipeButReplaceIt) {
+TEST_F(PreferenceFiles, NeitherReadNorReplaceWhatIsNoFile) {
     fs::create_directories(folder_);
+    const auto stays = [&](const char* what, std::errc reason) {
+        EXPECT_EQ(preferences_.table(key), std::nullopt) << what;
+        EXPECT_EQ(preferences_.setTable(key, {{"a", "1"}}), failure(reason)) << what;
+        EXPECT_FALSE(fs::is_regular_file(fs::symlink_status(file_))) << what;
+        EXPECT_THAT(namesIn(folder_), ElementsAre("VornaRemoteConfigs.json")) << what;
+        fs::remove(file_);
+    };
     ASSERT_EQ(mkfifo(file_.c_str(), 0600), 0);
-    EXPECT_EQ(preferences_.table(key), std::nullopt);
-    EXPECT_TRUE(preferences_.setTable(key, {}));
-    EXPECT_EQ(preferences_.table(key), Table());
+    stays("pipe", std::errc::no_such_device_or_address);
+    support::makeSocket(file_);
+    stays("socket", std::errc::no_such_device_or_address);
+    fs::create_directory(file_);
+    stays("folder", std::errc::is_a_directory);
+    fs::create_symlink("/dev/null", file_);
+    stays("link to a device", std::errc::too_many_symbolic_link_levels);
+    if (mknod(file_.c_str(), S_IFCHR | 0600, makedev(1, 3)) == 0) {
+        stays("device", std::errc::no_such_device_or_address);
+    }
+}
+
+TEST_F(PreferenceFiles, DoNotWaitForAForeignLock) {
+    ASSERT_TRUE(preferences_.setTable(key, {}));
+    std::vector<FileDescriptor> locked;
+    for (const fs::path& path : {root_, data_, folder_, file_}) {
+        locked.emplace_back(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+        ASSERT_EQ(flock(locked.back().number(), LOCK_EX), 0) << path;
+    }
+    const auto began = std::chrono::steady_clock::now();
+    EXPECT_TRUE(preferences_.setTable(key, {{"a", "1"}}));
+    EXPECT_EQ(preferences_.table(key), (Table{{"a", "1"}}));
+    EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::seconds(5)) << "they waited";
 }
 
 TEST_F(PreferenceFiles, AreNeitherReadNorWrittenThroughALink) {
@@ -239,8 +261,8 @@ TEST_F(PreferenceFiles, AreNeitherReadNorWrittenThroughALink) {
     fs::create_directories(folder_);
     fs::create_symlink(target, file_);
     EXPECT_EQ(preferences_.table(key), std::nullopt);
-    EXPECT_TRUE(preferences_.setTable(key, {{"a", "ours"}}));
-    EXPECT_EQ(preferences_.table(key), (Table{{"a", "ours"}}));
+    EXPECT_EQ(preferences_.setTable(key, {{"a", "ours"}}), failure(std::errc::too_many_symbolic_link_levels));
+    EXPECT_TRUE(fs::is_symlink(file_));
     EXPECT_EQ(contentsOf(target), "{\"a\":\"theirs\"}");
 }
 
@@ -356,6 +378,7 @@ TEST_F(FormerPreferencesFile, IsIgnoredInFavourOfATableSavedSince) {
     putFormer(R"({"VornaRemoteConfigs":{"theme":"old"}})");
     ASSERT_TRUE(preferences_.setTable(key, {{"theme", "new"}}));
     EXPECT_EQ(preferences_.table(key), (Table{{"theme", "new"}}));
+    EXPECT_FALSE(fs::exists(formerFile_));
 }
 
 TEST_F(FormerPreferencesFile, GivesWayToATableThatIsSavedMeanwhile) {
@@ -380,14 +403,42 @@ TEST_F(FormerPreferencesFile, IsLeftAloneIfItHoldsNoTableOfTexts) {
     EXPECT_FALSE(fs::exists(folder_));
 }
 
-TEST_F(FormerPreferencesFile, MayBeALinkWhoseTargetStays) {
+TEST_F(FormerPreferencesFile, IsLeftAloneIfItIsNoFile) {
     const fs::path target = root_ / "dotfiles.json";
     writeFile(target, R"({"VornaRemoteConfigs":{"theme":"dark"}})");
     fs::create_directories(data_);
+    const auto stays = [&](const char* what) {
+        EXPECT_EQ(preferences_.table(key), std::nullopt) << what;
+        EXPECT_TRUE(preferences_.setTable(key, {})) << what;
+        EXPECT_EQ(preferences_.table(key), Table()) << what;
+        EXPECT_TRUE(fs::exists(fs::symlink_status(formerFile_))) << what;
+        fs::remove(formerFile_);
+        fs::remove_all(folder_);
+    };
     fs::create_symlink(target, formerFile_);
-    EXPECT_EQ(preferences_.table(key), (Table{{"theme", "dark"}}));
-    EXPECT_FALSE(fs::is_symlink(formerFile_));
+    stays("link");
     EXPECT_TRUE(fs::exists(target));
+    fs::create_symlink("/dev/zero", formerFile_);
+    stays("link to a device");
+    ASSERT_EQ(mkfifo(formerFile_.c_str(), 0600), 0);
+    stays("pipe");
+    fs::create_directory(formerFile_);
+    stays("folder");
+}
+
+TEST_F(FormerPreferencesFile, IsRemovedIfItIsFoundAfterAnInterruptedMigration) {
+    putFormer(R"({"VornaRemoteConfigs":{"theme":"old"}})");
+    put(R"({"theme":"old"})");
+    EXPECT_EQ(preferences_.table(key), (Table{{"theme", "old"}}));
+    EXPECT_THAT(namesIn(data_), ElementsAre("preferences"));
+    EXPECT_EQ(preferences_.table(key), (Table{{"theme", "old"}}));
+}
+
+TEST_F(FormerPreferencesFile, StaysBesideADamagedNewFile) {
+    putFormer(R"({"VornaRemoteConfigs":{"theme":"old"}})");
+    put(R"({"theme":"o)");
+    EXPECT_EQ(preferences_.table(key), std::nullopt);
+    EXPECT_TRUE(fs::exists(formerFile_));
 }
 
 TEST_F(FormerPreferencesFile, StaysIfTheTableCannotBeSaved) {

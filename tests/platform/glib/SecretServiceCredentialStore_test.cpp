@@ -222,6 +222,22 @@ TEST_F(SecretServiceStore, GivesUpAtTheBoundWhenTheKeyringHangs) {
     EXPECT_EQ(store.read(service, account), "value");
 }
 
+TEST_F(SecretServiceStore, SpendsOneBoundOnAReadAndTheCallsAfterItWhenTheKeyringHangs) {
+    const KeyringSession session;
+    SecretServiceCredentialStore store(application);
+    session.freezeKeyring();
+    const auto began = steady_clock::now();
+    EXPECT_EQ(store.read(service, account), Unexpected(CredentialStatus::notAvailable));
+    const auto afterRead = steady_clock::now();
+    EXPECT_EQ(store.remove(service, account), Unexpected(CredentialStatus::notAvailable));
+    EXPECT_EQ(store.add(service, account, "value"), Unexpected(CredentialStatus::notAvailable));
+    EXPECT_LT(since(afterRead), milliseconds(1500));
+    EXPECT_GE(since(began), milliseconds(2000));
+    session.thawKeyring();
+    EXPECT_FALSE(store.read(service, account)) << "the addition was not even tried";
+    EXPECT_TRUE(store.add(service, account, "value")) << "the read has begun a new series";
+}
+
 TEST_F(SecretServiceStore, GivesUpAtTheBoundWhenTheBusHangs) {
     const KeyringSession session;
     SecretServiceCredentialStore store(application);

@@ -3,7 +3,15 @@
 
 #include <tests/platform/linux/SystemTree.h>
 
+#include <vorna/text/Utf8.h>
+
 #include <gtest/gtest.h>
+
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
 
 namespace vorna {
 namespace {
@@ -63,8 +71,8 @@ TEST(DefaultDataDirectory, IsAbsentWithoutAHome) {
 TEST(DefaultDataDirectory, AnIdentifierCannotLeaveTheUsersData) {
     const Environment environment = environmentOf({{"XDG_DATA_HOME", "/data"}});
     EXPECT_EQ(defaultDataDirectory("../../etc", environment), "/data/.._.._etc");
-    EXPECT_EQ(defaultDataDirectory("..", environment), "/data/application");
-    EXPECT_EQ(defaultDataDirectory(".", environment), "/data/application");
+    EXPECT_EQ(defaultDataDirectory("..", environment), "/data/" + programName());
+    EXPECT_EQ(defaultDataDirectory(".", environment), "/data/" + programName());
     EXPECT_EQ(defaultDataDirectory("/", environment), "/data/_");
     EXPECT_EQ(defaultDataDirectory("a\nb", environment), "/data/a_b");
 }
@@ -74,6 +82,26 @@ TEST(FolderName, KeepsEveryOtherName) {
         EXPECT_EQ(folderName(name), name);
     }
     EXPECT_EQ(folderName(std::string_view("a\0b", 3)), "a_b");
+    EXPECT_EQ(folderName(""), "application");
+    EXPECT_EQ(folderName("."), "application");
+    EXPECT_EQ(folderName(".."), "application");
+}
+
+TEST(FolderName, FitsAnyFileSystemAndStaysDifferent) {
+    const std::string longest(255, 'x');
+    EXPECT_EQ(folderName(longest), longest);
+    for (std::size_t lead = 0; lead < 3; ++lead) {
+        std::string name(lead, 'x');
+        while (name.size() < 300) {
+            name += "ğ";
+        }
+        const std::string folder = folderName(name);
+        EXPECT_LE(folder.size(), 255U);
+        EXPECT_GE(folder.size(), 250U);
+        EXPECT_TRUE(utf8::isValid(folder)) << folder;
+        EXPECT_EQ(folderName(name), folder);
+        EXPECT_NE(folderName(name + "1"), folderName(name + "2"));
+    }
 }
 
 }  // namespace

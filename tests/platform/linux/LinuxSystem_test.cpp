@@ -303,12 +303,13 @@ TEST(LinuxSystemDisks, AreUnknownIfTheHomeFolderDoesNotExist) {
     EXPECT_EQ(LinuxSystem(options).homeFileSystem(), std::nullopt);
 }
 
-TEST(LinuxSystemWithoutAHome, HasNeitherDisksNorADocumentsFolder) {
+TEST(LinuxSystemWithoutAHome, HasNoDisksAndADocumentsFolderThatDoesNotExist) {
     LinuxSystemOptions options = optionsFor(systemTree("alpine-container"));
     options.environment = environmentOf({});
     const LinuxSystem system(options);
     EXPECT_EQ(system.homeFileSystem(), std::nullopt);
-    EXPECT_EQ(system.documentsDirectory(), std::nullopt);
+    ASSERT_EQ(system.documentsDirectory(), "/nonexistent");
+    EXPECT_EQ(system.creation("/nonexistent").error(), "No such file or directory: /nonexistent");
 }
 
 TEST(LinuxSystemDocuments, AreInTheUsersDataAndCreatedOnFirstUse) {

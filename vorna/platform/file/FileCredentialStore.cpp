@@ -11,6 +11,7 @@
 
 #include <cerrno>
 #include <optional>
+#include <string>
 #include <system_error>
 #include <utility>
 
@@ -32,7 +33,7 @@ CredentialStatus statusOf(std::error_code error) {
     case ELOOP:    // a symbolic link where none may be
     case ENOTDIR:  // something other than a folder in its place
     case EISDIR:
-    case ENXIO:  // a socket, or a pipe
+    case ENXIO:  // a device, a pipe or a socket
         return CredentialStatus::notTrusted;
     case EACCES:
     case EPERM:
@@ -105,20 +106,8 @@ Result<FileDescriptor, CredentialStatus> folderMadeIfMissing(const std::string& 
     return *std::move(folder);
 }
 
-}  // namespace
-
-FileCredentialStore::FileCredentialStore(std::string dataDirectory)
-    : dataDirectory_(std::move(dataDirectory)) {}
-
-Result<std::string, CredentialStatus> FileCredentialStore::read(std::string_view service,
-                                                                std::string_view account) {
-    const auto folder = existingFolder(dataDirectory_);
-    if (!folder) {
-        return Unexpected(folder.error());
-    }
-    // Opening a pipe would wait for its other end.
-    const auto file =
-        openAt(folder->number(), itemName(service, account).c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
+Result<std::string, CredentialStatus> readItem(const FileDescriptor& folder, const std::string& name) {
+    const auto file = openRegularFile(folder.number(), name.c_str(), O_RDONLY);
     if (!file) {
         return Unexpected(statusOf(file.error()));
     }
@@ -126,25 +115,86 @@ Result<std::string, CredentialStatus> FileCredentialStore::read(std::string_view
     if (!status) {
         return Unexpected(CredentialStatus::notAvailable);
     }
-    if (!S_ISREG(status->st_mode) || status->st_uid != geteuid() ||
-        (status->st_mode & othersMayAnything) != 0) {
+    if (status->st_uid != geteuid() || (status->st_mode & othersMayAnything) != 0) {
         return Unexpected(CredentialStatus::notTrusted);
     }
-    return readAll(*file, largestValue).transform_error([](std::error_code error) {
+    return readAll(*file, FileCredentialStore::largestValue).transform_error([](std::error_code error) {
         return error == std::errc::file_too_large ? CredentialStatus::notTrusted : statusOf(error);
     });
 }
 
+/// True if there may be an item that could be read another time.
+bool isHidden(const Result<std::string, CredentialStatus>& item) {
+    return !item && item.error() != CredentialStatus::itemNotFound &&
+           item.error() != CredentialStatus::notTrusted;
+}
+
+/// Renames a file that is not trusted: someone may still want what is in it.
+Result<void, CredentialStatus> setAside(const FileDescriptor& folder, const std::string& name) {
+    if (const auto found = findRegularFile(folder.number(), name.c_str()); !found) {
+        return Unexpected(statusOf(found.error()));
+    }
+    // No item's file has such a name.
+    const std::string stem = name + "~untrusted";
+    for (char digit = '1'; digit <= '9'; ++digit) {
+        const auto renamed = renameToFreeName(folder.number(), name.c_str(), (stem + digit).c_str());
+        if (renamed) {
+            return {};
+        }
+        if (renamed.error() != std::errc::file_exists) {
+            return Unexpected(statusOf(renamed.error()));
+        }
+    }
+    return Unexpected(CredentialStatus::notTrusted);
+}
+
+Result<void, CredentialStatus> unlinkItem(const FileDescriptor& folder, const std::string& name) {
+    if (unlinkat(folder.number(), name.c_str(), 0) != 0) {
+        return Unexpected(statusOf(lastError().error()));
+    }
+    return {};
+}
+
+}  // namespace
+
+FileCredentialStore::FileCredentialStore(std::string dataDirectory)
+    : dataDirectory_(std::move(dataDirectory)) {}
+
+Result<std::string, CredentialStatus> FileCredentialStore::read(std::string_view service,
+                                                                std::string_view account) {
+    const std::string name = itemName(service, account);
+    const std::scoped_lock lock(mutex_);
+    Result<std::string, CredentialStatus> item =
+        existingFolder(dataDirectory_).and_then([&name](const FileDescriptor& folder) {
+            return readItem(folder, name);
+        });
+    if (isHidden(item)) {
+        hidden_.insert_or_assign(name, item.error());
+    } else {
+        hidden_.erase(name);
+    }
+    return item;
+}
+
 Result<void, CredentialStatus> FileCredentialStore::remove(std::string_view service,
                                                            std::string_view account) {
+    const std::string name = itemName(service, account);
+    const std::scoped_lock lock(mutex_);
+    // Its reader has not seen it, so it cannot be meant, even if it could be read by now.
+    if (const auto hidden = hidden_.find(name); hidden != hidden_.end()) {
+        return Unexpected(hidden->second);
+    }
     const auto folder = existingFolder(dataDirectory_);
     if (!folder) {
         return Unexpected(folder.error());
     }
-    if (unlinkat(folder->number(), itemName(service, account).c_str(), 0) != 0) {
-        return Unexpected(statusOf(lastError().error()));
+    const Result<std::string, CredentialStatus> item = readItem(*folder, name);
+    if (!item && item.error() != CredentialStatus::notTrusted) {
+        return Unexpected(item.error());
     }
-    return syncFolder(*folder).transform_error([](std::error_code error) { return statusOf(error); });
+    return (item ? unlinkItem(*folder, name) : setAside(*folder, name)).and_then([&folder] {
+        return syncFolder(*folder).transform_error([](std::error_code error) { return statusOf(error); });
+    });
 }
 
 Result<void, CredentialStatus> FileCredentialStore::add(std::string_view service, std::string_view account,

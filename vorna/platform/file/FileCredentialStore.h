@@ -5,19 +5,27 @@
 /// application's data directory. The folder has mode 0700, the files 0600.
 ///
 /// Items are added atomically, even if the process, the disk or the power fails meanwhile, and of several
-/// processes that add the same item concurrently exactly one succeeds. A file that belongs to another user,
-/// that others may read or write, or that is not a regular file (a link, say), is `notTrusted`: not read, but
-/// removed by `remove`. So is everything in a folder that is a link or that others may write to.
+/// processes that add the same item concurrently exactly one succeeds.
+///
+/// A file that belongs to another user, or that others may read or write, is `notTrusted`: not read, and
+/// `remove` only renames it, to the same name with "~untrusted1" after it (up to 9), so that its contents are
+/// not lost. What is not a regular file (a link, say, even to one) is `notTrusted` and stays where it is, as
+/// does everything in a folder that is a link or that others may write to.
+///
+/// A file that cannot be read for another reason (permissions, a damaged disk, no free descriptor) is never
+/// removed, so that a later run finds the identity again.
 
 #include <vorna/platform/CredentialStore.h>
 
 #include <cstddef>
+#include <map>
+#include <mutex>
 #include <string>
 #include <string_view>
 
 namespace vorna {
 
-/// Any thread, concurrently; no state is kept between calls.
+/// Any thread. Remembers which items could not be read.
 class FileCredentialStore final : public CredentialStore {
   public:
     /// A longer value is not added (`notPermitted`), and a longer file is not read (`notTrusted`).
@@ -28,12 +36,18 @@ class FileCredentialStore final : public CredentialStore {
     explicit FileCredentialStore(std::string dataDirectory);
 
     Result<std::string, CredentialStatus> read(std::string_view service, std::string_view account) override;
+    /// An item whose last reading failed, other than with `itemNotFound` or `notTrusted`, stays, and the
+    /// status is that of the reading.
     Result<void, CredentialStatus> remove(std::string_view service, std::string_view account) override;
     Result<void, CredentialStatus> add(std::string_view service, std::string_view account,
                                        std::string_view value) override;
 
   private:
-    std::string dataDirectory_;
+    const std::string dataDirectory_;
+
+    std::mutex mutex_;
+    /// The items whose last reading failed, by the names of their files.
+    std::map<std::string, CredentialStatus> hidden_;
 };
 
 }  // namespace vorna

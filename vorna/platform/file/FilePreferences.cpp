@@ -12,13 +12,13 @@
 #include <boost/json/string.hpp>
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstddef>
 #include <functional>
+#include <optional>
+#include <system_error>
 #include <utility>
-#include <variant>
 
 namespace vorna {
 
@@ -32,20 +32,10 @@ std::string fileNameFor(std::string_view key) {
     return fileNameOf(key) + ".json";
 }
 
-Result<std::string, std::error_code> readRegularFile(int folder, const std::string& name, int flags) {
-    // Opening a pipe would wait for its other end.
-    return openAt(folder, name.c_str(), O_RDONLY | O_NONBLOCK | flags)
-        .and_then([](const FileDescriptor& file) -> Result<std::string, std::error_code> {
-            struct stat status {};
-
-            if (fstat(file.number(), &status) != 0) {
-                return lastError();
-            }
-            if (!S_ISREG(status.st_mode)) {
-                return Unexpected(std::make_error_code(std::errc::invalid_argument));
-            }
-            return readAll(file, FilePreferences::largestFile);
-        });
+Result<std::string, std::error_code> readDocument(int folder, const std::string& name) {
+    return openRegularFile(folder, name.c_str(), O_RDONLY).and_then([](const FileDescriptor& file) {
+        return readAll(file, FilePreferences::largestFile);
+    });
 }
 
 /// Null for text that is not JSON, as for null.
@@ -136,44 +126,92 @@ Result<void, std::error_code> save(const std::string& dataDirectory, std::string
     });
 }
 
-/// Migrates a table from the document of earlier versions.
+/// The document in which earlier versions kept all tables.
+class FormerDocument {
+  public:
+    explicit FormerDocument(const std::string& dataDirectory) : path_(dataDirectory + "/preferences.json") {
+        if (const auto document = readDocument(AT_FDCWD, path_)) {
+            root_ = valueIn(*document);
+        }
+    }
+
+    std::optional<Table> table(std::string_view key) const {
+        const boost::json::object* const entries = root_.if_object();
+        const boost::json::value* const entry =
+            entries == nullptr ? nullptr
+                               : entries->if_contains(boost::json::string_view(key.data(), key.size()));
+        return entry == nullptr ? std::nullopt : tableOf(*entry);
+    }
+
+    /// Removes the document if it has nothing but this table, once the new one in the folder is on the disk.
+    void removeIfOnly(std::string_view key, const FileDescriptor& folder) const {
+        const boost::json::object* const entries = root_.if_object();
+        const bool isOnly = entries != nullptr && entries->size() == 1 &&
+                            entries->contains(boost::json::string_view(key.data(), key.size()));
+        if (isOnly && syncFolder(folder)) {
+            unlink(path_.c_str());
+        }
+    }
+
+  private:
+    std::string path_;
+    boost::json::value root_;
+};
+
+/// Migrates a table from the former document.
 std::optional<Table> takeOver(const std::string& dataDirectory, std::string_view key) {
-    const std::string path = dataDirectory + "/preferences.json";
-    const auto document = readRegularFile(AT_FDCWD, path, 0);
-    const boost::json::value root = document ? valueIn(*document) : boost::json::value();
-    const boost::json::object* const entries = root.if_object();
-    const boost::json::value* const entry =
-        entries == nullptr ? nullptr : entries->if_contains(boost::json::string_view(key.data(), key.size()));
-    std::optional<Table> table = entry == nullptr ? std::nullopt : tableOf(*entry);
+    const FormerDocument former(dataDirectory);
+    std::optional<Table> table = former.table(key);
     if (!table) {
         return std::nullopt;
     }
     // Never in place of a table saved in the meantime: that one is newer.
     const auto saved = save(dataDirectory, key, documentOf(*table), &AtomicFile::create);
-    const bool isObsolete = saved || saved.error() == std::errc::file_exists;
-    if (isObsolete && entries->size() == 1) {
-        unlink(path.c_str());
+    if (saved || saved.error() == std::errc::file_exists) {
+        if (const auto folder = openStoreFolder(dataDirectory, folderName)) {
+            former.removeIfOnly(key, *folder);
+        }
     }
     return table;
+}
+
+using Saved = Result<std::optional<Table>, std::error_code>;
+
+/// std::nullopt if the file holds no table.
+Saved savedTable(const std::string& dataDirectory, std::string_view key) {
+    const auto folder = openStoreFolder(dataDirectory, folderName);
+    if (!folder) {
+        return Unexpected(folder.error());
+    }
+    const auto document = readDocument(folder->number(), fileNameFor(key));
+    if (!document) {
+        return Unexpected(document.error());
+    }
+    std::optional<Table> table = tableOf(valueIn(*document));
+    if (table) {
+        // Still there if a migration was interrupted, or if the table was saved before it was first read.
+        FormerDocument(dataDirectory).removeIfOnly(key, *folder);
+    }
+    return Saved(std::move(table));
 }
 
 }  // namespace
 
 FilePreferences::FilePreferences(std::string dataDirectory) : dataDirectory_(std::move(dataDirectory)) {}
 
-Result<std::string, std::error_code> FilePreferences::readDocument(std::string_view key) const {
-    return openStoreFolder(dataDirectory_, folderName).and_then([key](const FileDescriptor& folder) {
-        return readRegularFile(folder.number(), fileNameFor(key), O_NOFOLLOW);
-    });
-}
-
 std::optional<Table> FilePreferences::table(std::string_view key) const {
-    const auto document = readDocument(key);
-    if (document) {
-        return tableOf(valueIn(*document));
+    const Saved saved = savedTable(dataDirectory_, key);
+    if (saved) {
+        return *saved;
     }
-    const bool isAbsent = document.error() == std::errc::no_such_file_or_directory;
-    return isAbsent && !dataDirectory_.empty() ? takeOver(dataDirectory_, key) : std::nullopt;
+    if (saved.error() != std::errc::no_such_file_or_directory || dataDirectory_.empty()) {
+        return std::nullopt;
+    }
+    if (std::optional<Table> former = takeOver(dataDirectory_, key)) {
+        return former;
+    }
+    // Another process may have completed the migration in between.
+    return savedTable(dataDirectory_, key).value_or(std::nullopt);
 }
 
 Result<void, std::error_code> FilePreferences::setTable(std::string_view key, const Table& table) {
@@ -183,13 +221,19 @@ Result<void, std::error_code> FilePreferences::setTable(std::string_view key, co
 bool FilePreferences::readTable(
     std::string_view key,
     const std::function<void(std::string_view entry, std::string_view text)>& visit) const {
-    const auto document = readDocument(key);
+    const auto folder = openStoreFolder(dataDirectory_, folderName);
+    const Result<std::string, std::error_code> document =
+        folder ? readDocument(folder->number(), fileNameFor(key)) : Unexpected(folder.error());
     if (!document) {
         // Perhaps there is one to be migrated.
         return Preferences::readTable(key, visit);
     }
     VisitorSink sink(visit);
-    return json::readTextTable(*document, std::nullopt, sink).has_value();
+    const bool isTable = json::readTextTable(*document, std::nullopt, sink).has_value();
+    if (isTable) {
+        FormerDocument(dataDirectory_).removeIfOnly(key, *folder);
+    }
+    return isTable;
 }
 
 Result<void, std::error_code> FilePreferences::writeTable(std::string_view key, const TextTable& table) {

@@ -15,11 +15,14 @@
 
 namespace vorna {
 
-/// Objects and processes may share a folder; the last writer of a table wins. A file that is truncated,
-/// foreign or not a regular file counts as no table, and the next save replaces it.
+/// Objects and processes may share a folder, without waiting for each other or for anyone's lock; the last
+/// writer of a table wins. A file that is truncated or foreign counts as no table, and the next save replaces
+/// it. What is not a regular file (a link, say, even to one) counts as no table and is never replaced: saving
+/// fails.
 ///
 /// Earlier versions kept all tables in one document, "preferences.json" in the data directory. A table that
-/// is still there is migrated when it is first read, and the document is removed unless it has other entries.
+/// is still there is migrated when it is first read. The document is removed once the new file is on the
+/// disk, unless it has other entries or is a link.
 class FilePreferences final : public Preferences {
   public:
     /// A larger file is not read.
@@ -42,8 +45,6 @@ class FilePreferences final : public Preferences {
     Result<void, std::error_code> writeTable(std::string_view key, const TextTable& table) override;
 
   private:
-    Result<std::string, std::error_code> readDocument(std::string_view key) const;
-
     const std::string dataDirectory_;
 };
 

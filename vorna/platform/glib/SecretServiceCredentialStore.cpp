@@ -269,19 +269,18 @@ class Conversation {
     const Result<Object<SecretService>, CredentialStatus> service_;
 };
 
-/// Holds one conversation on its own thread and waits for it until the time limit has passed.
+/// Holds one conversation on its own thread and waits for it until the deadline.
 template <class Value>
 Result<Value, CredentialStatus>
-converse(const std::optional<std::string>& address, ItemName name, std::chrono::milliseconds bound,
+converse(const std::optional<std::string>& address, ItemName name, Time deadline,
          std::function<Result<Value, CredentialStatus>(Conversation&)> operation) {
     using Outcome = Result<Value, CredentialStatus>;
     if (!name.canBeAttributes()) {
         return Unexpected(CredentialStatus::notPermitted);
     }
-    if (!address) {
+    if (!address || deadline <= std::chrono::steady_clock::now()) {
         return Unexpected(CredentialStatus::notAvailable);
     }
-    const Time deadline = std::chrono::steady_clock::now() + bound;
     const auto task = std::make_shared<std::packaged_task<Outcome(const std::stop_token&)>>(
         [address = *address, name = std::move(name), deadline,
          operation = std::move(operation)](const std::stop_token& stop) {
@@ -306,6 +305,36 @@ converse(const std::optional<std::string>& address, ItemName name, std::chrono::
 
 }  // namespace
 
+/// One call's share of the time for the item; what it takes is subtracted.
+class SecretServiceCredentialStore::Wait {
+  public:
+    Wait(SecretServiceCredentialStore& store, const ItemName& name)
+        : store_(store),
+          item_(name.service, name.account) {
+        const std::scoped_lock lock(store_.mutex_);
+        deadline_ = began_ + store_.timeLeft_.try_emplace(item_, store_.bound_).first->second;
+    }
+
+    Wait(const Wait&) = delete;
+    Wait& operator=(const Wait&) = delete;
+    Wait(Wait&&) = delete;
+    Wait& operator=(Wait&&) = delete;
+
+    ~Wait() {
+        const std::scoped_lock lock(store_.mutex_);
+        auto& left = store_.timeLeft_.find(item_)->second;
+        left -= std::min(left, std::chrono::steady_clock::now() - began_);
+    }
+
+    Time deadline() const { return deadline_; }
+
+  private:
+    SecretServiceCredentialStore& store_;
+    const Item item_;
+    const Time began_ = std::chrono::steady_clock::now();
+    Time deadline_;
+};
+
 SecretServiceCredentialStore::SecretServiceCredentialStore(std::string application,
                                                            std::chrono::milliseconds bound)
     : application_(std::move(application)),
@@ -314,21 +343,29 @@ SecretServiceCredentialStore::SecretServiceCredentialStore(std::string applicati
 
 Result<std::string, CredentialStatus> SecretServiceCredentialStore::read(std::string_view service,
                                                                          std::string_view account) {
-    return converse<std::string>(busAddress_, {std::string(service), std::string(account), application_},
-                                 bound_, &Conversation::read);
+    ItemName name{std::string(service), std::string(account), application_};
+    {
+        const std::scoped_lock lock(mutex_);
+        timeLeft_.insert_or_assign(Item(name.service, name.account), bound_);
+    }
+    const Wait wait(*this, name);
+    return converse<std::string>(busAddress_, std::move(name), wait.deadline(), &Conversation::read);
 }
 
 Result<void, CredentialStatus> SecretServiceCredentialStore::remove(std::string_view service,
                                                                     std::string_view account) {
-    return converse<void>(busAddress_, {std::string(service), std::string(account), application_}, bound_,
-                          &Conversation::remove);
+    ItemName name{std::string(service), std::string(account), application_};
+    const Wait wait(*this, name);
+    return converse<void>(busAddress_, std::move(name), wait.deadline(), &Conversation::remove);
 }
 
 Result<void, CredentialStatus> SecretServiceCredentialStore::add(std::string_view service,
                                                                  std::string_view account,
                                                                  std::string_view value) {
+    ItemName name{std::string(service), std::string(account), application_};
+    const Wait wait(*this, name);
     return converse<void>(
-        busAddress_, {std::string(service), std::string(account), application_}, bound_,
+        busAddress_, std::move(name), wait.deadline(),
         [value = std::string(value)](Conversation& conversation) { return conversation.add(value); });
 }
 

@@ -15,9 +15,12 @@
 #include <vorna/platform/CredentialStore.h>
 
 #include <chrono>
+#include <map>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace vorna {
 
@@ -28,7 +31,8 @@ class SecretServiceCredentialStore final : public CredentialStore {
     static constexpr std::chrono::milliseconds defaultBound{2000};
 
     /// The application's name is that of its data folder; if empty, items belong to all applications. The
-    /// bound applies to each whole call. The session bus's address is read from the environment now.
+    /// bound limits how long a read and the removals and additions of the same item after it wait,
+    /// altogether; each read begins anew. The session bus's address is read from the environment now.
     explicit SecretServiceCredentialStore(std::string application,
                                           std::chrono::milliseconds bound = defaultBound);
 
@@ -45,9 +49,17 @@ class SecretServiceCredentialStore final : public CredentialStore {
                                        std::string_view value) override;
 
   private:
+    /// Service and account.
+    using Item = std::pair<std::string, std::string>;
+    class Wait;
+
     const std::string application_;
     const std::chrono::milliseconds bound_;
     const std::optional<std::string> busAddress_;
+
+    std::mutex mutex_;
+    /// How much longer calls for these items may wait.
+    std::map<Item, std::chrono::steady_clock::duration> timeLeft_;
 };
 
 }  // namespace vorna

@@ -37,6 +37,9 @@ std::string withoutTrailingSlash(std::string path) {
 
 /// A single byte here that is not UTF-8 would keep every record from being sent.
 BundleFacts repaired(BundleFacts bundle) {
+    if (bundle.identifier && bundle.identifier->empty()) {
+        bundle.identifier.reset();
+    }
     for (std::optional<std::string>* const text :
          {&bundle.identifier, &bundle.shortVersion, &bundle.version}) {
         if (*text && !utf8::isValid(**text)) {
@@ -122,10 +125,13 @@ std::optional<FileSystemSize> LinuxSystem::homeFileSystem() const {
 }
 
 std::optional<std::string> LinuxSystem::documentsDirectory() const {
-    if (dataDirectory_) {
-        // Users of the folder will see why it is missing.
-        std::call_once(dataDirectoryMade_, [&] { std::ignore = makeFolders(*dataDirectory_); });
+    if (!dataDirectory_) {
+        // A user without a home, such as a service's, has no such folder. This one never exists, so its users
+        // see why and carry on.
+        return "/nonexistent";
     }
+    // Users of the folder will see why it is missing.
+    std::call_once(dataDirectoryMade_, [&] { std::ignore = makeFolders(*dataDirectory_); });
     return dataDirectory_;
 }
 
