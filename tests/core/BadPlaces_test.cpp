@@ -4,6 +4,7 @@
 
 #include <vorna/core/VornaCoreSDK.h>
 
+#include <tests/support/ConfigTables.h>
 #include <tests/support/ForkedProcess.h>
 #include <tests/support/InTemporaryFolder.h>
 #include <tests/support/ProcessVariables.h>
@@ -265,10 +266,10 @@ int runHost(const Place& place, const std::string& data, CredentialStoreKind kin
     if (!VornaCoreSDK::GetUserID() || !VornaCoreSDK::GetInstallTime()) {
         return 3;
     }
-    SharedInstance::get().remoteConfigHelper->saveToLocal({{"theme", "dark"}});
+    SharedInstance::get().remoteConfigHelper->saveToLocal(support::tableOf({{"theme", "dark"}}));
     VornaCoreSDK::Event("still here");
     const auto reloaded = SharedInstance::get().remoteConfigHelper->loadConfigsFromLocal();
-    if (reloaded.has_value() != place.keepsConfigs) {
+    if ((reloaded != nullptr) != place.keepsConfigs) {
         return 4;
     }
     std::printf("user %s\n", VornaCoreSDK::GetUserID()->c_str());
