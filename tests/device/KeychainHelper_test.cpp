@@ -18,7 +18,6 @@
 #include <ostream>
 #include <string>
 #include <string_view>
-#include <utility>
 
 namespace vorna {
 
@@ -204,7 +203,7 @@ TEST_F(Keychain, TellsTheStoreWhatARecordIsWithoutLoggingAnything) {
             return {};
         }
 
-        void recogniseWholeValues(IsWhole isWhole) override { isWholeValue = std::move(isWhole); }
+        void recogniseWholeValues(const IsWhole& isWhole) override { isWholeValue = isWhole; }
 
         IsWhole isWholeValue;
     };

@@ -21,11 +21,14 @@
 
 #include <chrono>
 #include <csignal>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <iostream>
 #include <memory>
 #include <optional>
 #include <ostream>
+#include <random>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -485,6 +488,54 @@ TEST_F(IdentityInTwoFiles, IsReadFromTheWholeOneAndRepairsTheOther) {
             ASSERT_TRUE(second->remove(service, account));
         }
     }
+}
+
+TEST_F(IdentityInTwoFiles, IsNotLostWhenTheProcessIsKilledDuringARepair) {
+    const std::string damage = record.substr(0, 20);
+    const auto repair = [this](const std::string&) {
+        const std::shared_ptr<CredentialStore> store = newStore();
+        const bool isKept = load(store).userId == "an old user";
+        std::ignore = store->read(service, "another");
+        return isKept ? 0 : 1;
+    };
+    const auto damageFirst = [&] {
+        std::ignore = first->remove(service, account);
+        return first->add(service, account, damage);
+    };
+    ASSERT_TRUE(second->add(service, account, record));
+    ASSERT_TRUE(damageFirst());
+    ForkedProcess undisturbed(repair);
+    const auto began = steady_clock::now();
+    undisturbed.start();
+    ASSERT_EQ(undisturbed.wait(), 0);
+    const auto duration = std::chrono::duration_cast<std::chrono::microseconds>(steady_clock::now() - began);
+
+    const std::uint64_t seed = std::random_device()();
+    std::mt19937_64 generator(seed);
+    std::uniform_int_distribution<std::int64_t> anyMoment(0, duration.count());
+    int repaired = 0;
+    int absent = 0;
+    int untouched = 0;
+    for (int round = 0; round < 200; ++round) {
+        ASSERT_TRUE(damageFirst());
+        ForkedProcess process(repair);
+        process.start();
+        const auto end = steady_clock::now() + std::chrono::microseconds(anyMoment(generator));
+        while (steady_clock::now() < end) {
+            // A sleep would end only at certain moments.
+        }
+        process.kill();
+        process.wait();
+        const Result<std::string, CredentialStatus> found = first->read(service, account);
+        repaired += found == record ? 1 : 0;
+        untouched += found == damage ? 1 : 0;
+        absent += found == Unexpected(CredentialStatus::itemNotFound) ? 1 : 0;
+        ASSERT_EQ(second->read(service, account), record) << "seed " << seed;
+    }
+    std::cerr << "seed " << seed << ": " << repaired << " repaired, " << untouched << " untouched, " << absent
+              << " in between\n";
+    EXPECT_EQ(repaired + untouched + absent, 200);
+    EXPECT_GT(untouched, 0) << "no moment was early enough";
 }
 
 /// As a crash reporter does that sends its report before the process ends.

@@ -32,9 +32,9 @@ class AutomaticCredentialStore::State : public std::enable_shared_from_this<Stat
           keyringTimeout_(keyringTimeout),
           keyringTimeLeft_(keyringTimeout) {}
 
-    void recogniseWholeValues(IsWhole isWhole) {
+    void recogniseWholeValues(const IsWhole& isWhole) {
         const std::scoped_lock lock(mutex_);
-        isWhole_ = std::move(isWhole);
+        isWhole_ = isWhole;
     }
 
     Outcome<std::string> read(std::string service, std::string account) {
@@ -299,8 +299,8 @@ AutomaticCredentialStore::~AutomaticCredentialStore() {
     state_->dropJobs();
 }
 
-void AutomaticCredentialStore::recogniseWholeValues(IsWhole isWhole) {
-    state_->recogniseWholeValues(std::move(isWhole));
+void AutomaticCredentialStore::recogniseWholeValues(const IsWhole& isWhole) {
+    state_->recogniseWholeValues(isWhole);
 }
 
 Result<std::string, CredentialStatus> AutomaticCredentialStore::read(std::string_view service,

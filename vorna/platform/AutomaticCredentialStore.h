@@ -39,7 +39,7 @@ class AutomaticCredentialStore final : public CredentialStore {
     AutomaticCredentialStore(AutomaticCredentialStore&&) = delete;
     AutomaticCredentialStore& operator=(AutomaticCredentialStore&&) = delete;
 
-    void recogniseWholeValues(IsWhole isWhole) override;
+    void recogniseWholeValues(const IsWhole& isWhole) override;
 
     /// Does not wait: work in progress is completed, pending work is dropped.
     ~AutomaticCredentialStore() override;

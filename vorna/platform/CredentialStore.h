@@ -49,7 +49,7 @@ class VORNA_EXPORT CredentialStore {
     /// Sets how whole values are recognised. Called once, before anything else. Only a store that keeps the
     /// same item in several places needs it, to know which copy to return and to spread. The function may be
     /// called on any thread.
-    virtual void recogniseWholeValues(IsWhole /*isWhole*/) {}
+    virtual void recogniseWholeValues(const IsWhole& /*isWhole*/) {}
 
     /// Returns the value's bytes as they were added.
     virtual Result<std::string, CredentialStatus> read(std::string_view service,
