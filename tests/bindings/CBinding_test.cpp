@@ -12,7 +12,10 @@
 #include <atomic>
 #include <cctype>
 #include <cstring>
+#include <functional>
 #include <map>
+#include <memory>
+#include <optional>
 #include <regex>
 #include <string>
 #include <string_view>
@@ -353,6 +356,48 @@ TEST(CObserver, ReadsTheUserInfo) {
     vorna_remove_observer(observation);
     NotificationCenter::defaultCenter().post("test");
     EXPECT_THAT(read, ElementsAre("test", "true", "yazı 🎉", "2", "a=1", "b=2", "2", "no more"));
+}
+
+/// A table that is not a map.
+class LargeTable final : public TextTable {
+  public:
+    std::size_t size() const noexcept override { return 2; }
+
+    std::optional<std::string_view> find(std::string_view /*key*/) const noexcept override {
+        return std::nullopt;
+    }
+
+    void
+    forEach(const std::function<void(std::string_view key, std::string_view value)>& visit) const override {
+        visit("b", "2");
+        visit("a", "1");
+    }
+};
+
+TEST(CObserver, ReadsALargeTableAsAMap) {
+    std::vector<std::string> read;
+    vorna_observation* const observation = vorna_add_observer(
+        "test",
+        [](const vorna_notification* notification, void* userData) {
+            auto& lines = *static_cast<std::vector<std::string>*>(userData);
+            const char* const first = vorna_notification_get_map_value(notification, "table", "a");
+            const char* entry = nullptr;
+            const char* value = nullptr;
+            for (std::size_t index = 0;
+                 vorna_notification_get_map_entry(notification, "table", index, &entry, &value); ++index) {
+                lines.emplace_back(std::string(entry) + "=" + value);
+            }
+            lines.emplace_back(std::to_string(vorna_notification_get_map_size(notification, "table")));
+            lines.emplace_back(first);
+            const bool hasOther = vorna_notification_get_map_value(notification, "table", "c") != nullptr ||
+                                  vorna_notification_get_string(notification, "table") != nullptr;
+            lines.emplace_back(hasOther ? "what is not there" : "no more");
+        },
+        &read);
+    NotificationCenter::defaultCenter().post(
+        "test", {{"table", std::shared_ptr<const TextTable>(std::make_shared<LargeTable>())}});
+    vorna_remove_observer(observation);
+    EXPECT_THAT(read, ElementsAre("a=1", "b=2", "2", "1", "no more"));
 }
 
 TEST(CObserver, MayRemoveItself) {

@@ -34,17 +34,30 @@ std::size_t takeSize(const char*& at) noexcept {
     }
 }
 
+/// The sizes of a record's texts, and where these begin.
 struct Record {
-    std::string_view key;
-    std::string_view value;
-    const char* end;
-};
+    explicit Record(const char* at) noexcept
+        : keySize(static_cast<unsigned char>(at[0])),
+          valueSize(static_cast<unsigned char>(at[1])),
+          texts(at + 2) {
+        // Nearly all texts are shorter than 128 bytes.
+        if ((keySize | valueSize) >= 0x80) {
+            keySize = takeSize(at);
+            valueSize = takeSize(at);
+            texts = at;
+        }
+    }
 
-Record recordAt(const char* at) noexcept {
-    const std::size_t keySize = takeSize(at);
-    const std::size_t valueSize = takeSize(at);
-    return {{at, keySize}, {at + keySize, valueSize}, at + keySize + valueSize};
-}
+    std::string_view key() const noexcept { return {texts, keySize}; }
+
+    std::string_view value() const noexcept { return {texts + keySize, valueSize}; }
+
+    const char* end() const noexcept { return texts + keySize + valueSize; }
+
+    std::size_t keySize;
+    std::size_t valueSize;
+    const char* texts;
+};
 
 }  // namespace
 
@@ -55,21 +68,23 @@ RemoteConfigTable::RemoteConfigTable(RemoteConfigTableEntries entries)
         return;
     }
     records_.shrink_to_fit();
-    slots_.resize(count + count / 2 + 1);
+    // In a small table lookups count, in a large one its memory does.
+    constexpr std::size_t large = 65'536;
+    slots_.resize(count < large ? 4 * count : 2 * count);
     const char* const begin = records_.data();
     for (const char* at = begin; at != begin + records_.size();) {
         const auto offset = static_cast<std::uint32_t>(at - begin);
-        const Record record = recordAt(at);
-        const std::uint64_t hash = hashOf(record.key);
+        const Record record(at);
+        const std::uint64_t hash = hashOf(record.key());
         const std::uint32_t check = checkOf(hash);
         std::size_t slot = firstSlot(hash);
         while (slots_[slot].record != vacant &&
-               (slots_[slot].check != check || recordAt(begin + slots_[slot].record).key != record.key)) {
+               (slots_[slot].check != check || Record(begin + slots_[slot].record).key() != record.key())) {
             slot = slotAfter(slot);
         }
         size_ += slots_[slot].record == vacant ? 1 : 0;
         slots_[slot] = {check, offset};
-        at = record.end;
+        at = record.end();
     }
 }
 
@@ -90,9 +105,9 @@ std::optional<std::string_view> RemoteConfigTable::find(std::string_view key) co
     const std::uint32_t check = checkOf(hash);
     for (std::size_t slot = firstSlot(hash); slots_[slot].record != vacant; slot = slotAfter(slot)) {
         if (slots_[slot].check == check) {
-            const Record record = recordAt(records_.data() + slots_[slot].record);
-            if (record.key == key) {
-                return record.value;
+            const Record record(records_.data() + slots_[slot].record);
+            if (record.key() == key) {
+                return record.value();
             }
         }
     }
@@ -103,8 +118,8 @@ void RemoteConfigTable::forEach(
     const std::function<void(std::string_view key, std::string_view value)>& visit) const {
     for (const Slot& slot : slots_) {
         if (slot.record != vacant) {
-            const Record record = recordAt(records_.data() + slot.record);
-            visit(record.key, record.value);
+            const Record record(records_.data() + slot.record);
+            visit(record.key(), record.value());
         }
     }
 }

@@ -67,7 +67,7 @@ class RemoteConfigTable final : public TextTable {
     std::size_t slotAfter(std::size_t slot) const noexcept;
 
     std::string records_;
-    /// At least a third of them vacant; none in an empty table.
+    /// At least half of them vacant; none in an empty table.
     std::vector<Slot> slots_;
     std::size_t size_ = 0;
 };
