@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/core/ScreensSlot.h>
 
+#include <vorna/base/CatchAll.h>
 #include <vorna/platform/Log.h>
 #include <vorna/platform/NeverDestroyed.h>
 
@@ -51,11 +52,7 @@ Slot& slot() {
 
 /// An exception of the screens must not reach the host, nor prevent the instance from being created.
 void start(Screens& screens, const ScreenServices& services) {
-    try {
-        screens.start(services);
-    } catch (...) {
-        log::failure({"Starting the screens"});
-    }
+    catchAll([&] { screens.start(services); }, [] { log::failure({"Starting the screens"}); });
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <vorna/events/ULID.h>
 #include <vorna/platform/Log.h>
 #include <vorna/platform/NeverDestroyed.h>
+#include <vorna/platform/NoCancellation.h>
 
 #include <map>
 #include <optional>
@@ -111,6 +112,7 @@ SharedInstance::SharedInstance(Platform thePlatform)
 }
 
 void SharedInstance::initialise(std::string appID) {
+    const NoCancellation throughout;
     const std::scoped_lock lock(initialising_);
     if (isInitialised_) {
         loadConfigsFromLocal();

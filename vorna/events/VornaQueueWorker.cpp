@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/events/VornaQueueWorker.h>
 
+#include <vorna/base/CatchAll.h>
 #include <vorna/platform/FatalError.h>
 #include <vorna/platform/Log.h>
 #include <vorna/platform/NotificationCenter.h>
@@ -53,12 +54,8 @@ void VornaQueueWorker::start() {
                     return;
                 }
                 if (std::optional<VornaTask> task = worker->taskQueue_->dequeue()) {
-                    try {
-                        worker->perform(std::move(*task));
-                    } catch (...) {
-                        // Most likely out of memory: this task is lost, the next may succeed.
-                        log::failure({"A task"});
-                    }
+                    // Most likely out of memory: this task is lost, the next may succeed.
+                    catchAll([&] { worker->perform(std::move(*task)); }, [] { log::failure({"A task"}); });
                 } else {
                     worker.reset();
                     self.sleepFor(std::chrono::seconds(1));

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/NotificationCenter.h>
 
+#include <vorna/base/CatchAll.h>
 #include <vorna/platform/Log.h>
 #include <vorna/platform/NeverDestroyed.h>
+#include <vorna/platform/NoCancellation.h>
 
 #include <algorithm>
 #include <condition_variable>
@@ -35,6 +37,29 @@ struct NotificationCenter::Observation::Entry {
     bool isActive = true;
     std::vector<std::thread::id> calls;
 
+    /// Removes the record of a call when it ends, also if the observer has ended its thread.
+    class CallEnd {
+      public:
+        explicit CallEnd(Entry& entry) noexcept : entry_(entry) {}
+
+        CallEnd(const CallEnd&) = delete;
+        CallEnd& operator=(const CallEnd&) = delete;
+        CallEnd(CallEnd&&) = delete;
+        CallEnd& operator=(CallEnd&&) = delete;
+
+        ~CallEnd() {
+            {
+                const std::scoped_lock lock(entry_.mutex);
+                std::vector<std::thread::id>& recorded = entry_.calls;
+                recorded.erase(std::find(recorded.begin(), recorded.end(), std::this_thread::get_id()));
+            }
+            entry_.callEnded.notify_all();
+        }
+
+      private:
+        Entry& entry_;
+    };
+
     void call(const Notification& notification) {
         {
             const std::scoped_lock lock(mutex);
@@ -43,16 +68,8 @@ struct NotificationCenter::Observation::Entry {
             }
             calls.push_back(std::this_thread::get_id());
         }
-        try {
-            observer(notification);
-        } catch (...) {
-            log::failure({"An observer of ", name});
-        }
-        {
-            const std::scoped_lock lock(mutex);
-            calls.erase(std::find(calls.begin(), calls.end(), std::this_thread::get_id()));
-        }
-        callEnded.notify_all();
+        const CallEnd end(*this);
+        catchAll([&] { observer(notification); }, [&] { log::failure({"An observer of ", name}); });
     }
 
     void deactivate() {
@@ -85,6 +102,7 @@ void NotificationCenter::Observation::end() noexcept {
     if (!entry) {
         return;
     }
+    const NoCancellation inDestructor;
     if (const std::shared_ptr<Registry> registry = entry->registry.lock()) {
         const std::scoped_lock lock(registry->mutex);
         const auto named = registry->entries.find(entry->name);

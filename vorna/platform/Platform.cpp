@@ -2,6 +2,7 @@
 #include <vorna/platform/Platform.h>
 
 #include <vorna/platform/AutomaticCredentialStore.h>
+#include <vorna/platform/NoCancellation.h>
 #include <vorna/platform/curl/CurlHttpClient.h>
 #include <vorna/platform/file/FileCredentialStore.h>
 #include <vorna/platform/file/FilePreferences.h>
@@ -43,6 +44,7 @@ std::string withoutTrailingSlash(std::string text) {
 }  // namespace
 
 Platform makePlatform(const PlatformOptions& options) {
+    const NoCancellation inOtherLibraries;
     const std::string service =
         withoutTrailingSlash(options.serviceURL.empty() ? VORNA_SERVICE_URL : options.serviceURL);
     const std::string dataDirectory = options.dataDirectory.empty()

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/ServiceThread.h>
 
+#include <vorna/base/CatchAll.h>
+#include <vorna/platform/Log.h>
 #include <vorna/platform/ProcessExit.h>
 
 #include <pthread.h>
@@ -112,6 +114,11 @@ class ServiceThread::State final : public RestsAtExit {
 
     bool isCurrent() const noexcept { return id_.load() == std::this_thread::get_id(); }
 
+    bool hasReturned() {
+        const std::scoped_lock lock(mutex_);
+        return hasReturned_;
+    }
+
     std::stop_token stopToken() const noexcept { return stop_.get_token(); }
 
     void sleepFor(std::chrono::milliseconds time) {
@@ -135,8 +142,15 @@ class ServiceThread::State final : public RestsAtExit {
         }
     }
 
-    /// Called on the thread, before the loop.
-    void begin() noexcept { id_.store(std::this_thread::get_id()); }
+    /// All that the thread does.
+    void run(Loop loop) {
+        id_.store(std::this_thread::get_id());
+        // Before the thread counts as resting, the loop's captures are destroyed. Host code may also end the
+        // thread with pthread_exit, which unwinds it.
+        const Rest rest(*this, loop);
+        Self self(*this);
+        catchAll([&] { loop(self); }, [] { log::failure({"A background thread"}); });
+    }
 
     /// Called on the thread, when it parks or after the loop.
     void rest(bool hasReturned) noexcept {
@@ -149,6 +163,25 @@ class ServiceThread::State final : public RestsAtExit {
     }
 
   private:
+    class Rest {
+      public:
+        Rest(State& state, Loop& loop) noexcept : state_(state), loop_(loop) {}
+
+        Rest(const Rest&) = delete;
+        Rest& operator=(const Rest&) = delete;
+        Rest(Rest&&) = delete;
+        Rest& operator=(Rest&&) = delete;
+
+        ~Rest() {
+            loop_ = nullptr;
+            state_.rest(true);
+        }
+
+      private:
+        State& state_;
+        Loop& loop_;
+    };
+
     std::stop_source stop_;
     std::atomic<std::thread::id> id_;
     std::mutex mutex_;
@@ -197,16 +230,13 @@ std::optional<ServiceThread> ServiceThread::start(const char* name, ThreadPriori
         // In effect from the thread's first instruction, since it inherits the mask.
         const BlockedSignals blocked;
         state->adopt(std::thread([name, priority, state, loop = std::move(loop)]() mutable {
+            // A cancellation would strike in the middle of another library.
+            pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, nullptr);
             pthread_setname_np(pthread_self(), name);
             if (priority == ThreadPriority::low) {
                 lowerThreadPriority();
             }
-            state->begin();
-            Self self(*state);
-            loop(self);
-            // The loop's captures are destroyed before the thread counts as resting.
-            loop = nullptr;
-            state->rest(true);
+            state->run(std::move(loop));
         }));
         return ServiceThread(state);
     } catch (const std::exception&) {
@@ -244,6 +274,10 @@ void ServiceThread::join() {
 
 bool ServiceThread::isCurrent() const noexcept {
     return state_->isCurrent();
+}
+
+bool ServiceThread::hasEnded() const {
+    return state_->hasReturned();
 }
 
 }  // namespace vorna

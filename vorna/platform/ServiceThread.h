@@ -64,7 +64,7 @@ class ServiceThread {
         State& state_;
     };
 
-    /// Runs once, until it returns. Must not throw.
+    /// Runs once, until it returns. An exception that leaves it ends the thread, with a log line.
     using Loop = std::function<void(Self& self)>;
 
     /// Starts a thread that debuggers show under the name (at most 15 characters). std::nullopt if the system
@@ -93,6 +93,9 @@ class ServiceThread {
     void join();
 
     bool isCurrent() const noexcept;
+
+    /// Whether the loop has returned, or has been ended by host code that called `pthread_exit` in it.
+    bool hasEnded() const;
 
   private:
     explicit ServiceThread(std::shared_ptr<State> state) noexcept;

@@ -3,6 +3,7 @@
 
 #include <tests/platform/curl/CurlHttpClientOutcomes.h>
 #include <tests/platform/curl/LocalAuthority.h>
+#include <tests/support/HostThread.h>
 #include <tests/support/Nginx.h>
 #include <tests/support/RawServer.h>
 
@@ -178,6 +179,32 @@ TEST(HttpClientDestruction, MayHappenAtAnyTime) {
     }
     EXPECT_TRUE(outcomes.waitForAll());
     EXPECT_EQ(outcomes.countWithStatus(200) + outcomes.countWithError(), 1000U);
+}
+
+TEST(HttpClientThread, IsReplacedIfACompletionEndsIt) {
+    RawServer server([](RawServer::Connection& connection) {
+        while (!connection.readRequest().empty()) {
+            connection.send(emptyAnswer);
+        }
+    });
+    HttpOutcomes outcomes;
+    CurlHttpClient client("");
+    std::promise<void> ending;
+    client.start(posting(server.url("/"), "{}"), [&](auto, auto, auto) {
+        ending.set_value();
+        support::HostThread::endHere();
+    });
+    ending.get_future().wait();
+    const auto deadline = std::chrono::steady_clock::now() + 1min;
+    std::size_t tried = 0;
+    // Until the thread has ended altogether, a request only waits.
+    while (outcomes.count() == 0 && std::chrono::steady_clock::now() < deadline) {
+        client.start(posting(server.url("/"), "{}"), outcomes.next());
+        ++tried;
+        std::this_thread::sleep_for(20ms);
+    }
+    EXPECT_TRUE(outcomes.waitForAll());
+    EXPECT_EQ(outcomes.countWithStatus(200), tried);
 }
 
 /// Each test exits a separate process, which is killed if it takes so long that it must have hung.

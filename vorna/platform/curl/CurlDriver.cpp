@@ -60,9 +60,10 @@ void CurlDriver::start(const std::shared_ptr<CurlDriver>& self, HttpRequest requ
     self->wake();
 }
 
-/// Called with the lock held. If the system refuses a thread, the next request tries again.
+/// Called with the lock held. If the system refuses a thread, or host code has ended it, the next request
+/// tries again.
 void CurlDriver::ensureThread(const std::shared_ptr<CurlDriver>& self) {
-    if (!thread_) {
+    if (!thread_ || thread_->hasEnded()) {
         // The thread holds the driver until it ends.
         thread_ = ServiceThread::start("vorna-http", ThreadPriority::normal,
                                        [self](ServiceThread::Self& thread) { self->run(thread); });
@@ -83,14 +84,14 @@ void CurlDriver::close() {
         isClosed_ = true;
         thread.swap(thread_);
     }
-    if (thread) {
+    if (thread && !thread->hasEnded()) {
         thread->join();
     } else {
         failAll();
     }
 }
 
-void CurlDriver::run(ServiceThread::Self& self) noexcept {
+void CurlDriver::run(ServiceThread::Self& self) {
     self_ = &self;
     const std::stop_callback wakeOnStop(self.stopToken(), [this] {
         const std::scoped_lock lock(mutex_);
@@ -234,9 +235,7 @@ bool CurlDriver::finishCompleted() {
         }
         transfer.lane->progressed = std::chrono::steady_clock::now();
         curl_multi_remove_handle(multi_.get(), easy);
-        transfer.finish(code);
-        parkIfExiting();
-        recycle(transfer);
+        end(transfer, code);
     }
     return any;
 }
@@ -261,9 +260,7 @@ bool CurlDriver::endOverdue() {
         transfer.abortReason = isCancelled ? cancelled : "The request timed out";
         // The handle may have repeated the request, as above.
         transfer.configuredFor.reset();
-        transfer.finish(CURLE_OPERATION_TIMEDOUT);
-        parkIfExiting();
-        recycle(transfer);
+        end(transfer, CURLE_OPERATION_TIMEDOUT);
     }
     return any;
 }
@@ -300,9 +297,7 @@ bool CurlDriver::finishStalled() {
         any = true;
         curl_multi_remove_handle(multi_.get(), transfer.easy.get());
         transfer.configuredFor.reset();
-        transfer.finish(CURLE_OK);
-        parkIfExiting();
-        recycle(transfer);
+        end(transfer, CURLE_OK);
     }
     return any;
 }
@@ -322,6 +317,21 @@ bool CurlDriver::isOverdue(CurlTransfer& transfer, Time now) {
     curl_multi_remove_handle(multi_.get(), easy);
     transfer.deadline = now + timeout;
     return curl_multi_add_handle(multi_.get(), easy) != CURLM_OK;
+}
+
+/// Completes the request, whose handle has been removed from libcurl.
+void CurlDriver::end(CurlTransfer& transfer, CURLcode code) {
+    // The host's completion may also end this thread with pthread_exit; the next one goes on from here.
+    struct Recycling {
+        CurlDriver& driver;
+        CurlTransfer& transfer;
+
+        ~Recycling() { driver.recycle(transfer); }
+    };
+
+    const Recycling afterwards{*this, transfer};
+    transfer.finish(code);
+    parkIfExiting();
 }
 
 void CurlDriver::recycle(CurlTransfer& transfer) {

@@ -45,7 +45,7 @@ class CurlDriver {
     void ensureThread(const std::shared_ptr<CurlDriver>& self);
     void wake();
 
-    void run(ServiceThread::Self& self) noexcept;
+    void run(ServiceThread::Self& self);
     void loadTrust();
     void perform();
     void queueIncoming();
@@ -57,6 +57,7 @@ class CurlDriver {
     bool endCancelledWaiting(Time now);
     bool finishStalled();
     bool isOverdue(CurlTransfer& transfer, Time now);
+    void end(CurlTransfer& transfer, CURLcode code);
     void recycle(CurlTransfer& transfer);
     void trim();
     std::chrono::milliseconds pollTimeout() const;

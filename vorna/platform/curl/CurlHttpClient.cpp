@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/curl/CurlHttpClient.h>
 
+#include <vorna/platform/NoCancellation.h>
 #include <vorna/platform/curl/CurlDriver.h>
 
 #include <curl/curl.h>
@@ -31,6 +32,8 @@ CurlHttpClient::~CurlHttpClient() {
 }
 
 void CurlHttpClient::start(HttpRequest request, Completion completion) {
+    // The thread must be woken once it has a request.
+    const NoCancellation untilWoken;
     CurlDriver::start(driver_, std::move(request), std::move(completion));
 }
 

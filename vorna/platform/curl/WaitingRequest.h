@@ -23,10 +23,9 @@ struct WaitingRequest {
 
     /// Calls the host's completion. Exceptions that leave it are dropped.
     void complete(std::optional<std::string> answer, std::optional<HttpResponse> response,
-                  std::optional<HttpError> error) const noexcept;
+                  std::optional<HttpError> error) const;
 
-    void fail(std::string_view description,
-              std::optional<HttpResponse> response = std::nullopt) const noexcept;
+    void fail(std::string_view description, std::optional<HttpResponse> response = std::nullopt) const;
 };
 
 }  // namespace vorna
