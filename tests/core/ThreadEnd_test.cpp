@@ -122,6 +122,30 @@ TEST_F(ThreadEnd, InAnObserverOfADirectEventLeavesTheLibraryUsable) {
     EXPECT_EXIT(run(), ExitedWithCode(0), "");
 }
 
+TEST_F(ThreadEnd, InAnObserverOnTheWorkersThreadLeavesTheLibraryUsable) {
+    const auto run = [] {
+        begin();
+        const RecordedEvents host;
+        static std::atomic<bool> isEnding = false;
+        auto observation = observing(VornaCoreSDK::EventListUpdated, [] {
+            isEnding = true;
+            HostThread::endHere();
+        });
+        VornaCoreSDK::Init("app");
+        while (!isEnding) {
+            std::this_thread::yield();
+        }
+        observation.end();
+        // Until the thread has ended altogether, it does not count as missing.
+        while (!hasSent(host, "afterwards")) {
+            VornaCoreSDK::Event("afterwards");
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+        succeed();
+    };
+    EXPECT_EXIT(run(), ExitedWithCode(0), "");
+}
+
 TEST_F(ThreadEnd, ByCancellationWhileRecordingIsCleanAtAnyTime) {
     const auto run = [] {
         begin();

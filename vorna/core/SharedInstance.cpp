@@ -7,6 +7,7 @@
 #include <vorna/platform/Log.h>
 #include <vorna/platform/NeverDestroyed.h>
 #include <vorna/platform/NoCancellation.h>
+#include <vorna/platform/Upkeep.h>
 
 #include <map>
 #include <optional>
@@ -79,6 +80,7 @@ Platform finalChoice() {
 
 SharedInstance& SharedInstance::get() {
     static NeverDestroyed<SharedInstance> instance(finalChoice());
+    upkeep::perform();
     return *instance;
 }
 

@@ -25,7 +25,8 @@ namespace vorna {
 
 class SharedInstance {
   public:
-    /// Creates the instance on the first call, with the chosen platform or else the default one.
+    /// Creates the instance on the first call, with the chosen platform or else the default one. Every
+    /// operation begins here, so threads that are missing are started again.
     static SharedInstance& get();
 
     /// Sets the platform of the instance. False, without effect, once the instance is being created.

@@ -46,24 +46,44 @@ VornaQueueWorker::VornaQueueWorker(std::shared_ptr<VornaTaskQueue> taskQueue,
       eventAddress_(URL::parse(eventURL_)) {}
 
 void VornaQueueWorker::start() {
+    {
+        const std::scoped_lock lock(mutex_);
+        isStarted_ = true;
+    }
+    upkeep::add(weak_from_this());
+    ensureRunning();
+}
+
+void VornaQueueWorker::ensureRunning() {
+    const std::scoped_lock lock(mutex_);
+    if (!isStarted_ || (thread_ && !thread_->hasEnded())) {
+        return;
+    }
     thread_ = ServiceThread::start(
-        "vorna-worker", ThreadPriority::low, [weakWorker = weak_from_this()](ServiceThread::Self& self) {
-            while (!self.stopRequested()) {
-                std::shared_ptr<VornaQueueWorker> worker = weakWorker.lock();
-                if (!worker) {
-                    return;
-                }
-                if (std::optional<VornaTask> task = worker->taskQueue_->dequeue()) {
-                    // Most likely out of memory: this task is lost, the next may succeed.
-                    catchAll([&] { worker->perform(std::move(*task)); }, [] { log::failure({"A task"}); });
-                } else {
-                    worker.reset();
-                    self.sleepFor(std::chrono::seconds(1));
-                }
-            }
-        });
-    if (!thread_) {
-        log::debug({"The system refused a thread for the worker; no events will be sent"});
+        "vorna-worker", ThreadPriority::low,
+        [weakWorker = weak_from_this()](ServiceThread::Self& self) { run(weakWorker, self); });
+    if (thread_ || processIsExiting()) {
+        return;
+    }
+    upkeep::request();
+    if (!std::exchange(wasRefused_, true)) {
+        log::debug({"The system refused a thread for the worker; the next operation tries again"});
+    }
+}
+
+void VornaQueueWorker::run(const std::weak_ptr<VornaQueueWorker>& weakWorker, ServiceThread::Self& self) {
+    while (!self.stopRequested()) {
+        std::shared_ptr<VornaQueueWorker> worker = weakWorker.lock();
+        if (!worker) {
+            return;
+        }
+        if (std::optional<VornaTask> task = worker->taskQueue_->dequeue()) {
+            // Most likely out of memory: this task is lost, the next may succeed.
+            catchAll([&] { worker->perform(std::move(*task)); }, [] { log::failure({"A task"}); });
+        } else {
+            worker.reset();
+            self.sleepFor(std::chrono::seconds(1));
+        }
     }
 }
 

@@ -2,6 +2,7 @@
 #include <vorna/platform/AutomaticCredentialStore.h>
 
 #include <vorna/platform/ServiceThread.h>
+#include <vorna/platform/Upkeep.h>
 
 #include <algorithm>
 #include <atomic>
@@ -19,7 +20,8 @@
 namespace vorna {
 
 /// Shared by the store and its thread. The keyring is used on the thread only, one call at a time.
-class AutomaticCredentialStore::State : public std::enable_shared_from_this<State> {
+class AutomaticCredentialStore::State final : public KeepsRunning,
+                                              public std::enable_shared_from_this<State> {
   public:
     template <class Value>
     using Outcome = Result<Value, CredentialStatus>;
@@ -84,6 +86,13 @@ class AutomaticCredentialStore::State : public std::enable_shared_from_this<Stat
         jobs_.clear();
     }
 
+    void ensureRunning() override {
+        const std::scoped_lock lock(mutex_);
+        if (!jobs_.empty()) {
+            startThread();
+        }
+    }
+
   private:
     using Job = std::function<void()>;
     /// Empty if the keyring did not answer in time.
@@ -114,13 +123,17 @@ class AutomaticCredentialStore::State : public std::enable_shared_from_this<Stat
             [this, operation = std::move(operation)] { return operation(*keyring_); });
         std::future<Outcome<Value>> answer = task->get_future();
         const auto isAbandoned = std::make_shared<std::atomic<bool>>(false);
-        const bool isEnqueued = enqueue([task = std::move(task), isAbandoned] {
+        Job job = [task = std::move(task), isAbandoned] {
             if (!isAbandoned->load()) {
                 (*task)();
             }
-        });
-        if (!isEnqueued) {
-            return Unexpected(KeyringFailure());
+        };
+        {
+            const std::scoped_lock lock(mutex_);
+            if (!startThread()) {
+                return Unexpected(KeyringFailure());
+            }
+            jobs_.push_back(std::move(job));
         }
         const bool isAnswered = answer.wait_until(deadline) == std::future_status::ready;
         isAbandoned->store(true);
@@ -152,9 +165,12 @@ class AutomaticCredentialStore::State : public std::enable_shared_from_this<Stat
         return change(*file_);
     }
 
+    /// If the system refuses a thread, the library's next operation tries again.
     void repairLater(std::string service, std::string account) {
-        enqueue(
+        const std::scoped_lock lock(mutex_);
+        jobs_.emplace_back(
             [this, service = std::move(service), account = std::move(account)] { repair(service, account); });
+        startThread();
     }
 
     /// Makes both stores hold the same item, as far as both can be reached. It starts from their current
@@ -196,17 +212,16 @@ class AutomaticCredentialStore::State : public std::enable_shared_from_this<Stat
         std::ignore = keyring_->add(service, account, *fromFile);
     }
 
-    /// Passes the job to the thread, starting it if necessary. False if no thread can be started.
-    bool enqueue(Job job) {
-        const std::scoped_lock lock(mutex_);
+    /// Called with the lock held. False if no thread can be started.
+    bool startThread() {
         if (!isRunning_) {
             thread_ = ServiceThread::start(
                 "vorna-identity", ThreadPriority::normal,
                 [state = shared_from_this()](ServiceThread::Self& self) { state->run(self); });
             isRunning_ = thread_.has_value();
-        }
-        if (isRunning_) {
-            jobs_.push_back(std::move(job));
+            if (!isRunning_) {
+                upkeep::request();
+            }
         }
         return isRunning_;
     }
@@ -249,7 +264,9 @@ class AutomaticCredentialStore::State : public std::enable_shared_from_this<Stat
 AutomaticCredentialStore::AutomaticCredentialStore(std::shared_ptr<CredentialStore> file,
                                                    std::shared_ptr<CredentialStore> keyring,
                                                    std::chrono::milliseconds keyringTimeout)
-    : state_(std::make_shared<State>(std::move(file), std::move(keyring), keyringTimeout)) {}
+    : state_(std::make_shared<State>(std::move(file), std::move(keyring), keyringTimeout)) {
+    upkeep::add(state_);
+}
 
 AutomaticCredentialStore::~AutomaticCredentialStore() {
     state_->dropJobs();

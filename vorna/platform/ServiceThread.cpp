@@ -4,6 +4,7 @@
 #include <vorna/base/CatchAll.h>
 #include <vorna/platform/Log.h>
 #include <vorna/platform/ProcessExit.h>
+#include <vorna/platform/Upkeep.h>
 
 #include <pthread.h>
 #include <sys/resource.h>
@@ -147,9 +148,10 @@ class ServiceThread::State final : public RestsAtExit {
         id_.store(std::this_thread::get_id());
         // Before the thread counts as resting, the loop's captures are destroyed. Host code may also end the
         // thread with pthread_exit, which unwinds it.
-        const Rest rest(*this, loop);
+        Rest rest(*this, loop);
         Self self(*this);
         catchAll([&] { loop(self); }, [] { log::failure({"A background thread"}); });
+        rest.loopHasReturned();
     }
 
     /// Called on the thread, when it parks or after the loop.
@@ -175,11 +177,17 @@ class ServiceThread::State final : public RestsAtExit {
         ~Rest() {
             loop_ = nullptr;
             state_.rest(true);
+            if (!hasReturned_) {
+                upkeep::request();
+            }
         }
+
+        void loopHasReturned() noexcept { hasReturned_ = true; }
 
       private:
         State& state_;
         Loop& loop_;
+        bool hasReturned_ = false;
     };
 
     std::stop_source stop_;

@@ -2,6 +2,7 @@
 #include <vorna/platform/curl/CurlDriver.h>
 
 #include <vorna/platform/ProcessExit.h>
+#include <vorna/platform/Upkeep.h>
 #include <vorna/platform/curl/prepareTransfer.h>
 
 #include <algorithm>
@@ -35,7 +36,9 @@ CurlDriver::CurlDriver(std::string certificateAuthorityFile)
 
 void CurlDriver::startThread(const std::shared_ptr<CurlDriver>& self) {
     const std::scoped_lock lock(self->mutex_);
-    self->ensureThread(self);
+    if (!self->isClosed_) {
+        self->ensureThread(self);
+    }
 }
 
 void CurlDriver::start(const std::shared_ptr<CurlDriver>& self, HttpRequest request,
@@ -60,13 +63,16 @@ void CurlDriver::start(const std::shared_ptr<CurlDriver>& self, HttpRequest requ
     self->wake();
 }
 
-/// Called with the lock held. If the system refuses a thread, or host code has ended it, the next request
-/// tries again.
+/// Called with the lock held. If the system refuses a thread, or host code has ended it, the next request or
+/// other operation tries again.
 void CurlDriver::ensureThread(const std::shared_ptr<CurlDriver>& self) {
     if (!thread_ || thread_->hasEnded()) {
         // The thread holds the driver until it ends.
         thread_ = ServiceThread::start("vorna-http", ThreadPriority::normal,
                                        [self](ServiceThread::Self& thread) { self->run(thread); });
+        if (!thread_) {
+            upkeep::request();
+        }
     }
 }
 

@@ -2,6 +2,7 @@
 #include <vorna/platform/curl/CurlHttpClient.h>
 
 #include <vorna/platform/NoCancellation.h>
+#include <vorna/platform/Upkeep.h>
 #include <vorna/platform/curl/CurlDriver.h>
 
 #include <curl/curl.h>
@@ -19,22 +20,38 @@ void initialiseLibcurl() {
 
 }  // namespace
 
-CurlHttpClient::CurlHttpClient(std::string certificateAuthorityFile) {
-    // Before the thread starts: its stop at exit then comes before the teardown that libcurl's libraries
-    // register here.
-    initialiseLibcurl();
-    driver_ = std::make_shared<CurlDriver>(std::move(certificateAuthorityFile));
-    CurlDriver::startThread(driver_);
+class CurlHttpClient::Life final : public KeepsRunning {
+  public:
+    explicit Life(std::string certificateAuthorityFile)
+        : driver_(std::make_shared<CurlDriver>(std::move(certificateAuthorityFile))) {}
+
+    const std::shared_ptr<CurlDriver>& driver() const { return driver_; }
+
+    void ensureRunning() override { CurlDriver::startThread(driver_); }
+
+  private:
+    const std::shared_ptr<CurlDriver> driver_;
+};
+
+CurlHttpClient::CurlHttpClient(std::string certificateAuthorityFile)
+    : life_([&] {
+          // Before the thread starts: its stop at exit then comes before the teardown that libcurl's
+          // libraries register here.
+          initialiseLibcurl();
+          return std::make_shared<Life>(std::move(certificateAuthorityFile));
+      }()) {
+    upkeep::add(life_);
+    life_->ensureRunning();
 }
 
 CurlHttpClient::~CurlHttpClient() {
-    driver_->close();
+    life_->driver()->close();
 }
 
 void CurlHttpClient::start(HttpRequest request, Completion completion) {
     // The thread must be woken once it has a request.
     const NoCancellation untilWoken;
-    CurlDriver::start(driver_, std::move(request), std::move(completion));
+    CurlDriver::start(life_->driver(), std::move(request), std::move(completion));
 }
 
 }  // namespace vorna

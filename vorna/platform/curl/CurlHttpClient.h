@@ -21,8 +21,6 @@
 
 namespace vorna {
 
-class CurlDriver;
-
 class CurlHttpClient final : public HttpClient {
   public:
     /// Trusts the authorities in the PEM file, or the system's if the name is empty.
@@ -38,7 +36,9 @@ class CurlHttpClient final : public HttpClient {
     void start(HttpRequest request, Completion completion) override;
 
   private:
-    std::shared_ptr<CurlDriver> driver_;
+    class Life;
+
+    const std::shared_ptr<Life> life_;
 };
 
 }  // namespace vorna
