@@ -9,6 +9,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <mutex>
 #include <string>
@@ -77,7 +78,8 @@ class CountingServer {
 
     void take(std::string_view request) {
         const std::size_t body = request.find("\r\n\r\n");
-        if (!request.starts_with("POST /v1/event ") || body == std::string_view::npos) {
+        if (!request.starts_with("POST /v1/event ") || body == std::string_view::npos ||
+            !request.ends_with('}')) {
             return;
         }
         const std::string name = member(request.substr(body), "name");

@@ -61,7 +61,8 @@ Platform makePlatform(const PlatformOptions& options) {
     Platform platform;
     platform.eventURL = service + "/v1/event";
     platform.configURL = service + "/v1/config";
-    platform.httpClient = std::make_shared<CurlHttpClient>(options.certificateAuthorityFile);
+    platform.httpClient =
+        std::make_shared<CurlHttpClient>(options.certificateAuthorityFile, options.exitGrace);
     platform.credentialStore = makeCredentialStore(options.credentialStore, dataDirectory,
                                                    options.bundleIdentifier.value_or(programName()));
     platform.preferences = std::make_shared<FilePreferences>(dataDirectory);

@@ -10,6 +10,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <condition_variable>
 #include <csignal>
@@ -61,7 +62,10 @@ void lowerThreadPriority() noexcept {
 /// Shared by the handle and the thread; process exit finds it while either holds it.
 class ServiceThread::State final : public RestsAtExit {
   public:
-    State() = default;
+    explicit State(std::chrono::milliseconds exitGrace) noexcept
+        : exitGrace_(std::clamp<std::chrono::milliseconds>(exitGrace, std::chrono::milliseconds(0),
+                                                           std::chrono::hours(24))) {}
+
     State(const State&) = delete;
     State& operator=(const State&) = delete;
     State(State&&) = delete;
@@ -75,6 +79,14 @@ class ServiceThread::State final : public RestsAtExit {
     }
 
     void requestStop() noexcept override { stop_.request_stop(); }
+
+    std::chrono::milliseconds exitGrace() const noexcept override { return exitGrace_; }
+
+    Time endOfGrace() const noexcept { return processIsExiting() ? timeOfExit() + exitGrace_ : Time::max(); }
+
+    bool mayGoOn() const noexcept {
+        return !processIsExiting() || (!exitHasMovedOn() && std::chrono::steady_clock::now() < endOfGrace());
+    }
 
     bool awaitRest(Time deadline) override {
         std::unique_lock lock(mutex_);
@@ -190,6 +202,7 @@ class ServiceThread::State final : public RestsAtExit {
         bool hasReturned_ = false;
     };
 
+    const std::chrono::milliseconds exitGrace_;
     std::stop_source stop_;
     std::atomic<std::thread::id> id_;
     std::mutex mutex_;
@@ -202,6 +215,14 @@ class ServiceThread::State final : public RestsAtExit {
 
 std::stop_token ServiceThread::Self::stopToken() const noexcept {
     return state_.stopToken();
+}
+
+bool ServiceThread::Self::mayGoOn() const noexcept {
+    return state_.mayGoOn();
+}
+
+ServiceThread::Time ServiceThread::Self::endOfGrace() const noexcept {
+    return state_.endOfGrace();
 }
 
 void ServiceThread::Self::sleepFor(std::chrono::milliseconds time) {
@@ -223,12 +244,13 @@ ServiceThread::Self::Vital::~Vital() {
     state_.endVital();
 }
 
-std::optional<ServiceThread> ServiceThread::start(const char* name, ThreadPriority priority, Loop loop) {
+std::optional<ServiceThread> ServiceThread::start(const char* name, ThreadPriority priority, Loop loop,
+                                                  std::chrono::milliseconds exitGrace) {
     if (processIsExiting()) {
         return std::nullopt;
     }
     try {
-        const auto state = std::make_shared<State>();
+        const auto state = std::make_shared<State>(exitGrace);
         // Before the thread exists, so that an exit that begins now either finds it or is seen here. Stopping
         // it from here instead would run its stop callbacks under the caller's locks.
         restAtProcessExit(state);

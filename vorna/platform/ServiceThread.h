@@ -38,6 +38,14 @@ class ServiceThread {
 
         bool stopRequested() const noexcept { return stopToken().stop_requested(); }
 
+        /// False once the process exits and no longer waits for this thread: it must then only park. Until
+        /// then a thread with a grace may finish what is under way, although a stop has been requested. To
+        /// use something torn down at exit, check this in a `Vital` scope.
+        bool mayGoOn() const noexcept;
+
+        /// When the grace is over; `Time::max()` while the process is not exiting.
+        Time endOfGrace() const noexcept;
+
         /// Sleeps until the time is up or a stop is requested.
         void sleepFor(std::chrono::milliseconds time);
 
@@ -67,10 +75,12 @@ class ServiceThread {
     /// Runs once, until it returns. An exception that leaves it ends the thread, with a log line.
     using Loop = std::function<void(Self& self)>;
 
-    /// Starts a thread that debuggers show under the name (at most 15 characters). std::nullopt if the system
-    /// refuses another thread or the process is exiting.
-    [[nodiscard]] static std::optional<ServiceThread> start(const char* name, ThreadPriority priority,
-                                                            Loop loop);
+    /// Starts a thread that debuggers show under the name (at most 15 characters). When the process exits, it
+    /// may go on with what is under way for the grace. std::nullopt if the system refuses another thread or
+    /// the process is exiting.
+    [[nodiscard]] static std::optional<ServiceThread>
+    start(const char* name, ThreadPriority priority, Loop loop,
+          std::chrono::milliseconds exitGrace = std::chrono::milliseconds(0));
 
     ServiceThread(const ServiceThread&) = delete;
     ServiceThread& operator=(const ServiceThread&) = delete;

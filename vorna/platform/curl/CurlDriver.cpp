@@ -22,8 +22,9 @@ constexpr const char* cancelled = "The request was cancelled";
 
 }  // namespace
 
-CurlDriver::CurlDriver(std::string certificateAuthorityFile)
+CurlDriver::CurlDriver(std::string certificateAuthorityFile, std::chrono::milliseconds exitGrace)
     : certificateAuthorityFile_(std::move(certificateAuthorityFile)),
+      exitGrace_(exitGrace),
       multi_(curl_multi_init()) {
     if (!multi_) {
         throw std::bad_alloc();
@@ -68,8 +69,9 @@ void CurlDriver::start(const std::shared_ptr<CurlDriver>& self, HttpRequest requ
 void CurlDriver::ensureThread(const std::shared_ptr<CurlDriver>& self) {
     if (!thread_ || thread_->hasEnded()) {
         // The thread holds the driver until it ends.
-        thread_ = ServiceThread::start("vorna-http", ThreadPriority::normal,
-                                       [self](ServiceThread::Self& thread) { self->run(thread); });
+        thread_ = ServiceThread::start(
+            "vorna-http", ThreadPriority::normal, [self](ServiceThread::Self& thread) { self->run(thread); },
+            exitGrace_);
         if (!thread_) {
             upkeep::request();
         }
@@ -104,19 +106,39 @@ void CurlDriver::run(ServiceThread::Self& self) {
         wake();
     });
     loadTrust();
-    while (!self.stopRequested()) {
+    while (goesOn()) {
+        std::optional<ServiceThread::Self::Vital> exitWaits;
+        if (processIsExiting()) {
+            // Everything here may use libcurl, and no host code runs any more.
+            exitWaits.emplace(self);
+            parkIfExiting();
+        }
         queueIncoming();
         startAdmitted();
         perform();
         const bool hasCompleted = finishCompleted();
         const bool hasEnded = endOverdue();
         const bool hasStalled = finishStalled();
+        exitWaits.reset();
         if (!hasCompleted && !hasEnded && !hasStalled && !admission_.canAdmit()) {
             waitForWork();
         }
     }
-    parkIfExiting();
+    if (processIsExiting()) {
+        self.park();
+    }
     failAll();
+}
+
+/// Until a stop is requested; when the process exits, until nothing is under way or the grace is over.
+bool CurlDriver::goesOn() {
+    return !self_->stopRequested() || (processIsExiting() && self_->mayGoOn() && isUnderWay());
+}
+
+/// What the client has been given counts, whether it has begun or not.
+bool CurlDriver::isUnderWay() {
+    const std::scoped_lock lock(mutex_);
+    return !incoming_.empty() || !underWay_.empty() || admission_.hasWaiting();
 }
 
 void CurlDriver::loadTrust() {
@@ -134,7 +156,7 @@ void CurlDriver::perform() {
     {
         const ServiceThread::Self::Vital vital(*self_);
         // Checked only now: exit either waits for us or is seen here.
-        if (!processIsExiting()) {
+        if (self_->mayGoOn()) {
             int running = 0;
             curl_multi_perform(multi_.get(), &running);
         }
@@ -249,7 +271,7 @@ bool CurlDriver::finishCompleted() {
 /// Ends requests that have timed out or been cancelled.
 bool CurlDriver::endOverdue() {
     const Time now = std::chrono::steady_clock::now();
-    if (now < nextDeadline_) {
+    if (now < nextDeadline_ || processIsExiting()) {
         return false;
     }
     nextDeadline_ = Time::max();
@@ -353,7 +375,7 @@ void CurlDriver::recycle(CurlTransfer& transfer) {
 
 /// Frees most handles, with their buffers, after a burst.
 void CurlDriver::trim() {
-    if (!underWay_.empty()) {
+    if (!underWay_.empty() || processIsExiting()) {
         return;
     }
     while (idle_.size() > ServerLane::maxConnections) {
@@ -368,19 +390,20 @@ std::chrono::milliseconds CurlDriver::pollTimeout() const {
     if (hasAnsweredPost_) {
         return stallCheckInterval;
     }
-    if (nextDeadline_ == Time::max()) {
+    const Time next = std::min(nextDeadline_, self_->endOfGrace());
+    if (next == Time::max()) {
         return longest;
     }
-    return std::clamp(
-        std::chrono::ceil<std::chrono::milliseconds>(nextDeadline_ - std::chrono::steady_clock::now()),
-        std::chrono::milliseconds(0), longest);
+    return std::clamp(std::chrono::ceil<std::chrono::milliseconds>(next - std::chrono::steady_clock::now()),
+                      std::chrono::milliseconds(0), longest);
 }
 
 void CurlDriver::waitForWork() {
     trim();
     {
         const std::scoped_lock lock(mutex_);
-        if (self_->stopRequested() || !incoming_.empty()) {
+        const bool isClosing = self_->stopRequested() && !processIsExiting();
+        if (isClosing || !incoming_.empty()) {
             return;
         }
         isWaiting_ = true;
@@ -414,9 +437,10 @@ void CurlDriver::failAll() {
     multi_.reset();
 }
 
-/// Checked after each completion as well: exit may be well advanced by then.
+/// Checked after each completion as well: exit may be well advanced by then, and no longer wait for this
+/// thread.
 void CurlDriver::parkIfExiting() {
-    if (processIsExiting()) {
+    if (!self_->mayGoOn()) {
         self_->park();
     }
 }

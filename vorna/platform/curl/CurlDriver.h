@@ -22,14 +22,14 @@
 
 namespace vorna {
 
-/// Shared by the client and the thread. When the process exits, the thread parks in place: nothing is
-/// completed or freed.
+/// Shared by the client and the thread. When the process exits, the thread goes on with what it was given
+/// before, for the grace at most, and then parks in place: nothing is completed or freed any more.
 class CurlDriver {
   public:
     using Time = std::chrono::steady_clock::time_point;
 
     /// Trusts the authorities in the PEM file, or the system's if the name is empty.
-    explicit CurlDriver(std::string certificateAuthorityFile);
+    CurlDriver(std::string certificateAuthorityFile, std::chrono::milliseconds exitGrace);
 
     /// Starts the thread in advance: started by the worker, it would inherit the worker's low priority
     /// permanently.
@@ -46,6 +46,8 @@ class CurlDriver {
     void wake();
 
     void run(ServiceThread::Self& self);
+    bool goesOn();
+    bool isUnderWay();
     void loadTrust();
     void perform();
     void queueIncoming();
@@ -66,6 +68,7 @@ class CurlDriver {
     void parkIfExiting();
 
     const std::string certificateAuthorityFile_;
+    const std::chrono::milliseconds exitGrace_;
 
     std::mutex mutex_;
     std::deque<WaitingRequest> incoming_;

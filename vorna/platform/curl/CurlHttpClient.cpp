@@ -22,8 +22,8 @@ void initialiseLibcurl() {
 
 class CurlHttpClient::Life final : public KeepsRunning {
   public:
-    explicit Life(std::string certificateAuthorityFile)
-        : driver_(std::make_shared<CurlDriver>(std::move(certificateAuthorityFile))) {}
+    Life(std::string certificateAuthorityFile, std::chrono::milliseconds exitGrace)
+        : driver_(std::make_shared<CurlDriver>(std::move(certificateAuthorityFile), exitGrace)) {}
 
     const std::shared_ptr<CurlDriver>& driver() const { return driver_; }
 
@@ -33,12 +33,12 @@ class CurlHttpClient::Life final : public KeepsRunning {
     const std::shared_ptr<CurlDriver> driver_;
 };
 
-CurlHttpClient::CurlHttpClient(std::string certificateAuthorityFile)
+CurlHttpClient::CurlHttpClient(std::string certificateAuthorityFile, std::chrono::milliseconds exitGrace)
     : life_([&] {
           // Before the thread starts: its stop at exit then comes before the teardown that libcurl's
           // libraries register here.
           initialiseLibcurl();
-          return std::make_shared<Life>(std::move(certificateAuthorityFile));
+          return std::make_shared<Life>(std::move(certificateAuthorityFile), exitGrace);
       }()) {
     upkeep::add(life_);
     life_->ensureRunning();

@@ -16,6 +16,7 @@
 
 #include <vorna/platform/HttpClient.h>
 
+#include <chrono>
 #include <memory>
 #include <string>
 
@@ -23,8 +24,10 @@ namespace vorna {
 
 class CurlHttpClient final : public HttpClient {
   public:
-    /// Trusts the authorities in the PEM file, or the system's if the name is empty.
-    explicit CurlHttpClient(std::string certificateAuthorityFile);
+    /// Trusts the authorities in the PEM file, or the system's if the name is empty. When the process exits,
+    /// requests that were started before may go on for the grace; they are not completed.
+    explicit CurlHttpClient(std::string certificateAuthorityFile,
+                            std::chrono::milliseconds exitGrace = std::chrono::milliseconds(0));
     CurlHttpClient(const CurlHttpClient&) = delete;
     CurlHttpClient& operator=(const CurlHttpClient&) = delete;
     CurlHttpClient(CurlHttpClient&&) = delete;

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/curl/WaitingRequest.h>
 
-#include <vorna/base/CatchAll.h>
-
 #include <exception>
 #include <utility>
 
@@ -10,8 +8,7 @@ namespace vorna {
 
 void WaitingRequest::complete(std::optional<std::string> answer, std::optional<HttpResponse> response,
                               std::optional<HttpError> error) const {
-    // A completion must not throw.
-    catchAll([&] { completion(std::move(answer), std::move(response), std::move(error)); }, [] {});
+    completion.call(std::move(answer), std::move(response), std::move(error));
 }
 
 void WaitingRequest::fail(std::string_view description, std::optional<HttpResponse> response) const {
