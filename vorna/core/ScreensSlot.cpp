@@ -3,6 +3,7 @@
 
 #include <vorna/base/CatchAll.h>
 #include <vorna/platform/Log.h>
+#include <vorna/platform/Mutex.h>
 #include <vorna/platform/NeverDestroyed.h>
 
 #include <mutex>
@@ -39,7 +40,7 @@ class NoScreens final : public Screens {
 };
 
 struct Slot {
-    std::mutex mutex;
+    Mutex mutex;
     std::shared_ptr<Screens> screens = std::make_shared<NoScreens>();
     bool isTaken = false;
     std::optional<ScreenServices> services;

@@ -5,11 +5,14 @@
 #include <vorna/core/ScreensSlot.h>
 #include <vorna/events/ULID.h>
 #include <vorna/platform/Log.h>
+#include <vorna/platform/Mutex.h>
 #include <vorna/platform/NeverDestroyed.h>
 #include <vorna/platform/NoCancellation.h>
 #include <vorna/platform/Upkeep.h>
 
+#include <atomic>
 #include <map>
+#include <mutex>
 #include <optional>
 #include <utility>
 #include <variant>
@@ -20,7 +23,7 @@ namespace {
 
 /// The host's choice of platform. It can be changed until the instance is created.
 struct Choice {
-    std::mutex mutex;
+    Mutex mutex;
     std::optional<Platform> platform;
     bool isFinal = false;
 };
@@ -76,12 +79,29 @@ Platform finalChoice() {
     return completed(std::move(chosen));
 }
 
+constinit std::atomic<SharedInstance*> created = nullptr;
+
 }  // namespace
 
 SharedInstance& SharedInstance::get() {
-    static NeverDestroyed<SharedInstance> instance(finalChoice());
+    SharedInstance* const instance = created.load(std::memory_order_acquire);
+    if (instance == nullptr) {
+        return create();
+    }
     upkeep::perform();
     return *instance;
+}
+
+/// Not a static variable with an initialiser: in the child of a fork it would wait for ever for another
+/// thread of the parent that was in the middle of it.
+SharedInstance& SharedInstance::create() {
+    static NeverDestroyed<Mutex> mutex;
+    static NeverDestroyed<std::optional<SharedInstance>> instance;
+    const std::scoped_lock lock(*mutex);
+    if (created.load(std::memory_order_relaxed) == nullptr) {
+        created.store(&instance->emplace(finalChoice()), std::memory_order_release);
+    }
+    return **instance;
 }
 
 bool SharedInstance::choose(Platform platform) {

@@ -3,6 +3,7 @@
 
 #include <vorna/base/CatchAll.h>
 #include <vorna/platform/FatalError.h>
+#include <vorna/platform/Fork.h>
 #include <vorna/platform/Log.h>
 #include <vorna/platform/NotificationCenter.h>
 #include <vorna/platform/ProcessExit.h>
@@ -124,8 +125,13 @@ void VornaQueueWorker::sendEvent(const EventData& event, std::string_view url) {
         // The host is being torn down; its observers may refer to destroyed objects.
         return;
     }
+    const unsigned generation = forkGeneration();
     eventListManager_->append({event.name, event.customValue});
     NotificationCenter::defaultCenter().post(eventListUpdatedNotification);
+    if (generation != forkGeneration()) {
+        // An observer forked and came back in the child; the event is the parent's.
+        return;
+    }
 
     httpClient_->start(
         HttpRequest{

@@ -9,6 +9,7 @@
 #include <vorna/events/EventListManager.h>
 #include <vorna/events/VornaTaskQueue.h>
 #include <vorna/platform/HttpClient.h>
+#include <vorna/platform/Mutex.h>
 #include <vorna/platform/ServiceThread.h>
 #include <vorna/platform/URL.h>
 #include <vorna/platform/Upkeep.h>
@@ -58,7 +59,7 @@ class VornaQueueWorker final : public KeepsRunning, public std::enable_shared_fr
     /// The address, parsed; std::nullopt if it is not a URL.
     const std::optional<URL> eventAddress_;
 
-    std::mutex mutex_;
+    Mutex mutex_;
     bool isStarted_ = false;
     bool wasRefused_ = false;
     std::optional<ServiceThread> thread_;

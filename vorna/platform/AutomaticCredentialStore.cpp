@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/AutomaticCredentialStore.h>
 
+#include <vorna/platform/Fork.h>
+#include <vorna/platform/Mutex.h>
 #include <vorna/platform/ServiceThread.h>
 #include <vorna/platform/Upkeep.h>
 
@@ -88,6 +90,7 @@ class AutomaticCredentialStore::State final : public KeepsRunning,
 
     void ensureRunning() override {
         const std::scoped_lock lock(mutex_);
+        leaveParentsJobs();
         if (!jobs_.empty()) {
             startThread();
         }
@@ -168,6 +171,7 @@ class AutomaticCredentialStore::State final : public KeepsRunning,
     /// If the system refuses a thread, the library's next operation tries again.
     void repairLater(std::string service, std::string account) {
         const std::scoped_lock lock(mutex_);
+        leaveParentsJobs();
         jobs_.emplace_back(
             [this, service = std::move(service), account = std::move(account)] { repair(service, account); });
         startThread();
@@ -214,6 +218,7 @@ class AutomaticCredentialStore::State final : public KeepsRunning,
 
     /// Called with the lock held. False if no thread can be started.
     bool startThread() {
+        leaveParentsJobs();
         if (!isRunning_) {
             thread_ = ServiceThread::start(
                 "vorna-identity", ThreadPriority::normal,
@@ -224,6 +229,15 @@ class AutomaticCredentialStore::State final : public KeepsRunning,
             }
         }
         return isRunning_;
+    }
+
+    /// Called with the lock held. In the child of a fork neither the thread nor its jobs are this process's.
+    void leaveParentsJobs() {
+        if (generation_ != forkGeneration()) {
+            generation_ = forkGeneration();
+            jobs_.clear();
+            isRunning_ = false;
+        }
     }
 
     /// Returns when there are no more jobs; a later one starts another thread.
@@ -252,13 +266,15 @@ class AutomaticCredentialStore::State final : public KeepsRunning,
     std::chrono::steady_clock::duration keyringTimeLeft_;
 
     /// Guards the file, which callers and the thread use, and the number of changes that callers made to it.
-    std::mutex fileMutex_;
+    /// A fork does not wait for the disk.
+    Mutex fileMutex_{Mutex::Waits::no};
     std::uint64_t fileChanges_ = 0;
 
-    std::mutex mutex_;
+    Mutex mutex_;
     std::deque<Job> jobs_;
     bool isRunning_ = false;
     std::optional<ServiceThread> thread_;
+    unsigned generation_ = forkGeneration();
 };
 
 AutomaticCredentialStore::AutomaticCredentialStore(std::shared_ptr<CredentialStore> file,

@@ -2,6 +2,8 @@
 #include <vorna/platform/Platform.h>
 
 #include <vorna/platform/AutomaticCredentialStore.h>
+#include <vorna/platform/Mutex.h>
+#include <vorna/platform/NeverDestroyed.h>
 #include <vorna/platform/NoCancellation.h>
 #include <vorna/platform/curl/CurlHttpClient.h>
 #include <vorna/platform/file/FileCredentialStore.h>
@@ -13,6 +15,8 @@
 #include <vorna/platform/linux/GetrandomSource.h>
 #include <vorna/platform/linux/LinuxSystem.h>
 #include <vorna/platform/linux/SystemClock.h>
+
+#include <mutex>
 
 namespace vorna {
 
@@ -45,6 +49,9 @@ std::string withoutTrailingSlash(std::string text) {
 
 Platform makePlatform(const PlatformOptions& options) {
     const NoCancellation inOtherLibraries;
+    // Other libraries are initialised here, and a fork waits until they are.
+    static NeverDestroyed<Mutex> mutex;
+    const std::scoped_lock lock(*mutex);
     const std::string service =
         withoutTrailingSlash(options.serviceURL.empty() ? VORNA_SERVICE_URL : options.serviceURL);
     const std::string dataDirectory = options.dataDirectory.empty()

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/ProcessExit.h>
 
+#include <vorna/platform/Fork.h>
+#include <vorna/platform/Mutex.h>
 #include <vorna/platform/NeverDestroyed.h>
 
 #include <algorithm>
@@ -21,8 +23,17 @@ constinit std::atomic<Time::rep> exitBegan = Time::max().time_since_epoch().coun
 constinit std::atomic<bool> movedOn = false;
 
 struct Registered {
-    std::mutex mutex;
+    Mutex mutex;
     std::vector<std::weak_ptr<RestsAtExit>> resters;
+    unsigned generation = forkGeneration();
+
+    /// Called with the lock held. In the child of a fork there are no threads to wait for.
+    void leaveParentsThreads() {
+        if (generation != forkGeneration()) {
+            generation = forkGeneration();
+            resters.clear();
+        }
+    }
 };
 
 Registered& registered() {
@@ -42,6 +53,7 @@ void bringToRest() {
     std::vector<std::shared_ptr<RestsAtExit>> resters;
     {
         const std::scoped_lock lock(registered().mutex);
+        registered().leaveParentsThreads();
         for (const std::weak_ptr<RestsAtExit>& weak : std::exchange(registered().resters, {})) {
             if (std::shared_ptr<RestsAtExit> rester = weak.lock()) {
                 resters.push_back(std::move(rester));
@@ -73,6 +85,7 @@ bool exitHasMovedOn() noexcept {
 
 void restAtProcessExit(std::weak_ptr<RestsAtExit> rester) {
     const std::scoped_lock lock(registered().mutex);
+    registered().leaveParentsThreads();
     std::erase_if(registered().resters, [](const auto& weak) { return weak.expired(); });
     registered().resters.push_back(std::move(rester));
     // Registered again each time: a handler runs before the teardown of everything set up before it, and a

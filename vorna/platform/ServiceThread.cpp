@@ -2,7 +2,10 @@
 #include <vorna/platform/ServiceThread.h>
 
 #include <vorna/base/CatchAll.h>
+#include <vorna/platform/Fork.h>
 #include <vorna/platform/Log.h>
+#include <vorna/platform/Mutex.h>
+#include <vorna/platform/NeverDestroyed.h>
 #include <vorna/platform/ProcessExit.h>
 #include <vorna/platform/Upkeep.h>
 
@@ -73,28 +76,41 @@ class ServiceThread::State final : public RestsAtExit {
 
     ~State() override {
         // Without a handle, the thread itself is the last owner.
-        if (thread_.joinable()) {
-            thread_.detach();
+        if (isHere() && thread_->joinable()) {
+            thread_->detach();
         }
     }
 
-    void requestStop() noexcept override { stop_.request_stop(); }
+    /// False in the child of a fork: the thread is the parent's, and only its memory has been copied.
+    bool isHere() const noexcept { return generation_ == forkGeneration(); }
+
+    void requestStop() noexcept override {
+        if (isHere()) {
+            stop_.request_stop();
+        }
+    }
 
     std::chrono::milliseconds exitGrace() const noexcept override { return exitGrace_; }
 
     Time endOfGrace() const noexcept { return processIsExiting() ? timeOfExit() + exitGrace_ : Time::max(); }
 
     bool mayGoOn() const noexcept {
-        return !processIsExiting() || (!exitHasMovedOn() && std::chrono::steady_clock::now() < endOfGrace());
+        if (!processIsExiting()) {
+            return isHere();
+        }
+        return isHere() && !exitHasMovedOn() && std::chrono::steady_clock::now() < endOfGrace();
     }
 
     bool awaitRest(Time deadline) override {
+        if (!isHere()) {
+            return true;
+        }
         std::unique_lock lock(mutex_);
         return isCurrent() || changed_.wait_until(lock, deadline, [this] { return isResting_; });
     }
 
     bool awaitSafety(Time deadline) override {
-        if (isCurrent()) {
+        if (!isHere() || isCurrent()) {
             return true;
         }
         std::unique_lock lock(mutex_);
@@ -110,7 +126,7 @@ class ServiceThread::State final : public RestsAtExit {
 
     void adopt(std::thread thread) {
         const std::scoped_lock lock(mutex_);
-        thread_ = std::move(thread);
+        *thread_ = std::move(thread);
     }
 
     /// Not on the thread itself.
@@ -118,16 +134,19 @@ class ServiceThread::State final : public RestsAtExit {
         std::thread thread;
         {
             const std::scoped_lock lock(mutex_);
-            thread.swap(thread_);
+            thread.swap(*thread_);
         }
         if (thread.joinable()) {
             thread.join();
         }
     }
 
-    bool isCurrent() const noexcept { return id_.load() == std::this_thread::get_id(); }
+    bool isCurrent() const noexcept { return isHere() && id_.load() == std::this_thread::get_id(); }
 
-    bool hasReturned() {
+    bool hasEnded() {
+        if (!isHere()) {
+            return true;
+        }
         const std::scoped_lock lock(mutex_);
         return hasReturned_;
     }
@@ -140,6 +159,9 @@ class ServiceThread::State final : public RestsAtExit {
     }
 
     void beginVital() noexcept {
+        if (vitalDepth_++ == 0) {
+            outsideVital_.lock();
+        }
         const std::scoped_lock lock(mutex_);
         ++vitalCount_;
     }
@@ -148,6 +170,9 @@ class ServiceThread::State final : public RestsAtExit {
         {
             const std::scoped_lock lock(mutex_);
             --vitalCount_;
+        }
+        if (--vitalDepth_ == 0) {
+            outsideVital_.unlock();
         }
         // Only process exit waits for this, after its request to stop.
         if (stop_.stop_requested()) {
@@ -202,19 +227,29 @@ class ServiceThread::State final : public RestsAtExit {
         bool hasReturned_ = false;
     };
 
+    const unsigned generation_ = forkGeneration();
     const std::chrono::milliseconds exitGrace_;
     std::stop_source stop_;
     std::atomic<std::thread::id> id_;
     std::mutex mutex_;
     std::condition_variable_any changed_;
-    std::thread thread_;
+    /// A parent's can be neither joined nor destroyed.
+    NeverDestroyed<std::thread> thread_;
     bool isResting_ = false;
     bool hasReturned_ = false;
     int vitalCount_ = 0;
+    /// The thread's own count. A fork waits for vital work too: the locks of other libraries, held in the
+    /// middle of it, would stay locked in the child.
+    int vitalDepth_ = 0;
+    Mutex outsideVital_;
 };
 
 std::stop_token ServiceThread::Self::stopToken() const noexcept {
     return state_.stopToken();
+}
+
+bool ServiceThread::Self::stopRequested() const noexcept {
+    return !state_.isHere() || stopToken().stop_requested();
 }
 
 bool ServiceThread::Self::mayGoOn() const noexcept {
@@ -230,6 +265,10 @@ void ServiceThread::Self::sleepFor(std::chrono::milliseconds time) {
 }
 
 void ServiceThread::Self::park() {
+    if (!state_.isHere()) {
+        // Host code forked on this thread and came back: what the thread works on is the parent's.
+        pthread_exit(nullptr);
+    }
     state_.rest(false);
     for (;;) {
         pause();
@@ -297,7 +336,7 @@ bool ServiceThread::awaitRest(Time deadline) {
 
 void ServiceThread::join() {
     requestStop();
-    if (!isCurrent() && !processIsExiting()) {
+    if (state_->isHere() && !isCurrent() && !processIsExiting()) {
         state_->join();
     }
 }
@@ -307,7 +346,7 @@ bool ServiceThread::isCurrent() const noexcept {
 }
 
 bool ServiceThread::hasEnded() const {
-    return state_->hasReturned();
+    return state_->hasEnded();
 }
 
 }  // namespace vorna

@@ -4,7 +4,8 @@
 /// The one kind of background thread in the library: how it is started, stopped and waited for.
 ///
 /// A host never notices these threads: they block all signals except faults, run at low priority where they
-/// can wait, and rest before the host's statics are destroyed when the process exits (see ProcessExit.h).
+/// can wait, and rest before the host's statics are destroyed when the process exits (see ProcessExit.h). The
+/// child of a fork has none of them: there, handles count as those of threads that have ended.
 /// docs/architecture.md lists them all.
 
 #include <chrono>
@@ -36,7 +37,8 @@ class ServiceThread {
         /// Stopped by the owner, or when the process exits. A `std::stop_callback` can interrupt a wait.
         std::stop_token stopToken() const noexcept;
 
-        bool stopRequested() const noexcept { return stopToken().stop_requested(); }
+        /// Also true if host code that ran on this thread has forked and come back in the child.
+        bool stopRequested() const noexcept;
 
         /// False once the process exits and no longer waits for this thread: it must then only park. Until
         /// then a thread with a grace may finish what is under way, although a stop has been requested. To

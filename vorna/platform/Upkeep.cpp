@@ -2,6 +2,8 @@
 #include <vorna/platform/Upkeep.h>
 
 #include <vorna/base/CatchAll.h>
+#include <vorna/platform/Fork.h>
+#include <vorna/platform/Mutex.h>
 #include <vorna/platform/NeverDestroyed.h>
 
 #include <mutex>
@@ -13,7 +15,9 @@ namespace vorna {
 namespace {
 
 struct Keepers {
-    std::mutex mutex;
+    Keepers() { callInForkedChild(upkeep::request); }
+
+    Mutex mutex;
     std::vector<std::weak_ptr<KeepsRunning>> all;
 };
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Brings back threads that should be running and are not: because the system refused them, or host code
-/// ended them.
+/// Brings back threads that should be running and are not: because the system refused them, host code ended
+/// them, or the process is the child of a fork.
 ///
 /// Whoever needs such a thread registers itself here and reports when the thread is missing. The next
 /// operation of the library then starts it, on the host's thread, whose priority it inherits.

@@ -124,7 +124,7 @@ void CurlDriver::run(ServiceThread::Self& self) {
             waitForWork();
         }
     }
-    if (processIsExiting()) {
+    if (processIsExiting() || !self.mayGoOn()) {
         self.park();
     }
     failAll();

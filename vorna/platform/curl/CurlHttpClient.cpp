@@ -1,13 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/curl/CurlHttpClient.h>
 
+#include <vorna/platform/Fork.h>
+#include <vorna/platform/Mutex.h>
+#include <vorna/platform/NeverDestroyed.h>
 #include <vorna/platform/NoCancellation.h>
 #include <vorna/platform/Upkeep.h>
 #include <vorna/platform/curl/CurlDriver.h>
 
 #include <curl/curl.h>
 
+#include <memory>
+#include <mutex>
 #include <utility>
+#include <vector>
 
 namespace vorna {
 
@@ -20,17 +26,58 @@ void initialiseLibcurl() {
 
 }  // namespace
 
+/// The driver of this process.
 class CurlHttpClient::Life final : public KeepsRunning {
   public:
     Life(std::string certificateAuthorityFile, std::chrono::milliseconds exitGrace)
-        : driver_(std::make_shared<CurlDriver>(std::move(certificateAuthorityFile), exitGrace)) {}
+        : certificateAuthorityFile_(std::move(certificateAuthorityFile)),
+          exitGrace_(exitGrace),
+          driver_(std::make_shared<CurlDriver>(certificateAuthorityFile_, exitGrace_)) {}
 
-    const std::shared_ptr<CurlDriver>& driver() const { return driver_; }
+    std::shared_ptr<CurlDriver> driver() {
+        const std::scoped_lock lock(mutex_);
+        if (generation_ != forkGeneration()) {
+            auto own = std::make_shared<CurlDriver>(certificateAuthorityFile_, exitGrace_);
+            leaveBehind(std::exchange(driver_, std::move(own)));
+            generation_ = forkGeneration();
+        }
+        return driver_;
+    }
 
-    void ensureRunning() override { CurlDriver::startThread(driver_); }
+    void ensureRunning() override { CurlDriver::startThread(driver()); }
+
+    void end() {
+        std::shared_ptr<CurlDriver> driver;
+        bool isOwn = false;
+        {
+            const std::scoped_lock lock(mutex_);
+            driver = driver_;
+            isOwn = generation_ == forkGeneration();
+        }
+        // Completions may still start requests.
+        if (isOwn) {
+            driver->close();
+        } else {
+            leaveBehind(std::move(driver));
+        }
+    }
 
   private:
-    const std::shared_ptr<CurlDriver> driver_;
+    /// Keeps a parent's driver for ever: to close its connections properly would tell the servers that the
+    /// parent's are closed.
+    static void leaveBehind(std::shared_ptr<CurlDriver> driver) {
+        static NeverDestroyed<std::vector<std::shared_ptr<CurlDriver>>> parents;
+        static NeverDestroyed<Mutex> mutex;
+        const std::scoped_lock lock(*mutex);
+        parents->push_back(std::move(driver));
+    }
+
+    const std::string certificateAuthorityFile_;
+    const std::chrono::milliseconds exitGrace_;
+
+    Mutex mutex_;
+    std::shared_ptr<CurlDriver> driver_;
+    unsigned generation_ = forkGeneration();
 };
 
 CurlHttpClient::CurlHttpClient(std::string certificateAuthorityFile, std::chrono::milliseconds exitGrace)
@@ -45,7 +92,7 @@ CurlHttpClient::CurlHttpClient(std::string certificateAuthorityFile, std::chrono
 }
 
 CurlHttpClient::~CurlHttpClient() {
-    life_->driver()->close();
+    life_->end();
 }
 
 void CurlHttpClient::start(HttpRequest request, Completion completion) {

@@ -13,6 +13,9 @@
 /// A request that the server refuses to process on a connection, or whose reused connection closes before the
 /// first byte of an answer, is sent once more on another connection; nothing else is ever repeated. While a
 /// server cannot be reached, one request at a time is tried and the others wait.
+///
+/// In the child of a fork the client begins afresh with the next request: the parent's requests and
+/// connections are left alone.
 
 #include <vorna/platform/HttpClient.h>
 

@@ -23,7 +23,7 @@ class PrivateBus {
 
     /// Connects. Calls, and connecting to a bus that accepts but does not answer, fail at the deadline; all
     /// fail immediately when a stop is requested. An address that would start a bus or another program is not
-    /// tried.
+    /// tried, and none in the child of a process that has reached a bus.
     PrivateBus(const std::string& address, const std::stop_token& stop, Time deadline);
     PrivateBus(const PrivateBus&) = delete;
     PrivateBus& operator=(const PrivateBus&) = delete;

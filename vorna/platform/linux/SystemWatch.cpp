@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/linux/SystemWatch.h>
 
+#include <vorna/platform/Fork.h>
+#include <vorna/platform/Mutex.h>
 #include <vorna/platform/ServiceThread.h>
 #include <vorna/platform/Upkeep.h>
 #include <vorna/platform/linux/Display.h>
@@ -50,9 +52,14 @@ class SystemWatch::Life final : public KeepsRunning {
         if (hasEnded_ || (thread_ && !thread_->hasEnded())) {
             return;
         }
+        SystemWatchSources sources = sources_;
+        if (generation_ != forkGeneration()) {
+            // In the child of a fork the parent's answer remains: there, no bus can be reached.
+            sources.isFingerEnrolled = nullptr;
+        }
         thread_ = ServiceThread::start("vorna-system", ThreadPriority::normal,
                                        // The time zone is first read here, on the caller's thread.
-                                       [board = board_, sources = sources_,
+                                       [board = board_, sources = std::move(sources),
                                         timeZone = TimeZoneWatch()](ServiceThread::Self& self) mutable {
                                            watch(self, *board, sources, timeZone);
                                        });
@@ -76,8 +83,9 @@ class SystemWatch::Life final : public KeepsRunning {
   private:
     const std::shared_ptr<FactsBoard> board_;
     const SystemWatchSources sources_;
+    const unsigned generation_ = forkGeneration();
 
-    std::mutex mutex_;
+    Mutex mutex_;
     bool hasEnded_ = false;
     std::optional<ServiceThread> thread_;
 };
