@@ -8,7 +8,6 @@
 #include <vorna/platform/Mutex.h>
 #include <vorna/platform/NeverDestroyed.h>
 #include <vorna/platform/NoCancellation.h>
-#include <vorna/platform/Upkeep.h>
 
 #include <atomic>
 #include <map>
@@ -85,11 +84,7 @@ constinit std::atomic<SharedInstance*> created = nullptr;
 
 SharedInstance& SharedInstance::get() {
     SharedInstance* const instance = created.load(std::memory_order_acquire);
-    if (instance == nullptr) {
-        return create();
-    }
-    upkeep::perform();
-    return *instance;
+    return instance == nullptr ? create() : *instance;
 }
 
 /// Not a static variable with an initialiser: in the child of a fork it would wait for ever for another

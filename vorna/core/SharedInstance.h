@@ -26,8 +26,7 @@ namespace vorna {
 
 class SharedInstance {
   public:
-    /// Creates the instance on the first call, with the chosen platform or else the default one. Every
-    /// operation begins here, so threads that are missing are started again.
+    /// Creates the instance on the first call, with the chosen platform or else the default one.
     static SharedInstance& get();
 
     /// Sets the platform of the instance. False, without effect, once the instance is being created.

@@ -9,8 +9,10 @@
 #include <vorna/events/VornaQueueWorker.h>
 #include <vorna/platform/Log.h>
 #include <vorna/platform/NoCancellation.h>
+#include <vorna/platform/Upkeep.h>
 #include <vorna/text/Utf8.h>
 
+#include <type_traits>
 #include <utility>
 
 namespace vorna {
@@ -22,11 +24,22 @@ constinit std::atomic<bool>& VornaCoreSDK::debug = log::enabled;
 
 namespace {
 
-/// Runs an operation of the facade. Exceptions, from memory exhaustion or from one of the host's ports, are
-/// logged and dropped; the result is then default-constructed.
+/// Runs an operation of the facade, and afterwards starts threads that are missing. Exceptions, from memory
+/// exhaustion or from one of the host's ports, are logged and dropped; the result is then
+/// default-constructed.
 template <class Operation>
 auto quietly(std::string_view name, Operation operation) -> decltype(operation()) {
-    return catchAll(operation, [name] {
+    const auto run = [&operation]() -> decltype(operation()) {
+        if constexpr (std::is_void_v<decltype(operation())>) {
+            operation();
+            upkeep::perform();
+        } else {
+            auto result = operation();
+            upkeep::perform();
+            return result;
+        }
+    };
+    return catchAll(run, [name] {
         log::failure({name});
         return decltype(operation())();
     });
