@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <bindings/Diagnostics.h>
 
+#include <vorna/base/CatchAll.h>
 #include <vorna/core/VornaCoreSDK.h>
 #include <vorna/platform/NotificationCenter.h>
 #include <vorna/platform/Platform.h>
@@ -38,12 +39,8 @@ namespace {
 
 /// Runs an operation that may throw std::bad_alloc.
 template <class Operation>
-auto ignoringExceptions(Operation operation) noexcept -> decltype(operation()) {
-    try {
-        return operation();
-    } catch (...) {
-        return decltype(operation())();
-    }
+auto ignoringExceptions(Operation operation) -> decltype(operation()) {
+    return vorna::catchAll(operation, [] { return decltype(operation())(); });
 }
 
 /// Whether there is a value; logs a line if it is NULL.

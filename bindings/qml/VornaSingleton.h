@@ -15,6 +15,7 @@
 /// `GetRemoteConfigWithKeyDefaultValue`. Absent results are undefined. Times in seconds are exact up to 2^53.
 /// Text with an unpaired surrogate is refused with a log line.
 
+#include <vorna/platform/Mutex.h>
 #include <vorna/platform/NotificationCenter.h>
 
 #include <QtCore/QEvent>
@@ -146,7 +147,7 @@ class VornaSingleton : public QObject {
 
     /// Calls from other threads, one for each event of type QEvent::User. Qt's events could hold them too,
     /// but the thread sanitizer does not see Qt's locks and would report a race for each.
-    std::mutex mutex_;
+    Mutex mutex_;
     std::deque<std::function<void()>> posted_;
     /// Destroyed first, as the observers use the members above.
     std::vector<NotificationCenter::Observation> observations_;

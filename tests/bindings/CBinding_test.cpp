@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <tests/bindings/FacadeOperations.h>
+#include <tests/support/HostThread.h>
 #include <tests/support/RecordedEvents.h>
 
 #include <vorna/platform/NotificationCenter.h>
@@ -419,6 +420,17 @@ TEST(CObserver, MayRemoveItself) {
     NotificationCenter::defaultCenter().post("test");
     NotificationCenter::defaultCenter().post("test");
     EXPECT_EQ(observer.calls, 1);
+}
+
+TEST(CObserver, MayEndItsThread) {
+    vorna_observation* const observation = vorna_add_observer(
+        "UIApplicationDidEnterBackgroundNotification",
+        [](const vorna_notification*, void*) { support::HostThread::endHere(); }, nullptr);
+    support::HostThread thread([] { vorna_post_signal(VORNA_SIGNAL_DID_ENTER_BACKGROUND); });
+    thread.join();
+    EXPECT_TRUE(thread.endedItself());
+    // Waits for running calls.
+    vorna_remove_observer(observation);
 }
 
 TEST(CObserver, IsNotRunningOnceRemoved) {

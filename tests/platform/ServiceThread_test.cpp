@@ -394,6 +394,84 @@ TEST_F(ServiceThreadDeathTest, ExitAbandonsVitalWorkThatTakesTooLong) {
     EXPECT_EXIT(leave(), testing::ExitedWithCode(0), "");
 }
 
+TEST_F(ServiceThreadDeathTest, ExitLetsAThreadGoOnWithinItsGrace) {
+    const auto leave = [] {
+        checkAfterRest([] { return flag_ && sinceExit() >= 200ms && sinceExit() < 30s; });
+        auto thread = ServiceThread::start(
+            "test-thread", ThreadPriority::normal,
+            [](Self& self) {
+                self.sleepFor(1h);
+                if (self.mayGoOn() && self.endOfGrace() > Clock::now()) {
+                    std::this_thread::sleep_for(200ms);
+                    flag_ = true;
+                }
+            },
+            1min);
+        exitNow();
+    };
+    EXPECT_EXIT(leave(), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(ServiceThreadDeathTest, ExitTellsAThreadWhenItsGraceIsOver) {
+    const auto leave = [] {
+        checkAfterRest([] {
+            // Exit goes on at the same moment.
+            while (!flag_ && sinceExit() < 30s) {
+                std::this_thread::sleep_for(1ms);
+            }
+            return flag_ && sinceExit() >= 200ms;
+        });
+        auto thread = ServiceThread::start(
+            "test-thread", ThreadPriority::normal,
+            [](Self& self) {
+                self.sleepFor(1h);
+                while (self.mayGoOn()) {
+                    std::this_thread::sleep_for(1ms);
+                }
+                flag_ = true;
+            },
+            200ms);
+        // It stops at once, whatever the other thread does.
+        started([](Self& self) { self.sleepFor(1h); });
+        exitNow();
+    };
+    EXPECT_EXIT(leave(), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(ServiceThreadDeathTest, ExitLetsAThreadWithoutAGraceFinishNothing) {
+    const auto leave = [] {
+        checkAfterRest([] { return flag_ && sinceExit() < 1s; });
+        std::promise<void> begun;
+        ServiceThread thread = started([&](Self& self) {
+            const bool couldGoOn = self.mayGoOn();
+            begun.set_value();
+            self.sleepFor(1h);
+            flag_ = couldGoOn && !self.mayGoOn();
+        });
+        begun.get_future().wait();
+        exitNow();
+    };
+    EXPECT_EXIT(leave(), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(ServiceThreadDeathTest, NoThreadGoesOnOnceExitHasMovedOn) {
+    const auto leave = [] {
+        // Exit does not wait for a thread that it runs on, whatever its grace.
+        checkAfterRest([] { return exitHasMovedOn() && flag_; });
+        static Self* own = nullptr;
+        std::atexit([] { flag_ = !own->mayGoOn(); });
+        auto thread = ServiceThread::start(
+            "test-thread", ThreadPriority::normal,
+            [](Self& self) {
+                own = &self;
+                exitNow();
+            },
+            1min);
+        thread->awaitRest(Clock::time_point::max());
+    };
+    EXPECT_EXIT(leave(), testing::ExitedWithCode(0), "");
+}
+
 TEST_F(ServiceThreadDeathTest, ExitCountsAParkedThreadAsResting) {
     const auto leave = [] {
         checkAfterRest([] { return flag_ && sinceExit() < 1s; });

@@ -6,6 +6,7 @@
 #include <vorna/platform/NotificationCenter.h>
 #include <vorna/ui/MemoryPressure.h>
 
+#include <QtCore/QTimer>
 #include <QtGui/QGuiApplication>
 
 #include <gmock/gmock.h>
@@ -99,6 +100,25 @@ TEST_F(ApplicationSignals, FollowTheRealFocus) {
     host.quickWindow().show();
     host.quickWindow().requestActivate();
     EXPECT_TRUE(eventually([&] { return !life.seen().empty() && life.seen().back() == "active"; }));
+}
+
+TEST_F(ApplicationSignals, ResignOnceWhenAnActiveApplicationQuits) {
+    EXPECT_TRUE(eventually([&] { return life.seen().size() == 2; }));
+    life.take();
+    QTimer::singleShot(0, qGuiApp, &QCoreApplication::quit);
+    QCoreApplication::exec();
+    EXPECT_THAT(life.take(), ElementsAre("resigns"));
+    become(Qt::ApplicationInactive);
+    EXPECT_THAT(life.take(), IsEmpty());
+}
+
+TEST_F(ApplicationSignals, DoNotResignAgainWhenAnInactiveApplicationQuits) {
+    EXPECT_TRUE(eventually([&] { return life.seen().size() == 2; }));
+    become(Qt::ApplicationInactive);
+    life.take();
+    QTimer::singleShot(0, qGuiApp, &QCoreApplication::quit);
+    QCoreApplication::exec();
+    EXPECT_THAT(life.take(), IsEmpty());
 }
 
 TEST(ApplicationSignalsInTheFirstTurn, WaitForTheHostToInitialise) {

@@ -5,6 +5,7 @@
 /// for each other, and share no reference count.
 
 #include <vorna/config/ReadersGate.h>
+#include <vorna/platform/Mutex.h>
 
 #include <atomic>
 #include <memory>
@@ -54,7 +55,7 @@ class ReadMostly {
   private:
     mutable ReadersGate gate_;
     std::atomic<const T*> current_ = nullptr;
-    std::mutex mutex_;
+    Mutex mutex_;
     std::shared_ptr<const T> owner_;
     std::vector<std::shared_ptr<const T>> former_;
 };

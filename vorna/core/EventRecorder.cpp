@@ -2,6 +2,7 @@
 #include <vorna/core/EventRecorder.h>
 
 #include <vorna/platform/Log.h>
+#include <vorna/platform/Upkeep.h>
 
 #include <utility>
 
@@ -18,6 +19,11 @@ EventRecorder::EventRecorder(std::shared_ptr<const Clock> clock, std::shared_ptr
       worker_(std::move(worker)),
       eventURL_(std::move(eventURL)) {}
 
+void EventRecorder::enqueue(VornaTask task) {
+    queue_->enqueue(std::move(task));
+    upkeep::perform();
+}
+
 DeviceMetadata EventRecorder::deviceData() {
     return collector_->collect(state_->description());
 }
@@ -31,13 +37,13 @@ void EventRecorder::event(std::string_view name, std::optional<std::string_view>
     log::debug({"Event called  -> ", name});
     const std::uint64_t start = wholeSeconds(clock_->now());
     const std::uint64_t end = wholeSeconds(clock_->now());
-    queue_->enqueue({VornaTaskTypes::event, record(name, start, end, customValue)});
+    enqueue({VornaTaskTypes::event, record(name, start, end, customValue)});
 }
 
 void EventRecorder::event(std::string_view name, std::uint64_t startTime, std::uint64_t endTime,
                           std::optional<std::string_view> customValue) {
     log::debug({"Event called  -> ", name});
-    queue_->enqueue({VornaTaskTypes::event, record(name, startTime, endTime, customValue)});
+    enqueue({VornaTaskTypes::event, record(name, startTime, endTime, customValue)});
 }
 
 void EventRecorder::directEvent(std::string_view name, std::uint64_t startTime, std::uint64_t endTime,
@@ -47,7 +53,7 @@ void EventRecorder::directEvent(std::string_view name, std::uint64_t startTime, 
 }
 
 void EventRecorder::fetchRemoteConfig() {
-    queue_->enqueue({VornaTaskTypes::remoteConfig, RemoteConfigData{deviceData()}});
+    enqueue({VornaTaskTypes::remoteConfig, RemoteConfigData{deviceData()}});
 }
 
 }  // namespace vorna

@@ -41,6 +41,7 @@ class EventRecorder {
     void fetchRemoteConfig();
 
   private:
+    void enqueue(VornaTask task);
     DeviceMetadata deviceData();
     EventData record(std::string_view name, std::uint64_t startTime, std::uint64_t endTime,
                      std::optional<std::string_view> customValue);

@@ -5,6 +5,7 @@
 /// and for every record.
 
 #include <vorna/device/DeviceMetadata.h>
+#include <vorna/platform/Mutex.h>
 #include <vorna/platform/SharedValue.h>
 
 #include <cstdint>
@@ -40,7 +41,7 @@ class FacadeState {
         return value;
     }
 
-    mutable std::mutex mutex_;
+    mutable Mutex mutex_;
     std::optional<std::string> appID_;
     std::optional<std::string> adid_;
     std::optional<std::string> userID_;

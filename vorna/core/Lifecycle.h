@@ -7,6 +7,7 @@
 #include <vorna/core/EventRecorder.h>
 #include <vorna/core/VornaSession.h>
 #include <vorna/platform/Clock.h>
+#include <vorna/platform/Mutex.h>
 #include <vorna/platform/RandomSource.h>
 
 #include <cstdint>
@@ -49,7 +50,7 @@ class Lifecycle {
     const std::shared_ptr<RandomSource> randomSource_;
     const std::shared_ptr<EventRecorder> recorder_;
 
-    mutable std::mutex mutex_;
+    mutable Mutex mutex_;
     std::optional<VornaSession> currentSession_;
     /// When the application became inactive, in seconds since 1970; std::nullopt while it is active.
     std::optional<std::uint64_t> inactiveTime_;

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/core/ScreensSlot.h>
 
+#include <vorna/base/CatchAll.h>
 #include <vorna/platform/Log.h>
+#include <vorna/platform/Mutex.h>
 #include <vorna/platform/NeverDestroyed.h>
 
 #include <mutex>
@@ -38,7 +40,7 @@ class NoScreens final : public Screens {
 };
 
 struct Slot {
-    std::mutex mutex;
+    Mutex mutex;
     std::shared_ptr<Screens> screens = std::make_shared<NoScreens>();
     bool isTaken = false;
     std::optional<ScreenServices> services;
@@ -51,11 +53,7 @@ Slot& slot() {
 
 /// An exception of the screens must not reach the host, nor prevent the instance from being created.
 void start(Screens& screens, const ScreenServices& services) {
-    try {
-        screens.start(services);
-    } catch (...) {
-        log::failure({"Starting the screens"});
-    }
+    catchAll([&] { screens.start(services); }, [] { log::failure({"Starting the screens"}); });
 }
 
 }  // namespace

@@ -5,8 +5,12 @@
 #include <vorna/core/ScreensSlot.h>
 #include <vorna/events/ULID.h>
 #include <vorna/platform/Log.h>
+#include <vorna/platform/Mutex.h>
 #include <vorna/platform/NeverDestroyed.h>
+#include <vorna/platform/NoCancellation.h>
 
+#include <atomic>
+#include <mutex>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -18,7 +22,7 @@ namespace {
 
 /// The host's choice of platform. It can be changed until the instance is created.
 struct Choice {
-    std::mutex mutex;
+    Mutex mutex;
     std::optional<Platform> platform;
     bool isFinal = false;
 };
@@ -81,11 +85,25 @@ Platform finalChoice() {
     return completed(std::move(chosen));
 }
 
+constinit std::atomic<SharedInstance*> created = nullptr;
+
 }  // namespace
 
 SharedInstance& SharedInstance::get() {
-    static NeverDestroyed<SharedInstance> instance(finalChoice());
-    return *instance;
+    SharedInstance* const instance = created.load(std::memory_order_acquire);
+    return instance == nullptr ? create() : *instance;
+}
+
+/// Not a static variable with an initialiser: in the child of a fork it would wait for ever for another
+/// thread of the parent that was in the middle of it.
+SharedInstance& SharedInstance::create() {
+    static NeverDestroyed<Mutex> mutex;
+    static NeverDestroyed<std::optional<SharedInstance>> instance;
+    const std::scoped_lock lock(*mutex);
+    if (created.load(std::memory_order_relaxed) == nullptr) {
+        created.store(&instance->emplace(finalChoice()), std::memory_order_release);
+    }
+    return **instance;
 }
 
 bool SharedInstance::choose(const Platform& platform) {
@@ -121,6 +139,7 @@ SharedInstance::SharedInstance(Platform thePlatform)
 }
 
 void SharedInstance::initialise(std::string appID) {
+    const NoCancellation throughout;
     const std::scoped_lock lock(initialising_);
     if (isInitialised_) {
         loadConfigsFromLocal();

@@ -14,6 +14,7 @@
 #include <vorna/events/EventListManager.h>
 #include <vorna/events/VornaQueueWorker.h>
 #include <vorna/events/VornaTaskQueue.h>
+#include <vorna/platform/Mutex.h>
 #include <vorna/platform/NotificationCenter.h>
 #include <vorna/platform/Platform.h>
 
@@ -52,10 +53,12 @@ class SharedInstance {
     Lifecycle lifecycle;
 
   private:
+    static SharedInstance& create();
     void loadConfigsFromLocal();
     void remoteConfigsFetched(const Notification& notification);
 
-    std::mutex initialising_;
+    /// Held while the identity is read and written, for which a fork does not wait.
+    Mutex initialising_{Mutex::Waits::no};
     /// Set once the observers are registered and the worker is started.
     bool isRunning_ = false;
     bool isInitialised_ = false;

@@ -1,13 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/core/VornaCoreSDK.h>
 
+#include <vorna/base/CatchAll.h>
 #include <vorna/config/RemoteConfigNotifications.h>
 #include <vorna/core/EventCatalogue.h>
 #include <vorna/core/ScreensSlot.h>
 #include <vorna/core/SharedInstance.h>
 #include <vorna/events/VornaQueueWorker.h>
 #include <vorna/platform/Log.h>
+#include <vorna/platform/NoCancellation.h>
+#include <vorna/platform/Upkeep.h>
 #include <vorna/text/Utf8.h>
+
+#include <type_traits>
+#include <utility>
 
 namespace vorna {
 
@@ -18,16 +24,25 @@ constinit std::atomic<bool>& VornaCoreSDK::debug = log::enabled;
 
 namespace {
 
-/// Runs an operation of the facade. Exceptions, from memory exhaustion or from one of the host's ports, are
-/// logged and dropped; the result is then default-constructed.
+/// Runs an operation of the facade, and afterwards starts threads that are missing. Exceptions, from memory
+/// exhaustion or from one of the host's ports, are logged and dropped; the result is then
+/// default-constructed.
 template <class Operation>
-auto quietly(std::string_view name, Operation operation) noexcept -> decltype(operation()) {
-    try {
-        return operation();
-    } catch (...) {
+auto quietly(std::string_view name, Operation operation) -> decltype(operation()) {
+    const auto run = [&operation]() -> decltype(operation()) {
+        if constexpr (std::is_void_v<decltype(operation())>) {
+            operation();
+            upkeep::perform();
+        } else {
+            auto result = operation();
+            upkeep::perform();
+            return result;
+        }
+    };
+    return catchAll(run, [name] {
         log::failure({name});
-    }
-    return decltype(operation())();
+        return decltype(operation())();
+    });
 }
 
 bool isText(std::string_view operation, std::string_view argument, std::string_view value) {
@@ -70,6 +85,7 @@ void record(const PredefinedEvent& event, TextArgument argument) {
 /// Runs an operation of the screens, which need the library's instance for media and the event list.
 void operate(std::string_view operation, void (Screens::*run)()) {
     quietly(operation, [&] {
+        const NoCancellation inToolkit;
         SharedInstance::get();
         (*screens::installed().*run)();
     });
@@ -85,6 +101,7 @@ void show(std::string_view operation, TextArgument jsonString, void (Screens::*r
             log::debug({"❌ Failed to convert JSON string to Data"});
             return;
         }
+        const NoCancellation inToolkit;
         SharedInstance::get();
         (*screens::installed().*run)(std::string(*document));
     });

@@ -5,6 +5,7 @@
 
 #include <vorna/device/DeviceMetadata.h>
 #include <vorna/platform/Clock.h>
+#include <vorna/platform/Mutex.h>
 #include <vorna/platform/SharedValue.h>
 #include <vorna/platform/System.h>
 
@@ -30,7 +31,7 @@ class DeviceMetadataCollector {
     const std::shared_ptr<System> system_;
     const std::shared_ptr<const Clock> clock_;
 
-    std::mutex mutex_;
+    Mutex mutex_;
     /// The facts from which the description was made; it is remade only when they change.
     std::shared_ptr<const SystemFacts> describedFacts_;
     SharedValue<DeviceDescription> description_;

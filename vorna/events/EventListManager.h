@@ -5,6 +5,7 @@
 /// the process, since it is meant to show everything.
 
 #include <vorna/base/Export.h>
+#include <vorna/platform/Mutex.h>
 
 #include <cstddef>
 #include <deque>
@@ -36,7 +37,7 @@ class VORNA_EXPORT EventListManager {
     std::optional<EventShortData> entry(std::size_t index) const;
 
   private:
-    mutable std::mutex mutex_;
+    mutable Mutex mutex_;
     /// Grows without moving its elements.
     std::deque<EventShortData> eventList_;
 };

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/events/VornaQueueWorker.h>
 
+#include <vorna/base/CatchAll.h>
 #include <vorna/platform/FatalError.h>
+#include <vorna/platform/Fork.h>
 #include <vorna/platform/Log.h>
 #include <vorna/platform/NotificationCenter.h>
 #include <vorna/platform/ProcessExit.h>
@@ -45,28 +47,44 @@ VornaQueueWorker::VornaQueueWorker(std::shared_ptr<VornaTaskQueue> taskQueue,
       eventAddress_(URL::parse(eventURL_)) {}
 
 void VornaQueueWorker::start() {
+    {
+        const std::scoped_lock lock(mutex_);
+        isStarted_ = true;
+    }
+    upkeep::add(weak_from_this());
+    ensureRunning();
+}
+
+void VornaQueueWorker::ensureRunning() {
+    const std::scoped_lock lock(mutex_);
+    if (!isStarted_ || (thread_ && !thread_->hasEnded())) {
+        return;
+    }
     thread_ = ServiceThread::start(
-        "vorna-worker", ThreadPriority::low, [weakWorker = weak_from_this()](ServiceThread::Self& self) {
-            while (!self.stopRequested()) {
-                std::shared_ptr<VornaQueueWorker> worker = weakWorker.lock();
-                if (!worker) {
-                    return;
-                }
-                if (std::optional<VornaTask> task = worker->taskQueue_->dequeue()) {
-                    try {
-                        worker->perform(std::move(*task));
-                    } catch (...) {
-                        // Most likely out of memory: this task is lost, the next may succeed.
-                        log::failure({"A task"});
-                    }
-                } else {
-                    worker.reset();
-                    self.sleepFor(std::chrono::seconds(1));
-                }
-            }
-        });
-    if (!thread_) {
-        log::debug({"The system refused a thread for the worker; no events will be sent"});
+        "vorna-worker", ThreadPriority::low,
+        [weakWorker = weak_from_this()](ServiceThread::Self& self) { run(weakWorker, self); });
+    if (thread_ || processIsExiting()) {
+        return;
+    }
+    upkeep::request();
+    if (!std::exchange(wasRefused_, true)) {
+        log::debug({"The system refused a thread for the worker; the next operation tries again"});
+    }
+}
+
+void VornaQueueWorker::run(const std::weak_ptr<VornaQueueWorker>& weakWorker, ServiceThread::Self& self) {
+    while (!self.stopRequested()) {
+        std::shared_ptr<VornaQueueWorker> worker = weakWorker.lock();
+        if (!worker) {
+            return;
+        }
+        if (std::optional<VornaTask> task = worker->taskQueue_->dequeue()) {
+            // Most likely out of memory: this task is lost, the next may succeed.
+            catchAll([&] { worker->perform(std::move(*task)); }, [] { log::failure({"A task"}); });
+        } else {
+            worker.reset();
+            self.sleepFor(std::chrono::seconds(1));
+        }
     }
 }
 
@@ -107,8 +125,13 @@ void VornaQueueWorker::sendEvent(const EventData& event, std::string_view url) {
         // The host is being torn down; its observers may refer to destroyed objects.
         return;
     }
+    const unsigned generation = forkGeneration();
     eventListManager_->append({event.name, event.customValue});
     NotificationCenter::defaultCenter().post(eventListUpdatedNotification);
+    if (generation != forkGeneration()) {
+        // An observer forked and came back in the child; the event is the parent's.
+        return;
+    }
 
     httpClient_->start(
         HttpRequest{

@@ -9,10 +9,13 @@
 #include <vorna/events/EventListManager.h>
 #include <vorna/events/VornaTaskQueue.h>
 #include <vorna/platform/HttpClient.h>
+#include <vorna/platform/Mutex.h>
 #include <vorna/platform/ServiceThread.h>
 #include <vorna/platform/URL.h>
+#include <vorna/platform/Upkeep.h>
 
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -24,7 +27,7 @@ namespace vorna {
 inline constexpr std::string_view eventListUpdatedNotification = "Vorna_EventListUpdated";
 
 /// Create with std::make_shared. The thread stops when the worker is destroyed.
-class VornaQueueWorker : public std::enable_shared_from_this<VornaQueueWorker> {
+class VornaQueueWorker final : public KeepsRunning, public std::enable_shared_from_this<VornaQueueWorker> {
   public:
     VornaQueueWorker(std::shared_ptr<VornaTaskQueue> taskQueue,
                      std::shared_ptr<EventListManager> eventListManager,
@@ -33,8 +36,11 @@ class VornaQueueWorker : public std::enable_shared_from_this<VornaQueueWorker> {
 
     /// Starts the loop on its own low-priority thread. Call once. The loop runs until the worker is destroyed
     /// or the process exits; it checks an empty queue again after a second and otherwise runs task after
-    /// task. If the system refuses a thread, that is logged and nothing is sent.
+    /// task. If the system refuses a thread, that is logged, and the library's next operation tries again.
     void start();
+
+    /// Starts the loop again if `start` has been called and it is not running.
+    void ensureRunning() override;
 
     /// Posts one event to the address and returns without waiting for the network. Any thread. The event is
     /// added to the event list and announced before its request is made, regardless of the outcome. Drops the
@@ -42,6 +48,7 @@ class VornaQueueWorker : public std::enable_shared_from_this<VornaQueueWorker> {
     void sendEvent(const EventData& event, std::string_view url);
 
   private:
+    static void run(const std::weak_ptr<VornaQueueWorker>& weakWorker, ServiceThread::Self& self);
     void perform(VornaTask task);
 
     const std::shared_ptr<VornaTaskQueue> taskQueue_;
@@ -52,6 +59,10 @@ class VornaQueueWorker : public std::enable_shared_from_this<VornaQueueWorker> {
     /// The address, parsed; std::nullopt if that failed. Each event then tries again, since memory may just
     /// have run out.
     const std::optional<URL> eventAddress_;
+
+    Mutex mutex_;
+    bool isStarted_ = false;
+    bool wasRefused_ = false;
     std::optional<ServiceThread> thread_;
 };
 

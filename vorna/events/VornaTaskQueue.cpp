@@ -11,6 +11,7 @@ namespace {
 class SemaphoreLock {
   public:
     explicit SemaphoreLock(sem_t& semaphore) : semaphore_(semaphore) {
+        giveWayToFork();
         // A signal handler of the host may interrupt the wait.
         while (sem_wait(&semaphore_) != 0) {
         }
@@ -39,11 +40,13 @@ VornaTaskQueue::~VornaTaskQueue() {
 
 void VornaTaskQueue::enqueue(VornaTask task) {
     const SemaphoreLock lock(semaphore_);
+    leaveParentsTasks();
     queue_.push_back(std::move(task));
 }
 
 std::optional<VornaTask> VornaTaskQueue::dequeue() {
     const SemaphoreLock lock(semaphore_);
+    leaveParentsTasks();
     if (queue_.empty()) {
         return std::nullopt;
     }
@@ -52,8 +55,29 @@ std::optional<VornaTask> VornaTaskQueue::dequeue() {
     return task;
 }
 
+/// Called with the semaphore held.
+void VornaTaskQueue::leaveParentsTasks() const {
+    if (generation_ != forkGeneration()) {
+        generation_ = forkGeneration();
+        queue_.clear();
+    }
+}
+
+bool VornaTaskQueue::tryHoldUntil(const std::timespec& time) noexcept {
+    return sem_timedwait(&semaphore_, &time) == 0;
+}
+
+void VornaTaskQueue::release() noexcept {
+    sem_post(&semaphore_);
+}
+
+void VornaTaskQueue::renew() noexcept {
+    sem_init(&semaphore_, 0, 1);
+}
+
 std::size_t VornaTaskQueue::size() const {
     const SemaphoreLock lock(semaphore_);
+    leaveParentsTasks();
     return queue_.size();
 }
 

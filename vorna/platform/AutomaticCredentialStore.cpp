@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/AutomaticCredentialStore.h>
 
+#include <vorna/platform/Fork.h>
+#include <vorna/platform/Mutex.h>
 #include <vorna/platform/ServiceThread.h>
+#include <vorna/platform/Upkeep.h>
 
 #include <algorithm>
 #include <atomic>
@@ -20,7 +23,8 @@
 namespace vorna {
 
 /// Shared by the store and its thread. The keyring is used on the thread only, one call at a time.
-class AutomaticCredentialStore::State : public std::enable_shared_from_this<State> {
+class AutomaticCredentialStore::State final : public KeepsRunning,
+                                              public std::enable_shared_from_this<State> {
   public:
     template <class Value>
     using Outcome = Result<Value, CredentialStatus>;
@@ -104,6 +108,14 @@ class AutomaticCredentialStore::State : public std::enable_shared_from_this<Stat
         jobs_.clear();
     }
 
+    void ensureRunning() override {
+        const std::scoped_lock lock(mutex_);
+        leaveParentsJobs();
+        if (!jobs_.empty()) {
+            startThread();
+        }
+    }
+
   private:
     using Job = std::function<void()>;
     /// Empty if the keyring did not answer in time.
@@ -134,13 +146,17 @@ class AutomaticCredentialStore::State : public std::enable_shared_from_this<Stat
             [this, operation = std::move(operation)] { return operation(*keyring_); });
         std::future<Outcome<Value>> answer = task->get_future();
         const auto isAbandoned = std::make_shared<std::atomic<bool>>(false);
-        const bool isEnqueued = enqueue([task = std::move(task), isAbandoned] {
+        Job job = [task = std::move(task), isAbandoned] {
             if (!isAbandoned->load()) {
                 (*task)();
             }
-        });
-        if (!isEnqueued) {
-            return Unexpected(KeyringFailure());
+        };
+        {
+            const std::scoped_lock lock(mutex_);
+            if (!startThread()) {
+                return Unexpected(KeyringFailure());
+            }
+            jobs_.push_back(std::move(job));
         }
         const bool isAnswered = answer.wait_until(deadline) == std::future_status::ready;
         isAbandoned->store(true);
@@ -183,9 +199,13 @@ class AutomaticCredentialStore::State : public std::enable_shared_from_this<Stat
         return change(*file_);
     }
 
+    /// If the system refuses a thread, the library's next operation tries again.
     void repairLater(std::string service, std::string account) {
-        enqueue(
+        const std::scoped_lock lock(mutex_);
+        leaveParentsJobs();
+        jobs_.emplace_back(
             [this, service = std::move(service), account = std::move(account)] { repair(service, account); });
+        startThread();
     }
 
     /// Makes both stores hold the same whole item, as far as both can be reached. It starts from their
@@ -239,19 +259,28 @@ class AutomaticCredentialStore::State : public std::enable_shared_from_this<Stat
                    : Outcome<std::string>(Unexpected(written.error()));
     }
 
-    /// Passes the job to the thread, starting it if necessary. False if no thread can be started.
-    bool enqueue(Job job) {
-        const std::scoped_lock lock(mutex_);
+    /// Called with the lock held. False if no thread can be started.
+    bool startThread() {
+        leaveParentsJobs();
         if (!isRunning_) {
             thread_ = ServiceThread::start(
                 "vorna-identity", ThreadPriority::normal,
                 [state = shared_from_this()](ServiceThread::Self& self) { state->run(self); });
             isRunning_ = thread_.has_value();
-        }
-        if (isRunning_) {
-            jobs_.push_back(std::move(job));
+            if (!isRunning_) {
+                upkeep::request();
+            }
         }
         return isRunning_;
+    }
+
+    /// Called with the lock held. In the child of a fork neither the thread nor its jobs are this process's.
+    void leaveParentsJobs() {
+        if (generation_ != forkGeneration()) {
+            generation_ = forkGeneration();
+            jobs_.clear();
+            isRunning_ = false;
+        }
     }
 
     /// Returns when there are no more jobs; a later one starts another thread.
@@ -280,20 +309,24 @@ class AutomaticCredentialStore::State : public std::enable_shared_from_this<Stat
     std::chrono::steady_clock::duration keyringTimeLeft_;
 
     /// Guards the file, which callers and the thread use, and the number of changes that callers made to it.
-    std::mutex fileMutex_;
+    /// A fork does not wait for the disk.
+    Mutex fileMutex_{Mutex::Waits::no};
     std::uint64_t fileChanges_ = 0;
 
-    mutable std::mutex mutex_;
+    mutable Mutex mutex_;
     IsWhole isWhole_;
     std::deque<Job> jobs_;
     bool isRunning_ = false;
     std::optional<ServiceThread> thread_;
+    unsigned generation_ = forkGeneration();
 };
 
 AutomaticCredentialStore::AutomaticCredentialStore(std::shared_ptr<CredentialStore> file,
                                                    std::shared_ptr<CredentialStore> keyring,
                                                    std::chrono::milliseconds keyringTimeout)
-    : state_(std::make_shared<State>(std::move(file), std::move(keyring), keyringTimeout)) {}
+    : state_(std::make_shared<State>(std::move(file), std::move(keyring), keyringTimeout)) {
+    upkeep::add(state_);
+}
 
 AutomaticCredentialStore::~AutomaticCredentialStore() {
     state_->dropJobs();

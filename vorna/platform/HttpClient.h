@@ -65,7 +65,8 @@ class VORNA_EXPORT HttpClient {
   public:
     /// Called once per request, on a thread of the client; must be quick and must not throw. Without an error
     /// there is a body, which may be empty. With an error there is no body, and a response only if its
-    /// headers had arrived. Requests in flight when the process exits never complete.
+    /// headers had arrived. Requests in flight when the process exits never complete, even if they are still
+    /// answered.
     using Completion =
         std::function<void(std::optional<std::string> body, std::optional<HttpResponse> response,
                            std::optional<HttpError> error)>;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/Log.h>
 
+#include <vorna/base/CatchAll.h>
 #include <vorna/text/Utf8.h>
 
 #include <cstdio>
@@ -30,6 +31,19 @@ void printLine(std::string line) {
     std::fflush(stdout);
 }
 
+/// The message of the current exception.
+std::string currentProblem() {
+    return catchAll(
+        []() -> std::string {
+            try {
+                throw;
+            } catch (const std::exception& problem) {
+                return problem.what();
+            }
+        },
+        [] { return std::string("an exception of unknown type"); });
+}
+
 }  // namespace
 
 void debug(std::initializer_list<std::string_view> pieces) {
@@ -43,18 +57,9 @@ void always(std::initializer_list<std::string_view> pieces) {
     printLine(joined("", pieces));
 }
 
-void failure(std::initializer_list<std::string_view> pieces) noexcept {
-    try {
-        const std::string what = joined("", pieces);
-        try {
-            throw;
-        } catch (const std::exception& problem) {
-            debug({what, " has failed: ", problem.what()});
-        } catch (...) {
-            debug({what, " has failed: an exception of unknown type"});
-        }
-    } catch (...) {  // NOLINT(bugprone-empty-catch): there is nothing left to do
-    }
+void failure(std::initializer_list<std::string_view> pieces) {
+    // If even the line cannot be printed, there is nothing left to do.
+    catchAll([&] { debug({joined("", pieces), " has failed: ", currentProblem()}); }, [] {});
 }
 
 }  // namespace vorna::log

@@ -24,7 +24,7 @@ VORNA_EXPORT void debug(std::initializer_list<std::string_view> pieces);
 VORNA_EXPORT void always(std::initializer_list<std::string_view> pieces);
 
 /// Prints, like `debug`, that the operation named by the pieces has failed, with the message of the current
-/// exception. For use in a `catch (...)`. Never throws, not even if memory has run out.
-VORNA_EXPORT void failure(std::initializer_list<std::string_view> pieces) noexcept;
+/// exception. For use in a handler of `catchAll`. Never throws, not even if memory has run out.
+VORNA_EXPORT void failure(std::initializer_list<std::string_view> pieces);
 
 }  // namespace vorna::log

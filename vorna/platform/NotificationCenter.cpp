@@ -1,11 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/NotificationCenter.h>
 
+#include <vorna/base/CatchAll.h>
+#include <vorna/platform/Fork.h>
 #include <vorna/platform/Log.h>
+#include <vorna/platform/Mutex.h>
 #include <vorna/platform/NeverDestroyed.h>
+#include <vorna/platform/NoCancellation.h>
 
 #include <algorithm>
 #include <condition_variable>
+#include <memory>
 #include <mutex>
 #include <thread>
 #include <utility>
@@ -14,7 +19,7 @@
 namespace vorna {
 
 struct NotificationCenter::Registry {
-    std::mutex mutex;
+    Mutex mutex;
     std::map<std::string, std::vector<std::shared_ptr<Observation::Entry>>, std::less<>> entries;
 };
 
@@ -30,10 +35,47 @@ struct NotificationCenter::Observation::Entry {
     const std::string name;
     const Observer observer;
 
-    std::mutex mutex;
+    Mutex mutex;
     std::condition_variable callEnded;
     bool isActive = true;
     std::vector<std::thread::id> calls;
+    unsigned generation = forkGeneration();
+
+    /// Called with the lock held. In the child of a fork the calls on the parent's other threads never end,
+    /// and those that waited for them are not there.
+    void forgetParentsCalls() {
+        if (generation != forkGeneration()) {
+            generation = forkGeneration();
+            std::construct_at(&callEnded);
+            std::erase_if(calls, [](std::thread::id id) { return id != std::this_thread::get_id(); });
+        }
+    }
+
+    /// Removes the record of a call when it ends, also if the observer has ended its thread.
+    class CallEnd {
+      public:
+        explicit CallEnd(Entry& entry) noexcept : entry_(entry) {}
+
+        CallEnd(const CallEnd&) = delete;
+        CallEnd& operator=(const CallEnd&) = delete;
+        CallEnd(CallEnd&&) = delete;
+        CallEnd& operator=(CallEnd&&) = delete;
+
+        ~CallEnd() {
+            {
+                const std::scoped_lock lock(entry_.mutex);
+                std::vector<std::thread::id>& recorded = entry_.calls;
+                const auto call = std::find(recorded.begin(), recorded.end(), std::this_thread::get_id());
+                if (call != recorded.end()) {
+                    recorded.erase(call);
+                }
+            }
+            entry_.callEnded.notify_all();
+        }
+
+      private:
+        Entry& entry_;
+    };
 
     void call(const Notification& notification) {
         {
@@ -41,22 +83,16 @@ struct NotificationCenter::Observation::Entry {
             if (!isActive) {
                 return;
             }
+            forgetParentsCalls();
             calls.push_back(std::this_thread::get_id());
         }
-        try {
-            observer(notification);
-        } catch (...) {
-            log::failure({"An observer of ", name});
-        }
-        {
-            const std::scoped_lock lock(mutex);
-            calls.erase(std::find(calls.begin(), calls.end(), std::this_thread::get_id()));
-        }
-        callEnded.notify_all();
+        const CallEnd end(*this);
+        catchAll([&] { observer(notification); }, [&] { log::failure({"An observer of ", name}); });
     }
 
     void deactivate() {
-        std::unique_lock lock(mutex);
+        std::unique_lock<std::mutex> lock(mutex);
+        forgetParentsCalls();
         isActive = false;
         callEnded.wait(lock, [this] {
             return std::all_of(calls.begin(), calls.end(),
@@ -85,6 +121,7 @@ void NotificationCenter::Observation::end() noexcept {
     if (!entry) {
         return;
     }
+    const NoCancellation inDestructor;
     if (const std::shared_ptr<Registry> registry = entry->registry.lock()) {
         const std::scoped_lock lock(registry->mutex);
         const auto named = registry->entries.find(entry->name);

@@ -2,7 +2,9 @@
 #include <vorna/platform/Platform.h>
 
 #include <vorna/platform/AutomaticCredentialStore.h>
+#include <vorna/platform/Mutex.h>
 #include <vorna/platform/NeverDestroyed.h>
+#include <vorna/platform/NoCancellation.h>
 #include <vorna/platform/curl/CurlHttpClient.h>
 #include <vorna/platform/file/FileCredentialStore.h>
 #include <vorna/platform/file/FilePreferences.h>
@@ -16,6 +18,7 @@
 #include <vorna/text/Utf8.h>
 
 #include <exception>
+#include <mutex>
 
 namespace vorna {
 
@@ -45,6 +48,10 @@ std::string withoutTrailingSlash(std::string text) {
 }
 
 Platform assembled(const PlatformOptions& options) {
+    const NoCancellation inOtherLibraries;
+    // Other libraries are initialised here, and a fork waits until they are.
+    static NeverDestroyed<Mutex> mutex;
+    const std::scoped_lock lock(*mutex);
     const std::string service =
         withoutTrailingSlash(options.serviceURL.empty() ? VORNA_SERVICE_URL : options.serviceURL);
     std::optional<std::string> bundleIdentifier = options.bundleIdentifier;
@@ -65,7 +72,8 @@ Platform assembled(const PlatformOptions& options) {
     Platform platform;
     platform.eventURL = service + "/v1/event";
     platform.configURL = service + "/v1/config";
-    platform.httpClient = std::make_shared<CurlHttpClient>(options.certificateAuthorityFile);
+    platform.httpClient =
+        std::make_shared<CurlHttpClient>(options.certificateAuthorityFile, options.exitGrace);
     platform.credentialStore = makeCredentialStore(options.credentialStore, dataDirectory,
                                                    utf8::repaired(applicationName(bundleIdentifier)));
     platform.preferences = std::make_shared<FilePreferences>(dataDirectory);

@@ -12,6 +12,7 @@
 #include <vorna/platform/RandomSource.h>
 #include <vorna/platform/System.h>
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -44,6 +45,10 @@ struct PlatformOptions {
     /// identifier, or else the program, in $XDG_DATA_HOME (~/.local/share).
     std::string dataDirectory;
     CredentialStoreKind credentialStore = CredentialStoreKind::automatic;
+    /// How long the end of the process may wait for requests that the HTTP client had been given before: the
+    /// event of the session that ends with the application is one. It waits no longer than they take, sends
+    /// nothing recorded later, and calls no completion. Zero: what is under way is cut off.
+    std::chrono::milliseconds exitGrace{250};
 };
 
 /// The ports in use. A null pointer means the default adapter.

@@ -6,14 +6,32 @@
 /// Destructors of statics and the exit handlers of system libraries (TLS above all) run while our threads
 /// are still alive; one that kept running would use objects that have just been torn down. `ServiceThread`
 /// registers every thread here.
+///
+/// How long `exit` waits, all threads together:
+///
+///   80 ms   until every thread rests; milliseconds are usual
+///   grace   until a thread that has one (`PlatformOptions::exitGrace`: the HTTP client's) has finished what
+///   is
+///           under way, counted from the same moment; not at all if nothing is under way
+///   1 s     on top, only while a thread is inside vital work, such as TLS, which takes milliseconds unless
+///   the
+///           machine is overloaded
 
 #include <chrono>
 #include <memory>
 
 namespace vorna {
 
+/// When `exit` began; `time_point::max()` before. Cheap; any thread.
+std::chrono::steady_clock::time_point timeOfExit() noexcept;
+
 /// True from the moment `exit` has begun. Cheap; any thread.
-bool processIsExiting() noexcept;
+inline bool processIsExiting() noexcept {
+    return timeOfExit() != std::chrono::steady_clock::time_point::max();
+}
+
+/// True once `exit` no longer waits for threads, except for vital work.
+bool exitHasMovedOn() noexcept;
 
 /// Something that rests when the process exits. Called on the exiting thread; if that is the thread to be
 /// stopped, each wait returns true immediately.
@@ -28,6 +46,9 @@ class RestsAtExit {
 
     virtual void requestStop() noexcept = 0;
 
+    /// How long it may finish what is under way.
+    virtual std::chrono::milliseconds exitGrace() const noexcept = 0;
+
     /// Waits until it rests; false if it does not do so by the deadline.
     virtual bool awaitRest(std::chrono::steady_clock::time_point deadline) = 0;
 
@@ -37,8 +58,8 @@ class RestsAtExit {
 };
 
 /// Registers it to be stopped before the destructors of all statics constructed before this call. All
-/// registered threads are asked to stop together and share one deadline of 80 milliseconds; those doing vital
-/// work are then granted up to a second more. Exit continues without those that still do not rest.
+/// registered threads are asked to stop together. Exit continues without those that still do not rest when
+/// the time is up.
 void restAtProcessExit(std::weak_ptr<RestsAtExit> rester);
 
 }  // namespace vorna

@@ -1,12 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/ServiceThread.h>
 
+#include <vorna/base/CatchAll.h>
+#include <vorna/platform/Fork.h>
+#include <vorna/platform/Log.h>
+#include <vorna/platform/Mutex.h>
+#include <vorna/platform/NeverDestroyed.h>
 #include <vorna/platform/ProcessExit.h>
+#include <vorna/platform/Upkeep.h>
 
 #include <pthread.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <condition_variable>
 #include <csignal>
@@ -58,7 +65,10 @@ void lowerThreadPriority() noexcept {
 /// Shared by the handle and the thread; process exit finds it while either holds it.
 class ServiceThread::State final : public RestsAtExit {
   public:
-    State() = default;
+    explicit State(std::chrono::milliseconds exitGrace) noexcept
+        : exitGrace_(std::clamp<std::chrono::milliseconds>(exitGrace, std::chrono::milliseconds(0),
+                                                           std::chrono::hours(24))) {}
+
     State(const State&) = delete;
     State& operator=(const State&) = delete;
     State(State&&) = delete;
@@ -66,20 +76,41 @@ class ServiceThread::State final : public RestsAtExit {
 
     ~State() override {
         // Without a handle, the thread itself is the last owner.
-        if (thread_.joinable()) {
-            thread_.detach();
+        if (isHere() && thread_->joinable()) {
+            thread_->detach();
         }
     }
 
-    void requestStop() noexcept override { stop_.request_stop(); }
+    /// False in the child of a fork: the thread is the parent's, and only its memory has been copied.
+    bool isHere() const noexcept { return generation_ == forkGeneration(); }
+
+    void requestStop() noexcept override {
+        if (isHere()) {
+            stop_.request_stop();
+        }
+    }
+
+    std::chrono::milliseconds exitGrace() const noexcept override { return exitGrace_; }
+
+    Time endOfGrace() const noexcept { return processIsExiting() ? timeOfExit() + exitGrace_ : Time::max(); }
+
+    bool mayGoOn() const noexcept {
+        if (!processIsExiting()) {
+            return isHere();
+        }
+        return isHere() && !exitHasMovedOn() && std::chrono::steady_clock::now() < endOfGrace();
+    }
 
     bool awaitRest(Time deadline) override {
+        if (!isHere()) {
+            return true;
+        }
         std::unique_lock lock(mutex_);
         return isCurrent() || changed_.wait_until(lock, deadline, [this] { return isResting_; });
     }
 
     bool awaitSafety(Time deadline) override {
-        if (isCurrent()) {
+        if (!isHere() || isCurrent()) {
             return true;
         }
         std::unique_lock lock(mutex_);
@@ -95,7 +126,7 @@ class ServiceThread::State final : public RestsAtExit {
 
     void adopt(std::thread thread) {
         const std::scoped_lock lock(mutex_);
-        thread_ = std::move(thread);
+        *thread_ = std::move(thread);
     }
 
     /// Not on the thread itself.
@@ -103,14 +134,22 @@ class ServiceThread::State final : public RestsAtExit {
         std::thread thread;
         {
             const std::scoped_lock lock(mutex_);
-            thread.swap(thread_);
+            thread.swap(*thread_);
         }
         if (thread.joinable()) {
             thread.join();
         }
     }
 
-    bool isCurrent() const noexcept { return id_.load() == std::this_thread::get_id(); }
+    bool isCurrent() const noexcept { return isHere() && id_.load() == std::this_thread::get_id(); }
+
+    bool hasEnded() {
+        if (!isHere()) {
+            return true;
+        }
+        const std::scoped_lock lock(mutex_);
+        return hasReturned_;
+    }
 
     std::stop_token stopToken() const noexcept { return stop_.get_token(); }
 
@@ -120,6 +159,9 @@ class ServiceThread::State final : public RestsAtExit {
     }
 
     void beginVital() noexcept {
+        if (vitalDepth_++ == 0) {
+            outsideVital_.lock();
+        }
         const std::scoped_lock lock(mutex_);
         ++vitalCount_;
     }
@@ -129,14 +171,25 @@ class ServiceThread::State final : public RestsAtExit {
             const std::scoped_lock lock(mutex_);
             --vitalCount_;
         }
+        if (--vitalDepth_ == 0) {
+            outsideVital_.unlock();
+        }
         // Only process exit waits for this, after its request to stop.
         if (stop_.stop_requested()) {
             changed_.notify_all();
         }
     }
 
-    /// Called on the thread, before the loop.
-    void begin() noexcept { id_.store(std::this_thread::get_id()); }
+    /// All that the thread does.
+    void run(Loop loop) {
+        id_.store(std::this_thread::get_id());
+        // Before the thread counts as resting, the loop's captures are destroyed. Host code may also end the
+        // thread with pthread_exit, which unwinds it.
+        Rest rest(*this, loop);
+        Self self(*this);
+        catchAll([&] { loop(self); }, [] { log::failure({"A background thread"}); });
+        rest.loopHasReturned();
+    }
 
     /// Called on the thread, when it parks or after the loop.
     void rest(bool hasReturned) noexcept {
@@ -149,18 +202,62 @@ class ServiceThread::State final : public RestsAtExit {
     }
 
   private:
+    class Rest {
+      public:
+        Rest(State& state, Loop& loop) noexcept : state_(state), loop_(loop) {}
+
+        Rest(const Rest&) = delete;
+        Rest& operator=(const Rest&) = delete;
+        Rest(Rest&&) = delete;
+        Rest& operator=(Rest&&) = delete;
+
+        ~Rest() {
+            loop_ = nullptr;
+            state_.rest(true);
+            if (!hasReturned_) {
+                upkeep::request();
+            }
+        }
+
+        void loopHasReturned() noexcept { hasReturned_ = true; }
+
+      private:
+        State& state_;
+        Loop& loop_;
+        bool hasReturned_ = false;
+    };
+
+    const unsigned generation_ = forkGeneration();
+    const std::chrono::milliseconds exitGrace_;
     std::stop_source stop_;
     std::atomic<std::thread::id> id_;
     std::mutex mutex_;
     std::condition_variable_any changed_;
-    std::thread thread_;
+    /// A parent's can be neither joined nor destroyed.
+    NeverDestroyed<std::thread> thread_;
     bool isResting_ = false;
     bool hasReturned_ = false;
     int vitalCount_ = 0;
+    /// The thread's own count. A fork waits for vital work too: the locks of other libraries, held in the
+    /// middle of it, would stay locked in the child.
+    int vitalDepth_ = 0;
+    Mutex outsideVital_;
 };
 
 std::stop_token ServiceThread::Self::stopToken() const noexcept {
     return state_.stopToken();
+}
+
+bool ServiceThread::Self::stopRequested() const noexcept {
+    return !state_.isHere() || stopToken().stop_requested();
+}
+
+bool ServiceThread::Self::mayGoOn() const noexcept {
+    return state_.mayGoOn();
+}
+
+ServiceThread::Time ServiceThread::Self::endOfGrace() const noexcept {
+    return state_.endOfGrace();
 }
 
 void ServiceThread::Self::sleepFor(std::chrono::milliseconds time) {
@@ -168,6 +265,10 @@ void ServiceThread::Self::sleepFor(std::chrono::milliseconds time) {
 }
 
 void ServiceThread::Self::park() {
+    if (!state_.isHere()) {
+        // Host code forked on this thread and came back: what the thread works on is the parent's.
+        pthread_exit(nullptr);
+    }
     state_.rest(false);
     for (;;) {
         pause();
@@ -182,12 +283,13 @@ ServiceThread::Self::Vital::~Vital() {
     state_.endVital();
 }
 
-std::optional<ServiceThread> ServiceThread::start(const char* name, ThreadPriority priority, Loop loop) {
+std::optional<ServiceThread> ServiceThread::start(const char* name, ThreadPriority priority, Loop loop,
+                                                  std::chrono::milliseconds exitGrace) {
     if (processIsExiting()) {
         return std::nullopt;
     }
     try {
-        const auto state = std::make_shared<State>();
+        const auto state = std::make_shared<State>(exitGrace);
         // Before the thread exists, so that an exit that begins now either finds it or is seen here. Stopping
         // it from here instead would run its stop callbacks under the caller's locks.
         restAtProcessExit(state);
@@ -197,16 +299,13 @@ std::optional<ServiceThread> ServiceThread::start(const char* name, ThreadPriori
         // In effect from the thread's first instruction, since it inherits the mask.
         const BlockedSignals blocked;
         state->adopt(std::thread([name, priority, state, loop = std::move(loop)]() mutable {
+            // A cancellation would strike in the middle of another library.
+            pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, nullptr);
             pthread_setname_np(pthread_self(), name);
             if (priority == ThreadPriority::low) {
                 lowerThreadPriority();
             }
-            state->begin();
-            Self self(*state);
-            loop(self);
-            // The loop's captures are destroyed before the thread counts as resting.
-            loop = nullptr;
-            state->rest(true);
+            state->run(std::move(loop));
         }));
         return ServiceThread(state);
     } catch (const std::exception&) {
@@ -237,13 +336,17 @@ bool ServiceThread::awaitRest(Time deadline) {
 
 void ServiceThread::join() {
     requestStop();
-    if (!isCurrent() && !processIsExiting()) {
+    if (state_->isHere() && !isCurrent() && !processIsExiting()) {
         state_->join();
     }
 }
 
 bool ServiceThread::isCurrent() const noexcept {
     return state_->isCurrent();
+}
+
+bool ServiceThread::hasEnded() const {
+    return state_->hasEnded();
 }
 
 }  // namespace vorna

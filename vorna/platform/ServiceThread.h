@@ -4,7 +4,8 @@
 /// The one kind of background thread in the library: how it is started, stopped and waited for.
 ///
 /// A host never notices these threads: they block all signals except faults, run at low priority where they
-/// can wait, and rest before the host's statics are destroyed when the process exits (see ProcessExit.h).
+/// can wait, and rest before the host's statics are destroyed when the process exits (see ProcessExit.h). The
+/// child of a fork has none of them: there, handles count as those of threads that have ended.
 /// docs/architecture.md lists them all.
 
 #include <chrono>
@@ -36,7 +37,16 @@ class ServiceThread {
         /// Stopped by the owner, or when the process exits. A `std::stop_callback` can interrupt a wait.
         std::stop_token stopToken() const noexcept;
 
-        bool stopRequested() const noexcept { return stopToken().stop_requested(); }
+        /// Also true if host code that ran on this thread has forked and come back in the child.
+        bool stopRequested() const noexcept;
+
+        /// False once the process exits and no longer waits for this thread: it must then only park. Until
+        /// then a thread with a grace may finish what is under way, although a stop has been requested. To
+        /// use something torn down at exit, check this in a `Vital` scope.
+        bool mayGoOn() const noexcept;
+
+        /// When the grace is over; `Time::max()` while the process is not exiting.
+        Time endOfGrace() const noexcept;
 
         /// Sleeps until the time is up or a stop is requested.
         void sleepFor(std::chrono::milliseconds time);
@@ -64,13 +74,15 @@ class ServiceThread {
         State& state_;
     };
 
-    /// Runs once, until it returns. Must not throw.
+    /// Runs once, until it returns. An exception that leaves it ends the thread, with a log line.
     using Loop = std::function<void(Self& self)>;
 
-    /// Starts a thread that debuggers show under the name (at most 15 characters). std::nullopt if the system
-    /// refuses another thread or the process is exiting.
-    [[nodiscard]] static std::optional<ServiceThread> start(const char* name, ThreadPriority priority,
-                                                            Loop loop);
+    /// Starts a thread that debuggers show under the name (at most 15 characters). When the process exits, it
+    /// may go on with what is under way for the grace. std::nullopt if the system refuses another thread or
+    /// the process is exiting.
+    [[nodiscard]] static std::optional<ServiceThread>
+    start(const char* name, ThreadPriority priority, Loop loop,
+          std::chrono::milliseconds exitGrace = std::chrono::milliseconds(0));
 
     ServiceThread(const ServiceThread&) = delete;
     ServiceThread& operator=(const ServiceThread&) = delete;
@@ -93,6 +105,9 @@ class ServiceThread {
     void join();
 
     bool isCurrent() const noexcept;
+
+    /// Whether the loop has returned, or has been ended by host code that called `pthread_exit` in it.
+    bool hasEnded() const;
 
   private:
     explicit ServiceThread(std::shared_ptr<State> state) noexcept;

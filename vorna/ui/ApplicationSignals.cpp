@@ -31,27 +31,35 @@ class Deliverer final : public QObject {
     void begin() {
         post(UIApplicationDidFinishLaunchingNotification);
         connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, &Deliverer::follow);
+        // Qt does not report that an application which quits becomes inactive.
+        connect(qGuiApp, &QCoreApplication::aboutToQuit, this, &Deliverer::resign);
         follow(QGuiApplication::applicationState());
+    }
+
+    void resign() {
+        if (std::exchange(isActive_, false)) {
+            post(UIApplicationWillResignActiveNotification);
+        }
     }
 
     void follow(Qt::ApplicationState state) {
         const bool isActive = state == Qt::ApplicationActive;
         const bool isInBackground = state == Qt::ApplicationHidden || state == Qt::ApplicationSuspended;
-        if (!isActive && std::exchange(wasActive_, false)) {
-            post(UIApplicationWillResignActiveNotification);
+        if (!isActive) {
+            resign();
         }
         if (isInBackground != std::exchange(wasInBackground_, isInBackground)) {
             post(isInBackground ? UIApplicationDidEnterBackgroundNotification
                                 : UIApplicationWillEnterForegroundNotification);
         }
-        if (isActive && !std::exchange(wasActive_, true)) {
+        if (isActive && !std::exchange(isActive_, true)) {
             post(UIApplicationDidBecomeActiveNotification);
         }
     }
 
     static void post(std::string_view name) { NotificationCenter::defaultCenter().post(name); }
 
-    bool wasActive_ = false;
+    bool isActive_ = false;
     bool wasInBackground_ = false;
     MemoryPressure memoryPressure_{[] { post(UIApplicationDidReceiveMemoryWarningNotification); }};
 };

@@ -4,6 +4,7 @@
 /// Reports facts known to Qt to the library's system port: the main screen, and the application's identifier
 /// and version.
 
+#include <vorna/platform/Mutex.h>
 #include <vorna/platform/System.h>
 #include <vorna/ui/common/HostWindow.h>
 
@@ -25,7 +26,7 @@ class SystemReports final : public QObject {
   private:
     void update();
 
-    std::mutex mutex_;
+    Mutex mutex_;
     std::optional<ScreenFacts> screen_;
     BundleFacts bundle_;
 };

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <vorna/platform/ProcessExit.h>
 #include <vorna/platform/curl/CurlHttpClient.h>
 
 #include <tests/platform/curl/CurlHttpClientOutcomes.h>
 #include <tests/platform/curl/LocalAuthority.h>
+#include <tests/support/CountingServer.h>
+#include <tests/support/HostThread.h>
 #include <tests/support/Nginx.h>
 #include <tests/support/RawServer.h>
 
@@ -180,6 +183,32 @@ TEST(HttpClientDestruction, MayHappenAtAnyTime) {
     EXPECT_EQ(outcomes.countWithStatus(200) + outcomes.countWithError(), 1000U);
 }
 
+TEST(HttpClientThread, IsReplacedIfACompletionEndsIt) {
+    RawServer server([](RawServer::Connection& connection) {
+        while (!connection.readRequest().empty()) {
+            connection.send(emptyAnswer);
+        }
+    });
+    HttpOutcomes outcomes;
+    CurlHttpClient client("");
+    std::promise<void> ending;
+    client.start(posting(server.url("/"), "{}"), [&](auto, auto, auto) {
+        ending.set_value();
+        support::HostThread::endHere();
+    });
+    ending.get_future().wait();
+    const auto deadline = std::chrono::steady_clock::now() + 1min;
+    std::size_t tried = 0;
+    // Until the thread has ended altogether, a request only waits.
+    while (outcomes.count() == 0 && std::chrono::steady_clock::now() < deadline) {
+        client.start(posting(server.url("/"), "{}"), outcomes.next());
+        ++tried;
+        std::this_thread::sleep_for(20ms);
+    }
+    EXPECT_TRUE(outcomes.waitForAll());
+    EXPECT_EQ(outcomes.countWithStatus(200), tried);
+}
+
 /// Each test exits a separate process, which is killed if it takes so long that it must have hung.
 class ProcessExitUnderLoad : public testing::Test {
   protected:
@@ -275,6 +304,77 @@ TEST_F(ProcessExitUnderLoad, DuringASlowCompletionCompletesNothingElse) {
             client.start(getting("http://refused.test/"), [](auto, auto, auto) { abort(); });
             bothStarted.set_value();
             begun.get_future().wait();
+            std::exit(0);  // NOLINT(concurrency-mt-unsafe): that is what is tested
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+/// What a completion of the host owns: neither called nor destroyed once the process exits.
+struct HostObject {
+    HostObject() = default;
+    HostObject(const HostObject&) = delete;
+    HostObject& operator=(const HostObject&) = delete;
+    HostObject(HostObject&&) = delete;
+    HostObject& operator=(HostObject&&) = delete;
+
+    ~HostObject() { use(); }
+
+    static void use() {
+        if (processIsExiting()) {
+            abort();
+        }
+    }
+};
+
+TEST_F(ProcessExitUnderLoad, FinishesWhatWasStartedAndCompletesNothing) {
+    EXPECT_EXIT(
+        {
+            limitTheProcess();
+            static constexpr std::size_t count = 50;
+            static const auto began = std::chrono::steady_clock::now();
+            static const support::CountingServer server;
+            // Runs after the client's thread has been stopped.
+            std::atexit([] {
+                const bool isInTime = std::chrono::steady_clock::now() - began < 30s;
+                if (server.count("leaving") != count || !isInTime) {
+                    std::_Exit(3);
+                }
+            });
+            CurlHttpClient client("", 1min);
+            for (std::size_t number = 0; number < count; ++number) {
+                client.start(posting(server.url() + "/v1/event", R"({"name":"leaving"})"),
+                             [object = std::make_shared<HostObject>()](auto, auto, auto) { object->use(); });
+            }
+            client.start(getting("ftp://127.0.0.1/"),
+                         [object = std::make_shared<HostObject>()](auto, auto, auto) { object->use(); });
+            std::exit(0);  // NOLINT(concurrency-mt-unsafe): that is what is tested
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+TEST_F(ProcessExitUnderLoad, BeginsNothingNew) {
+    EXPECT_EXIT(
+        {
+            limitTheProcess();
+            static const support::CountingServer server(support::CountingServer::Answers::never);
+            static std::optional<CurlHttpClient> client;
+            // Runs after the client's thread has been stopped.
+            std::atexit([] { std::_Exit(server.count("late") == 0 ? 0 : 3); });
+            client.emplace("", 500ms);
+            const auto start = [](const char* name) {
+                client->start(posting(server.url() + "/v1/event", std::string(R"({"name":")") + name + "\"}"),
+                              [](auto, auto, auto) {});
+            };
+            start("early");
+            if (!server.waitFor({"early"})) {
+                std::_Exit(4);
+            }
+            std::thread([start] {
+                while (!processIsExiting()) {
+                    std::this_thread::yield();
+                }
+                start("late");
+            }).detach();
             std::exit(0);  // NOLINT(concurrency-mt-unsafe): that is what is tested
         },
         testing::ExitedWithCode(0), "");

@@ -25,6 +25,10 @@ bool Admission::canAdmit() const {
     return std::ranges::any_of(lanes_, [](const auto& entry) { return entry.second.canAdmit(); });
 }
 
+bool Admission::hasWaiting() const {
+    return std::ranges::any_of(lanes_, [](const auto& entry) { return !entry.second.waiting.empty(); });
+}
+
 std::optional<Admission::Admitted> Admission::next() {
     for (auto& [server, lane] : lanes_) {
         if (lane.canAdmit()) {

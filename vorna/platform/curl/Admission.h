@@ -34,6 +34,8 @@ class Admission {
 
     bool canAdmit() const;
 
+    bool hasWaiting() const;
+
     /// The next request that may start; std::nullopt if none may. Requests to the same server start in the
     /// order added.
     std::optional<Admitted> next();

@@ -2,6 +2,7 @@
 #include <vorna/platform/curl/CurlDriver.h>
 
 #include <vorna/platform/ProcessExit.h>
+#include <vorna/platform/Upkeep.h>
 #include <vorna/platform/curl/MultiHandle.h>
 #include <vorna/platform/curl/prepareTransfer.h>
 
@@ -22,8 +23,9 @@ constexpr const char* cancelled = "The request was cancelled";
 
 }  // namespace
 
-CurlDriver::CurlDriver(std::string certificateAuthorityFile)
+CurlDriver::CurlDriver(std::string certificateAuthorityFile, std::chrono::milliseconds exitGrace)
     : certificateAuthorityFile_(std::move(certificateAuthorityFile)),
+      exitGrace_(exitGrace),
       multi_(makeMultiHandle()) {
     if (!multi_) {
         throw std::bad_alloc();
@@ -36,7 +38,9 @@ CurlDriver::CurlDriver(std::string certificateAuthorityFile)
 
 void CurlDriver::startThread(const std::shared_ptr<CurlDriver>& self) {
     const std::scoped_lock lock(self->mutex_);
-    self->ensureThread(self);
+    if (!self->isClosed_) {
+        self->ensureThread(self);
+    }
 }
 
 void CurlDriver::start(const std::shared_ptr<CurlDriver>& self, HttpRequest request,
@@ -61,12 +65,17 @@ void CurlDriver::start(const std::shared_ptr<CurlDriver>& self, HttpRequest requ
     self->wake();
 }
 
-/// Called with the lock held. If the system refuses a thread, the next request tries again.
+/// Called with the lock held. If the system refuses a thread, or host code has ended it, the next request or
+/// other operation tries again.
 void CurlDriver::ensureThread(const std::shared_ptr<CurlDriver>& self) {
-    if (!thread_) {
+    if (!thread_ || thread_->hasEnded()) {
         // The thread holds the driver until it ends.
-        thread_ = ServiceThread::start("vorna-http", ThreadPriority::normal,
-                                       [self](ServiceThread::Self& thread) { self->run(thread); });
+        thread_ = ServiceThread::start(
+            "vorna-http", ThreadPriority::normal, [self](ServiceThread::Self& thread) { self->run(thread); },
+            exitGrace_);
+        if (!thread_) {
+            upkeep::request();
+        }
     }
 }
 
@@ -84,33 +93,53 @@ void CurlDriver::close() {
         isClosed_ = true;
         thread.swap(thread_);
     }
-    if (thread) {
+    if (thread && !thread->hasEnded()) {
         thread->join();
     } else {
         failAll();
     }
 }
 
-void CurlDriver::run(ServiceThread::Self& self) noexcept {
+void CurlDriver::run(ServiceThread::Self& self) {
     self_ = &self;
     const std::stop_callback wakeOnStop(self.stopToken(), [this] {
         const std::scoped_lock lock(mutex_);
         wake();
     });
     loadTrust();
-    while (!self.stopRequested()) {
+    while (goesOn()) {
+        std::optional<ServiceThread::Self::Vital> exitWaits;
+        if (processIsExiting()) {
+            // Everything here may use libcurl, and no host code runs any more.
+            exitWaits.emplace(self);
+            parkIfExiting();
+        }
         queueIncoming();
         startAdmitted();
         perform();
         const bool hasCompleted = finishCompleted();
         const bool hasEnded = endOverdue();
         const bool hasStalled = finishStalled();
+        exitWaits.reset();
         if (!hasCompleted && !hasEnded && !hasStalled && !admission_.canAdmit()) {
             waitForWork();
         }
     }
-    parkIfExiting();
+    if (processIsExiting() || !self.mayGoOn()) {
+        self.park();
+    }
     failAll();
+}
+
+/// Until a stop is requested; when the process exits, until nothing is under way or the grace is over.
+bool CurlDriver::goesOn() {
+    return !self_->stopRequested() || (processIsExiting() && self_->mayGoOn() && isUnderWay());
+}
+
+/// What the client has been given counts, whether it has begun or not.
+bool CurlDriver::isUnderWay() {
+    const std::scoped_lock lock(mutex_);
+    return !incoming_.empty() || !underWay_.empty() || admission_.hasWaiting();
 }
 
 void CurlDriver::loadTrust() {
@@ -128,7 +157,7 @@ void CurlDriver::perform() {
     {
         const ServiceThread::Self::Vital vital(*self_);
         // Checked only now: exit either waits for us or is seen here.
-        if (!processIsExiting()) {
+        if (self_->mayGoOn()) {
             int running = 0;
             curl_multi_perform(multi_.get(), &running);
         }
@@ -235,9 +264,7 @@ bool CurlDriver::finishCompleted() {
         }
         transfer.lane->progressed = std::chrono::steady_clock::now();
         curl_multi_remove_handle(multi_.get(), easy);
-        transfer.finish(code);
-        parkIfExiting();
-        recycle(transfer);
+        end(transfer, code);
     }
     return any;
 }
@@ -245,7 +272,7 @@ bool CurlDriver::finishCompleted() {
 /// Ends requests that have timed out or been cancelled.
 bool CurlDriver::endOverdue() {
     const Time now = std::chrono::steady_clock::now();
-    if (now < nextDeadline_) {
+    if (now < nextDeadline_ || processIsExiting()) {
         return false;
     }
     nextDeadline_ = Time::max();
@@ -262,9 +289,7 @@ bool CurlDriver::endOverdue() {
         transfer.abortReason = isCancelled ? cancelled : "The request timed out";
         // The handle may have repeated the request, as above.
         transfer.configuredFor.reset();
-        transfer.finish(CURLE_OPERATION_TIMEDOUT);
-        parkIfExiting();
-        recycle(transfer);
+        end(transfer, CURLE_OPERATION_TIMEDOUT);
     }
     return any;
 }
@@ -301,9 +326,7 @@ bool CurlDriver::finishStalled() {
         any = true;
         curl_multi_remove_handle(multi_.get(), transfer.easy.get());
         transfer.configuredFor.reset();
-        transfer.finish(CURLE_OK);
-        parkIfExiting();
-        recycle(transfer);
+        end(transfer, CURLE_OK);
     }
     return any;
 }
@@ -325,6 +348,21 @@ bool CurlDriver::isOverdue(CurlTransfer& transfer, Time now) {
     return curl_multi_add_handle(multi_.get(), easy) != CURLM_OK;
 }
 
+/// Completes the request, whose handle has been removed from libcurl.
+void CurlDriver::end(CurlTransfer& transfer, CURLcode code) {
+    // The host's completion may also end this thread with pthread_exit; the next one goes on from here.
+    struct Recycling {
+        CurlDriver& driver;
+        CurlTransfer& transfer;
+
+        ~Recycling() { driver.recycle(transfer); }
+    };
+
+    const Recycling afterwards{*this, transfer};
+    transfer.finish(code);
+    parkIfExiting();
+}
+
 void CurlDriver::recycle(CurlTransfer& transfer) {
     transfer.lane->requestEnded(transfer.sendCount > 0);
     transfer.lane = nullptr;
@@ -338,7 +376,7 @@ void CurlDriver::recycle(CurlTransfer& transfer) {
 
 /// Frees most handles, with their buffers, after a burst.
 void CurlDriver::trim() {
-    if (!underWay_.empty()) {
+    if (!underWay_.empty() || processIsExiting()) {
         return;
     }
     while (idle_.size() > ServerLane::maxConnections) {
@@ -353,19 +391,20 @@ std::chrono::milliseconds CurlDriver::pollTimeout() const {
     if (hasAnsweredPost_) {
         return stallCheckInterval;
     }
-    if (nextDeadline_ == Time::max()) {
+    const Time next = std::min(nextDeadline_, self_->endOfGrace());
+    if (next == Time::max()) {
         return longest;
     }
-    return std::clamp(
-        std::chrono::ceil<std::chrono::milliseconds>(nextDeadline_ - std::chrono::steady_clock::now()),
-        std::chrono::milliseconds(0), longest);
+    return std::clamp(std::chrono::ceil<std::chrono::milliseconds>(next - std::chrono::steady_clock::now()),
+                      std::chrono::milliseconds(0), longest);
 }
 
 void CurlDriver::waitForWork() {
     trim();
     {
         const std::scoped_lock lock(mutex_);
-        if (self_->stopRequested() || !incoming_.empty()) {
+        const bool isClosing = self_->stopRequested() && !processIsExiting();
+        if (isClosing || !incoming_.empty()) {
             return;
         }
         isWaiting_ = true;
@@ -399,9 +438,10 @@ void CurlDriver::failAll() {
     multi_.reset();
 }
 
-/// Checked after each completion as well: exit may be well advanced by then.
+/// Checked after each completion as well: exit may be well advanced by then, and no longer wait for this
+/// thread.
 void CurlDriver::parkIfExiting() {
-    if (processIsExiting()) {
+    if (!self_->mayGoOn()) {
         self_->park();
     }
 }

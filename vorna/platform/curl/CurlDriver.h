@@ -22,14 +22,14 @@
 
 namespace vorna {
 
-/// Shared by the client and the thread. When the process exits, the thread parks in place: nothing is
-/// completed or freed.
+/// Shared by the client and the thread. When the process exits, the thread goes on with what it was given
+/// before, for the grace at most, and then parks in place: nothing is completed or freed any more.
 class CurlDriver {
   public:
     using Time = std::chrono::steady_clock::time_point;
 
     /// Trusts the authorities in the PEM file, or the system's if the name is empty.
-    explicit CurlDriver(std::string certificateAuthorityFile);
+    CurlDriver(std::string certificateAuthorityFile, std::chrono::milliseconds exitGrace);
 
     /// Starts the thread in advance: started by the worker, it would inherit the worker's low priority
     /// permanently.
@@ -45,7 +45,9 @@ class CurlDriver {
     void ensureThread(const std::shared_ptr<CurlDriver>& self);
     void wake();
 
-    void run(ServiceThread::Self& self) noexcept;
+    void run(ServiceThread::Self& self);
+    bool goesOn();
+    bool isUnderWay();
     void loadTrust();
     void perform();
     void queueIncoming();
@@ -57,6 +59,7 @@ class CurlDriver {
     bool endCancelledWaiting(Time now);
     bool finishStalled();
     bool isOverdue(CurlTransfer& transfer, Time now);
+    void end(CurlTransfer& transfer, CURLcode code);
     void recycle(CurlTransfer& transfer);
     void trim();
     std::chrono::milliseconds pollTimeout() const;
@@ -65,6 +68,7 @@ class CurlDriver {
     void parkIfExiting();
 
     const std::string certificateAuthorityFile_;
+    const std::chrono::milliseconds exitGrace_;
 
     std::mutex mutex_;
     std::deque<WaitingRequest> incoming_;

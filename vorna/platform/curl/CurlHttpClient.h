@@ -13,20 +13,24 @@
 /// A request that the server refuses to process on a connection, or whose reused connection closes before the
 /// first byte of an answer, is sent once more on another connection; nothing else is ever repeated. While a
 /// server cannot be reached, one request at a time is tried and the others wait.
+///
+/// In the child of a fork the client begins afresh with the next request: the parent's requests and
+/// connections are left alone.
 
 #include <vorna/platform/HttpClient.h>
 
+#include <chrono>
 #include <memory>
 #include <string>
 
 namespace vorna {
 
-class CurlDriver;
-
 class CurlHttpClient final : public HttpClient {
   public:
-    /// Trusts the authorities in the PEM file, or the system's if the name is empty.
-    explicit CurlHttpClient(std::string certificateAuthorityFile);
+    /// Trusts the authorities in the PEM file, or the system's if the name is empty. When the process exits,
+    /// requests that were started before may go on for the grace; they are not completed.
+    explicit CurlHttpClient(std::string certificateAuthorityFile,
+                            std::chrono::milliseconds exitGrace = std::chrono::milliseconds(0));
     CurlHttpClient(const CurlHttpClient&) = delete;
     CurlHttpClient& operator=(const CurlHttpClient&) = delete;
     CurlHttpClient(CurlHttpClient&&) = delete;
@@ -38,7 +42,9 @@ class CurlHttpClient final : public HttpClient {
     void start(HttpRequest request, Completion completion) override;
 
   private:
-    std::shared_ptr<CurlDriver> driver_;
+    class Life;
+
+    const std::shared_ptr<Life> life_;
 };
 
 }  // namespace vorna

@@ -7,15 +7,11 @@
 namespace vorna {
 
 void WaitingRequest::complete(std::optional<std::string> answer, std::optional<HttpResponse> response,
-                              std::optional<HttpError> error) const noexcept {
-    try {
-        completion(std::move(answer), std::move(response), std::move(error));
-    } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): a completion must not throw
-    } catch (...) {                    // NOLINT(bugprone-empty-catch)
-    }
+                              std::optional<HttpError> error) const {
+    completion.call(std::move(answer), std::move(response), std::move(error));
 }
 
-void WaitingRequest::fail(std::string_view description, std::optional<HttpResponse> response) const noexcept {
+void WaitingRequest::fail(std::string_view description, std::optional<HttpResponse> response) const {
     HttpError error;
     try {
         error.description = description;

@@ -5,6 +5,7 @@
 /// record.
 
 #include <vorna/platform/HttpClient.h>
+#include <vorna/platform/curl/HostCompletion.h>
 #include <vorna/platform/curl/RequestPlan.h>
 
 #include <memory>
@@ -19,14 +20,13 @@ struct WaitingRequest {
 
     std::shared_ptr<const RequestPlan> plan;
     std::string body;
-    HttpClient::Completion completion;
+    HostCompletion completion;
 
     /// Calls the host's completion. Exceptions that leave it are dropped.
     void complete(std::optional<std::string> answer, std::optional<HttpResponse> response,
-                  std::optional<HttpError> error) const noexcept;
+                  std::optional<HttpError> error) const;
 
-    void fail(std::string_view description,
-              std::optional<HttpResponse> response = std::nullopt) const noexcept;
+    void fail(std::string_view description, std::optional<HttpResponse> response = std::nullopt) const;
 };
 
 }  // namespace vorna

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/glib/GlibThreads.h>
 
+#include <vorna/platform/Mutex.h>
 #include <vorna/platform/NeverDestroyed.h>
 #include <vorna/platform/ServiceThread.h>
 #include <vorna/platform/glib/GlibOwned.h>
@@ -100,7 +101,7 @@ bool startThreads() {
 }
 
 struct Once {
-    std::mutex mutex;
+    Mutex mutex;
     bool isDone = false;
 };
 

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/glib/PrivateBus.h>
 
+#include <vorna/platform/Fork.h>
 #include <vorna/platform/glib/GlibSockets.h>
 #include <vorna/platform/glib/GlibThreads.h>
 
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -44,6 +46,15 @@ std::string localEntries(std::string_view address) {
     return kept;
 }
 
+/// GLib has one thread for all connections and starts it once. The child of a process that has reached a bus
+/// is without it and would wait in vain.
+bool isGlibsThreadHere() {
+    static constinit std::atomic<std::int64_t> startedIn = -1;
+    const std::int64_t here = forkGeneration();
+    std::int64_t found = -1;
+    return startedIn.compare_exchange_strong(found, here) || found == here;
+}
+
 }  // namespace
 
 PrivateBus::ThreadContext::ThreadContext() {
@@ -59,7 +70,7 @@ PrivateBus::ThreadContext::~ThreadContext() {
 PrivateBus::PrivateBus(const std::string& address, const std::stop_token& stop, Time deadline)
     : deadline_(deadline),
       cancelOnStop_(stop, [this] { g_cancellable_cancel(cancellable_.get()); }) {
-    if (const std::string entries = localEntries(address); !entries.empty()) {
+    if (const std::string entries = localEntries(address); !entries.empty() && isGlibsThreadHere()) {
         initialiseSockets();
         context_.emplace();
         if (startGlibThreads()) {

@@ -24,6 +24,7 @@ class PrivateBus {
     /// Connects to the first of the address's local sockets that answers; entries that would start a bus or
     /// another program, or need a network, are not tried. Calls, and connecting to a bus that accepts but
     /// does not answer, fail at the deadline; all fail immediately when a stop is requested.
+    /// In the child of a process that has reached a bus, none is.
     PrivateBus(const std::string& address, const std::stop_token& stop, Time deadline);
     PrivateBus(const PrivateBus&) = delete;
     PrivateBus& operator=(const PrivateBus&) = delete;

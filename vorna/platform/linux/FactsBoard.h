@@ -3,6 +3,7 @@
 
 /// Publishes the facts about the system: read for every recorded event, rarely changed.
 
+#include <vorna/platform/Mutex.h>
 #include <vorna/platform/System.h>
 
 #include <functional>
@@ -43,12 +44,12 @@ class FactsBoard {
     void change(const std::function<void(SystemFacts&)>& edit);
 
     /// Held throughout a change; locked before the other one.
-    std::mutex changing_;
+    Mutex changing_;
     bool isScreenReported_ = false;
     bool isBatteryShown_ = false;
     BatteryFacts battery_;
 
-    mutable std::mutex exchanging_;
+    mutable Mutex exchanging_;
     std::shared_ptr<const SystemFacts> facts_;
 };
 

@@ -8,6 +8,7 @@
 #include <vorna/platform/linux/DeviceName.h>
 #include <vorna/platform/linux/LocaleName.h>
 #include <vorna/platform/linux/OsRelease.h>
+#include <vorna/platform/linux/TimeZoneWatch.h>
 #include <vorna/platform/linux/VendorIdentifier.h>
 #include <vorna/text/Utf8.h>
 
@@ -20,6 +21,7 @@
 #include <cmath>
 #include <ctime>
 #include <limits>
+#include <optional>
 #include <system_error>
 #include <tuple>
 #include <utility>
@@ -156,12 +158,8 @@ std::int32_t LinuxSystem::secondsFromGMT(Date date) const {
     if (!(std::abs(seconds) <= farthest)) {
         return 0;
     }
-    const auto moment = static_cast<std::time_t>(seconds);
-    std::tm local = {};
-    if (localtime_r(&moment, &local) == nullptr) {
-        return 0;
-    }
-    return static_cast<std::int32_t>(local.tm_gmtoff);
+    const std::optional<std::tm> local = localTime(static_cast<std::time_t>(seconds));
+    return local ? static_cast<std::int32_t>(local->tm_gmtoff) : 0;
 }
 
 }  // namespace vorna

@@ -1,13 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/platform/linux/SystemWatch.h>
 
+#include <vorna/platform/Fork.h>
+#include <vorna/platform/Mutex.h>
+#include <vorna/platform/ServiceThread.h>
+#include <vorna/platform/Upkeep.h>
 #include <vorna/platform/linux/DeviceName.h>
 #include <vorna/platform/linux/Display.h>
 #include <vorna/platform/linux/OsRelease.h>
 #include <vorna/platform/linux/PowerSupply.h>
 #include <vorna/platform/linux/TimeZoneWatch.h>
 
-#include <exception>
+#include <mutex>
+#include <optional>
 #include <utility>
 
 namespace vorna {
@@ -44,22 +49,63 @@ void watch(ServiceThread::Self& self, FactsBoard& board, const SystemWatchSource
 
 }  // namespace
 
-SystemWatch::SystemWatch(std::shared_ptr<FactsBoard> board, SystemWatchSources sources)
-    : thread_(ServiceThread::start("vorna-system", ThreadPriority::normal,
-                                   // The time zone is first read here, on the caller's thread.
-                                   [board = std::move(board), sources = std::move(sources),
-                                    timeZone = TimeZoneWatch()](ServiceThread::Self& self) mutable {
-                                       try {
+class SystemWatch::Life final : public KeepsRunning {
+  public:
+    Life(std::shared_ptr<FactsBoard> board, SystemWatchSources sources)
+        : board_(std::move(board)),
+          sources_(std::move(sources)) {}
+
+    void ensureRunning() override {
+        const std::scoped_lock lock(mutex_);
+        if (hasEnded_ || (thread_ && !thread_->hasEnded())) {
+            return;
+        }
+        SystemWatchSources sources = sources_;
+        if (generation_ != forkGeneration()) {
+            // In the child of a fork the parent's answer remains: there, no bus can be reached.
+            sources.isFingerEnrolled = nullptr;
+        }
+        thread_ = ServiceThread::start("vorna-system", ThreadPriority::normal,
+                                       // The time zone is first read here, on the caller's thread.
+                                       [board = board_, sources = std::move(sources),
+                                        timeZone = TimeZoneWatch()](ServiceThread::Self& self) mutable {
                                            watch(self, *board, sources, timeZone);
-                                       } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch)
-                                           // Out of memory: the facts stay as they are.
-                                       }
-                                   })) {}
+                                       });
+        if (!thread_) {
+            upkeep::request();
+        }
+    }
+
+    void end() {
+        std::optional<ServiceThread> thread;
+        {
+            const std::scoped_lock lock(mutex_);
+            hasEnded_ = true;
+            thread.swap(thread_);
+        }
+        if (thread) {
+            thread->join();
+        }
+    }
+
+  private:
+    const std::shared_ptr<FactsBoard> board_;
+    const SystemWatchSources sources_;
+    const unsigned generation_ = forkGeneration();
+
+    Mutex mutex_;
+    bool hasEnded_ = false;
+    std::optional<ServiceThread> thread_;
+};
+
+SystemWatch::SystemWatch(std::shared_ptr<FactsBoard> board, SystemWatchSources sources)
+    : life_(std::make_shared<Life>(std::move(board), std::move(sources))) {
+    upkeep::add(life_);
+    life_->ensureRunning();
+}
 
 SystemWatch::~SystemWatch() {
-    if (thread_) {
-        thread_->join();
-    }
+    life_->end();
 }
 
 }  // namespace vorna

@@ -4,13 +4,11 @@
 /// The background thread that reads the facts that are slow to read, and keeps them current: the battery, the
 /// screen and the fingerprint reader; and the system's time zone, the device's name and the system's version.
 
-#include <vorna/platform/ServiceThread.h>
 #include <vorna/platform/linux/FactsBoard.h>
 
 #include <chrono>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <stop_token>
 #include <string>
 
@@ -33,7 +31,8 @@ struct SystemWatchSources {
 
 class SystemWatch {
   public:
-    /// Starts the thread. If the system refuses one, the facts stay unknown.
+    /// Starts the thread. If the system refuses one, the facts stay unknown until the library's next
+    /// operation, which tries again.
     SystemWatch(std::shared_ptr<FactsBoard> board, SystemWatchSources sources);
     SystemWatch(const SystemWatch&) = delete;
     SystemWatch& operator=(const SystemWatch&) = delete;
@@ -43,7 +42,9 @@ class SystemWatch {
     ~SystemWatch();
 
   private:
-    std::optional<ServiceThread> thread_;
+    class Life;
+
+    const std::shared_ptr<Life> life_;
 };
 
 }  // namespace vorna

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/ui/common/MainQueue.h>
 
+#include <vorna/base/CatchAll.h>
 #include <vorna/platform/Log.h>
 #include <vorna/ui/common/ScreensRuntime.h>
 #include <vorna/ui/common/WorkQueue.h>
@@ -23,11 +24,7 @@ namespace vorna::ui {
 namespace {
 
 void run(const std::function<void()>& work) {
-    try {
-        work();
-    } catch (...) {
-        log::failure({"A screen operation"});
-    }
+    catchAll(work, [] { log::failure({"A screen operation"}); });
 }
 
 QThread* mainThread() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/ui/common/Services.h>
 
+#include <vorna/platform/Mutex.h>
 #include <vorna/ui/common/ScreensRuntime.h>
 
 #include <mutex>
@@ -10,7 +11,7 @@ namespace vorna::ui {
 namespace {
 
 struct Provided {
-    std::mutex mutex;
+    Mutex mutex;
     ScreenServices services;
 };
 

@@ -6,6 +6,8 @@
 /// Qt could transport the work as well, but the thread sanitizer sees this lock and none of Qt's: so it
 /// accepts data handed over here and still finds data shared by mistake.
 
+#include <vorna/platform/Mutex.h>
+
 #include <deque>
 #include <functional>
 #include <mutex>
@@ -38,7 +40,7 @@ class WorkQueue {
         return work;
     }
 
-    std::mutex mutex_;
+    Mutex mutex_;
     std::deque<std::function<void()>> waiting_;
 };
 
