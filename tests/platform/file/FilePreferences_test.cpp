@@ -174,8 +174,9 @@ TEST_F(PreferenceFiles, RejectTablesThatCouldNotBeReadAgain) {
               failure(std::errc::illegal_byte_sequence));
     EXPECT_EQ(preferences_.writeTable(key, MapTable(Table{{"\xFF", "1"}, {"\xFF\xFF", "1"}})),
               failure(std::errc::illegal_byte_sequence));
-    EXPECT_EQ(preferences_.writeTable(key, MapTable(Table{{"a", std::string(FilePreferences::largestFile, 'x')}})),
-              failure(std::errc::file_too_large));
+    EXPECT_EQ(
+        preferences_.writeTable(key, MapTable(Table{{"a", std::string(FilePreferences::largestFile, 'x')}})),
+        failure(std::errc::file_too_large));
     EXPECT_EQ(preferences_.table(key), (Table{{"a", "1"}}));
     EXPECT_THAT(namesIn(folder_), ElementsAre("VornaRemoteConfigs.json"));
 }
