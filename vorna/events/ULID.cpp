@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <vorna/events/ULID.h>
 
-#include <vorna/events/ULIDCoding.h>
 #include <vorna/json/Value.h>
 
+#include <boost/json/string.hpp>
+
 #include <algorithm>
-#include <utility>
 
 namespace vorna {
 
@@ -35,12 +35,21 @@ std::optional<ULID> ULID::fromRandomPart(Date timestamp, std::span<const std::ui
 Result<ULID, json::DecodingError> ULID::decode(std::string_view json) {
     return json::parse(json).and_then(
         [](const boost::json::value& tree) -> Result<ULID, json::DecodingError> {
-            ULID ulid;
-            if (json::detail::Read result = read(tree, ulid); !result) {
-                return Unexpected(std::move(result).error());
+            const boost::json::string* const text = tree.if_string();
+            if (text == nullptr) {
+                return Unexpected(json::DecodingError{.expected = "a string", .found = json::kindOf(tree)});
             }
-            return ulid;
+            const std::optional<ULID> ulid = fromString({text->data(), text->size()});
+            if (!ulid) {
+                return Unexpected(invalidText());
+            }
+            return *ulid;
         });
+}
+
+json::DecodingError ULID::invalidText() {
+    return {.expected = "a ULID",
+            .found = json::DecodingError::Malformed{"Attempted to decode ULID from invalid ULID string."}};
 }
 
 std::string encode(const ULID& ulid) {

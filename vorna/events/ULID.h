@@ -140,6 +140,9 @@ class VORNA_EXPORT ULID {
     /// other string the error is "Attempted to decode ULID from invalid ULID string.". Any thread; any bytes.
     static Result<ULID, json::DecodingError> decode(std::string_view json);
 
+    /// The error of decoding any other string.
+    static json::DecodingError invalidText();
+
     constexpr const Bytes& ulid() const noexcept { return bytes_; }
 
     constexpr std::span<const std::uint8_t, 16> ulidData() const noexcept { return bytes_; }

@@ -22,9 +22,7 @@ inline json::detail::Read read(const boost::json::value& from, ULID& into) {
     }
     const std::optional<ULID> ulid = ULID::fromString(text);
     if (!ulid) {
-        return Unexpected(json::DecodingError{
-            .expected = "a ULID",
-            .found = json::DecodingError::Malformed{"Attempted to decode ULID from invalid ULID string."}});
+        return Unexpected(ULID::invalidText());
     }
     into = *ulid;
     return {};

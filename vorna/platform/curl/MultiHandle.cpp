@@ -35,6 +35,7 @@ struct FolderCloser {
 std::vector<int> inheritedHalvesOfPairs() {
     std::vector<int> found;
     const std::unique_ptr<DIR, FolderCloser> folder(opendir("/proc/self/fd"));
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): the folder is ours alone
     while (const dirent* const entry = folder ? readdir(folder.get()) : nullptr) {
         const std::string_view name = entry->d_name;
         int descriptor = -1;

@@ -69,6 +69,7 @@ std::vector<std::string> namesInFolder(const std::string& path) {
     // Not std::filesystem::directory_iterator, which ends the process if memory runs out.
     const std::unique_ptr<DIR, FolderCloser> folder(opendir(path.c_str()));
     std::vector<std::string> names;
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): the folder is ours alone
     while (const dirent* const entry = folder ? readdir(folder.get()) : nullptr) {
         std::string name = entry->d_name;
         if (!name.starts_with('.')) {
