@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -163,11 +164,11 @@ FileCredentialStore::FileCredentialStore(std::string dataDirectory)
 Result<std::string, CredentialStatus> FileCredentialStore::read(std::string_view service,
                                                                 std::string_view account) {
     const std::string name = itemName(service, account);
-    const std::scoped_lock lock(mutex_);
     Result<std::string, CredentialStatus> item =
         existingFolder(dataDirectory_).and_then([&name](const FileDescriptor& folder) {
             return readItem(folder, name);
         });
+    const std::scoped_lock lock(mutex_);
     if (isHidden(item)) {
         hidden_.insert_or_assign(name, item.error());
     } else {
@@ -179,10 +180,12 @@ Result<std::string, CredentialStatus> FileCredentialStore::read(std::string_view
 Result<void, CredentialStatus> FileCredentialStore::remove(std::string_view service,
                                                            std::string_view account) {
     const std::string name = itemName(service, account);
-    const std::scoped_lock lock(mutex_);
-    // Its reader has not seen it, so it cannot be meant, even if it could be read by now.
-    if (const auto hidden = hidden_.find(name); hidden != hidden_.end()) {
-        return Unexpected(hidden->second);
+    {
+        const std::scoped_lock lock(mutex_);
+        // Its reader has not seen it, so it cannot be meant, even if it could be read by now.
+        if (const auto hidden = hidden_.find(name); hidden != hidden_.end()) {
+            return Unexpected(hidden->second);
+        }
     }
     const auto folder = existingFolder(dataDirectory_);
     if (!folder) {

@@ -16,10 +16,10 @@
 /// removed, so that a later run finds the identity again.
 
 #include <vorna/platform/CredentialStore.h>
+#include <vorna/platform/Mutex.h>
 
 #include <cstddef>
 #include <map>
-#include <mutex>
 #include <string>
 #include <string_view>
 
@@ -45,7 +45,7 @@ class FileCredentialStore final : public CredentialStore {
   private:
     const std::string dataDirectory_;
 
-    std::mutex mutex_;
+    Mutex mutex_;
     /// The items whose last reading failed, by the names of their files.
     std::map<std::string, CredentialStatus> hidden_;
 };

@@ -18,6 +18,7 @@
 #include <future>
 #include <iterator>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <stop_token>
 #include <utility>

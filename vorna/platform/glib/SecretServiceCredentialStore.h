@@ -13,10 +13,10 @@
 /// is ever started.
 
 #include <vorna/platform/CredentialStore.h>
+#include <vorna/platform/Mutex.h>
 
 #include <chrono>
 #include <map>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -57,7 +57,7 @@ class SecretServiceCredentialStore final : public CredentialStore {
     const std::chrono::milliseconds bound_;
     const std::optional<std::string> busAddress_;
 
-    std::mutex mutex_;
+    Mutex mutex_;
     /// How much longer calls for these items may wait.
     std::map<Item, std::chrono::steady_clock::duration> timeLeft_;
 };
