@@ -6,9 +6,8 @@
 /// The child has only the thread that forked, copies of the parent's memory and descriptors, and every lock
 /// in the state in which some thread of the parent held it. So:
 ///
-/// - Each of our locks is a `Mutex` (Mutex.h) or registers itself here: a fork waits until it can hold them
-/// all,
-///   and both processes go on without anything held or half changed.
+/// - Each of our locks is a `Mutex` (Mutex.h) or registers itself here: a fork waits until it can hold all of
+///   them, and both processes go on without anything held or half changed.
 /// - Whatever belongs to the parent alone (threads, connections, requests and tasks that wait) remembers the
 ///   generation in which it was made. In another generation its owner leaves it behind, without a word to the
 ///   other side of a connection, and begins afresh. That happens at the child's next operation, so a child

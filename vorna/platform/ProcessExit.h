@@ -11,11 +11,9 @@
 ///
 ///   80 ms   until every thread rests; milliseconds are usual
 ///   grace   until a thread that has one (`PlatformOptions::exitGrace`: the HTTP client's) has finished what
-///   is
-///           under way, counted from the same moment; not at all if nothing is under way
-///   1 s     on top, only while a thread is inside vital work, such as TLS, which takes milliseconds unless
-///   the
-///           machine is overloaded
+///           is under way, counted from the same moment; not at all if nothing is under way
+///   1 s     on top, only while a thread is inside vital work, such as TLS; that takes milliseconds unless
+///           the machine is overloaded
 
 #include <chrono>
 #include <memory>
