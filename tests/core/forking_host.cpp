@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 /// A host that forks:
 ///
-///     forking_host SERVICE CA DATA load COUNT   records on four threads and forks that many children
-///     meanwhile, which
-///                                            exit, record, or initialise the library and record
-///     forking_host SERVICE CA DATA daemon       initialises the library, forks, and goes on in the child
-///     forking_host SERVICE CA DATA exits COUNT  forks children that only exit, and prints the median of
-///     their times forking_host SERVICE CA DATA bare COUNT   the same without having used the library
+///     forking_host SERVICE CA DATA load COUNT
+///         records on four threads and forks that many children meanwhile, which exit, record, or initialise
+///         the library and record
+///     forking_host SERVICE CA DATA daemon
+///         initialises the library, forks, and goes on in the child
+///     forking_host SERVICE CA DATA exits COUNT
+///         forks children that only exit, and prints the median of their times
+///     forking_host SERVICE CA DATA bare COUNT
+///         the same without having used the library
 ///
 /// Status 7 if all went well.
 
