@@ -87,7 +87,7 @@ class Measurement {
         Platform platform = makePlatform(options);
         client_ = std::make_shared<CountingHttpClient>(std::move(platform.httpClient));
         platform.httpClient = client_;
-        VornaCoreSDK::UsePlatform(std::move(platform));
+        VornaCoreSDK::UsePlatform(platform);
 
         std::promise<void> configured;
         auto observation = NotificationCenter::defaultCenter().addObserver(

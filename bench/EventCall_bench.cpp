@@ -108,7 +108,7 @@ double measureWhole(const TwoSystemCalls& yardstick, const std::string& dataFold
     const auto http = std::make_shared<SwallowingHttpClient>();
     Platform platform = makePlatform(sampleOptions(dataFolder));
     platform.httpClient = http;
-    VornaCoreSDK::UsePlatform(std::move(platform));
+    VornaCoreSDK::UsePlatform(platform);
     VornaCoreSDK::SetAdid("1c9a6c3f-7b1d-4f0e-9a52-9d4d7f6f0b21");
 
     const double clock = nanosecondsOfTheClock();

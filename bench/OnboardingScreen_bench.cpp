@@ -25,7 +25,6 @@
 #include <memory>
 #include <sstream>
 #include <string>
-#include <utility>
 
 namespace vorna::bench {
 namespace {
@@ -38,7 +37,7 @@ constexpr double frameTime = 1e9 / 60;
 int measure(const std::string& folder, const std::string& document) {
     Platform platform = makePlatform(sampleOptions(folder));
     platform.httpClient = std::make_shared<SwallowingHttpClient>();
-    VornaCoreSDK::UsePlatform(std::move(platform));
+    VornaCoreSDK::UsePlatform(platform);
     BenchWindow window;
 
     double first = 0;

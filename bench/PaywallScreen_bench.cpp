@@ -29,7 +29,6 @@
 #include <memory>
 #include <sstream>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace vorna::bench {
@@ -97,7 +96,7 @@ void measurePhases(BenchWindow& window, const std::string& document, Phases& pha
 int measure(const std::string& folder, const std::string& document) {
     Platform platform = makePlatform(sampleOptions(folder));
     platform.httpClient = std::make_shared<SwallowingHttpClient>();
-    VornaCoreSDK::UsePlatform(std::move(platform));
+    VornaCoreSDK::UsePlatform(platform);
     BenchWindow window;
 
     const double first = nanosecondsToFirstFrame(window, document);

@@ -59,7 +59,7 @@ int leave() {
 int childLeaveIdle(const std::string& dataFolder) {
     Platform platform = makePlatform(sampleOptions(dataFolder));
     platform.httpClient = std::make_shared<SwallowingHttpClient>();
-    VornaCoreSDK::UsePlatform(std::move(platform));
+    VornaCoreSDK::UsePlatform(platform);
     VornaCoreSDK::Init("bench");
     return leave();
 }
@@ -76,7 +76,7 @@ int childLeaveBusy(const std::string& dataFolder, const std::string& authority, 
     client = counting.get();
     client->beginRound(1);
     platform.httpClient = counting;
-    VornaCoreSDK::UsePlatform(std::move(platform));
+    VornaCoreSDK::UsePlatform(platform);
 
     static std::atomic<std::size_t> handedOver = 0;
     NotificationCenter::defaultCenter()

@@ -224,7 +224,7 @@ int run(const Arguments& arguments) {
     vorna::Platform platform = vorna::makePlatform(arguments.platform);
     const auto http = std::make_shared<CountingHttpClient>(platform.httpClient);
     platform.httpClient = http;
-    VornaCoreSDK::UsePlatform(std::move(platform));
+    VornaCoreSDK::UsePlatform(platform);
 
     auto& center = vorna::NotificationCenter::defaultCenter();
     std::uint64_t passedOn = 0;
