@@ -17,6 +17,7 @@ namespace vorna {
 
 /// Any thread. The semaphore is held only while a task is added or removed. In the child of a fork the queue
 /// is empty: the tasks that waited are the parent's.
+// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor): nothing derives from it
 class VornaTaskQueue final : private HeldAcrossFork {
   public:
     VornaTaskQueue();

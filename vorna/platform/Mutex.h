@@ -14,6 +14,7 @@
 namespace vorna {
 
 /// A std::mutex that no other thread holds when the process forks, and that is free in the child.
+// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor): nothing derives from it
 class Mutex final : public std::mutex, private HeldAcrossFork {
   public:
     using Waits = ForkRegistration::Waits;

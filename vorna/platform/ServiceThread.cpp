@@ -65,7 +65,7 @@ void lowerThreadPriority() noexcept {
 /// Shared by the handle and the thread; process exit finds it while either holds it.
 class ServiceThread::State final : public RestsAtExit {
   public:
-    explicit State(std::chrono::milliseconds exitGrace) noexcept
+    explicit State(std::chrono::milliseconds exitGrace)
         : exitGrace_(std::clamp<std::chrono::milliseconds>(exitGrace, std::chrono::milliseconds(0),
                                                            std::chrono::hours(24))) {}
 

@@ -351,14 +351,25 @@ bool CurlDriver::isOverdue(CurlTransfer& transfer, Time now) {
 /// Completes the request, whose handle has been removed from libcurl.
 void CurlDriver::end(CurlTransfer& transfer, CURLcode code) {
     // The host's completion may also end this thread with pthread_exit; the next one goes on from here.
-    struct Recycling {
-        CurlDriver& driver;
-        CurlTransfer& transfer;
+    class Recycling {
+      public:
+        Recycling(CurlDriver& driver, CurlTransfer& transfer) noexcept
+            : driver_(driver),
+              transfer_(transfer) {}
 
-        ~Recycling() { driver.recycle(transfer); }
+        Recycling(const Recycling&) = delete;
+        Recycling& operator=(const Recycling&) = delete;
+        Recycling(Recycling&&) = delete;
+        Recycling& operator=(Recycling&&) = delete;
+
+        ~Recycling() { driver_.recycle(transfer_); }
+
+      private:
+        CurlDriver& driver_;
+        CurlTransfer& transfer_;
     };
 
-    const Recycling afterwards{*this, transfer};
+    const Recycling afterwards(*this, transfer);
     transfer.finish(code);
     parkIfExiting();
 }
